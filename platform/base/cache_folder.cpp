@@ -1,0 +1,135 @@
+// The cache folder and its files.
+#include "platform/base/cache_folder.h"
+
+#include "platform/base/unique_fd.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+namespace platform
+{
+namespace
+{
+
+/// An absolute path from the environment, as the XDG base directory specification wants it: a relative one counts as
+/// not set.
+std::string AbsoluteFromEnvironment(const char* name)
+{
+    const char* value = std::getenv(name);
+    return value != nullptr && value[0] == '/' ? value : "";
+}
+
+bool MakeFolder(const std::string& path)
+{
+    if (mkdir(path.c_str(), 0700) == 0 || errno == EEXIST)
+    {
+        return true;
+    }
+    const std::size_t slash = path.rfind('/');
+    return errno == ENOENT && slash > 0 && slash != std::string::npos && MakeFolder(path.substr(0, slash)) &&
+           mkdir(path.c_str(), 0700) == 0;
+}
+
+std::string MakeCacheFolder()
+{
+    std::string base = AbsoluteFromEnvironment("XDG_CACHE_HOME");
+    if (base.empty())
+    {
+        base = AbsoluteFromEnvironment("HOME");
+        if (base.empty())
+        {
+            return {};
+        }
+        base += "/.cache";
+    }
+    base += "/orb-launcher";
+    return MakeFolder(base) ? base : std::string();
+}
+
+bool WriteAll(int file, std::string_view content)
+{
+    while (!content.empty())
+    {
+        const ssize_t written = write(file, content.data(), content.size());
+        if (written < 0 && errno == EINTR)
+        {
+            continue;
+        }
+        if (written <= 0)
+        {
+            return false;
+        }
+        content.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+} // namespace
+
+const std::string& CacheFolder()
+{
+    static const std::string& folder = *new std::string(MakeCacheFolder());
+    return folder;
+}
+
+bool ReplaceCacheFile(const std::string& path, std::string_view content)
+{
+    std::string temporary = path + ".XXXXXX";
+    UniqueFd file(mkostemp(temporary.data(), O_CLOEXEC));
+    if (!file)
+    {
+        return false;
+    }
+    const bool written = WriteAll(file.Get(), content);
+    if (file.Close() && written && std::rename(temporary.c_str(), path.c_str()) == 0)
+    {
+        return true;
+    }
+    unlink(temporary.c_str());
+    return false;
+}
+
+MappedFile::MappedFile(const std::string& path)
+{
+    const UniqueFd file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    struct stat info = {};
+    if (!file || fstat(file.Get(), &info) != 0 || !S_ISREG(info.st_mode) || info.st_size <= 0)
+    {
+        return;
+    }
+    const auto size = static_cast<std::size_t>(info.st_size);
+    void* data = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file.Get(), 0);
+    if (data != MAP_FAILED)
+    {
+        m_data = static_cast<const char*>(data);
+        m_size = size;
+    }
+}
+
+MappedFile::~MappedFile()
+{
+    if (m_data != nullptr)
+    {
+        munmap(const_cast<char*>(m_data), m_size);
+    }
+}
+
+MappedFile::MappedFile(MappedFile&& other) noexcept
+    : m_data(std::exchange(other.m_data, nullptr)), m_size(std::exchange(other.m_size, 0))
+{
+}
+
+MappedFile& MappedFile::operator=(MappedFile&& other) noexcept
+{
+    std::swap(m_data, other.m_data);
+    std::swap(m_size, other.m_size);
+    return *this;
+}
+
+} // namespace platform

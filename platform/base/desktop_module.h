@@ -1,0 +1,15 @@
+// The desktop module: the part of the layer that stands on GLib, GIO, Pango and gdk-pixbuf.
+//
+// It is a shared object beside the program (orb-launcher-desktop.so), loaded on first use, so that a start that finds
+// everything in its caches pays neither for loading those libraries nor for their start-up. Each service is a struct of
+// function pointers that the module exports under a name.
+#pragma once
+
+namespace platform
+{
+
+/// A symbol of the desktop module, which is loaded by the first call from any thread; null when the module or the
+/// symbol is missing. The module is never unloaded.
+void* DesktopModuleSymbol(const char* name);
+
+} // namespace platform

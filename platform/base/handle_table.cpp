@@ -1,0 +1,98 @@
+// The table that gives objects their handle values.
+#include "platform/base/handle_table.h"
+
+#include <deque>
+#include <vector>
+
+namespace platform
+{
+namespace
+{
+
+constexpr std::uintptr_t kFirst = 0x100;
+constexpr std::size_t kCapacity = 0x100000 - kFirst;
+// A freed value rests until this many others have been freed after it, so that a stale handle is noticed rather than
+// taken for a newer object.
+constexpr std::size_t kResting = 64;
+
+struct Table
+{
+    std::vector<std::unique_ptr<HandleObject>> slots;
+    std::deque<std::size_t> freed;
+
+    std::size_t TakeSlot();
+    std::unique_ptr<HandleObject>* Slot(std::uintptr_t value);
+};
+
+// Never destroyed: exit handlers of the program still close handles.
+Table& TheTable()
+{
+    static Table& table = *new Table;
+    return table;
+}
+
+std::size_t Table::TakeSlot()
+{
+    if (freed.size() > kResting || (slots.size() == kCapacity && !freed.empty()))
+    {
+        const std::size_t slot = freed.front();
+        freed.pop_front();
+        return slot;
+    }
+    if (slots.size() == kCapacity)
+    {
+        return kCapacity;
+    }
+    slots.emplace_back();
+    return slots.size() - 1;
+}
+
+std::unique_ptr<HandleObject>* Table::Slot(std::uintptr_t value)
+{
+    const std::uintptr_t index = value - kFirst;
+    return index < slots.size() ? &slots[index] : nullptr;
+}
+
+} // namespace
+
+std::uintptr_t InsertHandle(std::unique_ptr<HandleObject> object)
+{
+    Table& table = TheTable();
+    const std::size_t slot = table.TakeSlot();
+    if (slot == kCapacity)
+    {
+        return 0;
+    }
+    table.slots[slot] = std::move(object);
+    return slot + kFirst;
+}
+
+HandleObject* FindHandle(std::uintptr_t value)
+{
+    const auto* slot = TheTable().Slot(value);
+    return slot != nullptr ? slot->get() : nullptr;
+}
+
+std::unique_ptr<HandleObject> TakeHandle(std::uintptr_t value)
+{
+    Table& table = TheTable();
+    auto* slot = table.Slot(value);
+    if (slot == nullptr || *slot == nullptr || (*slot)->permanent)
+    {
+        return nullptr;
+    }
+    table.freed.push_back(value - kFirst);
+    return std::move(*slot);
+}
+
+std::size_t LiveHandles(HandleKind kind)
+{
+    std::size_t count = 0;
+    for (const auto& object : TheTable().slots)
+    {
+        count += object != nullptr && object->Kind() == kind && !object->permanent;
+    }
+    return count;
+}
+
+} // namespace platform

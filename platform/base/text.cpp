@@ -1,0 +1,35 @@
+// Conversion between UTF-8 and UTF-16.
+#include "platform/base/text.h"
+
+#include "platform/base/utf8_decoder.h"
+
+namespace platform
+{
+
+std::u16string Utf16FromUtf8(std::string_view text)
+{
+    std::u16string result;
+    result.reserve(text.size());
+    while (!text.empty())
+    {
+        const Utf8Step step = DecodeUtf8(text);
+        AppendUtf16(result, step.valid ? step.codePoint : U'\uFFFD');
+        text.remove_prefix(step.length);
+    }
+    return result;
+}
+
+std::string Utf8FromUtf16(std::u16string_view text)
+{
+    std::string result;
+    result.reserve(text.size());
+    while (!text.empty())
+    {
+        const Utf16Step step = DecodeUtf16(text);
+        AppendUtf8(result, step.codePoint);
+        text.remove_prefix(step.length);
+    }
+    return result;
+}
+
+} // namespace platform

@@ -1,0 +1,68 @@
+// Scaling of premultiplied pictures with pixman's separable convolution.
+#include "platform/controls/image_scaling.h"
+
+#include <pixman.h>
+
+#include <cstdlib>
+#include <memory>
+
+namespace platform
+{
+
+namespace
+{
+
+struct PixmanUnref
+{
+    void operator()(pixman_image_t* image) const { pixman_image_unref(image); }
+};
+using PixmanImage = std::unique_ptr<pixman_image_t, PixmanUnref>;
+
+struct Free
+{
+    void operator()(void* memory) const { std::free(memory); }
+};
+
+PixmanImage Wrap(const IconImage& image)
+{
+    return PixmanImage(pixman_image_create_bits(PIXMAN_a8r8g8b8, image.width, image.height,
+                                                const_cast<std::uint32_t*>(image.pixels.data()), image.width * 4));
+}
+
+/// Each result pixel is the average of the source pixels under it; in between them when the picture grows.
+void UseAveragingFilter(pixman_image_t* image, pixman_fixed_t scaleX, pixman_fixed_t scaleY)
+{
+    int count = 0;
+    const std::unique_ptr<pixman_fixed_t, Free> filter(
+        pixman_filter_create_separable_convolution(&count, scaleX, scaleY, PIXMAN_KERNEL_LINEAR, PIXMAN_KERNEL_LINEAR,
+                                                   PIXMAN_KERNEL_BOX, PIXMAN_KERNEL_BOX, 4, 4));
+    if (filter != nullptr)
+    {
+        pixman_image_set_filter(image, PIXMAN_FILTER_SEPARABLE_CONVOLUTION, filter.get(), count);
+    }
+}
+
+} // namespace
+
+IconImage ScaleImage(const IconImage& source, int width, int height)
+{
+    IconImage result{width, height, std::vector<std::uint32_t>(static_cast<std::size_t>(width) * height)};
+    if (source.width <= 0 || source.height <= 0)
+    {
+        return result;
+    }
+    const PixmanImage from = Wrap(source);
+    const PixmanImage to = Wrap(result);
+    const auto scaleX = static_cast<pixman_fixed_t>((static_cast<std::int64_t>(source.width) << 16) / width);
+    const auto scaleY = static_cast<pixman_fixed_t>((static_cast<std::int64_t>(source.height) << 16) / height);
+    pixman_transform_t transform;
+    pixman_transform_init_scale(&transform, scaleX, scaleY);
+    pixman_image_set_transform(from.get(), &transform);
+    // Without padding the edge would fade into the transparent outside.
+    pixman_image_set_repeat(from.get(), PIXMAN_REPEAT_PAD);
+    UseAveragingFilter(from.get(), scaleX, scaleY);
+    pixman_image_composite32(PIXMAN_OP_SRC, from.get(), nullptr, to.get(), 0, 0, 0, 0, 0, 0, width, height);
+    return result;
+}
+
+} // namespace platform

@@ -1,0 +1,149 @@
+// A toolbar's buttons as a column of rows.
+#include "platform/controls/toolbar_column.h"
+
+#include <algorithm>
+
+namespace platform
+{
+
+namespace
+{
+
+/// Extent of a separator that does not say its own.
+constexpr int defaultSeparator = 8;
+
+/// A small number in the place of the pointer would name a string of the control's own list, which it does not have.
+std::u16string_view TextFrom(INT_PTR text)
+{
+    const bool isPointer = text != -1 && (static_cast<ULONG_PTR>(text) >> 16) != 0;
+    return isPointer ? std::u16string_view(reinterpret_cast<LPCWSTR>(text)) : std::u16string_view();
+}
+
+} // namespace
+
+void ToolbarColumn::Insert(int index, const TBBUTTON& button)
+{
+    index = std::clamp(index, 0, Count());
+    const std::u16string_view text = TextFrom(button.iString);
+    ToolbarButton row;
+    row.image = button.iBitmap;
+    row.command = button.idCommand;
+    row.state = button.fsState;
+    row.style = button.fsStyle;
+    row.data = button.dwData;
+    row.text = m_texts.size();
+    row.textLength = row.IsSeparator() ? 0 : static_cast<int>(text.size());
+    m_texts.append(text.substr(0, static_cast<std::size_t>(row.textLength))).push_back(u'\0');
+    m_buttons.insert(m_buttons.begin() + index, row);
+    m_unmeasured = std::min(m_unmeasured, index);
+    m_bottoms.resize(std::min(m_bottoms.size(), static_cast<std::size_t>(index)));
+}
+
+void ToolbarColumn::Remove(int index)
+{
+    const ToolbarButton removed = At(index);
+    m_buttons.erase(m_buttons.begin() + index);
+    m_bottoms.resize(std::min(m_bottoms.size(), static_cast<std::size_t>(index)));
+    m_unmeasured = std::min(m_unmeasured, Count());
+    if (removed.textWidth == m_widest)
+    {
+        m_widest = 0;
+        m_unmeasured = 0;
+    }
+    if (m_buttons.empty())
+    {
+        m_texts.clear();
+    }
+}
+
+void ToolbarColumn::SetState(int index, BYTE state)
+{
+    At(index).state = state;
+    m_bottoms.resize(std::min(m_bottoms.size(), static_cast<std::size_t>(index)));
+}
+
+int ToolbarColumn::IndexOf(int command) const
+{
+    // Commands are usually numbered in order.
+    if (!m_buttons.empty() && Has(command - m_buttons[0].command) &&
+        At(command - m_buttons[0].command).command == command)
+    {
+        return command - m_buttons[0].command;
+    }
+    const auto found = std::find_if(m_buttons.begin(), m_buttons.end(),
+                                    [&](const ToolbarButton& button) { return button.command == command; });
+    return found != m_buttons.end() ? static_cast<int>(found - m_buttons.begin()) : -1;
+}
+
+void ToolbarColumn::SetSize(int width, int itemHeight)
+{
+    if (itemHeight != m_itemHeight)
+    {
+        m_bottoms.clear();
+    }
+    m_width = width;
+    m_itemHeight = itemHeight;
+}
+
+int ToolbarColumn::Extent(const ToolbarButton& button) const
+{
+    if (button.IsHidden())
+    {
+        return 0;
+    }
+    return !button.IsSeparator() ? m_itemHeight : button.image > 0 ? button.image : defaultSeparator;
+}
+
+void ToolbarColumn::LayOut(int index) const
+{
+    m_bottoms.reserve(m_buttons.size());
+    for (int row = static_cast<int>(m_bottoms.size()); row <= index; ++row)
+    {
+        const int top = m_bottoms.empty() ? 0 : m_bottoms.back();
+        m_bottoms.push_back(top + Extent(At(row)));
+    }
+}
+
+RECT ToolbarColumn::RectOf(int index) const
+{
+    if (!Has(index) || At(index).IsHidden())
+    {
+        return {};
+    }
+    LayOut(index);
+    const int top = index > 0 ? m_bottoms[static_cast<std::size_t>(index - 1)] : 0;
+    return {0, top, m_width, m_bottoms[static_cast<std::size_t>(index)]};
+}
+
+int ToolbarColumn::FirstBelow(int y) const
+{
+    LayOut(Count() - 1);
+    return static_cast<int>(std::upper_bound(m_bottoms.begin(), m_bottoms.end(), y) - m_bottoms.begin());
+}
+
+int ToolbarColumn::HitTest(POINT point) const
+{
+    if (point.x < 0 || point.x >= m_width || point.y < 0)
+    {
+        return -1;
+    }
+    const int row = FirstBelow(point.y);
+    if (!Has(row))
+    {
+        return -1;
+    }
+    // The first row's index has no negative; −1 says no more than "no item" there.
+    return !At(row).IsSeparator() ? row : row > 0 ? -row : -1;
+}
+
+void ToolbarColumn::ForgetTextWidths()
+{
+    for (ToolbarButton& button : m_buttons)
+    {
+        button.textWidth = -1;
+    }
+    m_unmeasured = 0;
+    m_widest = 0;
+}
+
+} // namespace platform

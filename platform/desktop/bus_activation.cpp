@@ -1,0 +1,127 @@
+// Activation over D-Bus.
+#include "platform/desktop/bus_activation.h"
+
+#include "platform/desktop/glib_owner.h"
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+namespace platform
+{
+
+namespace
+{
+
+/// How long to wait for the application's answer before taking it for slow, in milliseconds.
+constexpr int answerTimeout = 5000;
+
+std::string BusNameOf(const std::string& entryPath)
+{
+    std::string name = entryPath.substr(entryPath.rfind('/') + 1);
+    const std::size_t suffix = name.rfind(".desktop");
+    return name.substr(0, suffix);
+}
+
+/// The object path that the desktop entry rules derive from the name.
+std::string ObjectPathOf(const std::string& busName)
+{
+    std::string path = "/" + busName;
+    std::replace(path.begin(), path.end(), '.', '/');
+    std::replace(path.begin(), path.end(), '-', '_');
+    return path;
+}
+
+GVariant* PlatformData(const BusRequest& request)
+{
+    GVariantBuilder builder;
+    g_variant_builder_init(&builder, G_VARIANT_TYPE_VARDICT);
+    if (!request.startupId.empty())
+    {
+        for (const char* key : {"desktop-startup-id", "activation-token"})
+        {
+            g_variant_builder_add(&builder, "{sv}", key, g_variant_new_string(request.startupId.c_str()));
+        }
+    }
+    return g_variant_builder_end(&builder);
+}
+
+GVariant* Arguments(const BusRequest& request)
+{
+    if (request.uris.empty())
+    {
+        return g_variant_new("(@a{sv})", PlatformData(request));
+    }
+    GVariantBuilder uris;
+    g_variant_builder_init(&uris, G_VARIANT_TYPE_STRING_ARRAY);
+    for (const std::string& uri : request.uris)
+    {
+        g_variant_builder_add(&uris, "s", uri.c_str());
+    }
+    return g_variant_new("(@as@a{sv})", g_variant_builder_end(&uris), PlatformData(request));
+}
+
+/// True when the application answered or may yet do so.
+bool CallApplication(const BusRequest& request)
+{
+    const std::string name = BusNameOf(request.entryPath);
+    const std::string path = ObjectPathOf(name);
+    const GObjectOwner<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+    if (bus == nullptr || !g_dbus_is_name(name.c_str()) || !g_variant_is_object_path(path.c_str()))
+    {
+        return false;
+    }
+    g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
+    GError* error = nullptr;
+    GVariant* reply = g_dbus_connection_call_sync(bus.get(), name.c_str(), path.c_str(), "org.freedesktop.Application",
+                                                  request.uris.empty() ? "Activate" : "Open", Arguments(request),
+                                                  nullptr, G_DBUS_CALL_FLAGS_NONE, answerTimeout, nullptr, &error);
+    if (reply != nullptr)
+    {
+        g_variant_unref(reply);
+        return true;
+    }
+    const GErrorOwner owner(error);
+    return g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT) != FALSE ||
+           g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_NO_REPLY) != FALSE;
+}
+
+/// What the launching thread and the asking thread share.
+struct Outcome
+{
+    std::mutex mutex;
+    std::condition_variable known;
+    bool isKnown = false;
+    std::string reason;
+};
+
+} // namespace
+
+std::string ActivateOverBus(BusRequest request, std::function<std::string()> runCommand, std::shared_ptr<LaunchEnd> end)
+{
+    constexpr std::chrono::milliseconds patience{150};
+    const auto outcome = std::make_shared<Outcome>();
+    const auto ask = [request = std::move(request), runCommand, end = std::move(end), outcome]
+    {
+        std::string reason = CallApplication(request) ? "" : runCommand();
+        const std::lock_guard lock(outcome->mutex);
+        outcome->reason = std::move(reason);
+        outcome->isKnown = true;
+        outcome->known.notify_one();
+    };
+    try
+    {
+        std::thread(ask).detach();
+    }
+    catch (const std::system_error&)
+    {
+        return runCommand();
+    }
+    std::unique_lock lock(outcome->mutex);
+    outcome->known.wait_for(lock, patience, [&] { return outcome->isKnown; });
+    return outcome->reason;
+}
+
+} // namespace platform

@@ -1,0 +1,174 @@
+// Desktop entries: by GDesktopAppInfo, or over D-Bus; and why one cannot be started.
+#include "platform/desktop/entry_launch.h"
+
+#include "platform/desktop/bus_activation.h"
+#include "platform/desktop/desktop_entry.h"
+#include "platform/desktop/spawn.h"
+#include "platform/desktop/startup_notice.h"
+
+#include <gio/gdesktopappinfo.h>
+
+#include <string_view>
+
+namespace platform
+{
+
+namespace
+{
+
+constexpr char group[] = G_KEY_FILE_DESKTOP_GROUP;
+constexpr char execKey[] = G_KEY_FILE_DESKTOP_KEY_EXEC;
+
+std::string Quoted(const std::string& text)
+{
+    return "\u201C" + text + "\u201D";
+}
+
+std::string MessageOf(const GError* error)
+{
+    return error != nullptr ? error->message : "The reason is not known.";
+}
+
+bool IsInstalled(const std::string& program)
+{
+    const GTextOwner path(g_find_program_in_path(program.c_str()));
+    return path != nullptr;
+}
+
+/// Why GDesktopAppInfo would have nothing to do with the entry; "" when no reason is found.
+std::string WhyUnusable(GKeyFile* entry)
+{
+    const std::string type = EntryText(entry, G_KEY_FILE_DESKTOP_KEY_TYPE);
+    if (type != G_KEY_FILE_DESKTOP_TYPE_APPLICATION)
+    {
+        return "It is no application but " + (type.empty() ? "of no type." : "of the type " + Quoted(type) + ".");
+    }
+    const std::string needed = EntryText(entry, G_KEY_FILE_DESKTOP_KEY_TRY_EXEC);
+    if (!needed.empty() && !IsInstalled(needed))
+    {
+        return "The program " + Quoted(needed) + " is not installed.";
+    }
+    const std::string command = EntryText(entry, execKey);
+    if (command.empty())
+    {
+        return "It does not say which program to run.";
+    }
+    GError* error = nullptr;
+    char** words = nullptr;
+    if (!g_shell_parse_argv(command.c_str(), nullptr, &words, &error))
+    {
+        const GErrorOwner owner(error);
+        return "Its command line is malformed: " + MessageOf(error) + ".";
+    }
+    const GStrvOwner owner(words);
+    return IsInstalled(words[0]) ? "" : "The program " + Quoted(words[0]) + " is not installed.";
+}
+
+/// The command by which the user's terminal runs another command; "" to leave the choice to GIO.
+std::string TerminalCommand()
+{
+    if (IsInstalled("xdg-terminal-exec"))
+    {
+        return "xdg-terminal-exec ";
+    }
+    return IsInstalled("x-terminal-emulator") ? "x-terminal-emulator -e " : "";
+}
+
+/// Puts the entry's own path where its command line asks for it: an entry made from memory has lost it.
+std::string WithEntryPath(std::string command, const std::string& path)
+{
+    const GTextOwner quoted(g_shell_quote(path.c_str()));
+    std::string text;
+    for (const char* c = quoted.get(); *c != '\0'; ++c)
+    {
+        text.append(*c == '%' ? "%%" : std::string(1, *c));
+    }
+    for (std::size_t at = 0; (at = command.find('%', at)) != command.npos && at + 1 < command.size();)
+    {
+        const bool wanted = command[at + 1] == 'k';
+        command.replace(at, 2, wanted ? text : command.substr(at, 2));
+        at += wanted ? text.size() : 2;
+    }
+    return command;
+}
+
+/// The entry for starting by a command line: never over D-Bus, and in the user's own terminal if it wants one.
+GObjectOwner<GDesktopAppInfo> InfoForCommand(GKeyFile* entry, const std::string& path)
+{
+    const bool inTerminal = EntryFlag(entry, G_KEY_FILE_DESKTOP_KEY_TERMINAL);
+    const std::string terminal = inTerminal ? TerminalCommand() : "";
+    const bool onBus = EntryFlag(entry, G_KEY_FILE_DESKTOP_KEY_DBUS_ACTIVATABLE);
+    if (terminal.empty() && !onBus)
+    {
+        return GObjectOwner<GDesktopAppInfo>(g_desktop_app_info_new_from_filename(path.c_str()));
+    }
+    const std::string command = terminal + WithEntryPath(EntryText(entry, execKey), path);
+    g_key_file_set_string(entry, group, execKey, command.c_str());
+    g_key_file_set_boolean(entry, group, G_KEY_FILE_DESKTOP_KEY_DBUS_ACTIVATABLE, FALSE);
+    g_key_file_set_boolean(entry, group, G_KEY_FILE_DESKTOP_KEY_TERMINAL, inTerminal && terminal.empty());
+    return GObjectOwner<GDesktopAppInfo>(g_desktop_app_info_new_from_keyfile(entry));
+}
+
+/// The identifier of a start that was announced; "" when the entry does not ask for that.
+std::string Announce(GKeyFile* entry, const char* program)
+{
+    if (!EntryFlag(entry, G_KEY_FILE_DESKTOP_KEY_STARTUP_NOTIFY))
+    {
+        return {};
+    }
+    const std::string name = LocalisedEntryText(entry, G_KEY_FILE_DESKTOP_KEY_NAME);
+    const std::string icon = LocalisedEntryText(entry, G_KEY_FILE_DESKTOP_KEY_ICON);
+    return AnnounceStart(name.c_str(), icon.c_str(), program);
+}
+
+/// Starts the entry's command line.
+std::string RunCommand(GKeyFile* entry, const std::string& path, const std::vector<std::string>& uris)
+{
+    const std::string unusable = WhyUnusable(entry);
+    if (!unusable.empty())
+    {
+        return unusable;
+    }
+    const GObjectOwner<GDesktopAppInfo> info = InfoForCommand(entry, path);
+    if (info == nullptr)
+    {
+        return "It is not a valid desktop entry.";
+    }
+    GList* list = nullptr;
+    for (const std::string& uri : uris)
+    {
+        list = g_list_append(list, const_cast<char*>(uri.c_str()));
+    }
+    const auto context = MakeLaunchContext(Announce(entry, g_app_info_get_executable(G_APP_INFO(info.get()))));
+    GError* error = nullptr;
+    const bool started =
+        g_desktop_app_info_launch_uris_as_manager(info.get(), list, context.get(), detachedSpawnFlags, DetachChild,
+                                                  nullptr, nullptr, nullptr, &error) != FALSE;
+    g_list_free(list);
+    const GErrorOwner owner(error);
+    return started ? "" : MessageOf(error);
+}
+
+} // namespace
+
+std::string LaunchEntry(const std::string& entryPath, const std::vector<std::string>& uris,
+                        const std::shared_ptr<LaunchEnd>& end)
+{
+    const GKeyFileOwner entry = LoadDesktopEntry(entryPath.c_str());
+    if (entry == nullptr)
+    {
+        return "It is not a valid desktop entry.";
+    }
+    const auto runCommand = [entryPath, uris]() -> std::string
+    {
+        const GKeyFileOwner copy = LoadDesktopEntry(entryPath.c_str());
+        return copy != nullptr ? RunCommand(copy.get(), entryPath, uris) : "It is not a valid desktop entry.";
+    };
+    if (!EntryFlag(entry.get(), G_KEY_FILE_DESKTOP_KEY_DBUS_ACTIVATABLE))
+    {
+        return runCommand();
+    }
+    return ActivateOverBus({entryPath, uris, Announce(entry.get(), nullptr)}, runCommand, end);
+}
+
+} // namespace platform

@@ -1,0 +1,31 @@
+// Starting what a desktop entry describes.
+#pragma once
+
+#include "platform/desktop/launch_service.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace platform
+{
+
+/// The end of a launch, told once: by Tell(), or by the last owner's going. May move to another thread.
+class LaunchEnd
+{
+public:
+    explicit LaunchEnd(LaunchReport report) : m_report(report) {}
+    ~LaunchEnd() { m_report.finished(m_report.context); }
+    LaunchEnd(const LaunchEnd&) = delete;
+    LaunchEnd& operator=(const LaunchEnd&) = delete;
+
+private:
+    LaunchReport m_report;
+};
+
+/// Starts the application of a desktop entry with the URIs. Returns "" on success, else the reason in one sentence.
+/// An application that is activated over D-Bus is asked without waiting for its window; `end` lives until it answered.
+std::string LaunchEntry(const std::string& entryPath, const std::vector<std::string>& uris,
+                        const std::shared_ptr<LaunchEnd>& end);
+
+} // namespace platform

@@ -1,0 +1,26 @@
+// Opening files the way the user's desktop does: desktop entries, default applications, programs. Done by GIO.
+#pragma once
+
+#include <cstddef>
+
+namespace platform
+{
+
+struct LaunchReport
+{
+    /// Called once, on any thread, when nothing of the launch is left to be done in this process.
+    void (*finished)(void* context);
+    void* context;
+};
+
+struct LaunchService
+{
+    /// Opens the file at `path` (absolute). On failure returns false with the reason, a sentence in UTF-8, in `reason`.
+    /// True means started, or asked for over D-Bus with nothing said against it so far. `report.finished` is called in
+    /// either case.
+    bool (*open)(const char* path, LaunchReport report, char* reason, std::size_t reasonSize);
+};
+
+} // namespace platform
+
+extern "C" const platform::LaunchService orb_launch_service;

@@ -1,0 +1,49 @@
+// LoadImageW: bitmaps and icons out of resources and files.
+#include "platform/base/cache_folder.h"
+#include "platform/base/text.h"
+#include "platform/drawing/icon_directory.h"
+
+using namespace platform;
+
+namespace
+{
+
+// A bitmap file larger than this is no picture of this program's.
+constexpr std::size_t kLargestFile = std::size_t{64} << 20;
+
+std::unique_ptr<BitmapObject> ReadBitmap(HINSTANCE instance, LPCWSTR name, UINT flags)
+{
+    if ((flags & LR_LOADFROMFILE) == 0)
+    {
+        return ReadPackedDib(ResourceBytesOf(instance, name, RT_BITMAP));
+    }
+    if (IS_INTRESOURCE(name))
+    {
+        return nullptr;
+    }
+    const MappedFile file(PosixFromShellPath(name));
+    const std::string_view content = file.Content();
+    return content.size() <= kLargestFile
+               ? ReadBitmapFile({reinterpret_cast<const unsigned char*>(content.data()), content.size()})
+               : nullptr;
+}
+
+} // namespace
+
+// Bitmaps come at their natural size, as sections; icon files and cursors are not implemented.
+HANDLE LoadImageW(HINSTANCE instance, LPCWSTR name, UINT type, int width, int height, UINT flags)
+{
+    constexpr HANDLE none = nullptr;
+    if (type == IMAGE_ICON && (flags & LR_LOADFROMFILE) == 0)
+    {
+        constexpr int usual = 32;
+        return LoadResourceIcon(instance, name, width != 0 ? width : usual, height != 0 ? height : usual);
+    }
+    if (type != IMAGE_BITMAP)
+    {
+        return Fail(ERROR_NOT_SUPPORTED, none);
+    }
+    auto bitmap = ReadBitmap(instance, name, flags);
+    return bitmap != nullptr ? OpenHandle<HANDLE>("LoadImageW", std::move(bitmap))
+                             : Fail(ERROR_RESOURCE_NAME_NOT_FOUND, none);
+}

@@ -1,0 +1,230 @@
+// Measuring and drawing one line.
+#include "platform/drawing/text_line.h"
+
+#include "platform/drawing/glyph_font.h"
+#include "platform/drawing/text_service_access.h"
+
+#include <algorithm>
+
+namespace platform
+{
+namespace
+{
+
+/// Coverage of a whole line, one byte a pixel, put together before it is blended in one go.
+struct Mask
+{
+    RECT bounds{}; ///< surface coordinates
+    int stride = 0;
+    std::vector<std::uint32_t> storage; ///< words, as pixman wants rows aligned
+
+    explicit Mask(const RECT& area) : bounds(area), stride((area.right - area.left + 3) / 4 * 4)
+    {
+        storage.resize(static_cast<std::size_t>(stride / 4) * static_cast<std::size_t>(area.bottom - area.top));
+    }
+    unsigned char* Row(int y)
+    {
+        return reinterpret_cast<unsigned char*>(storage.data()) + static_cast<std::ptrdiff_t>(y - bounds.top) * stride -
+               bounds.left;
+    }
+};
+
+struct ImageCloser
+{
+    void operator()(pixman_image_t* image) const { pixman_image_unref(image); }
+};
+using UniqueImage = std::unique_ptr<pixman_image_t, ImageCloser>;
+
+UniqueImage TargetImage(const Canvas& canvas, const RECT* clip)
+{
+    const Surface& pixels = canvas.Pixels();
+    UniqueImage image(pixman_image_create_bits(PIXMAN_a8r8g8b8, pixels.width, pixels.height, pixels.pixels,
+                                               pixels.stride * static_cast<int>(sizeof(std::uint32_t))));
+    ClipRegion visible(canvas.Clip());
+    if (clip != nullptr)
+    {
+        visible.Intersect(ClipRegion(*clip));
+    }
+    pixman_image_set_clip_region32(image.get(), visible.Raw());
+    return image;
+}
+
+UniqueImage SolidImage(COLORREF color)
+{
+    const auto channel = [](COLORREF value) { return static_cast<std::uint16_t>((value & 0xFF) * 0x101); };
+    const pixman_color_t solid{channel(color), channel(color >> 8), channel(color >> 16), 0xFFFF};
+    return UniqueImage(pixman_image_create_solid_fill(&solid));
+}
+
+void Blend(const Canvas& canvas, Mask& mask, COLORREF color, const RECT* clip)
+{
+    const int width = mask.bounds.right - mask.bounds.left;
+    const int height = mask.bounds.bottom - mask.bounds.top;
+    const UniqueImage coverage(pixman_image_create_bits(PIXMAN_a8, width, height, mask.storage.data(), mask.stride));
+    const UniqueImage source = SolidImage(color);
+    const UniqueImage target = TargetImage(canvas, clip);
+    pixman_image_composite32(PIXMAN_OP_OVER, source.get(), coverage.get(), target.get(), 0, 0, 0, 0, mask.bounds.left,
+                             mask.bounds.top, width, height);
+}
+
+/// Calls visit(glyph, x of its first column, y of its first row).
+template <typename Visit>
+void ForGlyphs(GlyphFont& font, std::u16string_view text, POINT position, const int* spacing, Visit visit)
+{
+    int pen = position.x;
+    const int baseline = position.y + font.Metrics().tmAscent;
+    for (std::size_t i = 0; i < text.size(); ++i)
+    {
+        const Glyph& glyph = font.GlyphFor(text[i]);
+        if (glyph.width != 0)
+        {
+            visit(glyph, pen + glyph.left, baseline - glyph.top);
+        }
+        pen += spacing != nullptr ? spacing[i] : font.Advance(text[i]);
+    }
+}
+
+/// The part of the line's ink that can be seen; empty (right <= left) when there is none.
+RECT InkBounds(const Canvas& canvas, GlyphFont& font, std::u16string_view text, POINT position, const int* spacing)
+{
+    RECT ink{INT32_MAX, INT32_MAX, INT32_MIN, INT32_MIN};
+    ForGlyphs(font, text, position, spacing,
+              [&](const Glyph& glyph, int x, int y)
+              {
+                  ink.left = std::min(ink.left, x);
+                  ink.top = std::min(ink.top, y);
+                  ink.right = std::max(ink.right, x + glyph.width);
+                  ink.bottom = std::max(ink.bottom, y + glyph.height);
+              });
+    const RECT seen = canvas.Clip().Extents();
+    return {std::max(ink.left, seen.left), std::max(ink.top, seen.top), std::min(ink.right, seen.right),
+            std::min(ink.bottom, seen.bottom)};
+}
+
+/// Neighbours may overlap by a pixel: the stronger coverage wins there.
+void AddGlyph(Mask& mask, const Glyph& glyph, int x, int y)
+{
+    const int left = std::max(x, mask.bounds.left);
+    const int right = std::min(x + glyph.width, mask.bounds.right);
+    const int bottom = std::min(y + glyph.height, mask.bounds.bottom);
+    for (int row = std::max(y, mask.bounds.top); row < bottom; ++row)
+    {
+        unsigned char* to = mask.Row(row);
+        const std::uint8_t* from = glyph.coverage.data() + static_cast<std::ptrdiff_t>(row - y) * glyph.width - x;
+        for (int column = left; column < right; ++column)
+        {
+            to[column] = std::max(to[column], from[column]);
+        }
+    }
+}
+
+void DrawGlyphs(const Canvas& canvas, GlyphFont& font, std::u16string_view text, POINT position, COLORREF color,
+                const RECT* clip, const int* spacing)
+{
+    const RECT bounds = InkBounds(canvas, font, text, position, spacing);
+    if (bounds.right <= bounds.left || bounds.bottom <= bounds.top)
+    {
+        return;
+    }
+    Mask mask(bounds);
+    ForGlyphs(font, text, position, spacing, [&](const Glyph& glyph, int x, int y) { AddGlyph(mask, glyph, x, y); });
+    Blend(canvas, mask, color, clip);
+}
+
+/// Underline and strike-out of the glyph path (the service draws its own).
+void DrawDecorations(const Canvas& canvas, GlyphFont& font, POINT position, int width, COLORREF color, const RECT* clip)
+{
+    const int thickness = std::max(1, font.EmHeight() / 14);
+    const int baseline = position.y + font.Metrics().tmAscent;
+    const auto line = [&](int top)
+    {
+        ClipRegion area(RECT{position.x, top, position.x + width, top + thickness});
+        if (clip != nullptr)
+        {
+            area.Intersect(ClipRegion(*clip));
+        }
+        canvas.Fill(area, PixelFromColor(color));
+    };
+    if (font.ServiceFont().underline)
+    {
+        line(baseline + 1);
+    }
+    if (font.ServiceFont().strikeOut)
+    {
+        line(baseline - font.EmHeight() / 3);
+    }
+}
+
+/// The service draws on a picture of the line's own size, which is then blended like any other.
+void DrawByService(const Canvas& canvas, GlyphFont& font, std::u16string_view text, POINT position, COLORREF color,
+                   const RECT* clip)
+{
+    const TextService* service = GetTextService();
+    TextExtent extent{};
+    if (service == nullptr || !service->measure(&font.ServiceFont(), text.data(), text.size(), &extent))
+    {
+        return;
+    }
+    // Ink may leave the logical extent; an em on each side is room enough.
+    const int margin = font.EmHeight();
+    const RECT seen = canvas.Clip().Extents();
+    const int baseline = position.y + font.Metrics().tmAscent;
+    const RECT area{std::max(position.x - margin, seen.left), std::max(baseline - extent.ascent - margin, seen.top),
+                    std::min(position.x + extent.width + margin, seen.right),
+                    std::min(baseline + extent.descent + margin, seen.bottom)};
+    const int width = area.right - area.left;
+    const int height = area.bottom - area.top;
+    if (width <= 0 || height <= 0)
+    {
+        return;
+    }
+    std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    const TextTarget picture{pixels.data(), width, height, width};
+    if (!service->draw(&font.ServiceFont(), text.data(), text.size(), &picture, position.x - area.left,
+                       baseline - area.top, PixelFromColor(color)))
+    {
+        return;
+    }
+    const UniqueImage source(pixman_image_create_bits(PIXMAN_a8r8g8b8, width, height, pixels.data(), width * 4));
+    const UniqueImage target = TargetImage(canvas, clip);
+    pixman_image_composite32(PIXMAN_OP_OVER, source.get(), nullptr, target.get(), 0, 0, 0, 0, area.left, area.top,
+                             width, height);
+}
+
+int WidthByService(GlyphFont& font, std::u16string_view text)
+{
+    const TextService* service = GetTextService();
+    TextExtent extent{};
+    if (service != nullptr && service->measure(&font.ServiceFont(), text.data(), text.size(), &extent))
+    {
+        return extent.width;
+    }
+    return static_cast<int>(text.size()) * font.Metrics().tmAveCharWidth;
+}
+
+} // namespace
+
+int TextWidth(FontObject& font, std::u16string_view text)
+{
+    GlyphFont& glyphs = font.Glyphs();
+    const std::optional<int> width = glyphs.Measure(text);
+    return width ? *width : WidthByService(glyphs, text);
+}
+
+void DrawTextLine(const Canvas& canvas, FontObject& font, std::u16string_view text, POINT position, COLORREF color,
+                  const RECT* clip, const int* spacing)
+{
+    GlyphFont& glyphs = font.Glyphs();
+    const std::optional<int> width = glyphs.Measure(text);
+    if (width || spacing != nullptr)
+    {
+        DrawGlyphs(canvas, glyphs, text, position, color, clip, spacing);
+        DrawDecorations(canvas, glyphs, position, width.value_or(0), color, clip);
+    }
+    else
+    {
+        DrawByService(canvas, glyphs, text, position, color, clip);
+    }
+}
+
+} // namespace platform

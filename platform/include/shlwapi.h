@@ -1,0 +1,7 @@
+// Shell string helpers.
+#pragma once
+
+#include "shlobj.h"
+
+/// Converts and releases `name`; *text is freed with CoTaskMemFree.
+HRESULT StrRetToStrW(STRRET* name, PCUITEMID_CHILD item, LPWSTR* text);

@@ -1,0 +1,120 @@
+// Places of the hives (XDG base directory specification) and setting a file aside.
+#include "platform/registry/registry_file.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <string_view>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace platform
+{
+namespace
+{
+
+constexpr char kFile[] = "/orb-launcher/registry.db";
+constexpr int kMostDamagedFiles = 1000;
+
+/// A relative path in one of these variables counts as not set.
+std::string_view Absolute(const char* variable)
+{
+    const char* value = std::getenv(variable);
+    return value != nullptr && value[0] == '/' ? value : std::string_view();
+}
+
+std::string ParentOf(const std::string& path)
+{
+    const std::size_t slash = path.rfind('/');
+    return slash == std::string::npos || slash == 0 ? "/" : path.substr(0, slash);
+}
+
+int MakeFolder(const std::string& path)
+{
+    if (mkdir(path.c_str(), 0700) == 0 || errno == EEXIST)
+    {
+        return 0;
+    }
+    if (errno != ENOENT)
+    {
+        return errno;
+    }
+    const int error = MakeFolder(ParentOf(path));
+    return error == 0 && mkdir(path.c_str(), 0700) != 0 && errno != EEXIST ? errno : error;
+}
+
+bool MayAccess(const std::string& path, int how)
+{
+    return faccessat(AT_FDCWD, path.c_str(), how, AT_EACCESS) == 0;
+}
+
+bool RenameToFree(const std::string& from, const std::string& to)
+{
+    if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
+    {
+        return true;
+    }
+    // Some file systems cannot do that in one step.
+    const bool unsupported = errno == EINVAL || errno == ENOSYS;
+    return unsupported && access(to.c_str(), F_OK) != 0 && std::rename(from.c_str(), to.c_str()) == 0;
+}
+
+} // namespace
+
+std::string UserHivePath()
+{
+    if (const std::string_view config = Absolute("XDG_CONFIG_HOME"); !config.empty())
+    {
+        return std::string(config) + kFile;
+    }
+    const std::string_view home = Absolute("HOME");
+    return home.empty() ? std::string() : std::string(home) + "/.config" + kFile;
+}
+
+std::string MachineHivePath()
+{
+    std::string_view folders = Absolute("XDG_CONFIG_DIRS");
+    folders = folders.substr(0, folders.find(':'));
+    return std::string(folders.empty() ? "/etc/xdg" : folders) + kFile;
+}
+
+int MakeParentFolder(const std::string& path)
+{
+    return MakeFolder(ParentOf(path));
+}
+
+bool MayWrite(const std::string& path)
+{
+    if (access(path.c_str(), F_OK) == 0)
+    {
+        // SQLite keeps its journal beside the file.
+        return MayAccess(path, W_OK) && MayAccess(ParentOf(path), W_OK);
+    }
+    std::string folder = ParentOf(path);
+    while (access(folder.c_str(), F_OK) != 0 && folder != "/")
+    {
+        folder = ParentOf(folder);
+    }
+    return MayAccess(folder, W_OK | X_OK);
+}
+
+bool SetFileAside(const std::string& path)
+{
+    for (int n = 1; n <= kMostDamagedFiles; ++n)
+    {
+        const std::string aside = path + ".damaged-" + std::to_string(n);
+        if (RenameToFree(path, aside))
+        {
+            RenameToFree(path + "-journal", aside + "-journal");
+            return true;
+        }
+        if (errno != EEXIST)
+        {
+            return errno == ENOENT && access(path.c_str(), F_OK) != 0; // another process was quicker
+        }
+    }
+    return false;
+}
+
+} // namespace platform

@@ -1,0 +1,67 @@
+// The headless screen's other side: what a test does to it and reads from it.
+//
+// Input is what a person does; it is queued like a display's events and acted on when the program next looks. A test
+// that also sets the clock by hand (clock.h) has every time under its control.
+#pragma once
+
+#include "platform/screen/screen.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace platform::headless
+{
+
+/// Monitors such as "1920x1080+0+0,1280x1024+1920+0", the primary one first. Work areas become the whole monitors.
+/// False, with nothing changed, when the text is malformed.
+bool SetMonitors(std::string_view text, UINT dpi = 96);
+void SetWorkArea(std::size_t monitor, const RECT& workArea);
+void SetDpi(std::size_t monitor, UINT dpi);
+/// Settings that a desktop would publish; what GetDpi or the fonts have cached stays cached.
+void SetDesktopSetting(std::string_view name, std::string_view value);
+/// Another program's window, for ForeignWindowBounds; an empty rectangle takes it away.
+void SetForeignWindow(std::uint32_t id, const RECT& bounds);
+/// Back to one monitor of 1920 × 1080, no settings, no input, the pointer at (0, 0), no idle handler. Windows stay.
+void Reset();
+
+// --- what a person does
+void MoveMouse(int x, int y);
+void PressButton(screen::Button button = screen::Button::Left);
+void ReleaseButton(screen::Button button = screen::Button::Left);
+/// One notch is 120; positive turns away from the user.
+void TurnWheel(int delta);
+/// `text` is what the key types, if anything.
+void PressKey(BYTE virtualKey, std::u16string_view text = {});
+void ReleaseKey(BYTE virtualKey);
+/// A click on another program's window, or its taking the keyboard.
+void ActivateOtherApplication();
+/// The window manager's close button.
+void RequestClose(screen::NativeWindow window);
+
+/// Called whenever the program would wait with nothing queued; returns true when it has done something that ends the
+/// wait (queued input, advanced the clock, woken the program). Null for none.
+void SetIdleHandler(std::function<bool()> handler);
+
+// --- what a person sees
+struct WindowInfo
+{
+    screen::NativeWindow id = 0;
+    RECT bounds{};
+    bool visible = false;
+    screen::WindowKind kind = screen::WindowKind::Popup;
+    std::u16string title;
+};
+
+/// All native windows, the topmost first.
+std::vector<WindowInfo> Windows();
+/// Whether this program's windows have the keyboard.
+bool HasKeyboard();
+/// 0x00RRGGBB of a point of the screen; the empty desktop is 0x00404040.
+std::uint32_t PixelAt(int x, int y);
+/// The whole screen, as presented. False when the file cannot be written.
+bool SavePng(const std::string& path);
+/// Pixels presented since the last call, counted as often as they were presented.
+std::size_t TakePresentedPixels();
+
+} // namespace platform::headless

@@ -1,0 +1,55 @@
+// The snapshot of a folder: the descriptions of its files, kept across runs in the cache folder.
+//
+// One file per folder, mapped and looked up by name. It holds for the locale, the desktop and the MIME data base it was
+// written under, and each entry for the file state that its stamp was made from. A snapshot that is damaged or made for
+// something else is as good as none.
+//
+// A snapshot also is the whole list of the folder's files in the state that its folder stamp was made from. The first
+// reading of a folder in a run is content with that list while the folder's stamp stays (no file has come, gone or
+// changed its name); what a file was changed to in place is looked for after the first frame.
+#pragma once
+
+#include "platform/shell/folder_listing.h"
+
+#include <optional>
+
+namespace platform
+{
+
+/// 64-bit hash of bytes; `seed` chains calls.
+std::uint64_t HashBytes(std::string_view bytes, std::uint64_t seed = 0);
+
+/// Looks descriptions up in a mapped snapshot.
+class SnapshotReader
+{
+public:
+    SnapshotReader() = default;
+    /// `content` must stay mapped. Finds nothing when it is no valid snapshot of the folder.
+    SnapshotReader(std::string_view content, std::string_view folder);
+
+    /// Completes `file` (name, kind and stamp are set) from the snapshot; false when it has nothing on that state.
+    bool Describe(ListedFile& file) const;
+
+    /// True when the snapshot lists the folder in the state that the stamp was made from (0 is none).
+    bool Covers(std::uint64_t folderStamp) const { return m_valid && folderStamp != 0 && m_folderStamp == folderStamp; }
+    /// Adds every file of the snapshot to the list, in the order in which the folder gave them. False, with the list
+    /// unchanged, when an entry makes no sense.
+    bool List(std::vector<ListedFile>& files) const;
+
+private:
+    struct Located;
+    std::optional<Located> EntryAt(std::size_t offset) const;
+
+    std::string_view m_content;
+    std::uint32_t m_bucketMask = 0;
+    std::uint32_t m_entries = 0;
+    std::uint64_t m_folderStamp = 0;
+    bool m_valid = false;
+};
+
+/// The cache file of a folder; empty when there is no cache.
+std::string SnapshotPath(std::string_view folder);
+/// Writes a listing as the folder's snapshot.
+void SaveSnapshot(const FolderListing& listing);
+
+} // namespace platform

@@ -1,0 +1,68 @@
+// Item identifiers: the bytes that name one file and answer the usual questions about it.
+//
+// An identifier holds the file's name, as bytes, and what was known of the file when the identifier was made: its kind,
+// the name shown, its icon and its type. Asking for those costs no system call. Only the name makes the identity: two
+// identifiers of the same name are equal whatever else they hold. Icon and type are numbers of this process
+// (system_images.h), so an identifier means nothing to another process.
+//
+// Identifiers come from callers as plain memory, so everything here takes any bytes and recognises only what it made.
+#pragma once
+
+#include "shlobj.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace platform
+{
+
+enum class ItemKind : std::uint8_t
+{
+    Folder = 1,
+    File,         ///< a regular file
+    Link,         ///< a symbolic link, whatever it leads to
+    DesktopEntry, ///< a .desktop file, or a symbolic link named so to one
+    Other,        ///< pipe, socket, device
+};
+
+/// What an identifier holds; the views point into whatever the item was read from.
+struct ItemId
+{
+    ItemKind kind = ItemKind::File;
+    std::uint32_t icon = 0; ///< system image index
+    std::uint32_t type = 0; ///< type name index
+    std::string_view name;  ///< the file's name, as the file system has it
+    const BYTE* display = nullptr;
+    std::size_t displayUnits = 0; ///< `display` is this many UTF-16 units at any alignment
+
+    std::u16string DisplayName() const;
+};
+
+/// The longest display name kept, in UTF-16 units; longer ones are cut.
+constexpr std::size_t maxDisplayUnits = 512;
+
+/// The first identifier of `list` when it is one of ours and well formed.
+std::optional<ItemId> ReadItemId(LPCITEMIDLIST list);
+/// Appends an identifier (no terminator). Ignores item.display: `display` is what is stored.
+void AppendItemId(std::vector<BYTE>& bytes, const ItemId& item, std::u16string_view display);
+/// A list from identifiers in a row (the terminator is added); null when out of memory. Freed with ILFree.
+LPITEMIDLIST MakeItemList(const BYTE* identifiers, std::size_t size);
+
+/// True for a list without identifiers, which names the root of the name space.
+inline bool IsEmptyList(LPCITEMIDLIST list)
+{
+    return list->mkid.cb < sizeof(USHORT);
+}
+/// The identifier after the first one of a list that is not empty.
+inline LPCITEMIDLIST NextItemId(LPCITEMIDLIST list)
+{
+    return reinterpret_cast<LPCITEMIDLIST>(reinterpret_cast<const BYTE*>(list) + list->mkid.cb);
+}
+
+/// Appends the path that `list` describes to `path`, a '/' before each name; false when an identifier is not ours.
+bool AppendListPath(std::string& path, LPCITEMIDLIST list);
+
+} // namespace platform

@@ -1,0 +1,284 @@
+// Parsing, binding and naming in the shell name space.
+#include "platform/shell/namespace.h"
+
+#include "shlwapi.h"
+
+#include "platform/base/fault_points.h"
+#include "platform/base/last_error.h"
+#include "platform/base/text.h"
+#include "platform/shell/folder_listing.h"
+#include "platform/shell/system_images.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+namespace platform
+{
+
+bool IsPlainText(std::string_view name)
+{
+    return std::all_of(name.begin(), name.end(), [](char c) { return c > 0 && c != '\\'; });
+}
+
+LPWSTR TaskString(std::u16string_view text)
+{
+    auto* copy = static_cast<LPWSTR>(CoTaskMemAlloc((text.size() + 1) * sizeof(WCHAR)));
+    if (copy != nullptr)
+    {
+        std::memcpy(copy, text.data(), text.size() * sizeof(WCHAR));
+        copy[text.size()] = 0;
+    }
+    return copy;
+}
+
+HRESULT ResultFromErrno(int error)
+{
+    if (error == ENOENT)
+    {
+        return HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
+    }
+    return error == ENOMEM ? E_OUTOFMEMORY : HRESULT_FROM_WIN32(ErrorFromErrno(error));
+}
+
+std::vector<std::string> SplitPath(std::string_view path)
+{
+    std::vector<std::string> names;
+    while (!path.empty())
+    {
+        const std::string_view name = path.substr(0, path.find('/'));
+        path.remove_prefix(std::min(name.size() + 1, path.size()));
+        if (name == ".." && !names.empty())
+        {
+            names.pop_back();
+        }
+        else if (!name.empty() && name != "." && name != "..")
+        {
+            names.emplace_back(name);
+        }
+    }
+    return names;
+}
+
+std::u16string DisplayNameOfFile(std::string_view name, ItemKind kind)
+{
+    constexpr std::string_view desktopSuffix = ".desktop";
+    constexpr std::string_view linkSuffix = ".lnk";
+    for (const std::string_view suffix : {desktopSuffix, linkSuffix})
+    {
+        if (kind != ItemKind::Folder && name.size() > suffix.size() && name.ends_with(suffix))
+        {
+            name.remove_suffix(suffix.size());
+            break;
+        }
+    }
+    if (IsPlainText(name))
+    {
+        return std::u16string(name.begin(), name.end());
+    }
+    std::u16string display; // a backslash shows as itself: only in a path would it separate
+    for (std::size_t start = 0;;)
+    {
+        const std::size_t end = name.find('\\', start);
+        display += ShellNameFromFileName(name.substr(start, end - start));
+        if (end == name.npos)
+        {
+            return display;
+        }
+        display += u'\\';
+        start = end + 1;
+    }
+}
+
+void AppendFolderId(std::vector<BYTE>& bytes, std::string_view name)
+{
+    const ItemId item{ItemKind::Folder, SystemImageIndex(folderIcon), TypeNameIndex(folderTypeName), name};
+    AppendItemId(bytes, item, DisplayNameOfFile(name, ItemKind::Folder));
+}
+
+int AppendFileId(std::vector<BYTE>& bytes, const std::string& folder, const std::string& name)
+{
+    const std::shared_ptr<FolderListing> listing = ReadFile(folder, name);
+    if (listing->error != 0)
+    {
+        return listing->error;
+    }
+    const ListedFile& file = listing->files.front();
+    const ItemId item{file.kind, SystemImageIndex(file.icon), TypeNameIndex(file.typeName), file.name};
+    AppendItemId(bytes, item, file.display);
+    return 0;
+}
+
+HRESULT ParsePath(const std::string& folder, std::u16string_view shellPath, LPITEMIDLIST* list)
+{
+    std::vector<std::string> names = SplitPath(PosixFromShellPath(shellPath));
+    std::vector<BYTE> bytes;
+    std::string parent = folder;
+    for (std::size_t i = 0; i < names.size(); ++i)
+    {
+        if (i + 1 < names.size())
+        {
+            AppendFolderId(bytes, names[i]);
+        }
+        else if (const int error = AppendFileId(bytes, parent, names[i]); error != 0)
+        {
+            return ResultFromErrno(error);
+        }
+        parent += '/';
+        parent += names[i];
+    }
+    *list = MakeItemList(bytes.data(), bytes.size());
+    return *list != nullptr ? S_OK : E_OUTOFMEMORY;
+}
+
+SFGAOF AttributesOf(const ItemId& item)
+{
+    switch (item.kind)
+    {
+    case ItemKind::Folder:
+        return SFGAO_FILESYSTEM | SFGAO_FOLDER;
+    case ItemKind::File:
+        return SFGAO_FILESYSTEM | SFGAO_STREAM;
+    case ItemKind::Link:
+    case ItemKind::DesktopEntry:
+        return SFGAO_FILESYSTEM | SFGAO_STREAM | SFGAO_LINK;
+    case ItemKind::Other:
+        break;
+    }
+    return SFGAO_FILESYSTEM;
+}
+
+std::optional<ItemId> LastItem(LPCITEMIDLIST list)
+{
+    return list != nullptr && !IsEmptyList(list) ? ReadItemId(ILFindLastID(list)) : std::nullopt;
+}
+
+} // namespace platform
+
+HRESULT SHGetDesktopFolder(IShellFolder** folder)
+{
+    if (folder == nullptr)
+    {
+        return E_POINTER;
+    }
+    *folder = platform::FaultPoint("SHGetDesktopFolder") ? nullptr : platform::MakeShellFolder({});
+    return *folder != nullptr ? S_OK : E_OUTOFMEMORY;
+}
+
+HRESULT SHParseDisplayName(LPCWSTR name, IBindCtx*, LPITEMIDLIST* list, SFGAOF attributesIn, SFGAOF* attributesOut)
+{
+    if (list == nullptr)
+    {
+        return E_POINTER;
+    }
+    *list = nullptr;
+    if (attributesOut != nullptr)
+    {
+        *attributesOut = 0;
+    }
+    if (name == nullptr)
+    {
+        return E_INVALIDARG;
+    }
+    if (platform::FaultPoint("SHParseDisplayName"))
+    {
+        return E_OUTOFMEMORY;
+    }
+    if (name[0] != u'\\')
+    {
+        return HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND); // only whole paths name something here
+    }
+    const HRESULT result = platform::ParsePath({}, name, list);
+    if (SUCCEEDED(result) && attributesOut != nullptr)
+    {
+        const auto item = platform::LastItem(*list);
+        *attributesOut = attributesIn & (item ? platform::AttributesOf(*item) : SFGAO_FOLDER | SFGAO_FILESYSTEM);
+    }
+    return result;
+}
+
+HRESULT SHBindToParent(LPCITEMIDLIST list, REFIID iid, void** parent, LPCITEMIDLIST* last)
+{
+    if (parent == nullptr)
+    {
+        return E_POINTER;
+    }
+    *parent = nullptr;
+    if (list == nullptr || platform::IsEmptyList(list))
+    {
+        return E_INVALIDARG;
+    }
+    if (platform::FaultPoint("SHBindToParent"))
+    {
+        return E_OUTOFMEMORY;
+    }
+    LPCITEMIDLIST lastId = ILFindLastID(list);
+    std::string path;
+    for (LPCITEMIDLIST item = list; item != lastId; item = platform::NextItemId(item))
+    {
+        const auto id = platform::ReadItemId(item);
+        if (!id)
+        {
+            return E_INVALIDARG;
+        }
+        path.append("/").append(id->name);
+    }
+    IShellFolder* folder = platform::MakeShellFolder(path);
+    if (folder == nullptr)
+    {
+        return E_OUTOFMEMORY;
+    }
+    const HRESULT result = folder->QueryInterface(iid, parent);
+    folder->Release();
+    if (SUCCEEDED(result) && last != nullptr)
+    {
+        *last = lastId;
+    }
+    return result;
+}
+
+BOOL SHGetPathFromIDListW(LPCITEMIDLIST list, LPWSTR path)
+{
+    std::string posix;
+    if (path == nullptr || list == nullptr || platform::FaultPoint("SHGetPathFromIDListW"))
+    {
+        return FALSE;
+    }
+    path[0] = 0;
+    if (!platform::AppendListPath(posix, list))
+    {
+        return FALSE;
+    }
+    const std::u16string text = platform::ShellPathFromPosix(posix.empty() ? "/" : posix);
+    if (text.size() >= MAX_PATH)
+    {
+        return FALSE;
+    }
+    std::memcpy(path, text.c_str(), (text.size() + 1) * sizeof(WCHAR));
+    return TRUE;
+}
+
+HRESULT StrRetToStrW(STRRET* name, PCUITEMID_CHILD item, LPWSTR* text)
+{
+    if (name == nullptr || text == nullptr)
+    {
+        return E_INVALIDARG;
+    }
+    switch (name->uType)
+    {
+    case STRRET_WSTR:
+        *text = name->pOleStr; // the memory changes hands
+        name->pOleStr = nullptr;
+        return *text != nullptr ? S_OK : E_FAIL;
+    case STRRET_OFFSET:
+        *text = item != nullptr
+                    ? platform::TaskString(platform::Utf16FromUtf8(reinterpret_cast<const char*>(item) + name->uOffset))
+                    : nullptr;
+        return *text != nullptr ? S_OK : E_FAIL;
+    case STRRET_CSTR:
+        *text = platform::TaskString(platform::Utf16FromUtf8(name->cStr));
+        return *text != nullptr ? S_OK : E_OUTOFMEMORY;
+    }
+    *text = nullptr;
+    return E_FAIL;
+}

@@ -1,0 +1,314 @@
+// The folder object's operations.
+#include "platform/shell/shell_folder.h"
+
+#include "platform/base/deferred.h"
+#include "platform/base/fault_points.h"
+#include "platform/base/text.h"
+#include "platform/shell/change_notify.h"
+#include "platform/shell/context_menu.h"
+#include "platform/shell/folder_snapshot.h"
+#include "platform/shell/item_enumerator.h"
+#include "platform/shell/system_images.h"
+
+#include <cstring>
+
+namespace platform
+{
+
+namespace
+{
+
+bool Wanted(const ListedFile& file, SHCONTF flags)
+{
+    const SHCONTF kind = file.kind == ItemKind::Folder ? SHCONTF_FOLDERS : SHCONTF_NONFOLDERS;
+    return (flags & kind) != 0 && (!file.hidden || (flags & SHCONTF_INCLUDEHIDDEN) != 0);
+}
+
+std::shared_ptr<ItemEnumerator::Items> MakeItems(const FolderListing& listing, SHCONTF flags)
+{
+    auto items = std::make_shared<ItemEnumerator::Items>();
+    items->identifiers.reserve(listing.files.size() * 80);
+    items->offsets.reserve(listing.files.size());
+    for (const ListedFile& file : listing.files)
+    {
+        if (Wanted(file, flags))
+        {
+            items->offsets.push_back(static_cast<std::uint32_t>(items->identifiers.size()));
+            const ItemId item{file.kind, SystemImageIndex(file.icon), TypeNameIndex(file.typeName), file.name};
+            AppendItemId(items->identifiers, item, file.display);
+        }
+    }
+    return items;
+}
+
+/// Compares case-insensitively, then exactly.
+int CompareText(std::u16string_view a, std::u16string_view b)
+{
+    const int folded = UpperCase(a).compare(UpperCase(b));
+    return folded != 0 ? folded : a.compare(b);
+}
+
+/// Folders before files, then by display name, then by file name.
+int CompareItems(const ItemId& a, const ItemId& b)
+{
+    if ((a.kind == ItemKind::Folder) != (b.kind == ItemKind::Folder))
+    {
+        return a.kind == ItemKind::Folder ? -1 : 1;
+    }
+    const int names = CompareText(a.DisplayName(), b.DisplayName());
+    return names != 0 || a.name == b.name ? names : a.name.compare(b.name);
+}
+
+LPWSTR NameOfItem(const std::string& folder, PCUITEMID_CHILD list, const ItemId& item, SHGDNF flags)
+{
+    if ((flags & SHGDN_FORPARSING) == 0)
+    {
+        return TaskString(item.DisplayName());
+    }
+    if ((flags & SHGDN_INFOLDER) != 0)
+    {
+        if (IsPlainText(item.name))
+        {
+            return TaskString(std::u16string(item.name.begin(), item.name.end()));
+        }
+        return TaskString(ShellNameFromFileName(item.name));
+    }
+    std::string path = folder;
+    return AppendListPath(path, list) ? TaskString(ShellPathFromPosix(path)) : nullptr;
+}
+
+LPWSTR NameOfFolder(const std::string& folder, SHGDNF flags)
+{
+    const bool parsing = (flags & SHGDN_FORPARSING) != 0;
+    return TaskString(folder.empty() && !parsing ? u"File System" : ShellPathFromPosix(folder.empty() ? "/" : folder));
+}
+
+} // namespace
+
+IShellFolder* MakeShellFolder(std::string path)
+{
+    return new ShellFolder(std::move(path));
+}
+
+HRESULT ShellFolder::ParseDisplayName(HWND, IBindCtx*, LPWSTR name, ULONG* eaten, PIDLIST_RELATIVE* item,
+                                      ULONG* attributes)
+{
+    if (item == nullptr)
+    {
+        return E_POINTER;
+    }
+    *item = nullptr;
+    if (name == nullptr || name[0] == 0)
+    {
+        return E_INVALIDARG;
+    }
+    if (FaultPoint("IShellFolder::ParseDisplayName"))
+    {
+        return E_OUTOFMEMORY;
+    }
+    const HRESULT result = ParsePath(m_path, name, item);
+    if (SUCCEEDED(result) && eaten != nullptr)
+    {
+        *eaten = static_cast<ULONG>(std::u16string_view(name).size());
+    }
+    if (SUCCEEDED(result) && attributes != nullptr)
+    {
+        const std::optional<ItemId> last = LastItem(*item);
+        *attributes &= last ? AttributesOf(*last) : SFGAO_FOLDER | SFGAO_FILESYSTEM;
+    }
+    return result;
+}
+
+HRESULT ShellFolder::EnumObjects(HWND, SHCONTF flags, IEnumIDList** result)
+{
+    if (result == nullptr)
+    {
+        return E_POINTER;
+    }
+    *result = nullptr;
+    if (FaultPoint("IShellFolder::EnumObjects"))
+    {
+        return E_OUTOFMEMORY;
+    }
+    const std::shared_ptr<FolderListing> listing = ReadFolderWithin(m_path);
+    if (listing->error != 0)
+    {
+        return ResultFromErrno(listing->error);
+    }
+    *result = new ItemEnumerator(MakeItems(*listing, flags));
+    FolderWasRead(*listing);
+    if (listing->worthSaving)
+    {
+        Defer([listing] { SaveSnapshot(*listing); });
+    }
+    else if (listing->fromSnapshot)
+    {
+        Defer([listing] { VerifyListing(*listing); });
+    }
+    return S_OK;
+}
+
+HRESULT ShellFolder::BindToObject(PCUIDLIST_RELATIVE item, IBindCtx*, REFIID iid, void** result)
+{
+    if (result == nullptr)
+    {
+        return E_POINTER;
+    }
+    *result = nullptr;
+    const std::optional<ItemId> last = LastItem(item);
+    std::string path = m_path;
+    if (!last || !AppendListPath(path, item))
+    {
+        return E_INVALIDARG;
+    }
+    if (FaultPoint("IShellFolder::BindToObject"))
+    {
+        return E_OUTOFMEMORY;
+    }
+    if (last->kind != ItemKind::Folder && last->kind != ItemKind::Link)
+    {
+        return E_FAIL;
+    }
+    IShellFolder* folder = MakeShellFolder(std::move(path));
+    const HRESULT bound = folder->QueryInterface(iid, result);
+    folder->Release();
+    return bound;
+}
+
+HRESULT ShellFolder::BindToStorage(PCUIDLIST_RELATIVE, IBindCtx*, REFIID, void** result)
+{
+    if (result != nullptr)
+    {
+        *result = nullptr;
+    }
+    return E_NOTIMPL;
+}
+
+HRESULT ShellFolder::CompareIDs(LPARAM, PCUIDLIST_RELATIVE a, PCUIDLIST_RELATIVE b)
+{
+    int order = 0;
+    for (; a != nullptr && b != nullptr && !IsEmptyList(a) && !IsEmptyList(b); a = NextItemId(a), b = NextItemId(b))
+    {
+        const std::optional<ItemId> itemA = ReadItemId(a);
+        const std::optional<ItemId> itemB = ReadItemId(b);
+        if (!itemA || !itemB)
+        {
+            return E_INVALIDARG;
+        }
+        order = CompareItems(*itemA, *itemB);
+        if (order != 0)
+        {
+            break;
+        }
+    }
+    if (a == nullptr || b == nullptr)
+    {
+        return E_INVALIDARG;
+    }
+    if (order == 0)
+    {
+        order = static_cast<int>(IsEmptyList(b)) - static_cast<int>(IsEmptyList(a)); // the shorter list comes first
+    }
+    return order < 0 ? 0xFFFF : order > 0; // the code of a success is the order as a 16-bit number
+}
+
+HRESULT ShellFolder::CreateViewObject(HWND, REFIID, void** result)
+{
+    if (result != nullptr)
+    {
+        *result = nullptr;
+    }
+    return E_NOINTERFACE;
+}
+
+HRESULT ShellFolder::GetAttributesOf(UINT count, PCUITEMID_CHILD_ARRAY items, SFGAOF* attributes)
+{
+    if (attributes == nullptr || (items == nullptr && count != 0))
+    {
+        return E_INVALIDARG;
+    }
+    if (FaultPoint("IShellFolder::GetAttributesOf"))
+    {
+        return E_OUTOFMEMORY;
+    }
+    if (count == 0)
+    {
+        *attributes &= SFGAO_FOLDER | SFGAO_FILESYSTEM;
+    }
+    for (UINT i = 0; i < count; ++i)
+    {
+        const std::optional<ItemId> item = LastItem(items[i]);
+        if (!item)
+        {
+            return E_INVALIDARG;
+        }
+        *attributes &= AttributesOf(*item);
+    }
+    return S_OK;
+}
+
+HRESULT ShellFolder::GetUIObjectOf(HWND owner, UINT count, PCUITEMID_CHILD_ARRAY items, REFIID iid, UINT*,
+                                   void** result)
+{
+    if (result == nullptr)
+    {
+        return E_POINTER;
+    }
+    *result = nullptr;
+    if (count == 0 || items == nullptr)
+    {
+        return E_INVALIDARG;
+    }
+    if (FaultPoint("IShellFolder::GetUIObjectOf"))
+    {
+        return E_OUTOFMEMORY;
+    }
+    std::vector<VerbItem> verbItems;
+    for (UINT i = 0; i < count; ++i)
+    {
+        std::string path = m_path;
+        const std::optional<ItemId> last = LastItem(items[i]);
+        if (!last || !AppendListPath(path, items[i]))
+        {
+            return E_INVALIDARG;
+        }
+        verbItems.push_back({std::move(path), last->DisplayName()});
+    }
+    if (!(iid == IID_IContextMenu))
+    {
+        return E_NOINTERFACE;
+    }
+    *result = MakeContextMenu(owner, std::move(verbItems));
+    return S_OK;
+}
+
+HRESULT ShellFolder::GetDisplayNameOf(PCUITEMID_CHILD item, SHGDNF flags, STRRET* name)
+{
+    if (name == nullptr || item == nullptr)
+    {
+        return E_INVALIDARG;
+    }
+    if (FaultPoint("IShellFolder::GetDisplayNameOf"))
+    {
+        return E_OUTOFMEMORY;
+    }
+    const std::optional<ItemId> last = LastItem(item);
+    if (!last && !IsEmptyList(item))
+    {
+        return E_INVALIDARG;
+    }
+    name->uType = STRRET_WSTR;
+    name->pOleStr = last ? NameOfItem(m_path, item, *last, flags) : NameOfFolder(m_path, flags);
+    return name->pOleStr != nullptr ? S_OK : E_OUTOFMEMORY;
+}
+
+HRESULT ShellFolder::SetNameOf(HWND, PCUITEMID_CHILD, LPCWSTR, SHGDNF, PITEMID_CHILD* result)
+{
+    if (result != nullptr)
+    {
+        *result = nullptr;
+    }
+    return E_NOTIMPL;
+}
+
+} // namespace platform

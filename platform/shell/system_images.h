@@ -1,0 +1,30 @@
+// The system image list and the type names: what item identifiers refer to by number.
+//
+// An icon identity says how to find an item's icon: alternatives in order of preference, '\n' between, each an icon
+// theme name, an absolute path, or one of the built-in pictures "!folder", "!document", "!program" that an identity
+// ends with. Each distinct identity has one index for the life of the process. User-interface thread only.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace platform
+{
+
+constexpr std::string_view folderIcon = "folder\n!folder";
+constexpr std::string_view documentIcon = "text-x-generic\n!document";
+constexpr std::u16string_view folderTypeName = u"Folder";
+
+/// Bit of the overlay in SHFILEINFOW.iIcon: the arrow of a link.
+constexpr int linkOverlay = 1 << 24;
+
+std::uint32_t SystemImageIndex(std::string_view identity);
+/// Documents for an index that was never given out.
+const std::string& SystemImageIdentity(std::uint32_t index);
+
+std::uint32_t TypeNameIndex(std::u16string_view name);
+/// Empty for an index that was never given out.
+const std::u16string& TypeName(std::uint32_t index);
+
+} // namespace platform

@@ -1,0 +1,26 @@
+// The table of the shell's verbs.
+#include "platform/shell/verbs.h"
+
+namespace platform
+{
+
+namespace
+{
+
+bool Always(const VerbTarget&, unsigned)
+{
+    return true;
+}
+
+constexpr Verb verbs[] = {
+    {"open", u"&Open", true, Always, OpenItems},
+};
+
+} // namespace
+
+std::span<const Verb> ShellVerbs()
+{
+    return verbs;
+}
+
+} // namespace platform

@@ -1,0 +1,32 @@
+// What the files of input share: keys, capture, tracking, the pointer.
+#pragma once
+
+#include "platform/screen/screen.h"
+#include "windows.h"
+
+namespace platform
+{
+
+// --- keyboard.cpp
+
+/// Records a key or mouse button as pressed or released; `modifiers` bring Shift, Control and Alt up to date first.
+void NoteModifiers(unsigned modifiers);
+void NoteKey(BYTE virtualKey, bool down);
+/// MK_ flags of the present key state.
+WPARAM MouseKeys();
+/// Fills in the key message that an event makes, without recording anything.
+void MakeKeyMessage(const screen::Event& event, MSG& message);
+/// Records the event as the one whose text TranslateMessage gives.
+void CommitKey(const screen::Event& event);
+
+// --- capture.cpp
+
+/// Ends the capture because the program lost the foreground.
+void CancelCapture();
+
+// --- mouse_tracking.cpp
+
+/// Tells TrackMouseEvent's user that the pointer is now over `under` (null: over none of this program's windows).
+void TrackPointer(HWND under, POINT position);
+
+} // namespace platform

@@ -1,0 +1,90 @@
+// What the launcher relies on in item identifier lists.
+#include "shell_desk.h"
+
+#include <cstring>
+
+using namespace conformance;
+
+namespace
+{
+
+/// A list of identifiers of 4 bytes each, made by hand: lists are the same whatever is in them.
+std::vector<USHORT> Handmade(std::initializer_list<USHORT> values)
+{
+    std::vector<USHORT> words;
+    for (const USHORT value : values)
+    {
+        words.insert(words.end(), {4, value});
+    }
+    words.push_back(0);
+    return words;
+}
+
+const ITEMIDLIST* AsList(const std::vector<USHORT>& words)
+{
+    return reinterpret_cast<const ITEMIDLIST*>(words.data());
+}
+
+bool SameBytes(const ITEMIDLIST* list, const std::vector<USHORT>& words)
+{
+    const UINT size = ILGetSize(list);
+    return size == words.size() * sizeof(USHORT) && std::memcmp(list, words.data(), size) == 0;
+}
+
+} // namespace
+
+TEST(ItemList, SizeIncludesTheTerminator)
+{
+    EXPECT_EQ(ILGetSize(nullptr), 0u);
+    EXPECT_EQ(ILGetSize(AsList(Handmade({}))), 2u);
+    EXPECT_EQ(ILGetSize(AsList(Handmade({7, 8}))), 10u);
+}
+
+TEST(ItemList, CloneAndCombineCopy)
+{
+    const auto first = Handmade({1, 2});
+    const auto second = Handmade({3});
+    const auto both = Handmade({1, 2, 3});
+    const auto empty = Handmade({});
+    EXPECT_TRUE(SameBytes(List(ILClone(AsList(first))).get(), first));
+    EXPECT_TRUE(SameBytes(List(ILClone(AsList(empty))).get(), empty));
+    EXPECT_TRUE(SameBytes(List(ILCombine(AsList(first), AsList(second))).get(), both));
+    EXPECT_TRUE(SameBytes(List(ILCombine(AsList(first), AsList(empty))).get(), first));
+    EXPECT_TRUE(SameBytes(List(ILCombine(AsList(empty), AsList(second))).get(), second));
+    EXPECT_TRUE(SameBytes(List(ILCombine(AsList(first), nullptr)).get(), first));
+    EXPECT_TRUE(SameBytes(List(ILCombine(nullptr, AsList(second))).get(), second));
+    EXPECT_EQ(ILClone(nullptr), nullptr);
+    EXPECT_EQ(ILCombine(nullptr, nullptr), nullptr);
+    ILFree(nullptr);
+}
+
+TEST(ItemList, TheLastIdentifierIsFoundAndRemoved)
+{
+    auto words = Handmade({1, 2, 3});
+    auto* list = reinterpret_cast<ITEMIDLIST*>(words.data());
+    EXPECT_EQ(reinterpret_cast<USHORT*>(ILFindLastID(list)), words.data() + 4);
+    EXPECT_TRUE(ILRemoveLastID(list));
+    EXPECT_TRUE(SameBytes(list, Handmade({1, 2})));
+    EXPECT_TRUE(ILRemoveLastID(list));
+    EXPECT_TRUE(ILRemoveLastID(list));
+    EXPECT_EQ(ILGetSize(list), 2u);
+    EXPECT_FALSE(ILRemoveLastID(list));
+    EXPECT_FALSE(ILRemoveLastID(nullptr));
+    EXPECT_EQ(ILFindLastID(nullptr), nullptr);
+}
+
+TEST_F(ShellDesk, ListsOfOnePathAreEqualHoweverTheyWereMade)
+{
+    const List whole = ParsePath(ShellPath(root) + TEXT("\\One.txt"));
+    ASSERT_NE(whole, nullptr);
+    const List child = Child(TEXT("One.txt"));
+    ASSERT_NE(child, nullptr);
+    const List combined(ILCombine(rootList.get(), child.get()));
+    EXPECT_TRUE(ILIsEqual(whole.get(), combined.get()));
+    std::ofstream(root / "One.txt") << "content of another length";
+    EXPECT_TRUE(ILIsEqual(whole.get(), ParsePath(ShellPath(root) + TEXT("\\One.txt")).get()));
+    EXPECT_FALSE(ILIsEqual(whole.get(), ParsePath(ShellPath(root) + TEXT("\\two")).get()));
+    EXPECT_FALSE(ILIsEqual(whole.get(), rootList.get()));
+    ILRemoveLastID(combined.get());
+    EXPECT_TRUE(ILIsEqual(combined.get(), rootList.get()));
+}

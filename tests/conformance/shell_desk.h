@@ -1,0 +1,118 @@
+// A scratch folder, named the platform's way, and owners for what the shell hands out.
+#pragma once
+
+#include <windows.h>
+#include <shlobj.h>
+#include <shlwapi.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <initializer_list>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace conformance
+{
+
+using Text = std::basic_string<WCHAR>;
+
+struct ComRelease
+{
+    void operator()(IUnknown* object) const { object->Release(); }
+    void operator()(IShellFolder* object) const { object->Release(); }
+    void operator()(IEnumIDList* object) const { object->Release(); }
+    void operator()(IContextMenu* object) const { object->Release(); }
+};
+template <typename T>
+using Com = std::unique_ptr<T, ComRelease>;
+
+struct ListFree
+{
+    void operator()(ITEMIDLIST* list) const { ILFree(list); }
+};
+using List = std::unique_ptr<ITEMIDLIST, ListFree>;
+
+/// A path as the shell takes it.
+inline Text ShellPath(const std::filesystem::path& path)
+{
+    Text text = path.string<WCHAR>();
+    std::replace(text.begin(), text.end(), static_cast<WCHAR>('/'), static_cast<WCHAR>('\\'));
+    return text;
+}
+
+inline List ParsePath(const Text& path)
+{
+    ITEMIDLIST* list = nullptr;
+    SHParseDisplayName(path.c_str(), nullptr, &list, 0, nullptr);
+    return List(list);
+}
+
+inline Com<IShellFolder> DesktopFolder()
+{
+    IShellFolder* desktop = nullptr;
+    EXPECT_EQ(SHGetDesktopFolder(&desktop), S_OK);
+    return Com<IShellFolder>(desktop);
+}
+
+inline Text NameOf(IShellFolder* folder, const ITEMIDLIST* item, DWORD flags)
+{
+    STRRET name;
+    WCHAR* text = nullptr;
+    if (FAILED(folder->GetDisplayNameOf(item, flags, &name)) || FAILED(StrRetToStrW(&name, item, &text)))
+    {
+        return TEXT("(no name)");
+    }
+    Text result(text);
+    CoTaskMemFree(text);
+    return result;
+}
+
+/// Holds "Folder", "Folder.x" with a file in it, "One.txt" and "two".
+class ShellDesk : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        static int count = 0;
+        const std::string name = "orb-conformance-" + std::to_string(GetTickCount()) + "-" + std::to_string(++count);
+        root = std::filesystem::temp_directory_path() / name;
+        std::filesystem::create_directories(root / "Folder");
+        std::filesystem::create_directories(root / "Folder.x");
+        for (const char* file : {"One.txt", "two", "Folder.x/inner"})
+        {
+            std::ofstream(root / file) << "content";
+        }
+        rootList = ParsePath(ShellPath(root));
+        ASSERT_NE(rootList, nullptr);
+        IShellFolder* bound = nullptr;
+        ASSERT_EQ(
+            DesktopFolder()->BindToObject(rootList.get(), nullptr, IID_IShellFolder, reinterpret_cast<void**>(&bound)),
+            S_OK);
+        folder.reset(bound);
+    }
+
+    void TearDown() override
+    {
+        folder.reset();
+        std::filesystem::remove_all(root);
+    }
+
+    List Child(const WCHAR* name)
+    {
+        ITEMIDLIST* child = nullptr;
+        Text text(name);
+        folder->ParseDisplayName(nullptr, nullptr, text.data(), nullptr, &child, nullptr);
+        return List(child);
+    }
+
+    std::filesystem::path root;
+    List rootList;
+    Com<IShellFolder> folder;
+};
+
+} // namespace conformance

@@ -1,0 +1,166 @@
+// Handles, clock, cache files and small system calls.
+#include "platform/base/cache_folder.h"
+#include "platform/base/clock.h"
+#include "platform/base/handle_table.h"
+#include "platform/base/last_error.h"
+
+#include "windows.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <set>
+
+using namespace platform;
+
+namespace
+{
+
+struct TestMenu : HandleObject
+{
+    static constexpr HandleKind handleKind = HandleKind::Menu;
+    TestMenu() : HandleObject(handleKind) {}
+};
+
+/// A folder of this test's own, removed afterwards.
+class ScratchFolder
+{
+public:
+    ScratchFolder()
+    {
+        std::string name = testing::TempDir() + "/orb-base-XXXXXX";
+        m_path = mkdtemp(name.data());
+    }
+    ~ScratchFolder() { std::filesystem::remove_all(m_path); }
+    std::string operator/(const char* name) const { return m_path + "/" + name; }
+
+private:
+    std::string m_path;
+};
+
+} // namespace
+
+TEST(Handles, NameTheirObjectUntilTaken)
+{
+    const std::uintptr_t value = InsertHandle(std::make_unique<TestMenu>());
+    EXPECT_GE(value, 0x100u);
+    EXPECT_EQ(LiveHandles(HandleKind::Menu), 1u);
+    EXPECT_NE(FindObject<TestMenu>(reinterpret_cast<HMENU>(value)), nullptr);
+    EXPECT_EQ(FindHandle(value - 0x100 + 0x100000), nullptr);
+    EXPECT_EQ(FindHandle(0), nullptr);
+    EXPECT_NE(TakeHandle(value), nullptr);
+    EXPECT_EQ(FindHandle(value), nullptr);
+    EXPECT_EQ(TakeHandle(value), nullptr);
+    EXPECT_EQ(LiveHandles(HandleKind::Menu), 0u);
+}
+
+TEST(Handles, FreedValuesRest)
+{
+    std::uintptr_t last = 0;
+    std::set<std::uintptr_t> used;
+    for (int i = 0; i < 1000; ++i)
+    {
+        const std::uintptr_t value = InsertHandle(std::make_unique<TestMenu>());
+        EXPECT_NE(value, last);
+        last = value;
+        used.insert(value);
+        TakeHandle(value);
+    }
+    EXPECT_GT(used.size(), 32u) << "a stale handle must not meet a new object at once";
+    EXPECT_LT(used.size(), 200u) << "but values are used again";
+}
+
+TEST(Handles, PermanentObjectsCannotBeClosedOrCounted)
+{
+    auto object = std::make_unique<TestMenu>();
+    object->permanent = true;
+    const std::uintptr_t value = InsertHandle(std::move(object));
+    EXPECT_EQ(TakeHandle(value), nullptr);
+    EXPECT_EQ(LiveHandles(HandleKind::Menu), 0u);
+    FindHandle(value)->permanent = false;
+    EXPECT_NE(TakeHandle(value), nullptr);
+}
+
+TEST(Clock, StandsStillUnderATest)
+{
+    UseManualClock();
+    const std::uint64_t start = NowMs();
+    EXPECT_EQ(NowMs(), start);
+    AdvanceManualClock(250);
+    EXPECT_EQ(NowMs(), start + 250);
+    EXPECT_EQ(GetTickCount(), static_cast<DWORD>(start + 250));
+}
+
+TEST(CacheFiles, AreReplacedWholeAndMapped)
+{
+    const ScratchFolder scratch;
+    const std::string path = scratch / "cache";
+    EXPECT_TRUE(MappedFile(path).Content().empty());
+    ASSERT_TRUE(ReplaceCacheFile(path, "first"));
+    const MappedFile first(path);
+    ASSERT_TRUE(ReplaceCacheFile(path, "second"));
+    EXPECT_EQ(first.Content(), "first") << "a mapped file is not written into";
+    EXPECT_EQ(MappedFile(path).Content(), "second");
+    EXPECT_FALSE(ReplaceCacheFile(scratch / "missing/cache", "x"));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(scratch / "."), {}), 1) << "no temporary file is left";
+}
+
+TEST(CacheFiles, FolderIsMadeWithItsParents)
+{
+    const ScratchFolder scratch;
+    setenv("XDG_CACHE_HOME", (scratch / "deep/cache").c_str(), 1);
+    EXPECT_EQ(CacheFolder(), scratch / "deep/cache/orb-launcher");
+    EXPECT_TRUE(std::filesystem::is_directory(CacheFolder()));
+}
+
+TEST(SystemCalls, MulDivRoundsHalvesAway)
+{
+    EXPECT_EQ(MulDiv(4, 150, 100), 6);
+    EXPECT_EQ(MulDiv(1, 1, 2), 1);
+    EXPECT_EQ(MulDiv(-1, 1, 2), -1);
+    EXPECT_EQ(MulDiv(1, -1, 2), -1);
+    EXPECT_EQ(MulDiv(7, 1, -2), -4);
+    EXPECT_EQ(MulDiv(5, 1, 0), -1);
+    EXPECT_EQ(MulDiv(0x7FFFFFFF, 2, 1), -1);
+    EXPECT_EQ(MulDiv(0x7FFFFFFF, 0x7FFFFFFF, 0x7FFFFFFF), 0x7FFFFFFF);
+}
+
+TEST(SystemCalls, CreateDirectoryTellsWhyNot)
+{
+    const ScratchFolder scratch;
+    const std::string path = scratch / "new";
+    const std::u16string shellPath = [&]
+    {
+        std::u16string text(path.begin(), path.end());
+        std::replace(text.begin(), text.end(), u'/', u'\\');
+        return text;
+    }();
+    EXPECT_TRUE(CreateDirectoryW(shellPath.c_str(), nullptr));
+    EXPECT_TRUE(std::filesystem::is_directory(path));
+    EXPECT_FALSE(CreateDirectoryW(shellPath.c_str(), nullptr));
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_ALREADY_EXISTS));
+    EXPECT_FALSE(CreateDirectoryW((shellPath + u"\\a\\b").c_str(), nullptr));
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_PATH_NOT_FOUND));
+    std::ofstream(scratch / "file").put('x');
+    EXPECT_FALSE(CreateDirectoryW((shellPath + u"\\..\\file").c_str(), nullptr));
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_ALREADY_EXISTS)) << "a file in the way counts as existing";
+}
+
+TEST(Modules, SystemModulesHaveHandlesUnderTheirNames)
+{
+    EXPECT_NE(GetModuleHandleW(nullptr), nullptr);
+    EXPECT_EQ(GetModuleHandleW(TEXT("Shcore.dll")), GetModuleHandleW(TEXT("shcore")));
+    EXPECT_NE(GetModuleHandleW(TEXT("user32")), GetModuleHandleW(TEXT("shcore")));
+    EXPECT_EQ(GetModuleHandleW(TEXT("nosuch")), nullptr);
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_MOD_NOT_FOUND));
+}
+
+TEST(Resources, AProgramWithoutAnyFindsNothing)
+{
+    EXPECT_EQ(FindResourceW(nullptr, MAKEINTRESOURCEW(1), RT_BITMAP), nullptr);
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_RESOURCE_DATA_NOT_FOUND));
+    WCHAR text[4] = {1, 1, 1, 1};
+    EXPECT_EQ(LoadStringW(nullptr, 1, text, 4), 0);
+    EXPECT_EQ(text[0], 0);
+}

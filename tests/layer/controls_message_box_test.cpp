@@ -1,0 +1,189 @@
+// Message boxes, answered as a person answers them.
+#include "platform/base/fault_points.h"
+#include "tests/layer/windowing_desk.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace
+{
+
+using Steps = std::vector<std::function<void()>>;
+
+void Key(BYTE key)
+{
+    platform::headless::PressKey(key);
+    platform::headless::ReleaseKey(key);
+}
+
+struct MessageBoxes : Desk
+{
+    /// Shows a box and does one step each time it waits. A box that still waits after the last step is closed, which
+    /// the test sees as the answer −1.
+    int Show(UINT type, Steps steps, HWND owner = nullptr, LPCWSTR text = TEXT("Delete it?"),
+             LPCWSTR caption = TEXT("Orb"))
+    {
+        std::size_t next = 0;
+        bool stuck = false;
+        platform::headless::SetIdleHandler(
+            [&]
+            {
+                if (next < steps.size())
+                {
+                    steps[next++]();
+                    return true;
+                }
+                stuck = true;
+                SendMessageW(GetActiveWindow(), WM_COMMAND, IDOK, 0);
+                return true;
+            });
+        const int result = MessageBoxW(owner, text, caption, type);
+        platform::headless::SetIdleHandler(nullptr);
+        EXPECT_EQ(next, steps.size()) << "the box closed early";
+        return stuck ? -1 : result;
+    }
+
+    static void ClickButton(int id)
+    {
+        RECT rect{};
+        GetWindowRect(GetDlgItem(GetActiveWindow(), id), &rect);
+        Click((rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2);
+    }
+
+    static void Close()
+    {
+        for (const auto& window : platform::headless::Windows())
+        {
+            if (window.visible && window.kind == platform::screen::WindowKind::Managed)
+            {
+                platform::headless::RequestClose(window.id);
+                return;
+            }
+        }
+    }
+};
+
+} // namespace
+
+TEST_F(MessageBoxes, KeysAnswer)
+{
+    const auto key = [](BYTE value) { return [value] { Key(value); }; };
+    EXPECT_EQ(Show(MB_OK, {key(VK_RETURN)}), IDOK);
+    EXPECT_EQ(Show(MB_OK, {key(VK_ESCAPE)}), IDOK) << "there is only this answer";
+    EXPECT_EQ(Show(MB_OKCANCEL, {key(VK_ESCAPE)}), IDCANCEL);
+    EXPECT_EQ(Show(MB_OKCANCEL, {key(VK_TAB), key(VK_RETURN)}), IDCANCEL);
+    EXPECT_EQ(Show(MB_OKCANCEL, {key(VK_TAB), key(VK_TAB), key(VK_SPACE)}), IDOK);
+    EXPECT_EQ(Show(MB_YESNO, {key(VK_RIGHT), key(VK_SPACE)}), IDNO);
+    EXPECT_EQ(Show(MB_YESNO, {key('N')}), IDNO);
+    EXPECT_EQ(Show(MB_YESNO, {key(VK_ESCAPE), key('Y')}), IDYES) << "a question has to be answered";
+    EXPECT_EQ(Show(MB_YESNO | 0x100, {key(VK_RETURN)}), IDNO) << "the second button is the default";
+}
+
+TEST_F(MessageBoxes, TheMouseAnswers)
+{
+    EXPECT_EQ(Show(MB_OKCANCEL, {[] { ClickButton(IDCANCEL); }}), IDCANCEL);
+    EXPECT_EQ(Show(MB_YESNO | MB_ICONQUESTION, {[] { ClickButton(IDYES); }}), IDYES);
+    EXPECT_EQ(Show(MB_OKCANCEL, {[] { Close(); }}), IDCANCEL);
+    EXPECT_EQ(Show(MB_YESNO, {[] { Close(); }, [] { ClickButton(IDNO); }}), IDNO);
+}
+
+TEST_F(MessageBoxes, APressThatLeavesTheButtonIsNone)
+{
+    const auto pressAndLeave = []
+    {
+        RECT rect{};
+        GetWindowRect(GetDlgItem(GetActiveWindow(), IDOK), &rect);
+        platform::headless::MoveMouse(rect.left + 3, rect.top + 3);
+        platform::headless::PressButton();
+        platform::headless::MoveMouse(rect.left - 5, rect.top - 5);
+        platform::headless::ReleaseButton();
+    };
+    EXPECT_EQ(Show(MB_OKCANCEL, {pressAndLeave, [] { Key(VK_ESCAPE); }}), IDCANCEL);
+}
+
+TEST_F(MessageBoxes, TheOwnerWaits)
+{
+    const HWND owner = ShownPopup(10, 10, 100, 100);
+    const auto lookAtOwner = [=]
+    {
+        EXPECT_FALSE(IsWindowEnabled(owner));
+        EXPECT_NE(GetActiveWindow(), owner);
+        Key(VK_RETURN);
+    };
+    EXPECT_EQ(Show(MB_OK, {lookAtOwner}, owner), IDOK);
+    EXPECT_TRUE(IsWindowEnabled(owner));
+    EXPECT_EQ(GetActiveWindow(), owner);
+
+    EnableWindow(owner, FALSE);
+    Show(MB_OK, {[] { Key(VK_RETURN); }}, owner);
+    EXPECT_FALSE(IsWindowEnabled(owner)) << "an owner that was disabled before stays so";
+}
+
+TEST_F(MessageBoxes, CaptionAndButtonsAreReadable)
+{
+    const auto look = [](const std::u16string& caption)
+    {
+        return [caption]
+        {
+            WCHAR text[64] = {};
+            GetWindowTextW(GetActiveWindow(), text, 64);
+            EXPECT_EQ(std::u16string(text), caption);
+            Key(VK_RETURN);
+        };
+    };
+    Show(MB_OK | MB_ICONERROR, {look(u"Rename")}, nullptr, TEXT("Invalid Filename."), TEXT("Rename"));
+    Show(MB_OK, {look(u"Error")}, nullptr, TEXT("Something"), nullptr);
+}
+
+TEST_F(MessageBoxes, ALongTextIsBrokenToFitTheScreen)
+{
+    std::u16string text;
+    for (int i = 0; i < 60; ++i)
+    {
+        text += u"Error opening a rather long path. ";
+    }
+    const auto look = []
+    {
+        RECT box{};
+        GetWindowRect(GetActiveWindow(), &box);
+        EXPECT_LE(box.right - box.left, GetSystemMetrics(SM_CXSCREEN));
+        EXPECT_LE(box.bottom - box.top, GetSystemMetrics(SM_CYSCREEN));
+        RECT button{};
+        GetWindowRect(GetDlgItem(GetActiveWindow(), IDOK), &button);
+        EXPECT_LT(button.bottom, box.bottom);
+        EXPECT_GT(button.top, (box.top + box.bottom) / 2);
+        Key(VK_RETURN);
+    };
+    EXPECT_EQ(Show(MB_OK | MB_ICONWARNING, {look}, nullptr, text.c_str()), IDOK);
+}
+
+TEST_F(MessageBoxes, QuittingEndsTheBoxAndTheLoopAroundIt)
+{
+    EXPECT_EQ(Show(MB_YESNO, {[] { PostQuitMessage(7); }}), 0);
+    MSG message{};
+    EXPECT_FALSE(GetMessageW(&message, nullptr, 0, 0));
+    EXPECT_EQ(message.wParam, 7u);
+}
+
+TEST_F(MessageBoxes, ADeadOwnerIsRefused)
+{
+    EXPECT_EQ(MessageBoxW(reinterpret_cast<HWND>(static_cast<INT_PTR>(0xFFFF0)), TEXT("x"), TEXT("y"), MB_OK), 0);
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_WINDOW_HANDLE));
+}
+
+TEST_F(MessageBoxes, ABoxThatCannotBeMadeGivesNoAnswerAndLeavesTheOwnerEnabled)
+{
+    static int allowed = 0;
+    const HWND owner = ShownPopup(10, 10, 100, 100);
+    // The first window is the box, the next ones are its buttons.
+    for (int made = 0; made < 3; ++made)
+    {
+        allowed = made;
+        platform::SetFaultHook([](const char* call)
+                               { return std::string_view(call) == "CreateWindowExW" && allowed-- == 0; });
+        EXPECT_EQ(MessageBoxW(owner, TEXT("x"), TEXT("y"), MB_OKCANCEL), 0) << made << " windows made";
+        platform::SetFaultHook(nullptr);
+        EXPECT_TRUE(IsWindowEnabled(owner));
+    }
+}

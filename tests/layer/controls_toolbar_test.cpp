@@ -1,0 +1,254 @@
+// The toolbar as a person sees and uses it: pixels on the screen, mouse and wheel through the input queue.
+#include "platform/base/fault_points.h"
+#include "tests/layer/controls_desk.h"
+
+namespace
+{
+
+constexpr int kWidth = 180;
+constexpr int kHeight = 30;
+constexpr std::uint32_t kIconColor = 0xFF2040C0;
+constexpr LRESULT kMenuFlags = TBCDRF_USECDCOLORS | TBCDRF_NOMARK | TBCDRF_NOOFFSET | TBCDRF_NOEDGES;
+
+struct ToolbarDrawing : ControlsDesk
+{
+    ToolbarDrawing()
+    {
+        Add(u"Games", AddIcon(kImage, kIconColor));
+        Add(u"Music", 0);
+        Add(u"Work", 0);
+        SizeButtons(kWidth, kHeight);
+        onDraw = [](NMTBCUSTOMDRAW& draw) -> LRESULT
+        {
+            const bool hot = (draw.nmcd.uItemState & CDIS_HOT) != 0;
+            draw.clrText = hot ? RGB(255, 255, 0) : RGB(255, 0, 0);
+            draw.clrHighlightHotTrack = hot ? RGB(0, 0, 128) : RGB(0, 255, 0);
+            return kMenuFlags | (hot ? TBCDRF_HILITEHOTTRACK : 0);
+        };
+    }
+};
+
+/// Where the label begins: the image with a gap on either side.
+constexpr int kLabel = 4 + ControlsDesk::kImage + 4;
+
+} // namespace
+
+TEST_F(ToolbarDrawing, IconIsCentredAndTheRestShowsTheLevel)
+{
+    Show();
+    const int top = (kHeight - kImage) / 2;
+    EXPECT_EQ(Pixel(4, top), kIconColor & 0xFFFFFF);
+    EXPECT_EQ(Pixel(4 + kImage - 1, top + kImage - 1), kIconColor & 0xFFFFFF);
+    EXPECT_EQ(Pixel(3, top), kBackground);
+    EXPECT_EQ(Pixel(4, top - 1), kBackground);
+    EXPECT_EQ(Pixel(4, top + kImage), kBackground);
+    EXPECT_EQ(Pixel(kWidth - 1, 5), kBackground);
+    const RECT ink = InkBounds({kLabel - 2, 0, kWidth, kHeight}, kBackground);
+    EXPECT_GE(ink.left, kLabel - 1);
+    EXPECT_LT(std::abs((ink.top + ink.bottom) / 2 - kHeight / 2), kHeight / 4) << "the label is centred vertically";
+}
+
+TEST_F(ToolbarDrawing, TheHotItemIsFilledWithTheOwnersColourAndNothingElse)
+{
+    Send(TB_SETHOTITEM, 1);
+    Show();
+    for (const POINT corner :
+         {POINT{0, kHeight}, POINT{kWidth - 1, kHeight}, POINT{0, 2 * kHeight - 1}, POINT{kWidth - 1, 2 * kHeight - 1}})
+    {
+        EXPECT_EQ(Pixel(corner.x, corner.y), 0x000080u) << corner.x << ", " << corner.y;
+    }
+    EXPECT_EQ(Pixel(0, kHeight - 1), kBackground);
+    EXPECT_EQ(Pixel(0, 2 * kHeight), kBackground);
+    EXPECT_EQ(Pixel(kWidth, kHeight + 5), kBackground);
+    Send(TB_SETHOTITEM, 2);
+    Pump();
+    EXPECT_EQ(Pixel(0, kHeight), kBackground) << "the fill goes with the highlight";
+    EXPECT_EQ(Pixel(0, 2 * kHeight), 0x000080u);
+}
+
+TEST_F(ToolbarDrawing, WithoutFlagsAHotItemGetsEdgesAndNoFill)
+{
+    onDraw = nullptr;
+    Send(TB_SETHOTITEM, 1);
+    Show();
+    const COLORREF light = GetSysColor(COLOR_BTNHIGHLIGHT);
+    EXPECT_EQ(Pixel(kWidth / 2, kHeight), GetRValue(light) * 0x10000u + GetGValue(light) * 0x100u + GetBValue(light));
+    EXPECT_EQ(Pixel(kWidth - 3, kHeight + 3), kBackground);
+}
+
+TEST_F(ToolbarDrawing, SkippedItemsAreLeftToTheOwner)
+{
+    onDraw = [](NMTBCUSTOMDRAW&) -> LRESULT { return CDRF_SKIPDEFAULT; };
+    Show();
+    EXPECT_TRUE(IsRectEmpty(std::make_unique<RECT>(InkBounds({0, 0, kWidth, 3 * kHeight}, kBackground)).get()));
+}
+
+TEST_F(ToolbarDrawing, AnAmpersandIsPartOfTheName)
+{
+    while (Send(TB_DELETEBUTTON, 0))
+    {
+    }
+    Add(u"R&D");
+    Add(u"RD");
+    SizeButtons(kWidth, kHeight);
+    Show();
+    const RECT with = InkBounds({kLabel, 0, kWidth, kHeight}, kBackground);
+    const RECT without = InkBounds({kLabel, kHeight, kWidth, 2 * kHeight}, kBackground);
+    EXPECT_GT(with.right, without.right + 2);
+}
+
+TEST_F(ToolbarDrawing, ANameThatIsTooLongEndsInsideItsItem)
+{
+    Add(u"A name that is much longer than the button is wide, whatever the font may be", 0);
+    Send(TB_AUTOSIZE);
+    Send(TB_SETBUTTONSIZE, 0, MAKELPARAM(kWidth, kHeight));
+    SetWindowPos(toolbar, nullptr, 0, 0, kWidth + 40, 4 * kHeight, SWP_NOZORDER | SWP_NOACTIVATE);
+    Show();
+    const RECT ink = InkBounds({kLabel, 3 * kHeight, kWidth + 40, 4 * kHeight}, kBackground);
+    EXPECT_GT(ink.right, kWidth / 2);
+    EXPECT_LE(ink.right, kWidth);
+}
+
+TEST_F(ToolbarDrawing, TheInsertionMarkIsALineBetweenTheItems)
+{
+    Send(TB_SETINSERTMARKCOLOR, 0, RGB(1, 2, 3));
+    Show();
+    const TBINSERTMARK after = {0, TBIMHT_AFTER};
+    Send(TB_SETINSERTMARK, 0, reinterpret_cast<LPARAM>(&after));
+    Pump();
+    EXPECT_EQ(Pixel(kWidth / 2, kHeight - 1), 0x010203u);
+    EXPECT_EQ(Pixel(kWidth / 2, kHeight), 0x010203u);
+    EXPECT_EQ(Pixel(0, kHeight + 2), 0x010203u) << "its ends reach up and down";
+    const TBINSERTMARK before = {0, 0};
+    Send(TB_SETINSERTMARK, 0, reinterpret_cast<LPARAM>(&before));
+    Pump();
+    EXPECT_EQ(Pixel(kWidth / 2, kHeight), kBackground);
+    EXPECT_EQ(Pixel(kWidth - 1, 2), 0x010203u) << "above the first item it is still in view";
+    const TBINSERTMARK none = {-1, 0};
+    Send(TB_SETINSERTMARK, 0, reinterpret_cast<LPARAM>(&none));
+    Pump();
+    EXPECT_EQ(Pixel(kWidth - 1, 2), kBackground);
+}
+
+TEST_F(ToolbarDrawing, TheMarkOfAPointIsTheNearerEdge)
+{
+    struct Row
+    {
+        POINT point;
+        int button;
+        DWORD flags;
+    };
+    for (const Row& row : {Row{{5, 2}, 0, 0}, Row{{5, kHeight - 2}, 0, TBIMHT_AFTER}, Row{{5, kHeight + 2}, 1, 0},
+                           Row{{5, 500}, 2, TBIMHT_AFTER | TBIMHT_BACKGROUND}})
+    {
+        TBINSERTMARK mark{};
+        EXPECT_TRUE(Send(TB_INSERTMARKHITTEST, reinterpret_cast<WPARAM>(&row.point), reinterpret_cast<LPARAM>(&mark)));
+        EXPECT_EQ(mark.iButton, row.button) << row.point.y;
+        EXPECT_EQ(mark.dwFlags, row.flags) << row.point.y;
+    }
+}
+
+TEST_F(ToolbarDrawing, AHighlightMoveSendsTwoItemsToTheScreen)
+{
+    Send(TB_SETHOTITEM, 0);
+    Show();
+    platform::headless::TakePresentedPixels();
+    Send(TB_SETHOTITEM, 2);
+    Pump();
+    EXPECT_EQ(platform::headless::TakePresentedPixels(), 2u * kWidth * kHeight);
+}
+
+TEST_F(ToolbarDrawing, TheMouseHighlightsAndClicks)
+{
+    Show();
+    MoveTo(10, 5);
+    EXPECT_EQ(Hot(), 0);
+    MoveTo(10, kHeight + 5);
+    EXPECT_EQ(Hot(), 1);
+    Press();
+    Release();
+    ASSERT_EQ(clicks.size(), 1u);
+    EXPECT_EQ(clicks[0].dwItemData, 1001u);
+    EXPECT_EQ(clicks[0].pt.x, 10);
+    EXPECT_EQ(clicks[0].pt.y, kHeight + 5);
+    MoveTo(500, 400);
+    EXPECT_EQ(Hot(), -1) << "the mouse has left";
+}
+
+TEST_F(ToolbarDrawing, AClickThatLosesTheMouseIsNone)
+{
+    Show();
+    MoveTo(10, 5);
+    Press();
+    SetCapture(level);
+    ReleaseCapture();
+    Release();
+    EXPECT_TRUE(clicks.empty());
+}
+
+TEST_F(ControlsDesk, TenThousandItemsCostWhatIsShown)
+{
+    constexpr int count = 10000;
+    constexpr int kRow = 25;
+    for (int i = 0; i < count; ++i)
+    {
+        Add(u"Item", AddIcon(kImage, kIconColor));
+    }
+    SizeButtons(kWidth, kRow);
+    Page(kWidth + 20, 200, 10);
+    Show();
+    EXPECT_LE(drawnItems.size(), 200u / kRow + 1);
+    EXPECT_LE(PlainIcon::made, 200 / kRow + 1);
+    drawnItems.clear();
+    SendMessageW(pager, PGM_SETPOS, 0, count * kRow);
+    Pump();
+    ASSERT_FALSE(drawnItems.empty());
+    EXPECT_EQ(drawnItems.back(), 1000u + count - 1);
+    EXPECT_LE(drawnItems.size(), 2 * (200u / kRow + 1));
+    POINT point = {5, (count - 1) * kRow + 3};
+    EXPECT_EQ(Send(TB_HITTEST, 0, reinterpret_cast<LPARAM>(&point)), count - 1);
+}
+
+TEST_F(ControlsDesk, AHiddenButtonTakesNoRoom)
+{
+    Add(u"One");
+    Add(u"Two");
+    TBBUTTON hidden{};
+    hidden.idCommand = 5;
+    hidden.fsState = TBSTATE_ENABLED | TBSTATE_HIDDEN;
+    hidden.iString = reinterpret_cast<INT_PTR>(u"Hidden");
+    Send(TB_INSERTBUTTONW, 1, reinterpret_cast<LPARAM>(&hidden));
+    Send(TB_AUTOSIZE);
+    EXPECT_EQ(Item(2).top, Item(0).bottom);
+    POINT point = {5, Item(2).top + 1};
+    EXPECT_EQ(Send(TB_HITTEST, 0, reinterpret_cast<LPARAM>(&point)), 2);
+}
+
+TEST_F(ControlsDesk, TheHotItemFollowsInsertionsAndDeletions)
+{
+    for (const char16_t* text : {u"a", u"b", u"c"})
+    {
+        Add(text);
+    }
+    Send(TB_SETHOTITEM, 1);
+    Send(TB_DELETEBUTTON, 0);
+    EXPECT_EQ(Hot(), 0);
+    TBBUTTON button{};
+    button.fsState = TBSTATE_ENABLED;
+    Send(TB_INSERTBUTTONW, 0, reinterpret_cast<LPARAM>(&button));
+    EXPECT_EQ(Hot(), 1);
+    Send(TB_DELETEBUTTON, 1);
+    EXPECT_EQ(Hot(), -1);
+}
+
+TEST_F(ControlsDesk, WhatCouldNotBeMeasuredIsMeasuredLater)
+{
+    Add(u"A name");
+    platform::SetFaultHook([](const char* call) { return std::string_view(call) == "GetDC"; });
+    Send(TB_AUTOSIZE);
+    platform::SetFaultHook(nullptr);
+    const RECT measured = Item(0);
+    Add(u"A name");
+    EXPECT_EQ(measured.right, Item(1).right);
+    EXPECT_GT(measured.right, 40);
+}

@@ -1,0 +1,328 @@
+// Starting things: what the started program finds, and what is said when nothing can be started.
+#include "tests/layer/shell_scratch.h"
+
+#include "windows.h"
+
+#include "platform/base/desktop_module.h"
+#include "platform/desktop/launch_service.h"
+#include "platform/screen/headless/headless.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <csignal>
+#include <fcntl.h>
+#include <spawn.h>
+#include <sstream>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace shell_test;
+
+namespace
+{
+
+/// Opens a file; returns the reason for a failure, "" on success. `ended` counts the ends told.
+std::string Open(const std::filesystem::path& path, std::atomic<int>* ended = nullptr)
+{
+    static std::atomic<int> ignored;
+    const auto* service =
+        static_cast<const platform::LaunchService*>(platform::DesktopModuleSymbol("orb_launch_service"));
+    if (service == nullptr)
+    {
+        return "the desktop module is missing";
+    }
+    char reason[512] = "";
+    const auto finished = [](void* count) { ++*static_cast<std::atomic<int>*>(count); };
+    service->open(path.c_str(), {finished, ended != nullptr ? ended : &ignored}, reason, sizeof reason);
+    return reason;
+}
+
+class ShellLaunch : public testing::Test
+{
+protected:
+    /// The application for folders, which GIO looks for once.
+    static void SetUpTestSuite()
+    {
+        std::filesystem::create_directories(Home() / "data/applications");
+        Write(Home() / "data/applications/viewer.desktop",
+              "[Desktop Entry]\nType=Application\nName=Viewer\nExec=view %f\n"
+              "MimeType=inode/directory;\n");
+        Write(Home() / "config/mimeapps.list", "[Default Applications]\ninode/directory=viewer.desktop\n");
+        Write(Home() / "bin/view", "#!/bin/sh\nexec \"${1%/*}/tell.sh\" \"$@\"\n", 0755);
+    }
+
+    void SetUp() override
+    {
+        folder = NewFolder();
+        report = folder / "report";
+        // Tells what it was started as, whole or not at all.
+        Write(folder / "tell.sh",
+              "#!/bin/sh\n{\nfor a in \"$@\"; do echo \"arg $a\"; done\n"
+              "echo \"cwd $PWD\"\necho \"sid $(cut -d' ' -f6 /proc/$$/stat)\"\necho \"pid $$\"\n"
+              "echo \"id $DESKTOP_STARTUP_ID$XDG_ACTIVATION_TOKEN\"\n"
+              "grep -E 'SigBlk|SigIgn' /proc/self/status\n"
+              "for f in /proc/$$/fd/*; do echo \"fd ${f##*/} $(readlink \"$f\")\"; done\n} > '" +
+                  report.native() + ".part'\nmv '" + report.native() + ".part' '" + report.native() + "'\n",
+              0755);
+    }
+
+    std::filesystem::path Entry(const std::string& lines)
+    {
+        const auto path = folder / "entry.desktop";
+        Write(path, "[Desktop Entry]\nType=Application\nName=A Tool\nIcon=tool\n" + lines);
+        return path;
+    }
+
+    std::string Tell() const { return "\"" + (folder / "tell.sh").native() + "\""; }
+
+    /// The report's lines, once it is there.
+    std::string Report() const
+    {
+        if (!WaitFor([this] { return std::filesystem::exists(report); }))
+        {
+            return "the program was not started";
+        }
+        std::ifstream file(report);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    std::filesystem::path folder;
+    std::filesystem::path report;
+};
+
+/// A session bus of the test's own, to which this process is sent as long as it lives.
+class SessionBus
+{
+public:
+    explicit SessionBus(const std::string& socket) : m_socket(socket)
+    {
+        std::string address = "unix:path=" + socket;
+        setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1);
+        address.insert(0, "--address=");
+        std::vector<char*> arguments;
+        for (const char* argument : {"dbus-daemon", "--session", "--nofork", "--nopidfile", address.c_str()})
+        {
+            arguments.push_back(const_cast<char*>(argument));
+        }
+        arguments.push_back(nullptr);
+        posix_spawnp(&m_process, arguments[0], nullptr, nullptr, arguments.data(), environ);
+    }
+    ~SessionBus()
+    {
+        kill(m_process, SIGTERM);
+        waitpid(m_process, nullptr, 0);
+        setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus", 1);
+    }
+    SessionBus(const SessionBus&) = delete;
+    SessionBus& operator=(const SessionBus&) = delete;
+
+    bool Ready() const
+    {
+        return m_process > 0 && WaitFor([this] { return std::filesystem::exists(m_socket); });
+    }
+
+private:
+    std::string m_socket;
+    pid_t m_process = -1;
+};
+
+std::string ValueOf(const std::string& report, const std::string& key)
+{
+    std::istringstream lines(report);
+    for (std::string line; std::getline(lines, line);)
+    {
+        if (line.starts_with(key + " ") || line.starts_with(key + ":"))
+        {
+            const std::size_t start = line.find_first_not_of(" \t", key.size() + 1);
+            return start != line.npos ? line.substr(start) : "";
+        }
+    }
+    return "(no " + key + ")";
+}
+
+} // namespace
+
+TEST_F(ShellLaunch, AStartedProgramIsOnItsOwn)
+{
+    const auto path = folder / "path with %s";
+    std::filesystem::create_directory(path);
+    setenv("DESKTOP_STARTUP_ID", "ours", 1);
+    setenv("XDG_ACTIVATION_TOKEN", "ours", 1);
+    const int leaked = open("/dev/zero", O_RDONLY); // without close-on-exec, as a careless library leaves one
+    std::signal(SIGUSR1, SIG_IGN);
+    sigset_t blocked;
+    sigemptyset(&blocked);
+    sigaddset(&blocked, SIGTERM);
+    sigprocmask(SIG_BLOCK, &blocked, nullptr);
+
+    std::atomic<int> ended = 0;
+    EXPECT_EQ(
+        Open(Entry("Exec=" + Tell() + " plain \"two words\" %% %i %c %k %f %U\nPath=" + path.native() + "\n"), &ended),
+        "");
+    sigprocmask(SIG_UNBLOCK, &blocked, nullptr);
+    std::signal(SIGUSR1, SIG_DFL);
+    close(leaked);
+    const std::string text = Report();
+    EXPECT_TRUE(text.starts_with("arg plain\narg two words\narg %\narg --icon\narg tool\narg A Tool\narg " +
+                                 (folder / "entry.desktop").native() + "\ncwd "))
+        << text;
+    EXPECT_EQ(ValueOf(text, "cwd"), path.native());
+    EXPECT_NE(ValueOf(text, "sid"), std::to_string(getsid(0)));
+    EXPECT_EQ(ValueOf(text, "id"), "") << "no X server, so no identifier, least of all ours";
+    EXPECT_EQ(ValueOf(text, "SigBlk"), "0000000000000000");
+    EXPECT_EQ(ValueOf(text, "SigIgn"), "0000000000000000");
+    EXPECT_EQ(ValueOf(text, "fd 0"), "/dev/null");
+    EXPECT_EQ(ValueOf(text, "fd 2"), "/dev/null");
+    EXPECT_EQ(text.find("/dev/zero"), text.npos) << text;
+    EXPECT_TRUE(WaitFor([&] { return ended == 1; }));
+    unsetenv("DESKTOP_STARTUP_ID");
+    unsetenv("XDG_ACTIVATION_TOKEN");
+}
+
+TEST_F(ShellLaunch, ProgramsAndLinksToThemRun)
+{
+    std::filesystem::create_symlink("tell.sh", folder / "link.lnk");
+    EXPECT_EQ(Open(folder / "link.lnk"), "");
+    const std::string text = Report();
+    EXPECT_EQ(ValueOf(text, "cwd"), folder.native());
+    EXPECT_NE(ValueOf(text, "sid"), std::to_string(getsid(0)));
+}
+
+TEST_F(ShellLaunch, ALinkToADesktopEntryRunsIt)
+{
+    Entry("Exec=" + Tell() + " through\n");
+    std::filesystem::create_symlink("entry.desktop", folder / "link.lnk");
+    EXPECT_EQ(Open(folder / "link.lnk"), "");
+    EXPECT_EQ(ValueOf(Report(), "arg"), "through");
+}
+
+TEST_F(ShellLaunch, TerminalProgramsRunInTheUsersTerminal)
+{
+    const auto terminal = Home() / "bin/x-terminal-emulator";
+    Write(terminal, "#!/bin/sh\ntest \"$1\" = -e && shift && exec \"$@\" in-terminal\n", 0755);
+    EXPECT_EQ(Open(Entry("Exec=" + Tell() + " %k %%\nTerminal=true\n")), "");
+    const std::string text = Report();
+    EXPECT_TRUE(text.starts_with("arg " + (folder / "entry.desktop").native() + "\narg %\narg in-terminal\n")) << text;
+    std::filesystem::remove(terminal);
+}
+
+TEST_F(ShellLaunch, WithoutABusAnActivatableApplicationIsRun)
+{
+    std::atomic<int> ended = 0;
+    EXPECT_EQ(Open(Entry("Exec=" + Tell() + " by-command\nDBusActivatable=true\n"), &ended), "");
+    EXPECT_EQ(ValueOf(Report(), "arg"), "by-command");
+    EXPECT_TRUE(WaitFor([&] { return ended == 1; }));
+}
+
+TEST_F(ShellLaunch, AnActivatableApplicationIsAskedOverTheBus)
+{
+    const std::string name = "org.example.Orb-Test";
+    std::filesystem::create_directories(Home() / "data/dbus-1/services");
+    Write(Home() / "data/dbus-1/services" / (name + ".service"), "[D-BUS Service]\nName=" + name +
+                                                                     "\nExec=" + ORB_BUS_APPLICATION + " " + name +
+                                                                     " " + report.native() + "\n");
+    const auto entry = folder / (name + ".desktop");
+    Write(entry,
+          "[Desktop Entry]\nType=Application\nName=On the Bus\nExec=" + Tell() + " by-command\nDBusActivatable=true\n");
+    const SessionBus bus((folder / "bus").native());
+    ASSERT_TRUE(bus.Ready());
+    std::atomic<int> ended = 0;
+    EXPECT_EQ(Open(entry, &ended), "");
+    EXPECT_EQ(Report(), "Activate /org/example/Orb_Test ({},)\n");
+    EXPECT_TRUE(WaitFor([&] { return ended == 1; })) << "the process was held until the answer";
+    std::filesystem::remove(report);
+
+    // What the bus cannot have started is started by its command line.
+    Write(Home() / "data/dbus-1/services" / (name + ".service"), "");
+    const auto unknown = folder / "org.example.Unknown.desktop";
+    std::filesystem::rename(entry, unknown);
+    EXPECT_EQ(Open(unknown), "");
+    EXPECT_EQ(ValueOf(Report(), "arg"), "by-command");
+}
+
+TEST_F(ShellLaunch, DocumentsOpenWithTheirApplication)
+{
+    const auto odd = folder / "o%dd #nam\xFF";
+    std::filesystem::create_directory(odd);
+    EXPECT_EQ(Open(odd), "");
+    EXPECT_EQ(ValueOf(Report(), "arg"), odd.native());
+}
+
+TEST_F(ShellLaunch, TheMenuOpensItemsAndTellsTheUserWhatFails)
+{
+    const auto invoke = [](const std::filesystem::path& path, LPCSTR verb)
+    {
+        const List list = Parse(path);
+        void* parent = nullptr;
+        LPCITEMIDLIST last = nullptr;
+        EXPECT_EQ(SHBindToParent(list.get(), IID_IShellFolder, &parent, &last), S_OK);
+        const Com<IShellFolder> shellFolder(static_cast<IShellFolder*>(parent));
+        void* object = nullptr;
+        EXPECT_EQ(shellFolder->GetUIObjectOf(nullptr, 1, &last, IID_IContextMenu, nullptr, &object), S_OK);
+        const Com<IContextMenu> contextMenu(static_cast<IContextMenu*>(object));
+        CMINVOKECOMMANDINFOEX info{};
+        info.cbSize = sizeof info;
+        info.fMask = CMIC_MASK_PTINVOKE;
+        info.lpVerb = verb;
+        return contextMenu->InvokeCommand(reinterpret_cast<CMINVOKECOMMANDINFO*>(&info));
+    };
+    EXPECT_EQ(invoke(Entry("Exec=" + Tell() + " by-offset\n"), MAKEINTRESOURCEA(0)), S_OK);
+    EXPECT_EQ(ValueOf(Report(), "arg"), "by-offset");
+    std::filesystem::remove(report);
+    EXPECT_EQ(invoke(folder / "entry.desktop", "OPEN"), S_OK);
+    EXPECT_EQ(ValueOf(Report(), "arg"), "by-offset");
+    EXPECT_EQ(invoke(folder / "entry.desktop", "fly"), E_INVALIDARG);
+    EXPECT_EQ(invoke(folder / "entry.desktop", MAKEINTRESOURCEA(999)), E_INVALIDARG);
+
+    std::u16string caption;
+    platform::headless::SetIdleHandler(
+        [&caption]
+        {
+            WCHAR text[64] = {};
+            GetWindowTextW(GetActiveWindow(), text, 64);
+            caption += text;
+            platform::headless::PressKey(VK_RETURN);
+            platform::headless::ReleaseKey(VK_RETURN);
+            return true;
+        });
+    EXPECT_EQ(invoke(Entry("Exec=no-such-program-here\n"), MAKEINTRESOURCEA(0)), E_FAIL);
+    platform::headless::SetIdleHandler(nullptr);
+    EXPECT_EQ(caption, u"Orb Launcher") << "one box";
+}
+
+TEST_F(ShellLaunch, FailuresAreExplained)
+{
+    const auto expect = [&](const std::filesystem::path& path, const std::string& part)
+    {
+        std::atomic<int> ended = 0;
+        const std::string reason = Open(path, &ended);
+        EXPECT_NE(reason.find(part), reason.npos) << path << ": " << (reason.empty() ? "(started)" : reason);
+        EXPECT_TRUE(WaitFor([&] { return ended == 1; })) << path;
+    };
+    std::filesystem::create_symlink("nowhere", folder / "dangling");
+    std::filesystem::create_symlink("loop", folder / "loop");
+    mkfifo((folder / "pipe").c_str(), 0600);
+    Write(folder / "nonsense.desktop", "no key file");
+    Write(folder / "unknown.q7z9", std::string("\x01\x02\x00\x03", 4));
+    Write(folder / "noformat.sh", "#!/nonexistent/interpreter\n", 0755);
+    expect(folder / "dangling", "not there");
+    expect(folder / "loop", "leads back to itself");
+    expect(folder / "gone", "not there any more");
+    expect(folder / "pipe", "neither a file nor a folder");
+    expect(folder / "nonsense.desktop", "not a valid desktop entry");
+    expect(folder / "unknown.q7z9", "No application");
+    expect(folder / "noformat.sh", "noformat.sh");
+    expect(Entry("Exec=no-such-program-here\n"), "\u201Cno-such-program-here\u201D is not installed");
+    expect(Entry("Exec=true\nTryExec=no-such-trial\n"), "\u201Cno-such-trial\u201D is not installed");
+    expect(Entry("Exec=\"unclosed\n"), "malformed");
+    expect(Entry(""), "which program");
+    expect(Entry("Exec=true\nPath=/nonexistent/folder\n"), "/nonexistent/folder");
+    expect(Entry("Exec=no-such-program-here\nDBusActivatable=true\n"), "not installed");
+    Write(folder / "typeless.desktop", "[Desktop Entry]\nExec=true\nName=x\n");
+    expect(folder / "typeless.desktop", "no application");
+    Write(folder / "url.desktop", "[Desktop Entry]\nType=Link\nURL=file:///nonexistent/file\n");
+    expect(folder / "url.desktop", "not there");
+    Write(folder / "nourl.desktop", "[Desktop Entry]\nType=Link\n");
+    expect(folder / "nourl.desktop", "where it leads");
+}

@@ -1,0 +1,112 @@
+// The scratch home of the shell's tests.
+#include "tests/layer/shell_scratch.h"
+
+#include "platform/shell/com_object.h"
+
+#include <gtest/gtest.h>
+
+namespace shell_test
+{
+
+namespace
+{
+
+/// Set up before the first test: much of what the shell reads from the environment it reads once.
+class ScratchHome : public testing::Environment
+{
+public:
+    void SetUp() override
+    {
+        std::string name = (std::filesystem::temp_directory_path() / "orb-shell-XXXXXX").native();
+        home = mkdtemp(name.data());
+        const std::pair<const char*, std::filesystem::path> folders[] = {{"HOME", home},
+                                                                         {"XDG_DATA_HOME", home / "data"},
+                                                                         {"XDG_CONFIG_HOME", home / "config"},
+                                                                         {"XDG_CACHE_HOME", home / "cache"},
+                                                                         {"XDG_DATA_DIRS", home / "system"}};
+        for (const auto& [variable, folder] : folders)
+        {
+            std::filesystem::create_directories(folder);
+            setenv(variable, folder.c_str(), 1);
+        }
+        for (const char* variable :
+             {"LC_ALL", "LANG", "LANGUAGE", "LC_MESSAGES", "DBUS_SESSION_BUS_ADDRESS", "DISPLAY"})
+        {
+            unsetenv(variable);
+        }
+        setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus", 1);
+        std::filesystem::create_directory(home / "bin");
+        setenv("PATH", ((home / "bin").native() + ":" + getenv("PATH")).c_str(), 1);
+        setenv("LANG", "de_DE.UTF-8", 1);
+        setenv("XDG_CURRENT_DESKTOP", "Orbit:GNOME", 1);
+    }
+
+    void TearDown() override
+    {
+        RunDeferred();
+        EXPECT_EQ(platform::LiveShellObjects(), 0) << "shell objects are still referenced";
+        std::filesystem::remove_all(home);
+    }
+
+    std::filesystem::path home;
+};
+
+auto* const g_home = static_cast<ScratchHome*>(testing::AddGlobalTestEnvironment(new ScratchHome));
+
+} // namespace
+
+const std::filesystem::path& Home()
+{
+    return g_home->home;
+}
+
+std::filesystem::path NewFolder()
+{
+    static int count = 0;
+    const std::filesystem::path folder = Home() / ("folder" + std::to_string(++count));
+    std::filesystem::create_directory(folder);
+    return folder;
+}
+
+std::vector<Item> Items(const std::filesystem::path& path, SHCONTF flags)
+{
+    std::vector<Item> items;
+    const List list = Parse(path);
+    const Com<IShellFolder> folder = list != nullptr ? Bind(list.get()) : nullptr;
+    IEnumIDList* enumeration = nullptr;
+    if (folder == nullptr || folder->EnumObjects(nullptr, flags, &enumeration) != S_OK)
+    {
+        return items;
+    }
+    LPITEMIDLIST child;
+    while (enumeration->Next(1, &child, nullptr) == S_OK)
+    {
+        Item item{};
+        item.absolute.reset(ILCombine(list.get(), child));
+        item.fileName = platform::FileNameFromShellName(NameOf(*folder, child, SHGDN_INFOLDER | SHGDN_FORPARSING));
+        item.display = platform::Utf8FromUtf16(NameOf(*folder, child, SHGDN_INFOLDER));
+        item.attributes = SFGAO_FOLDER | SFGAO_STREAM | SFGAO_LINK;
+        LPCITEMIDLIST children[] = {child};
+        folder->GetAttributesOf(1, children, &item.attributes);
+        SHGetFileInfoW(reinterpret_cast<LPCWSTR>(item.absolute.get()), 0, &item.info, sizeof item.info,
+                       SHGFI_PIDL | SHGFI_ADDOVERLAYS | SHGFI_TYPENAME | SHGFI_SYSICONINDEX);
+        items.push_back(std::move(item));
+        ILFree(child);
+    }
+    enumeration->Release();
+    return items;
+}
+
+const Item* Find(const std::vector<Item>& items, const std::string& fileName)
+{
+    for (const Item& item : items)
+    {
+        if (item.fileName == fileName)
+        {
+            return &item;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace shell_test

@@ -1,0 +1,113 @@
+// A home of its own for each test process, and short ways to look at folders through the shell.
+#pragma once
+
+#include "shlwapi.h"
+
+#include "platform/base/deferred.h"
+#include "platform/base/text.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <poll.h>
+#include <string>
+#include <sys/stat.h>
+#include <vector>
+
+namespace shell_test
+{
+
+/// The scratch home, with every variable set that the shell reads. Removed at the process's end.
+const std::filesystem::path& Home();
+
+/// A new, empty folder below the scratch home.
+std::filesystem::path NewFolder();
+
+inline void Write(const std::filesystem::path& path, const std::string& content, mode_t mode = 0644)
+{
+    std::ofstream(path) << content;
+    chmod(path.c_str(), mode);
+}
+
+inline void RunDeferred()
+{
+    while (platform::RunOneDeferred())
+    {
+    }
+}
+
+template <typename T>
+struct ComRelease
+{
+    void operator()(T* object) const { object->Release(); }
+};
+template <typename T>
+using Com = std::unique_ptr<T, ComRelease<T>>;
+
+/// Waits until the condition holds, at most ten seconds; false when it never did.
+template <typename F>
+bool WaitFor(F condition)
+{
+    for (int attempt = 0; attempt < 5000; ++attempt)
+    {
+        if (condition())
+        {
+            return true;
+        }
+        poll(nullptr, 0, 2);
+    }
+    return false;
+}
+
+struct ListFree
+{
+    void operator()(ITEMIDLIST* list) const { ILFree(list); }
+};
+using List = std::unique_ptr<ITEMIDLIST, ListFree>;
+
+inline List Parse(const std::filesystem::path& path)
+{
+    LPITEMIDLIST list = nullptr;
+    SHParseDisplayName(platform::ShellPathFromPosix(path.native()).c_str(), nullptr, &list, 0, nullptr);
+    return List(list);
+}
+
+inline Com<IShellFolder> Bind(const ITEMIDLIST* list)
+{
+    IShellFolder* desktop = nullptr;
+    SHGetDesktopFolder(&desktop);
+    void* folder = nullptr;
+    desktop->BindToObject(list, nullptr, IID_IShellFolder, &folder);
+    desktop->Release();
+    return Com<IShellFolder>(static_cast<IShellFolder*>(folder));
+}
+
+inline std::u16string NameOf(IShellFolder& folder, const ITEMIDLIST* item, SHGDNF flags)
+{
+    STRRET name;
+    LPWSTR text = nullptr;
+    if (FAILED(folder.GetDisplayNameOf(item, flags, &name)) || FAILED(StrRetToStrW(&name, item, &text)))
+    {
+        return u"(no name)";
+    }
+    std::u16string result(text);
+    CoTaskMemFree(text);
+    return result;
+}
+
+struct Item
+{
+    List absolute;
+    std::string fileName; ///< from the in-folder parsing name
+    std::string display;  ///< UTF-8
+    SFGAOF attributes;
+    SHFILEINFOW info;
+};
+
+/// What a menu would show of the folder; asserts nothing.
+std::vector<Item> Items(const std::filesystem::path& path, SHCONTF flags = SHCONTF_FOLDERS | SHCONTF_NONFOLDERS);
+/// The item of a file name, null when it is not listed.
+const Item* Find(const std::vector<Item>& items, const std::string& fileName);
+
+} // namespace shell_test

@@ -1,0 +1,220 @@
+// What is kept of a folder across runs, and when it no longer counts.
+#include "tests/layer/shell_scratch.h"
+
+#include "platform/shell/folder_listing.h"
+#include "platform/shell/folder_snapshot.h"
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace shell_test;
+
+namespace
+{
+
+class ShellSnapshot : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        folder = NewFolder();
+        WriteEntry("First");
+        Write(folder / "readme.txt", "text");
+        std::filesystem::create_symlink("readme.txt", folder / "link");
+        Items(folder);
+        RunDeferred();
+        snapshot = platform::SnapshotPath(folder.native());
+        ASSERT_TRUE(std::filesystem::exists(snapshot));
+    }
+
+    /// Writes in place, with names of one length, so that neither inode nor size give the change away.
+    void WriteEntry(const std::string& name)
+    {
+        Write(folder / "entry.desktop", "[Desktop Entry]\nType=Application\nExec=true\nName=" + name + "\n");
+    }
+
+    std::string EntryName() const { return Find(Items(folder), "entry.desktop")->display; }
+    /// Whether reading the folder now takes every description from the snapshot.
+    bool SnapshotServes() const { return !platform::ReadFolder(folder.native())->worthSaving; }
+
+    std::string Content() const
+    {
+        std::ifstream file(snapshot);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    void Replace(const std::string& content) const
+    {
+        std::filesystem::remove(snapshot); // truncating a file makes some file systems write the old one out
+        Write(snapshot, content);
+    }
+
+    std::filesystem::path folder;
+    std::filesystem::path snapshot;
+};
+
+} // namespace
+
+TEST_F(ShellSnapshot, ServesAnUnchangedFolderWhole)
+{
+    EXPECT_TRUE(SnapshotServes());
+    EXPECT_EQ(EntryName(), "First");
+    const std::vector<Item> items = Items(folder);
+    EXPECT_EQ(Find(items, "readme.txt")->attributes, SFGAO_STREAM);
+    EXPECT_EQ(Find(items, "link")->attributes, SFGAO_LINK | SFGAO_STREAM);
+    std::filesystem::remove(folder / "link");
+    EXPECT_TRUE(SnapshotServes()) << "a file less needs no new description";
+}
+
+TEST_F(ShellSnapshot, SeesEveryChange)
+{
+    WriteEntry("Other");
+    EXPECT_EQ(EntryName(), "Other");
+    RunDeferred();
+    EXPECT_TRUE(SnapshotServes());
+
+    chmod((folder / "readme.txt").c_str(), 0755); // now a program, and the link leads to one
+    EXPECT_FALSE(SnapshotServes());
+    Items(folder);
+    RunDeferred();
+
+    std::filesystem::remove(folder / "readme.txt"); // the link dangles
+    EXPECT_FALSE(SnapshotServes());
+    Items(folder);
+    RunDeferred();
+
+    Write(folder / "new.txt", "");
+    EXPECT_FALSE(SnapshotServes());
+}
+
+TEST_F(ShellSnapshot, ForgetsThatAFileWasHidden)
+{
+    Write(folder / "entry.desktop", "[Desktop Entry]\nType=Application\nExec=true\nName=First\nNoDisplay=true\n");
+    EXPECT_EQ(Find(Items(folder), "entry.desktop"), nullptr);
+    RunDeferred();
+    WriteEntry("Shown");
+    EXPECT_EQ(EntryName(), "Shown");
+}
+
+TEST_F(ShellSnapshot, DamageIsNoticedWhereverItIs)
+{
+    const std::string good = Content();
+    for (std::size_t at = 0; at < good.size(); ++at)
+    {
+        std::string bad = good;
+        bad[at] = static_cast<char>(bad[at] ^ 0x41);
+        Replace(bad);
+        ASSERT_EQ(EntryName(), "First") << "byte " << at;
+        ASSERT_FALSE(SnapshotServes()) << "byte " << at;
+    }
+    for (const std::size_t size : {std::size_t{0}, std::size_t{7}, good.size() / 2, good.size() - 1})
+    {
+        Replace(good.substr(0, size));
+        EXPECT_EQ(EntryName(), "First") << size << " bytes";
+    }
+    std::filesystem::remove(snapshot);
+    EXPECT_EQ(EntryName(), "First");
+    RunDeferred();
+    EXPECT_TRUE(SnapshotServes()) << "rebuilt";
+}
+
+TEST_F(ShellSnapshot, IsGoodForItsFolderAlone)
+{
+    const auto other = NewFolder();
+    std::filesystem::rename(folder / "entry.desktop", other / "entry.desktop");
+    std::filesystem::copy_file(snapshot, platform::SnapshotPath(other.native()));
+    EXPECT_TRUE(platform::ReadFolder(other.native())->worthSaving);
+}
+
+/// Leaves a snapshot of the folder as an earlier run would, which only another process can.
+void ReadInAnEarlierRun(const std::filesystem::path& folder)
+{
+    // A folder changed just now could change again without a trace, so its list would not be trusted.
+    const timespec times[2] = {{0, UTIME_OMIT}, {1'000'000'000, 0}};
+    ASSERT_EQ(utimensat(AT_FDCWD, folder.c_str(), times, 0), 0);
+    const pid_t run = fork();
+    if (run == 0)
+    {
+        Items(folder);
+        RunDeferred();
+        _exit(0);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(run, &status, 0), run);
+    ASSERT_EQ(status, 0);
+}
+
+void WriteNamed(const std::filesystem::path& folder, const std::string& name)
+{
+    Write(folder / "entry.desktop", "[Desktop Entry]\nType=Application\nExec=true\nName=" + name + "\n");
+}
+
+TEST(ShellSnapshots, TheFirstReadingTrustsTheListAndLooksAgainLater)
+{
+    const auto folder = NewFolder();
+    WriteNamed(folder, "First");
+    std::filesystem::create_directory(folder / "sub");
+    ReadInAnEarlierRun(folder);
+    WriteNamed(folder, "Other"); // in place: nothing comes, goes or changes its name
+    const auto first = platform::ReadFolder(folder.native());
+    ASSERT_TRUE(first->fromSnapshot);
+    ASSERT_EQ(first->files.size(), 2u);
+    platform::VerifyListing(*first);
+    const auto second = platform::ReadFolder(folder.native());
+    EXPECT_FALSE(second->fromSnapshot);
+    EXPECT_FALSE(second->worthSaving) << "the look has renewed the snapshot";
+    EXPECT_EQ(Find(Items(folder), "entry.desktop")->display, "Other");
+}
+
+TEST(ShellSnapshots, AFolderThatChangedIsReadAtOnce)
+{
+    const auto folder = NewFolder();
+    WriteNamed(folder, "First");
+    ReadInAnEarlierRun(folder);
+    Write(folder / "newcomer", "");
+    const auto listing = platform::ReadFolder(folder.native());
+    EXPECT_FALSE(listing->fromSnapshot);
+    EXPECT_EQ(listing->files.size(), 2u);
+}
+
+TEST(ShellSnapshots, DoNotPileUp)
+{
+    const std::filesystem::path cache = std::filesystem::path(platform::SnapshotPath("any")).parent_path();
+    for (int i = 0; i < 450; ++i)
+    {
+        Write(cache / ("folder-old" + std::to_string(i)), "");
+    }
+    Write(cache / "something else", "");
+    const auto folder = NewFolder();
+    Write(folder / "file.txt", "");
+    Items(folder);
+    RunDeferred();
+    const auto files = std::distance(std::filesystem::directory_iterator(cache), std::filesystem::directory_iterator());
+    EXPECT_LT(files, 300);
+    EXPECT_TRUE(std::filesystem::exists(platform::SnapshotPath(folder.native()))) << "the newest stay";
+    EXPECT_TRUE(std::filesystem::exists(cache / "something else"));
+}
+
+TEST(ShellSpeed, LargeFoldersAreListedWhole)
+{
+    const auto folder = NewFolder();
+    for (int i = 0; i < 1500; ++i) // enough for the status calls to be shared between threads
+    {
+        Write(folder / ("entry" + std::to_string(i) + ".desktop"),
+              "[Desktop Entry]\nType=Application\nName=Name " + std::to_string(i) + "\n");
+    }
+    for (int run = 0; run < 2; ++run)
+    {
+        const std::vector<Item> items = Items(folder);
+        ASSERT_EQ(items.size(), 1500u);
+        for (const Item& item : items)
+        {
+            ASSERT_EQ("entry" + item.display.substr(5) + ".desktop", item.fileName);
+        }
+        RunDeferred();
+    }
+}

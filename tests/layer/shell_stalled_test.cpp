@@ -1,0 +1,137 @@
+// A mount that never answers: a FUSE file system that nobody serves. Whoever touches it hangs until it is taken down.
+#include "tests/layer/shell_scratch.h"
+
+#include "windows.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <fcntl.h>
+#include <sys/mount.h>
+#include <unistd.h>
+
+using namespace shell_test;
+
+namespace
+{
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+constexpr UINT notice = WM_APP + 2;
+
+class StalledMount
+{
+public:
+    explicit StalledMount(const std::filesystem::path& place)
+        : m_place(place), m_device(open("/dev/fuse", O_RDWR | O_CLOEXEC))
+    {
+        std::filesystem::create_directory(place);
+        const std::string options = "fd=" + std::to_string(m_device) + ",rootmode=40000,user_id=0,group_id=0";
+        m_mounted = m_device >= 0 && mount("stalled", place.c_str(), "fuse", 0, options.c_str()) == 0;
+    }
+    ~StalledMount() { TakeDown(); }
+    StalledMount(const StalledMount&) = delete;
+    StalledMount& operator=(const StalledMount&) = delete;
+
+    bool Mounted() const { return m_mounted; }
+    /// Whoever hangs on it gets an error.
+    void TakeDown()
+    {
+        if (m_device >= 0)
+        {
+            close(std::exchange(m_device, -1));
+        }
+        if (std::exchange(m_mounted, false))
+        {
+            umount2(m_place.c_str(), MNT_DETACH);
+        }
+    }
+
+private:
+    std::filesystem::path m_place;
+    int m_device;
+    bool m_mounted = false;
+};
+
+class ShellStalled : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        if (!mount.Mounted())
+        {
+            GTEST_SKIP() << "only root may mount here, or there is no /dev/fuse";
+        }
+    }
+
+    /// What `work` took.
+    template <typename F>
+    static milliseconds Taken(F work)
+    {
+        const auto start = Clock::now();
+        work();
+        return std::chrono::duration_cast<milliseconds>(Clock::now() - start);
+    }
+
+    std::filesystem::path folder = NewFolder();
+    StalledMount mount{folder / "stalled"};
+};
+
+} // namespace
+
+TEST_F(ShellStalled, AFolderThatHoldsItIsListedAtOnce)
+{
+    Write(folder / "file", "");
+    std::vector<Item> items;
+    EXPECT_LT(Taken([&] { items = Items(folder); }), milliseconds(200));
+    ASSERT_EQ(items.size(), 2u);
+    EXPECT_EQ(Find(items, "stalled")->attributes, SFGAO_FOLDER);
+}
+
+TEST_F(ShellStalled, LinksIntoItAreListedAllTheSame)
+{
+    std::filesystem::create_symlink("stalled/inside", folder / "into");
+    std::filesystem::create_symlink("stalled", folder / "onto");
+    std::filesystem::create_symlink(folder / "stalled/app.desktop", folder / "app.desktop");
+    std::vector<Item> items;
+    EXPECT_LT(Taken([&] { items = Items(folder); }), milliseconds(1000));
+    for (const char* link : {"into", "onto", "app.desktop"})
+    {
+        ASSERT_NE(Find(items, link), nullptr) << link;
+        EXPECT_EQ(Find(items, link)->attributes, SFGAO_LINK | SFGAO_STREAM) << link;
+    }
+}
+
+TEST_F(ShellStalled, OpeningItIsGivenUpAndMadeGoodWhenItAnswers)
+{
+    WNDCLASSEXW windowClass{};
+    windowClass.cbSize = sizeof windowClass;
+    windowClass.lpfnWndProc = DefWindowProcW;
+    windowClass.lpszClassName = TEXT("StalledTest");
+    RegisterClassExW(&windowClass);
+    const HWND window =
+        CreateWindowExW(0, TEXT("StalledTest"), TEXT(""), WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+
+    List list;
+    EXPECT_LT(Taken([&] { list = Parse(folder / "stalled"); }), milliseconds(200));
+    ASSERT_NE(list, nullptr);
+    const Com<IShellFolder> bound = Bind(list.get());
+    IEnumIDList* items = nullptr;
+    EXPECT_LT(Taken([&] { EXPECT_TRUE(FAILED(bound->EnumObjects(nullptr, SHCONTF_NONFOLDERS, &items))); }),
+              milliseconds(3000));
+    EXPECT_LT(Taken([&] { EXPECT_TRUE(FAILED(bound->EnumObjects(nullptr, SHCONTF_NONFOLDERS, &items))); }),
+              milliseconds(200))
+        << "the first reader still hangs, so there is no use in waiting again";
+
+    const SHChangeNotifyEntry entry{list.get(), FALSE};
+    const ULONG id = SHChangeNotifyRegister(window, SHCNRF_ShellLevel, SHCNE_CREATE, notice, 1, &entry);
+    EXPECT_NE(id, 0u);
+    EXPECT_LT(Taken(RunDeferred), milliseconds(1000));
+    mount.TakeDown();
+    MSG message;
+    EXPECT_TRUE(WaitFor([&] { return PeekMessageW(&message, window, notice, notice, PM_REMOVE) != FALSE; }))
+        << "the reader came back";
+    EXPECT_TRUE(SHChangeNotifyDeregister(id));
+    DestroyWindow(window);
+}
