@@ -1,0 +1,46 @@
+// The order of a level's items: merging the stored order with the items that exist.
+//
+// Rules only: the store is next door in layout_store.
+#pragma once
+
+#include "content/menu_item.h"
+
+#include <cstdint>
+#include <vector>
+
+/// The stored keys of a level, in display order.
+using StoredOrder = std::vector<std::uint32_t>;
+
+/// Keys out of a stored value: 4 bytes each, little-endian; 1 to 3 trailing bytes are ignored.
+StoredOrder DecodeOrder(const std::uint8_t* data, std::size_t size);
+std::vector<std::uint8_t> EncodeOrder(const MenuItems& items);
+
+/// Gives every item its stored position, adds the stored separators and sorts: stored items first, in stored order, the
+/// others after them by name (UTF-16 code units, case-sensitive).
+void MergeOrder(MenuItems& items, const StoredOrder& stored);
+
+/// Drops separators at the front, at the back, and before another separator.
+void CleanUpSeparators(MenuItems& items);
+
+/// Moves an item that has appeared since the last load, which the merge has put last, to the pending position. Does
+/// nothing unless exactly one item appeared and the position lies before the last item.
+void PlaceNewcomer(MenuItems& items, const MenuItems& before, int position);
+
+/// Marks every folder item as protected.
+void ProtectFolders(MenuItems& items);
+
+MenuItem MakeSeparator(std::int32_t order);
+MenuItem MakePlaceholder();
+
+/// Index of the first item with the key, −1 when there is none.
+int FindKey(const MenuItems& items, std::uint32_t key);
+
+enum class Where
+{
+    Above,
+    Below,
+};
+
+/// Inserts a separator next to the item at `index` and returns that item's new index; −1, changing nothing, when there
+/// is no neighbour on that side or the neighbour is a separator.
+int InsertSeparatorBeside(MenuItems& items, Where where, int index);

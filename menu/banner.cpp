@@ -1,0 +1,106 @@
+// Rendering the banner. The compositing of the title is in banner_pixels.cpp.
+#include "menu/banner.h"
+
+#include "app/launcher_state.h"
+#include "menu/custom_bar.h"
+#include "menu/nine_slice.h"
+
+namespace
+{
+
+constexpr int kSkinStripWidth = 5; ///< columns of the skin that make the banner; the next one makes the body
+constexpr int kTitleStart = 12;
+constexpr int kTitleMargin = 3;
+
+void FillWith(HDC dc, SIZE size, COLORREF color)
+{
+    const UniqueBrush brush(CreateSolidBrush(color));
+    const RECT all{0, 0, size.cx, size.cy};
+    FillRect(dc, &all, brush.Get());
+}
+
+void DrawSkin(HDC destination, const BannerSize& size)
+{
+    const UniqueMemoryDC skin(CreateCompatibleDC(destination));
+    if (!skin)
+        return;
+    const SelectGuard selected(skin.Get(), g_launcher.m_bannerSkin.Get());
+    const int height = g_launcher.m_bannerSkinHeight;
+    StretchNineSlice(skin.Get(), destination, {0, 0, size.bannerWidth, size.totalHeight},
+                     {0, 0, kSkinStripWidth, height}, {2, 2, 2, 2});
+    StretchNineSlice(skin.Get(), destination, {size.bannerWidth, 0, size.totalWidth, size.totalHeight},
+                     {kSkinStripWidth, 0, kSkinStripWidth + 1, height}, {0, 2, 0, 2});
+}
+
+/// The title in white on black, as long as its strip and as high as the banner is wide.
+PixelBitmap DrawTitleMask(const BannerSize& size)
+{
+    PixelBitmap mask = CreatePixelBitmap(size.stripLength, size.bannerWidth);
+    const UniqueMemoryDC dc(CreateCompatibleDC(nullptr));
+    if (!mask.bitmap || !dc)
+        return mask;
+    const SelectGuard bitmap(dc.Get(), mask.bitmap.Get());
+    const SelectGuard font(dc.Get(), g_launcher.m_font.Get());
+    SetTextColor(dc.Get(), RGB(255, 255, 255));
+    SetBkMode(dc.Get(), TRANSPARENT);
+    RECT place{kTitleStart, kTitleMargin, size.stripLength - kTitleMargin, size.bannerWidth - kTitleMargin};
+    DrawTextW(dc.Get(), g_launcher.m_title.c_str(), static_cast<int>(g_launcher.m_title.size()), &place,
+              DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX);
+    GdiFlush();
+    return mask;
+}
+
+} // namespace
+
+SIZE MeasureTitle()
+{
+    const WindowDC screen(nullptr);
+    const SelectGuard font(screen.Get(), g_launcher.m_font.Get());
+    RECT text{};
+    DrawTextW(screen.Get(), g_launcher.m_title.c_str(), static_cast<int>(g_launcher.m_title.size()), &text,
+              DT_SINGLELINE | DT_NOPREFIX | DT_CALCRECT);
+    return {text.right - text.left, text.bottom - text.top};
+}
+
+PixelBitmap CreatePixelBitmap(int width, int height)
+{
+    BITMAPINFO info{};
+    info.bmiHeader.biSize = sizeof(info.bmiHeader);
+    info.bmiHeader.biWidth = width;
+    info.bmiHeader.biHeight = -height;
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 32;
+    info.bmiHeader.biCompression = BI_RGB;
+    PixelBitmap result;
+    void* bits = nullptr;
+    result.bitmap.Reset(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+    result.pixels = static_cast<std::uint32_t*>(bits);
+    result.size = {width, height};
+    return result;
+}
+
+UniqueBitmap RenderBannerBitmap(const BannerSize& size)
+{
+    PixelBitmap banner = CreatePixelBitmap(size.totalWidth, size.totalHeight);
+    const UniqueMemoryDC dc(CreateCompatibleDC(nullptr));
+    if (!banner.bitmap || !dc)
+        return {};
+    {
+        const SelectGuard selected(dc.Get(), banner.bitmap.Get());
+        FillWith(dc.Get(), banner.size, g_launcher.m_menuColor);
+        if (g_launcher.m_bannerSkin)
+            DrawSkin(dc.Get(), size);
+        GdiFlush();
+    }
+    const PixelBitmap mask = DrawTitleMask(size);
+    if (mask.bitmap)
+        CompositeTitle(banner.pixels, banner.size, mask.pixels, mask.size, g_launcher.m_titleColor);
+    return std::move(banner.bitmap);
+}
+
+void CustomMenu::CustomBar::RenderBanner(int levelWidth, int visibleHeight)
+{
+    const BannerSize size = ComputeBannerSize(MeasureTitle(), levelWidth, visibleHeight);
+    m_banner = RenderBannerBitmap(size);
+    m_contentRect = {size.bannerWidth, 0, size.totalWidth, size.totalHeight};
+}

@@ -1,0 +1,210 @@
+// Building a level: its toolbar, size, place and pager.
+#include "menu/custom_bar.h"
+
+#include "app/launcher_state.h"
+#include "geometry/dpi_scale.h"
+#include "geometry/placement.h"
+#include "menu/banner.h"
+#include "menu/commands.h"
+#include "menu/work_area.h"
+
+#include <uxtheme.h>
+
+namespace CustomMenu
+{
+
+namespace
+{
+
+constexpr int kPagerId = 1;
+constexpr int kToolbarId = 2;
+constexpr int kInitialToolbarSize = 10;
+
+constexpr DWORD kToolbarStyle = WS_CHILD | WS_VISIBLE | TBSTYLE_TRANSPARENT | TBSTYLE_REGISTERDROP | TBSTYLE_LIST |
+                                TBSTYLE_FLAT | CCS_VERT | CCS_NODIVIDER | CCS_NOPARENTALIGN | CCS_NORESIZE;
+constexpr DWORD kPagerStyle =
+    WS_CHILD | WS_VISIBLE | CCS_NODIVIDER | CCS_NOPARENTALIGN | PGS_DRAGNDROP | PGS_AUTOSCROLL | PGS_VERT;
+static_assert(kToolbarStyle == 0x5000D8CC && kPagerStyle == 0x5000004E);
+
+HMENU ChildId(int id)
+{
+    return reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id));
+}
+
+TBBUTTON ButtonOf(const MenuItem& item, int index)
+{
+    TBBUTTON button{};
+    button.idCommand = kFirstCommand + index;
+    button.dwData = static_cast<DWORD_PTR>(kFirstCommand + index);
+    button.fsState = TBSTATE_ENABLED | TBSTATE_WRAP;
+    button.iString = reinterpret_cast<INT_PTR>(item.name.c_str());
+    button.iBitmap = item.image;
+    if (item.Is(MIF_SEPARATOR))
+    {
+        button.fsStyle = BTNS_SEP;
+        button.iBitmap = g_launcher.m_separatorHeight;
+    }
+    return button;
+}
+
+void MoveChild(HWND child, const RECT& rect)
+{
+    SetWindowPos(child, nullptr, rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+ButtonExtents MeasureButtons(const CustomBar& level)
+{
+    ButtonExtents extents;
+    const int count = static_cast<int>(level.SendToolbar(TB_BUTTONCOUNT));
+    for (int i = 0; i < count; ++i)
+    {
+        TBBUTTON button{};
+        level.SendToolbar(TB_GETBUTTON, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&button));
+        extents.Add(level.ButtonRect(i), (button.fsStyle & BTNS_SEP) != 0);
+    }
+    return extents;
+}
+
+bool HasDeeperLevels(const CustomBar& level)
+{
+    return !g_launcher.m_levels.empty() && g_launcher.m_levels.back() != &level;
+}
+
+LevelSize MeasureLevel(const CustomBar& level)
+{
+    LevelMeasure measure;
+    measure.buttons = MeasureButtons(level);
+    measure.previousWidth = level.m_width;
+    measure.deeperLevelsOpen = HasDeeperLevels(level);
+    measure.workHeight = g_launcher.m_workArea.bottom - g_launcher.m_workArea.top;
+    if (level.IsRoot() && g_launcher.m_bannerSkin)
+        measure.bannerText = MeasureTitle();
+    return ComputeLevelSize(measure, g_dpi);
+}
+
+} // namespace
+
+bool CustomBar::CreateToolbar()
+{
+    m_toolbar = CreateWindowExW(WS_EX_TOOLWINDOW, TOOLBARCLASSNAMEW, nullptr, kToolbarStyle, 0, 0, kInitialToolbarSize,
+                                kInitialToolbarSize, m_hWnd, ChildId(kToolbarId), g_instance, nullptr);
+    if (m_toolbar == nullptr)
+        return false;
+    SetWindowTheme(m_toolbar, TEXT(""), TEXT(""));
+    SendToolbar(TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON));
+    const UniqueImageList& images = UsesLargeIcons() ? g_launcher.m_largeImages : g_launcher.m_smallImages;
+    SendToolbar(TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(images.Get()));
+    SendToolbar(TB_SETINSERTMARKCOLOR, 0, static_cast<LPARAM>(g_launcher.m_menuTextColor));
+    if (!SetWindowSubclass(m_toolbar, &CustomBar::ToolbarSubclassProc, reinterpret_cast<UINT_PTR>(this),
+                           reinterpret_cast<DWORD_PTR>(this)))
+    {
+        // It would never hear of changes, nor tell a move of the mouse from a menu that appears under it.
+        DestroyWindow(m_toolbar);
+        m_toolbar = nullptr;
+        return false;
+    }
+    for (int slot = 0; slot < static_cast<int>(m_sourceFolders.size()); ++slot)
+    {
+        if (m_sourceFolders[slot])
+            Watch(slot, m_sourceFolders[slot].Get(), m_toolbar, WM_APP_SHELLNOTIFY);
+    }
+    return true;
+}
+
+void CustomBar::RemoveButtons()
+{
+    for (int i = static_cast<int>(SendToolbar(TB_BUTTONCOUNT)) - 1; i >= 0; --i)
+        SendToolbar(TB_DELETEBUTTON, static_cast<WPARAM>(i));
+}
+
+void CustomBar::InsertButtons()
+{
+    for (int i = 0; i < ItemCount(); ++i)
+    {
+        const TBBUTTON button = ButtonOf(m_items[i], i);
+        m_items[i].order = static_cast<std::int32_t>(SendToolbar(TB_BUTTONCOUNT));
+        SendToolbar(TB_INSERTBUTTONW, static_cast<WPARAM>(m_items[i].order), reinterpret_cast<LPARAM>(&button));
+    }
+}
+
+void CustomBar::Build()
+{
+    const bool firstBuild = m_toolbar == nullptr;
+    if (firstBuild)
+    {
+        if (!CreateToolbar())
+            return;
+    }
+    else
+    {
+        // Out of the pager first, so that destroying the pager never destroys the toolbar.
+        SetParent(m_toolbar, m_hWnd);
+        RemoveButtons();
+    }
+    InsertButtons();
+    SendToolbar(TB_AUTOSIZE);
+
+    const LevelSize size = MeasureLevel(*this);
+    m_width = size.width;
+    m_contentRect = size.content;
+    m_banner.Reset();
+    if (IsRoot() && g_launcher.m_bannerSkin)
+        RenderBanner(size.width, size.visibleHeight);
+
+    SendToolbar(TB_SETBUTTONSIZE, 0, MAKELPARAM(size.width, size.itemHeight));
+    const RECT& content = m_contentRect;
+    MoveChild(m_toolbar, {content.left, content.top, content.left + size.width, content.top + size.height});
+    PlaceWindow(size.client, firstBuild);
+
+    if (size.needsPager)
+    {
+        const int workHeight = g_launcher.m_workArea.bottom - g_launcher.m_workArea.top;
+        PlacePager({content.left, content.top, content.left + size.width, content.top + workHeight},
+                   size.pagerButtonSize);
+    }
+    else if (m_pager != nullptr)
+    {
+        DestroyWindow(m_pager);
+        m_pager = nullptr;
+    }
+}
+
+void CustomBar::PlaceWindow(SIZE client, bool firstBuild)
+{
+    RECT frame{};
+    RECT current{};
+    AdjustWindowRect(&frame, g_launcher.m_levelStyle, FALSE);
+    GetWindowRect(m_hWnd, &current);
+    RECT place = PlaceLevel(client, frame, current, firstBuild, g_launcher.m_align);
+    ClipToWorkArea(place);
+    SetWindowPos(m_hWnd, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS | SWP_DEFERERASE);
+}
+
+void CustomBar::PlacePager(const RECT& rect, int buttonSize)
+{
+    const bool existed = m_pager != nullptr;
+    LRESULT position = 0;
+    if (existed)
+    {
+        position = SendMessageW(m_pager, PGM_GETPOS, 0, 0);
+        MoveChild(m_pager, rect);
+    }
+    else
+    {
+        m_pager =
+            CreateWindowExW(0, WC_PAGESCROLLERW, nullptr, kPagerStyle, rect.left, rect.top, rect.right - rect.left,
+                            rect.bottom - rect.top, m_hWnd, ChildId(kPagerId), g_instance, nullptr);
+        if (m_pager == nullptr)
+            return;
+    }
+    SendMessageW(m_pager, PGM_SETBUTTONSIZE, 0, buttonSize);
+    SetParent(m_toolbar, m_pager);
+    SetWindowPos(m_toolbar, nullptr, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    SendMessageW(m_pager, PGM_SETCHILD, 0, reinterpret_cast<LPARAM>(m_toolbar));
+    if (existed)
+        SendMessageW(m_pager, PGM_SETPOS, 0, position);
+}
+
+} // namespace CustomMenu

@@ -1,0 +1,201 @@
+// One level of the menu.
+//
+// The class has its operations by subject in several folders: construction, building and messages here in menu/, items
+// in content/, commands and keys in commands/, drag and drop in dragdrop/. This header declares them and holds no
+// logic.
+#pragma once
+
+#include "content/change_watcher.h"
+#include "content/menu_item.h"
+#include "content/ordering.h"
+#include "menu/window_impl.h"
+#include "support/com_ptr.h"
+#include "support/item_list.h"
+#include "support/wstring.h"
+
+#include <commctrl.h>
+#include <shlobj.h>
+
+#include <array>
+#include <atomic>
+
+/// Reload, rebuild and restore the highlight.
+constexpr UINT WM_APP_REFRESH = WM_APP;
+/// Start dragging the item of the button in wParam.
+constexpr UINT WM_APP_BEGINDRAG = WM_APP + 1;
+/// Something has changed in a folder that the level shows.
+constexpr UINT WM_APP_SHELLNOTIFY = WM_APP + 2;
+
+/// What OnItemCommand does with an item.
+enum class ItemCommandMode
+{
+    Select = 0,           ///< make it the hot item and scroll it into view; outside the items: clear the highlight
+    OpenSubmenu = 1,      ///< open its sub-level with no item highlighted
+    OpenSubmenuByKey = 2, ///< open its sub-level and highlight the first item
+    ContextMenu = 3,      ///< show its context menu
+    Launch = 4,           ///< run its default command and close every level
+};
+
+namespace CustomMenu
+{
+
+/// The one or two folders that a level shows, absolute; either may be null.
+using SourceFolders = std::array<ItemList, 2>;
+
+class CustomBar final : public WindowImpl, public IDropTarget, public CShellItemChangeWatcher
+{
+public:
+    /// `parent` is null and `parentIndex` −1 for the root. The folders are cloned. `layoutKey` is a registry key path
+    /// under HKEY_CURRENT_USER, empty for a level that keeps no order. The level is owned by its reference count, which
+    /// starts at 1 and is given up by its window's last message.
+    CustomBar(CustomBar* parent, int parentIndex, const std::array<LPCITEMIDLIST, 2>& folders, WString layoutKey,
+              bool protectFolders);
+
+    // IDropTarget; the count is the level's lifetime.
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
+    ULONG STDMETHODCALLTYPE AddRef() override;
+    ULONG STDMETHODCALLTYPE Release() override;
+    HRESULT STDMETHODCALLTYPE DragEnter(IDataObject* data, DWORD keyState, POINTL point, DWORD* effect) override;
+    HRESULT STDMETHODCALLTYPE DragOver(DWORD keyState, POINTL point, DWORD* effect) override;
+    HRESULT STDMETHODCALLTYPE DragLeave() override;
+    HRESULT STDMETHODCALLTYPE Drop(IDataObject* data, DWORD keyState, POINTL point, DWORD* effect) override;
+
+    // --- menu/: window, building, cascade
+    /// Creates the level's window, which builds the level; null rectangle: the platform's default position. On failure
+    /// the level itself is gone.
+    bool Create(HWND parent, const RECT* rect, DWORD style, DWORD exStyle);
+    /// First call: makes the children. Then, and on every refresh: one button per item, size and place.
+    void Build();
+    void OpenSubLevel(ItemCommandMode mode, int index, const MenuItem& item);
+    /// Enables or disables every open level; on enabling also brings this one to the foreground.
+    void EnableMenu(bool enable);
+    /// Asks for a refresh unless one is pending or the level is closing.
+    void RequestRefresh();
+
+    // --- content/: items and their order
+    /// Rebuilds m_items from the level's folders and the stored order, and stores the result.
+    void ReloadItems();
+    void SaveLayout();
+    void InsertSeparator(Where where, int index);
+
+    // --- commands/
+    /// `index` may lie outside the items: then only Select does anything. (x, y) are screen coordinates; (−1, −1) for a
+    /// context menu asked for by keyboard, (0, 0) where no point applies.
+    void OnItemCommand(ItemCommandMode mode, int index, int x = 0, int y = 0);
+    /// Always nonzero: the toolbar's own key handling is never used.
+    LRESULT OnToolbarKeyDown(UINT virtualKey);
+
+    int ItemCount() const { return static_cast<int>(m_items.size()); }
+    bool HasItem(int index) const { return index >= 0 && index < ItemCount(); }
+    bool IsRoot() const { return m_parent == nullptr; }
+    bool UsesLargeIcons() const;
+    /// Index of the item under the highlight, −1 when there is none.
+    int HotIndex() const;
+    LRESULT SendToolbar(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
+    void SetHotItem(int button) const;
+    RECT ButtonRect(int button) const; ///< toolbar coordinates
+
+    std::atomic<ULONG> m_refCount{1};
+    bool m_refreshPending = false;    ///< a WM_APP_REFRESH is posted and not yet handled
+    bool m_closing = false;           ///< WM_DESTROY has come; walks over the levels skip this one
+    int m_width = 0;                  ///< pixels, from the last sizing
+    CustomBar* m_parent;              ///< the level that opened this one; not owned
+    int m_parentIndex;                ///< index of the opening item in the parent
+    int m_openIndex = -1;             ///< index of the item whose sub-level is open
+    MenuItems m_items;                ///< in display order
+    int m_contextIndex = 0;           ///< index of the item whose context menu shows; −1 from the first load on
+    int m_refreshIndex = -1;          ///< where a newcomer goes at the next reload, and what is selected after it
+    bool m_refreshByKeyboard = false; ///< keeps m_lastMessagePos through the refresh
+    bool m_protectFolders;            ///< opened from the Start Menu link
+    SourceFolders m_sourceFolders;
+    WString m_layoutKey;
+    HWND m_toolbar = nullptr;
+    HWND m_insertMarkToolbar = nullptr;
+    HWND m_pager = nullptr; ///< only while the items are taller than the work area
+    DWORD m_dropHoverTime = 0;
+    int m_dropHoverIndex = 0;
+    int m_dragIndex = 0;
+    bool m_dropRightButton = false;
+    ComPtr<IShellFolder> m_folder;
+    ComPtr<IDataObject> m_dropData;
+    ComPtr<IDropTargetHelper> m_dropHelper;
+    ComPtr<IDragSourceHelper2> m_dragHelper;
+    DWORD m_lastMessagePos = 0; ///< a hover at this message position is ignored
+    int m_pendingHover = 0;     ///< index of the item that the hover timer will open
+    bool m_dragArmed = false;
+    POINT m_dragStartPoint{};
+    int m_dragStartButton = 0;
+    UniqueBitmap m_banner; ///< pre-rendered background of the root
+    RECT m_contentRect{};  ///< where the toolbar or pager sits, in client coordinates
+
+private:
+    ~CustomBar() override;
+
+    bool ProcessWindowMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
+    void OnFinalMessage() override;
+    void OnShellItemChange(LONG, LPCITEMIDLIST, LPCITEMIDLIST) override {}
+
+    using MessageHandler = bool (CustomBar::*)(WPARAM wParam, LPARAM lParam, LRESULT& result);
+    struct MessageEntry;
+    static const MessageEntry kMessageMap[];
+    bool OnCreate(WPARAM, LPARAM, LRESULT& result);
+    bool OnDestroy(WPARAM, LPARAM, LRESULT& result);
+    bool OnActivate(WPARAM wParam, LPARAM, LRESULT& result);
+    bool OnEraseBackground(WPARAM wParam, LPARAM, LRESULT& result);
+    bool OnActivateApp(WPARAM wParam, LPARAM, LRESULT& result);
+    bool OnMouseActivate(WPARAM, LPARAM, LRESULT& result);
+    bool OnContextMenu(WPARAM wParam, LPARAM lParam, LRESULT& result);
+    bool OnTimer(WPARAM wParam, LPARAM, LRESULT& result);
+    bool OnMouseWheel(WPARAM wParam, LPARAM, LRESULT& result);
+    bool OnNotify(WPARAM, LPARAM lParam, LRESULT& result);
+    bool OnRefresh(WPARAM, LPARAM, LRESULT& result);
+    bool OnShellNotify(WPARAM, LPARAM, LRESULT& result);
+    bool OnPagerNotify(NMHDR& header, LRESULT& result);
+    bool OnToolbarNotify(NMHDR& header, LRESULT& result);
+
+    // --- hover and click
+    LRESULT OnHotItemChange(const NMTBHOTITEM& change);
+    void OnHoverTimer();
+    void OnClick(const NMMOUSE& click);
+    void CycleSeparatorStyle();
+    void RestoreHighlight();
+    static LRESULT CALLBACK ToolbarSubclassProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                                DWORD_PTR data);
+    LRESULT OnToolbarMouseMove(WPARAM wParam, LPARAM lParam);
+
+    // --- building
+    bool CreateToolbar();
+    void RemoveButtons();
+    void InsertButtons();
+    void PlacePager(const RECT& rect, int buttonSize);
+    void PlaceWindow(SIZE client, bool firstBuild);
+    RECT OpenerOnScreen(const MenuItem& item) const;
+
+    // --- painting
+    void RenderBanner(int levelWidth, int visibleHeight);
+    LRESULT OnCustomDraw(NMTBCUSTOMDRAW& draw, bool& handled);
+    void DrawSeparators(HDC dc) const;
+
+    // --- items
+    void LoadLinkedFolder(int csidl, bool isStartMenu);
+    // These two: false when something that is there could not be read.
+    bool LoadFolder(int slot);
+    bool AddShellItem(IShellFolder& folder, LPCITEMIDLIST child, int slot, bool isStartMenu);
+
+    // --- commands
+    void SelectItem(int index);
+    void ScrollIntoView(int button);
+    void LaunchItem(int index, POINT point);
+    void InvokeShellCommand(IContextMenu& menu, UINT command, int index, POINT point, bool launch);
+    void MoveItem(int from, int to, int highlight);
+    void CloseDeepestLevel();
+};
+
+/// Focuses the toolbar of the deepest level that is not closing, if there is one.
+void FocusDeepestLevel();
+/// Asks every level that is not closing to close, deepest first.
+void CloseAllLevels();
+/// Destroys every level after `level` in the chain, deepest first, skipping closing ones; `kept` stays.
+void DestroyLevelsAfter(const CustomBar& level, const CustomBar* kept = nullptr);
+
+} // namespace CustomMenu

@@ -1,0 +1,170 @@
+// Keys, stored orders, and what a level makes of them.
+#include "content/item_key.h"
+#include "content/ordering.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace
+{
+
+WString Wide(const std::string& text)
+{
+    return WString(text.begin(), text.end());
+}
+
+/// One item a letter; '|' is a separator, an upper-case letter a folder.
+MenuItems Items(const std::string& letters)
+{
+    MenuItems items;
+    for (const char c : letters)
+    {
+        if (c == '|')
+        {
+            items.push_back(MakeSeparator(0));
+            continue;
+        }
+        MenuItem item;
+        item.name = Wide({c});
+        item.key = ItemKey(item.name);
+        if (c >= 'A' && c <= 'Z')
+            item.flags = MIF_FOLDER;
+        items.push_back(std::move(item));
+    }
+    return items;
+}
+
+std::string Letters(const MenuItems& items)
+{
+    std::string letters;
+    for (const MenuItem& item : items)
+        letters += item.Is(MIF_SEPARATOR) ? '|' : static_cast<char>(item.name[0]);
+    return letters;
+}
+
+StoredOrder Keys(const std::string& letters)
+{
+    StoredOrder keys;
+    for (const MenuItem& item : Items(letters))
+        keys.push_back(item.key);
+    return keys;
+}
+
+std::string Merged(const std::string& present, const StoredOrder& stored)
+{
+    MenuItems items = Items(present);
+    MergeOrder(items, stored);
+    return Letters(items);
+}
+
+std::string CleanedUp(const std::string& letters)
+{
+    MenuItems items = Items(letters);
+    CleanUpSeparators(items);
+    return Letters(items);
+}
+
+TEST(ItemKey, HashesTheUpperCasedName)
+{
+    EXPECT_EQ(ItemKey({}), 0x811C9DC5u);
+    EXPECT_EQ(ItemKey(TEXT("abc")), 0x726ABF1Du);
+    EXPECT_EQ(ItemKey(TEXT("caf\u00E9")), ItemKey(TEXT("CAF\u00C9")));
+    EXPECT_NE(ItemKey(TEXT(".separator.")), SeparatorKey) << "no name may pass for a separator";
+}
+
+TEST(StoredOrder, IsRawLittleEndianKeys)
+{
+    const std::uint8_t bytes[] = {0xD0, 0x2C, 0x93, 0xE7, 1, 2, 3, 4, 9, 9};
+    EXPECT_EQ(DecodeOrder(bytes, sizeof(bytes)), (StoredOrder{SeparatorKey, 0x04030201}));
+    EXPECT_TRUE(DecodeOrder(bytes, 3).empty());
+    EXPECT_EQ(EncodeOrder(Items("|")), (std::vector<std::uint8_t>{0xD0, 0x2C, 0x93, 0xE7}));
+    MenuItems empty;
+    empty.push_back(MakePlaceholder());
+    EXPECT_EQ(EncodeOrder(empty), std::vector<std::uint8_t>(4));
+}
+
+TEST(MergeOrder, StoredItemsFirstThenTheOthersByName)
+{
+    EXPECT_EQ(Merged("aBZ", {}), "BZa") << "code units, not dictionary order";
+    EXPECT_EQ(Merged("abc", Keys("b|a")), "b|ac");
+    EXPECT_EQ(Merged("zyx", Keys("q|xq")), "|xyz") << "stale keys leave no trace";
+    EXPECT_EQ(Merged("ab", Keys("bab")), "ba") << "of a key stored twice the first counts";
+    EXPECT_EQ(Merged("", Keys("a||")), "||");
+}
+
+TEST(MergeOrder, ComparesNamesByCodeUnits)
+{
+    MenuItems items(3);
+    items[0].name = TEXT("10");
+    items[1].name = WString(1, static_cast<WCHAR>(0xE9));
+    items[2].name = TEXT("1");
+    MergeOrder(items, {});
+    EXPECT_EQ(items[0].name, WString(TEXT("1")));
+    EXPECT_EQ(items[2].name.front(), static_cast<WCHAR>(0xE9));
+}
+
+TEST(CleanUpSeparators, KeepsOnlyThoseThatSeparate)
+{
+    EXPECT_EQ(CleanedUp("||a|||b|"), "a|b");
+    EXPECT_EQ(CleanedUp("|||"), "");
+    EXPECT_EQ(CleanedUp(""), "");
+    EXPECT_EQ(CleanedUp("a|b|c"), "a|b|c");
+}
+
+TEST(CleanUpSeparators, KeepsTheLastOfARun)
+{
+    MenuItems items = Items("a||b");
+    items[1].order = 1;
+    items[2].order = 2;
+    CleanUpSeparators(items);
+    ASSERT_EQ(Letters(items), "a|b");
+    EXPECT_EQ(items[1].order, 2);
+}
+
+TEST(PlaceNewcomer, MovesExactlyOneNewItemToThePendingPosition)
+{
+    const auto placed = [](const std::string& now, const std::string& before, int position)
+    {
+        MenuItems items = Items(now);
+        PlaceNewcomer(items, Items(before), position);
+        return Letters(items);
+    };
+    EXPECT_EQ(placed("abcn", "abc", 1), "anbc");
+    EXPECT_EQ(placed("abcn", "abc", 0), "nabc");
+    EXPECT_EQ(placed("abcn", "abc", 2), "abnc");
+    EXPECT_EQ(placed("abcn", "abc", 3), "abcn") << "the last position needs no move";
+    EXPECT_EQ(placed("abcn", "abc", -1), "abcn");
+    EXPECT_EQ(placed("abno", "ab", 0), "abno") << "two newcomers";
+    EXPECT_EQ(placed("abn", "abc", 0), "abn") << "one came, one went";
+    EXPECT_EQ(placed("n", "", 0), "n") << "the first load";
+    EXPECT_EQ(placed("abca", "abc", 0), "abca") << "the last item is not new";
+}
+
+TEST(InsertSeparator, NeedsANeighbourThatIsNone)
+{
+    const auto inserted = [](const std::string& letters, Where where, int index, int expected)
+    {
+        MenuItems items = Items(letters);
+        EXPECT_EQ(InsertSeparatorBeside(items, where, index), expected) << letters << ' ' << index;
+        return Letters(items);
+    };
+    EXPECT_EQ(inserted("abc", Where::Above, 1, 2), "a|bc");
+    EXPECT_EQ(inserted("abc", Where::Below, 1, 1), "ab|c");
+    EXPECT_EQ(inserted("abc", Where::Above, 0, -1), "abc");
+    EXPECT_EQ(inserted("abc", Where::Below, 2, -1), "abc");
+    EXPECT_EQ(inserted("a|b", Where::Above, 2, -1), "a|b");
+    EXPECT_EQ(inserted("a|b", Where::Below, 0, -1), "a|b");
+    EXPECT_EQ(inserted("abc", Where::Above, -1, -1), "abc");
+}
+
+TEST(ProtectFolders, MarksFoldersAlone)
+{
+    MenuItems items = Items("aB|");
+    ProtectFolders(items);
+    EXPECT_FALSE(items[0].Is(MIF_PROTECTED));
+    EXPECT_TRUE(items[1].Is(MIF_PROTECTED));
+    EXPECT_FALSE(items[2].Is(MIF_PROTECTED));
+}
+
+} // namespace

@@ -1,0 +1,251 @@
+// The fault sweep: each platform call of a step fails in turn, and the menu survives it.
+//
+// A step is run again and again; the n-th time its n-th call that can fail does. The sweep is over when a run makes
+// fewer calls than n. Afterwards the menu must either work as ever or be cleanly gone, and nothing may be left open.
+#include "tests/scenarios/desk.h"
+#include "tests/scenarios/live_handle_counts.h"
+
+#include "app/launcher_state.h"
+#include "content/item_key.h"
+#include "content/ordering.h"
+#include "platform/base/fault_points.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string_view>
+
+using namespace std::chrono_literals;
+using Labels = std::vector<std::string>;
+
+namespace
+{
+
+enum class Mode
+{
+    Once,       ///< the n-th call fails
+    FromThenOn, ///< the n-th and every later one, as when something has run out
+};
+
+/// Makes calls fail while it lives.
+class Faults
+{
+public:
+    Faults(int nth, Mode mode)
+    {
+        s_calls = 0;
+        s_nth = nth;
+        s_mode = mode;
+        s_failed.clear();
+        platform::SetFaultHook(Hook);
+    }
+    ~Faults() { platform::SetFaultHook(nullptr); }
+    Faults(const Faults&) = delete;
+    Faults& operator=(const Faults&) = delete;
+
+    /// False when the step made fewer calls.
+    static bool Reached() { return s_calls >= s_nth; }
+    static int Calls() { return s_calls; }
+    static const std::string& Failed() { return s_failed; }
+
+private:
+    static bool Hook(const char* call)
+    {
+        // A window that can never be painted asks for it for ever, on every platform.
+        const bool spared = s_mode == Mode::FromThenOn && std::string_view(call) == "BeginPaint";
+        if (spared || ++s_calls < s_nth || (s_mode == Mode::Once && s_calls > s_nth))
+            return false;
+        if (s_failed.empty())
+            s_failed = call;
+        return true;
+    }
+
+    static inline int s_calls = 0;
+    static inline int s_nth = 0;
+    static inline Mode s_mode = Mode::Once;
+    static inline std::string s_failed;
+};
+
+struct Step
+{
+    std::function<void(Desk&)> before;
+    std::function<void(Desk&)> step;
+    bool mayEnd = false; ///< the menu may be gone after it
+};
+
+class FaultSweep : public testing::TestWithParam<Mode>
+{
+protected:
+    static void MakeItems(Desk& desk)
+    {
+        desk.ExpectBoxes();
+        desk.MakeFile("folder/inside");
+        desk.MakeFile("plain");
+        desk.MakeShortcut("run.desktop", "run", "true");
+        // An arrangement of the user's own, which no failure may lose.
+        MenuItems order;
+        for (const WString& name : {WString(TEXT("run.desktop")), WString(TEXT("plain")), WString(TEXT("folder"))})
+        {
+            order.emplace_back();
+            order.back().key = ItemKey(name);
+        }
+        desk.StoreOrder(TEXT("Software\\Quillfen\\OrbLauncher\\Layout"), EncodeOrder(order));
+    }
+
+    /// Everything that a person does with a menu works.
+    static void ExpectUsable(Desk& desk)
+    {
+        while (desk.Levels() > 1)
+        {
+            const int levels = desk.Levels();
+            desk.Press(VK_ESCAPE);
+            ASSERT_EQ(desk.Levels(), levels - 1) << "the keyboard closes a sub-level";
+        }
+        desk.SendNotice(0);
+        desk.Settle();
+        EXPECT_EQ(desk.Items(0), (Labels{"run", "plain", "folder"})) << "after a refresh";
+        desk.Click("folder", 0);
+        ASSERT_EQ(desk.Levels(), 2) << "a click opens the folder";
+        EXPECT_EQ(desk.Items(1), Labels{"inside"});
+        EXPECT_TRUE(IsWindowEnabled(desk.Level(0).m_hWnd));
+        EXPECT_EQ(g_operationBar, nullptr);
+        desk.Press(VK_ESCAPE);
+        EXPECT_EQ(desk.Levels(), 1) << "the keyboard closes it";
+        desk.Press(VK_ESCAPE);
+        EXPECT_FALSE(desk.IsOpen());
+    }
+
+    static void ExpectCleanlyGone(Desk& desk, bool mayEnd)
+    {
+        EXPECT_TRUE(mayEnd) << "the menu is gone";
+        EXPECT_EQ(desk.Levels(), 0);
+        EXPECT_FALSE(desk.IsOpen());
+    }
+
+    /// One run with one fault; false when the step made fewer calls.
+    static bool Run(const Step& step, int nth, Mode mode)
+    {
+        Desk desk;
+        MakeItems(desk);
+        step.before(desk);
+        {
+            const Faults faults(nth, mode);
+            step.step(desk);
+        }
+        SCOPED_TRACE(Faults::Failed() + " failed, call " + std::to_string(nth));
+        desk.Idle();
+        if (desk.IsOpen())
+            ExpectUsable(desk);
+        else
+            ExpectCleanlyGone(desk, step.mayEnd);
+        return Faults::Reached();
+    }
+
+    static void Sweep(const Step& step, int atLeast)
+    {
+        Run(step, 1 << 30, GetParam()); // what is made once and kept is made now
+        const HandleCounts before = CountHandles();
+        int nth = 1;
+        while (Run(step, nth, GetParam()) && !HasFatalFailure())
+        {
+            EXPECT_EQ(CountHandles(), before) << "left open after " << Faults::Failed() << " failed, call " << nth;
+            ++nth;
+        }
+        EXPECT_GE(nth, atLeast) << "the sweep has swept little";
+    }
+};
+
+TEST_P(FaultSweep, StartingUp)
+{
+    Sweep({[](Desk&) {}, [](Desk& desk) { desk.Launch("100,700,0"); }, true}, 60);
+}
+
+TEST_P(FaultSweep, OpeningASubLevelByMouse)
+{
+    Sweep({[](Desk& desk) { desk.Launch("100,700,0"); },
+           [](Desk& desk)
+           {
+               desk.RestOn("folder");
+               desk.Advance(500ms);
+           }},
+          20);
+}
+
+TEST_P(FaultSweep, ReplacingASubLevelByKey)
+{
+    Sweep({[](Desk& desk)
+           {
+               desk.Launch("100,700,0");
+               desk.Click("folder");
+           },
+           [](Desk& desk) { desk.Level(0).OnItemCommand(ItemCommandMode::OpenSubmenuByKey, 2); }},
+          20);
+}
+
+TEST_P(FaultSweep, Refreshing)
+{
+    Sweep({[](Desk& desk)
+           {
+               desk.MakeFile("new");
+               desk.Launch("100,700,0");
+               desk.Press(VK_DOWN);
+               std::filesystem::remove(desk.Folder() / "new");
+           },
+           [](Desk& desk)
+           {
+               desk.SendNotice();
+               desk.Settle();
+           }},
+          20);
+}
+
+TEST_P(FaultSweep, RefreshingBesideAnOpenSubLevel)
+{
+    Sweep({[](Desk& desk)
+           {
+               desk.Launch("100,700,0");
+               desk.Click("folder");
+           },
+           [](Desk& desk)
+           {
+               desk.SendNotice(0);
+               desk.SendNotice(1);
+               desk.Settle();
+           }},
+          20);
+}
+
+TEST_P(FaultSweep, StartingAnItem)
+{
+    Sweep({[](Desk& desk) { desk.Launch("100,700,0"); }, [](Desk& desk) { desk.Click("run"); }, true}, 8);
+}
+
+TEST_P(FaultSweep, ClosingALevel)
+{
+    Sweep({[](Desk& desk)
+           {
+               desk.Launch("100,700,0");
+               desk.Click("folder");
+           },
+           [](Desk& desk) { desk.Press(VK_ESCAPE); }},
+          1);
+}
+
+TEST_P(FaultSweep, CyclingTheSeparators)
+{
+    Sweep({[](Desk& desk) { desk.Launch("100,700,0"); },
+           [](Desk& desk)
+           {
+               const RECT last = desk.ItemBounds("folder");
+               desk.MoveTo({last.left + 5, last.bottom + 1});
+               desk.PressMouse();
+               desk.ReleaseMouse();
+           }},
+          10);
+}
+
+INSTANTIATE_TEST_SUITE_P(Fails, FaultSweep, testing::Values(Mode::Once, Mode::FromThenOn),
+                         [](const auto& info)
+                         { return std::string(info.param == Mode::Once ? "Once" : "FromThenOn"); });
+
+} // namespace

@@ -1,0 +1,248 @@
+// Popping up: what shows, where, in which order, and what is remembered of it.
+#include "tests/scenarios/desk.h"
+
+#include "app/launcher_state.h"
+#include "content/item_key.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+using namespace std::chrono_literals;
+using Labels = std::vector<std::string>;
+
+namespace
+{
+
+const WString kRoot = TEXT("Software\\Quillfen\\OrbLauncher\\Layout");
+
+std::vector<std::uint8_t> Order(const std::vector<WString>& names)
+{
+    MenuItems items;
+    for (const WString& name : names)
+    {
+        MenuItem item;
+        item.key = name == TEXT("|") ? SeparatorKey : ItemKey(name);
+        items.push_back(std::move(item));
+    }
+    return EncodeOrder(items);
+}
+
+TEST(MenuOpens, ShowsTheFolderInNameOrderAndKeepsThatOrder)
+{
+    Desk desk;
+    desk.MakeFile("b.txt");
+    desk.MakeFile("Zebra.txt");
+    desk.MakeFolder("apps");
+    desk.MakeFile(".hidden");
+    desk.Launch();
+    EXPECT_EQ(desk.Items(), (Labels{"Zebra.txt", "apps", "b.txt"}));
+    EXPECT_EQ(desk.Hot(), "");
+    EXPECT_EQ(desk.StoredBytes(kRoot), Order({TEXT("Zebra.txt"), TEXT("apps"), TEXT("b.txt")}));
+}
+
+TEST(MenuOpens, AnEmptyFolderSaysSo)
+{
+    Desk desk;
+    desk.StoreOrder(kRoot, Order({TEXT("|"), TEXT("|")}));
+    desk.Launch();
+    EXPECT_EQ(desk.Items(), Labels{"(Empty)"});
+    EXPECT_EQ(desk.StoredBytes(kRoot), std::vector<std::uint8_t>(4));
+    desk.Click("(Empty)");
+    EXPECT_TRUE(desk.IsOpen()) << "there is nothing to start";
+}
+
+TEST(MenuOpens, TheStoredOrderCountsAndItsLeftoversGo)
+{
+    Desk desk;
+    for (const char* name : {"a", "b", "c"})
+        desk.MakeFile(name);
+    std::vector<std::uint8_t> stored = Order({TEXT("B"), TEXT("gone"), TEXT("|"), TEXT("|"), TEXT("A"), TEXT("|")});
+    stored.insert(stored.end(), {1, 2, 3});
+    desk.StoreOrder(kRoot, stored, REG_SZ);
+    desk.Launch();
+    EXPECT_EQ(desk.Items(), (Labels{"b", "|", "a", "|", "c"}));
+    EXPECT_EQ(desk.StoredBytes(kRoot), Order({TEXT("b"), TEXT("|"), TEXT("a"), TEXT("|"), TEXT("c")}));
+}
+
+TEST(MenuOpens, AHugeStoredValueIsReadToo)
+{
+    Desk desk;
+    desk.MakeFile("a");
+    desk.MakeFile("b");
+    std::vector<std::uint8_t> stored(1 << 20, 0x5A);
+    const std::vector<std::uint8_t> order = Order({TEXT("b"), TEXT("a")});
+    std::copy(order.begin(), order.end(), stored.end() - 8);
+    desk.StoreOrder(kRoot, stored);
+    desk.Launch();
+    EXPECT_EQ(desk.Items(), (Labels{"b", "a"}));
+    EXPECT_EQ(desk.StoredBytes(kRoot), order);
+}
+
+TEST(MenuOpens, OddNamesAreListedAndKept)
+{
+    Desk desk;
+    const Labels names{
+        "back\\slash",        "co:lon", "new\nline", "\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D", "\xF0\x9F\x98\x80 smile",
+        std::string(255, 'x')};
+    for (const std::string& name : names)
+        desk.MakeFile(name);
+    desk.MakeFile("bad\xFF utf");
+    desk.Launch();
+    EXPECT_EQ(desk.Items().size(), names.size() + 1);
+    const Labels first = desk.Items();
+    const auto stored = desk.StoredBytes(kRoot);
+    EXPECT_EQ(stored.size(), 4 * first.size());
+    desk.Level().ReloadItems();
+    EXPECT_EQ(desk.Items(), first);
+    EXPECT_EQ(desk.StoredBytes(kRoot), stored);
+}
+
+TEST(MenuOpens, TheCornerThatTheAlignmentNamesIsOnTheAnchor)
+{
+    const struct
+    {
+        const char* line;
+        LONG RECT::*x;
+        LONG RECT::*y;
+    } cases[] = {{"600,500,0", &RECT::left, &RECT::bottom},
+                 {"600,500,1", &RECT::right, &RECT::bottom},
+                 {"600,500,2", &RECT::left, &RECT::top},
+                 {"600,500,3", &RECT::right, &RECT::top},
+                 {"600,500,9", &RECT::left, &RECT::bottom}};
+    for (const auto& c : cases)
+    {
+        Desk desk;
+        desk.MakeFile("a");
+        desk.Launch(c.line);
+        EXPECT_EQ(desk.Bounds().*c.x, 600) << c.line;
+        EXPECT_EQ(desk.Bounds().*c.y, 500) << c.line;
+    }
+}
+
+TEST(MenuOpens, BesideAWindowOrAtTheCursor)
+{
+    Desk desk;
+    desk.MakeFile("a");
+    platform::headless::SetForeignWindow(0x400007, {200, 300, 401, 380});
+    desk.Launch("0.5,1,2,0x400007");
+    EXPECT_EQ(desk.Bounds().left, 300);
+    EXPECT_EQ(desk.Bounds().top, 380);
+}
+
+TEST(MenuOpens, AtTheCursorWhenTheWindowIsDead)
+{
+    Desk desk;
+    desk.MakeFile("a");
+    platform::headless::MoveMouse(640, 480);
+    desk.Launch("0.5,1,3,0x400007");
+    EXPECT_EQ(desk.Bounds().right, 640) << "the alignment stays";
+    EXPECT_EQ(desk.Bounds().top, 480);
+}
+
+TEST(MenuOpens, OnTheMonitorOfItsAnchorAndInsideItsWorkArea)
+{
+    Desk desk("1920x1080+0+0,1280x1024+1920+0");
+    desk.MakeFile("a");
+    platform::headless::SetWorkArea(1, {1920, 0, 3200, 984});
+    desk.Launch("3190,1020,0");
+    EXPECT_EQ(desk.Bounds().right, 3200);
+    EXPECT_EQ(desk.Bounds().bottom, 984);
+}
+
+TEST(MenuOpens, FarAwayNumbersLandOnTheScreen)
+{
+    Desk desk;
+    desk.MakeFile("a");
+    desk.Launch("1e30,-1e30,0");
+    EXPECT_EQ(desk.Bounds().right, 1920);
+    EXPECT_EQ(desk.Bounds().top, 0);
+}
+
+TEST(MenuOpens, EverythingScales)
+{
+    for (const int dpi : {96, 144, 192})
+    {
+        Desk desk("3840x2160+0+0", dpi);
+        desk.MakeFile("a");
+        desk.MakeFile("b");
+        desk.Launch("100,2000,0");
+        int width = 0;
+        int height = 0;
+        ImageList_GetIconSize(g_launcher.m_largeImages.Get(), &width, &height);
+        EXPECT_EQ(width, MulDiv(32, dpi, 96));
+        EXPECT_GE(desk.ItemBounds("a").bottom - desk.ItemBounds("a").top, width);
+        EXPECT_EQ(desk.ItemBounds("b").top, desk.ItemBounds("a").bottom);
+    }
+}
+
+TEST(MenuOpens, TallerThanTheScreenScrolls)
+{
+    Desk desk("800x600+0+0");
+    for (int i = 0; i < 40; ++i)
+        desk.MakeFile("item " + std::to_string(100 + i));
+    desk.Launch("0,600,0");
+    EXPECT_EQ(desk.Bounds().top, 0);
+    EXPECT_NE(desk.Level().m_pager, nullptr);
+    desk.Press(VK_UP);
+    for (int i = 0; i < 40; ++i)
+        desk.Press(VK_DOWN);
+    EXPECT_EQ(desk.Hot(), "item 139");
+    EXPECT_LE(desk.ItemBounds("item 139").bottom, 600) << "the highlighted item is scrolled into view";
+}
+
+TEST(MenuOpens, TheOptionsChooseTheSeparatorsAndOddBitsSurvive)
+{
+    Desk desk;
+    for (const char* name : {"a", "b"})
+        desk.MakeFile(name);
+    desk.StoreOptions(0x80030000);
+    desk.StoreOrder(kRoot, Order({TEXT("a"), TEXT("|"), TEXT("b")}));
+    desk.Launch();
+    EXPECT_EQ(g_launcher.m_options, 0x80030000u);
+    const RECT separator = desk.ItemBounds("|");
+    EXPECT_EQ(separator.bottom - separator.top, 8);
+}
+
+TEST(MenuOpens, AClickBesideTheItemsCyclesTheSeparators)
+{
+    Desk desk;
+    desk.MakeFile("a");
+    desk.StoreOptions(0x4);
+    desk.Launch();
+    const RECT last = desk.ItemBounds("a");
+    for (const std::uint32_t expected : {0x10004u, 0x20004u, 0x4u})
+    {
+        desk.MoveTo({last.left + 5, last.bottom + 1});
+        platform::headless::PressButton();
+        platform::headless::ReleaseButton();
+        desk.Settle();
+        EXPECT_EQ(g_launcher.m_options, expected);
+        const auto stored = desk.StoredBytes(kRoot, TEXT("options"));
+        ASSERT_EQ(stored.size(), 4u);
+        EXPECT_EQ(DecodeOrder(stored.data(), 4).front(), expected);
+    }
+}
+
+TEST(MenuOpens, AFileInTheFoldersPlaceIsReportedOnce)
+{
+    Desk desk;
+    std::filesystem::remove_all(desk.Folder());
+    std::ofstream(desk.Folder()) << "in the way";
+    desk.ExpectBoxes();
+    desk.Launch();
+    EXPECT_EQ(desk.Boxes(), 1);
+    EXPECT_EQ(desk.Items(), Labels{"(Empty)"});
+    EXPECT_TRUE(std::filesystem::is_regular_file(desk.Folder())) << "nothing of the user's is touched";
+}
+
+TEST(MenuOpens, AMissingFolderIsCreated)
+{
+    Desk desk;
+    std::filesystem::remove_all(desk.Folder());
+    desk.Launch();
+    EXPECT_TRUE(std::filesystem::is_directory(desk.Folder()));
+    EXPECT_EQ(desk.Items(), Labels{"(Empty)"});
+}
+
+} // namespace
