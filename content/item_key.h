@@ -8,11 +8,13 @@
 /// The hash over the bytes of the text in UTF-16 little-endian order, without a terminator.
 constexpr std::uint32_t HashText(WStringView text)
 {
+    constexpr std::uint32_t prime = 0x01000193;
     std::uint32_t hash = 0x811C9DC5;
     for (const WCHAR unit : text)
     {
-        hash = (hash ^ (unit & 0xFFu)) * 0x01000193u;
-        hash = (hash ^ ((unit >> 8) & 0xFFu)) * 0x01000193u;
+        hash ^= unit & 0xFFu;
+        // Where the high byte is zero its two steps are one multiplication.
+        hash = unit <= 0xFF ? hash * (prime * prime) : ((hash * prime) ^ (unit >> 8)) * prime;
     }
     return hash;
 }

@@ -36,16 +36,10 @@ bool IsPlainFolder(IShellFolder& folder, LPCITEMIDLIST child)
     return SUCCEEDED(folder.GetAttributesOf(1, &child, &attributes)) && (attributes & kKindMask) == SFGAO_FOLDER;
 }
 
-MenuItem* FindFolder(MenuItems& items, const WString& name)
-{
-    const auto found = std::find_if(items.begin(), items.end(),
-                                    [&](const MenuItem& item) { return item.Is(MIF_FOLDER) && item.name == name; });
-    return found != items.end() ? &*found : nullptr;
-}
-
 } // namespace
 
-bool CustomBar::AddShellItem(IShellFolder& folder, LPCITEMIDLIST child, int slot, bool isStartMenu)
+bool CustomBar::AddShellItem(IShellFolder& folder, LPCITEMIDLIST child, int slot, bool isStartMenu,
+                             FolderIndexes& folders)
 {
     ShellString parsingName;
     if (!QueryName(folder, child, SHGDN_INFOLDER | SHGDN_FORPARSING, parsingName))
@@ -65,11 +59,14 @@ bool CustomBar::AddShellItem(IShellFolder& folder, LPCITEMIDLIST child, int slot
         item.flags |= MIF_FOLDER;
 
     ItemList absolute(slot < 0 ? ILClone(child) : ILCombine(m_sourceFolders[slot].Get(), child));
-    MenuItem* const sameName = item.Is(MIF_FOLDER) ? FindFolder(m_items, item.name) : nullptr;
-    if (sameName != nullptr)
+    if (item.Is(MIF_FOLDER))
     {
-        sameName->pidl2 = std::move(absolute);
-        return true;
+        const auto [sameName, isNew] = folders.try_emplace(item.name, m_items.size());
+        if (!isNew)
+        {
+            m_items[sameName->second].pidl2 = std::move(absolute);
+            return true;
+        }
     }
     item.pidl = std::move(absolute);
     item.image = GetIconIndex(item.pidl.Get(), UsesLargeIcons());
@@ -77,7 +74,7 @@ bool CustomBar::AddShellItem(IShellFolder& folder, LPCITEMIDLIST child, int slot
     return static_cast<bool>(parsingName);
 }
 
-bool CustomBar::LoadFolder(int slot)
+bool CustomBar::LoadFolder(int slot, FolderIndexes& folders)
 {
     const ItemList& source = m_sourceFolders[slot];
     if (!source)
@@ -97,15 +94,15 @@ bool CustomBar::LoadFolder(int slot)
     bool whole = true;
     HRESULT next = S_OK;
     while ((next = children->Next(1, child.Receive(), nullptr)) == S_OK)
-        whole &= AddShellItem(*m_folder.Get(), child.Get(), slot, false);
+        whole &= AddShellItem(*m_folder.Get(), child.Get(), slot, false, folders);
     return whole && SUCCEEDED(next);
 }
 
-void CustomBar::LoadLinkedFolder(int csidl, bool isStartMenu)
+void CustomBar::LoadLinkedFolder(int csidl, bool isStartMenu, FolderIndexes& folders)
 {
     ItemList location;
     if (g_launcher.m_desktopFolder && SUCCEEDED(SHGetFolderLocation(nullptr, csidl, nullptr, 0, location.Receive())))
-        AddShellItem(*g_launcher.m_desktopFolder.Get(), location.Get(), -1, isStartMenu);
+        AddShellItem(*g_launcher.m_desktopFolder.Get(), location.Get(), -1, isStartMenu, folders);
 }
 
 void CustomBar::ReloadItems()
@@ -120,16 +117,17 @@ void CustomBar::ReloadItems()
     m_contextIndex = -1;
     m_lastMessagePos = GetMessagePos();
 
-    bool whole = LoadFolder(0);
-    whole &= LoadFolder(1);
+    FolderIndexes folders;
+    bool whole = LoadFolder(0, folders);
+    whole &= LoadFolder(1, folders);
     if (IsRoot())
     {
         if (g_launcher.m_options & OPTION_DESKTOP)
-            LoadLinkedFolder(CSIDL_DESKTOPDIRECTORY, false);
+            LoadLinkedFolder(CSIDL_DESKTOPDIRECTORY, false, folders);
         if (g_launcher.m_options & OPTION_START_MENU)
         {
-            LoadLinkedFolder(CSIDL_STARTMENU, true);
-            LoadLinkedFolder(CSIDL_COMMON_STARTMENU, false);
+            LoadLinkedFolder(CSIDL_STARTMENU, true, folders);
+            LoadLinkedFolder(CSIDL_COMMON_STARTMENU, false, folders);
         }
     }
     StoredOrder stored;

@@ -56,13 +56,8 @@ void MoveChild(HWND child, const RECT& rect)
 ButtonExtents MeasureButtons(const CustomBar& level)
 {
     ButtonExtents extents;
-    const int count = static_cast<int>(level.SendToolbar(TB_BUTTONCOUNT));
-    for (int i = 0; i < count; ++i)
-    {
-        TBBUTTON button{};
-        level.SendToolbar(TB_GETBUTTON, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&button));
-        extents.Add(level.ButtonRect(i), (button.fsStyle & BTNS_SEP) != 0);
-    }
+    for (const MenuItem& item : level.m_items)
+        extents.Add(level.ButtonRect(item.order), item.Is(MIF_SEPARATOR));
     return extents;
 }
 
@@ -120,11 +115,12 @@ void CustomBar::RemoveButtons()
 
 void CustomBar::InsertButtons()
 {
+    std::int32_t count = 0;
     for (int i = 0; i < ItemCount(); ++i)
     {
         const TBBUTTON button = ButtonOf(m_items[i], i);
-        m_items[i].order = static_cast<std::int32_t>(SendToolbar(TB_BUTTONCOUNT));
-        SendToolbar(TB_INSERTBUTTONW, static_cast<WPARAM>(m_items[i].order), reinterpret_cast<LPARAM>(&button));
+        m_items[i].order = count;
+        count += SendToolbar(TB_INSERTBUTTONW, static_cast<WPARAM>(count), reinterpret_cast<LPARAM>(&button)) != FALSE;
     }
 }
 

@@ -18,6 +18,7 @@
 
 #include <array>
 #include <atomic>
+#include <unordered_map>
 
 /// Reload, rebuild and restore the highlight.
 constexpr UINT WM_APP_REFRESH = WM_APP;
@@ -177,10 +178,12 @@ private:
     void DrawSeparators(HDC dc) const;
 
     // --- items
-    void LoadLinkedFolder(int csidl, bool isStartMenu);
+    /// The folders loaded so far: label → index. A folder of a known label joins that item.
+    using FolderIndexes = std::unordered_map<WString, std::size_t>;
+    void LoadLinkedFolder(int csidl, bool isStartMenu, FolderIndexes& folders);
     // These two: false when something that is there could not be read.
-    bool LoadFolder(int slot);
-    bool AddShellItem(IShellFolder& folder, LPCITEMIDLIST child, int slot, bool isStartMenu);
+    bool LoadFolder(int slot, FolderIndexes& folders);
+    bool AddShellItem(IShellFolder& folder, LPCITEMIDLIST child, int slot, bool isStartMenu, FolderIndexes& folders);
 
     // --- commands
     void SelectItem(int index);
