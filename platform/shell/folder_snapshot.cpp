@@ -154,20 +154,39 @@ void PruneSnapshots()
 std::uint64_t HashBytes(std::string_view bytes, std::uint64_t seed)
 {
     constexpr std::uint64_t multiplier = 0x9E37'79B9'7F4A'7C15;
-    std::uint64_t hash = (seed ^ bytes.size()) * multiplier;
-    const auto mix = [&hash](std::uint64_t word)
+    const auto mix = [](std::uint64_t& hash, std::uint64_t word)
     {
         hash = (hash ^ word) * multiplier;
         hash ^= hash >> 29;
     };
-    for (; bytes.size() >= 8; bytes.remove_prefix(8))
+    std::uint64_t hash = (seed ^ bytes.size()) * multiplier;
+    const char* at = bytes.data();
+    std::size_t left = bytes.size();
+    if (left >= 64)
     {
-        mix(ReadAt<std::uint64_t>(bytes, 0));
+        // Four at a time, each of which would have to wait for the one before.
+        std::uint64_t lanes[4] = {hash, hash + 1, hash + 2, hash + 3};
+        for (; left >= 32; at += 32, left -= 32)
+        {
+            std::uint64_t words[4];
+            std::memcpy(words, at, sizeof words);
+            for (int i = 0; i < 4; ++i)
+            {
+                mix(lanes[i], words[i]);
+            }
+        }
+        for (const std::uint64_t lane : lanes)
+        {
+            mix(hash, lane);
+        }
     }
-    std::uint64_t tail = 0;
-    std::memcpy(&tail, bytes.data(), bytes.size());
-    mix(tail);
-    mix(0);
+    for (; left > 0; at += std::min<std::size_t>(left, 8), left -= std::min<std::size_t>(left, 8))
+    {
+        std::uint64_t word = 0;
+        std::memcpy(&word, at, std::min<std::size_t>(left, 8));
+        mix(hash, word);
+    }
+    mix(hash, 0);
     return hash;
 }
 

@@ -2,11 +2,56 @@
 #include "platform/shell/item_enumerator.h"
 
 #include "platform/base/fault_points.h"
+#include "platform/shell/system_images.h"
 
-#include <algorithm>
+#include <cstring>
 
 namespace platform
 {
+
+namespace
+{
+
+bool IsWanted(const ListedFile& file, SHCONTF flags)
+{
+    const SHCONTF kind = file.kind == ItemKind::Folder ? SHCONTF_FOLDERS : SHCONTF_NONFOLDERS;
+    return (flags & kind) != 0 && (!file.hidden || (flags & SHCONTF_INCLUDEHIDDEN) != 0);
+}
+
+/// Compares bytes, which for UTF-16 the view's own comparison does not.
+template <typename C>
+bool SameText(std::basic_string_view<C> a, std::basic_string_view<C> b)
+{
+    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(C)) == 0;
+}
+
+} // namespace
+
+const ListedFile* ItemEnumerator::Current()
+{
+    const std::vector<ListedFile>& files = m_listing->files;
+    while (m_position < files.size() && !IsWanted(files[m_position], m_flags))
+    {
+        ++m_position;
+    }
+    return m_position < files.size() ? &files[m_position] : nullptr;
+}
+
+LPITEMIDLIST ItemEnumerator::MakeItem(const ListedFile& file)
+{
+    if (m_previous == nullptr || !SameText(file.icon, m_previous->icon))
+    {
+        m_icon = SystemImageIndex(file.icon);
+    }
+    if (m_previous == nullptr || !SameText(file.typeName, m_previous->typeName))
+    {
+        m_type = TypeNameIndex(file.typeName);
+    }
+    m_previous = &file;
+    m_identifier.clear();
+    AppendItemId(m_identifier, {file.kind, m_icon, m_type, file.name}, file.display);
+    return MakeItemList(m_identifier.data(), m_identifier.size());
+}
 
 HRESULT ItemEnumerator::Next(ULONG count, LPITEMIDLIST* items, ULONG* fetched)
 {
@@ -15,31 +60,33 @@ HRESULT ItemEnumerator::Next(ULONG count, LPITEMIDLIST* items, ULONG* fetched)
         return E_INVALIDARG;
     }
     ULONG done = 0;
-    for (; done < count && Left() != 0; ++done, ++m_position)
+    const ListedFile* file = Current();
+    for (; done < count && file != nullptr; file = Current())
     {
-        const std::uint32_t start = m_items->offsets[m_position];
-        const BYTE* bytes = m_items->identifiers.data() + start;
-        const std::size_t size = reinterpret_cast<LPCITEMIDLIST>(bytes)->mkid.cb;
-        items[done] = FaultPoint("IEnumIDList::Next") ? nullptr : MakeItemList(bytes, size);
+        items[done] = FaultPoint("IEnumIDList::Next") ? nullptr : MakeItem(*file);
         if (items[done] == nullptr)
         {
             break;
         }
+        ++done;
+        ++m_position;
     }
     if (fetched != nullptr)
     {
         *fetched = done;
     }
     // Nothing although there is more: that is not the end.
-    const bool failed = done == 0 && count != 0 && Left() != 0;
+    const bool failed = done == 0 && count != 0 && file != nullptr;
     return failed ? E_OUTOFMEMORY : done == count ? S_OK : S_FALSE;
 }
 
 HRESULT ItemEnumerator::Skip(ULONG count)
 {
-    const std::size_t skipped = std::min<std::size_t>(count, Left());
-    m_position += skipped;
-    return skipped == count ? S_OK : S_FALSE;
+    for (; count > 0 && Current() != nullptr; --count)
+    {
+        ++m_position;
+    }
+    return count == 0 ? S_OK : S_FALSE;
 }
 
 HRESULT ItemEnumerator::Reset()
@@ -54,7 +101,7 @@ HRESULT ItemEnumerator::Clone(IEnumIDList** clone)
     {
         return E_POINTER;
     }
-    *clone = new ItemEnumerator(m_items, m_position);
+    *clone = new ItemEnumerator(m_listing, m_flags, m_position);
     return S_OK;
 }
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/shell/com_object.h"
-#include "platform/shell/item_id.h"
+#include "platform/shell/folder_listing.h"
 
 #include <memory>
 
@@ -12,15 +12,9 @@ namespace platform
 class ItemEnumerator final : public ComObject<IEnumIDList, IID_IEnumIDList>
 {
 public:
-    /// `identifiers` holds one identifier after the other, without terminators, `offsets` where each starts.
-    struct Items
-    {
-        std::vector<BYTE> identifiers;
-        std::vector<std::uint32_t> offsets;
-    };
-
-    explicit ItemEnumerator(std::shared_ptr<const Items> items, std::size_t position = 0)
-        : m_items(std::move(items)), m_position(position)
+    /// Hands out those of the listing's files that the flags ask for.
+    ItemEnumerator(std::shared_ptr<const FolderListing> listing, SHCONTF flags, std::size_t position = 0)
+        : m_listing(std::move(listing)), m_flags(flags), m_position(position)
     {
     }
 
@@ -30,10 +24,18 @@ public:
     HRESULT STDMETHODCALLTYPE Clone(IEnumIDList** clone) override;
 
 private:
-    std::size_t Left() const { return m_items->offsets.size() - m_position; }
+    /// The file at the position, having passed those that are not wanted; null at the end.
+    const ListedFile* Current();
+    LPITEMIDLIST MakeItem(const ListedFile& file);
 
-    std::shared_ptr<const Items> m_items;
-    std::size_t m_position;
+    std::shared_ptr<const FolderListing> m_listing;
+    SHCONTF m_flags;
+    std::size_t m_position; ///< in the listing
+    // Neighbours tend to be of one kind: their numbers are looked up once.
+    const ListedFile* m_previous = nullptr;
+    std::uint32_t m_icon = 0;
+    std::uint32_t m_type = 0;
+    std::vector<BYTE> m_identifier; ///< the one being made
 };
 
 } // namespace platform

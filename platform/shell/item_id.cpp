@@ -1,6 +1,8 @@
 // Reading and writing of item identifiers.
 #include "platform/shell/item_id.h"
 
+#include "platform/shell/namespace.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -28,13 +30,18 @@ struct Header
 
 bool IsFileName(std::string_view name)
 {
-    return !name.empty() && name.find('/') == name.npos && name.find('\0') == name.npos && name != "." && name != "..";
+    const bool isDots = name.size() <= 2 && name.find_first_not_of('.') == name.npos; // or empty
+    return !isDots && name.find('/') == name.npos && name.find('\0') == name.npos;
 }
 
 } // namespace
 
 std::u16string ItemId::DisplayName() const
 {
+    if (displayUnits == 0)
+    {
+        return DisplayNameOfFile(name, kind);
+    }
     std::u16string text(displayUnits, u'\0');
     std::memcpy(text.data(), display, displayUnits * sizeof(char16_t));
     return text;

@@ -36,7 +36,8 @@ struct ItemId
     std::uint32_t type = 0; ///< type name index
     std::string_view name;  ///< the file's name, as the file system has it
     const BYTE* display = nullptr;
-    std::size_t displayUnits = 0; ///< `display` is this many UTF-16 units at any alignment
+    /// `display` is this many UTF-16 units at any alignment; none for an item that is shown as its name says.
+    std::size_t displayUnits = 0;
 
     std::u16string DisplayName() const;
 };

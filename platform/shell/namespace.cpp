@@ -16,20 +16,65 @@
 namespace platform
 {
 
-bool IsPlainText(std::string_view name)
+namespace
 {
-    return std::all_of(name.begin(), name.end(), [](char c) { return c > 0 && c != '\\'; });
+
+/// Copies a name of ASCII without backslashes, which stands for itself in every form of it; false for any other.
+bool CopyPlainText(std::string_view name, char16_t* out)
+{
+    unsigned bits = 0;
+    for (std::size_t i = 0; i < name.size(); ++i)
+    {
+        const auto byte = static_cast<unsigned char>(name[i]);
+        out[i] = byte;
+        bits |= byte;
+    }
+    return bits < 0x80 && name.find('\\') == name.npos;
 }
+
+/// A terminated string of `units` units yet to be written; null when out of memory.
+LPWSTR AllocateString(std::size_t units)
+{
+    auto* text = static_cast<LPWSTR>(CoTaskMemAlloc((units + 1) * sizeof(WCHAR)));
+    if (text != nullptr)
+    {
+        text[units] = 0;
+    }
+    return text;
+}
+
+/// A copy of units at any alignment.
+LPWSTR CopyUnits(const void* units, std::size_t count)
+{
+    LPWSTR text = AllocateString(count);
+    if (text != nullptr && count != 0)
+    {
+        std::memcpy(text, units, count * sizeof(WCHAR));
+    }
+    return text;
+}
+
+} // namespace
 
 LPWSTR TaskString(std::u16string_view text)
 {
-    auto* copy = static_cast<LPWSTR>(CoTaskMemAlloc((text.size() + 1) * sizeof(WCHAR)));
-    if (copy != nullptr)
+    return CopyUnits(text.data(), text.size());
+}
+
+LPWSTR TaskStringOfFileName(std::string_view name)
+{
+    LPWSTR text = AllocateString(name.size());
+    if (text == nullptr || CopyPlainText(name, text))
     {
-        std::memcpy(copy, text.data(), text.size() * sizeof(WCHAR));
-        copy[text.size()] = 0;
+        return text;
     }
-    return copy;
+    CoTaskMemFree(text);
+    return TaskString(ShellNameFromFileName(name));
+}
+
+LPWSTR TaskStringOfDisplayName(const ItemId& item)
+{
+    return item.displayUnits != 0 ? CopyUnits(item.display, item.displayUnits) : TaskString(item.DisplayName());
 }
 
 HRESULT ResultFromErrno(int error)
@@ -72,11 +117,12 @@ std::u16string DisplayNameOfFile(std::string_view name, ItemKind kind)
             break;
         }
     }
-    if (IsPlainText(name))
+    std::u16string display(name.size(), u'\0');
+    if (CopyPlainText(name, display.data()))
     {
-        return std::u16string(name.begin(), name.end());
+        return display;
     }
-    std::u16string display; // a backslash shows as itself: only in a path would it separate
+    display.clear(); // a backslash shows as itself: only in a path would it separate
     for (std::size_t start = 0;;)
     {
         const std::size_t end = name.find('\\', start);
@@ -93,7 +139,7 @@ std::u16string DisplayNameOfFile(std::string_view name, ItemKind kind)
 void AppendFolderId(std::vector<BYTE>& bytes, std::string_view name)
 {
     const ItemId item{ItemKind::Folder, SystemImageIndex(folderIcon), TypeNameIndex(folderTypeName), name};
-    AppendItemId(bytes, item, DisplayNameOfFile(name, ItemKind::Folder));
+    AppendItemId(bytes, item, {});
 }
 
 int AppendFileId(std::vector<BYTE>& bytes, const std::string& folder, const std::string& name)

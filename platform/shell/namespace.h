@@ -9,11 +9,12 @@
 namespace platform
 {
 
-/// Whether a file name is made of ASCII without backslashes, which stand for themselves in every form of it.
-bool IsPlainText(std::string_view name);
-
 /// The text in memory that CoTaskMemFree frees; null when out of memory.
 LPWSTR TaskString(std::u16string_view text);
+/// The same of a file's name as it stands in a shell path.
+LPWSTR TaskStringOfFileName(std::string_view name);
+/// The same of the name that the item is shown under.
+LPWSTR TaskStringOfDisplayName(const ItemId& item);
 HRESULT ResultFromErrno(int error);
 
 /// The names of a POSIX path, with "." and ".." worked out by name.

@@ -18,29 +18,6 @@ namespace platform
 namespace
 {
 
-bool Wanted(const ListedFile& file, SHCONTF flags)
-{
-    const SHCONTF kind = file.kind == ItemKind::Folder ? SHCONTF_FOLDERS : SHCONTF_NONFOLDERS;
-    return (flags & kind) != 0 && (!file.hidden || (flags & SHCONTF_INCLUDEHIDDEN) != 0);
-}
-
-std::shared_ptr<ItemEnumerator::Items> MakeItems(const FolderListing& listing, SHCONTF flags)
-{
-    auto items = std::make_shared<ItemEnumerator::Items>();
-    items->identifiers.reserve(listing.files.size() * 80);
-    items->offsets.reserve(listing.files.size());
-    for (const ListedFile& file : listing.files)
-    {
-        if (Wanted(file, flags))
-        {
-            items->offsets.push_back(static_cast<std::uint32_t>(items->identifiers.size()));
-            const ItemId item{file.kind, SystemImageIndex(file.icon), TypeNameIndex(file.typeName), file.name};
-            AppendItemId(items->identifiers, item, file.display);
-        }
-    }
-    return items;
-}
-
 /// Compares case-insensitively, then exactly.
 int CompareText(std::u16string_view a, std::u16string_view b)
 {
@@ -63,15 +40,11 @@ LPWSTR NameOfItem(const std::string& folder, PCUITEMID_CHILD list, const ItemId&
 {
     if ((flags & SHGDN_FORPARSING) == 0)
     {
-        return TaskString(item.DisplayName());
+        return TaskStringOfDisplayName(item);
     }
     if ((flags & SHGDN_INFOLDER) != 0)
     {
-        if (IsPlainText(item.name))
-        {
-            return TaskString(std::u16string(item.name.begin(), item.name.end()));
-        }
-        return TaskString(ShellNameFromFileName(item.name));
+        return TaskStringOfFileName(item.name);
     }
     std::string path = folder;
     return AppendListPath(path, list) ? TaskString(ShellPathFromPosix(path)) : nullptr;
@@ -135,7 +108,7 @@ HRESULT ShellFolder::EnumObjects(HWND, SHCONTF flags, IEnumIDList** result)
     {
         return ResultFromErrno(listing->error);
     }
-    *result = new ItemEnumerator(MakeItems(*listing, flags));
+    *result = new ItemEnumerator(listing, flags);
     FolderWasRead(*listing);
     if (listing->worthSaving)
     {
