@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <memory>
-#include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace platform
@@ -26,6 +26,7 @@ struct Chain
     WNDPROC original = nullptr;
     std::vector<Link> links; ///< the last one is called first
     int running = 0;         ///< messages on their way through
+    bool hasRemoved = false; ///< some links are to be dropped
     bool windowGone = false;
 };
 
@@ -43,16 +44,19 @@ constinit Passage* g_innermost = nullptr;
 
 LRESULT CALLBACK RunChain(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
-std::unordered_map<HWND, Chain*>& Chains()
+/// A handful at most: a search from the front is the quickest.
+std::vector<std::pair<HWND, Chain*>>& Chains()
 {
-    static auto& chains = *new std::unordered_map<HWND, Chain*>;
+    static auto& chains = *new std::vector<std::pair<HWND, Chain*>>;
     return chains;
 }
 
 Chain* FindChain(HWND window)
 {
-    const auto found = Chains().find(window);
-    return found != Chains().end() ? found->second : nullptr;
+    const auto& chains = Chains();
+    const auto found =
+        std::find_if(chains.begin(), chains.end(), [&](const auto& entry) { return entry.first == window; });
+    return found != chains.end() ? found->second : nullptr;
 }
 
 Link* FindLink(Chain& chain, SUBCLASSPROC procedure, UINT_PTR id)
@@ -92,17 +96,18 @@ LRESULT Continue(Passage& passage, UINT message, WPARAM wParam, LPARAM lParam)
 
 void Forget(HWND window, Chain& chain)
 {
-    Chains().erase(window);
+    std::erase_if(Chains(), [&](const auto& entry) { return entry.first == window; });
     chain.windowGone = true;
 }
 
 /// Drops removed links once nothing runs, and the chain with its last link.
 void CleanUp(HWND window, Chain* chain)
 {
-    if (chain->running > 0)
+    if (chain->running > 0 || !(chain->hasRemoved || chain->windowGone))
     {
         return;
     }
+    chain->hasRemoved = false;
     std::erase_if(chain->links, [](const Link& link) { return link.removed; });
     if (chain->links.empty() && !chain->windowGone)
     {
@@ -150,7 +155,7 @@ Chain* Attach(HWND window)
     }
     auto* chain = new Chain;
     chain->original = reinterpret_cast<WNDPROC>(original);
-    Chains()[window] = chain;
+    Chains().emplace_back(window, chain);
     SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(RunChain));
     return chain;
 }
@@ -207,6 +212,7 @@ BOOL RemoveWindowSubclass(HWND window, SUBCLASSPROC procedure, UINT_PTR id)
         return FALSE;
     }
     link->removed = true;
+    chain->hasRemoved = true;
     CleanUp(window, chain);
     return TRUE;
 }

@@ -21,6 +21,28 @@ std::u16string_view TextFrom(INT_PTR text)
 
 } // namespace
 
+const char16_t* TextPool::Add(std::u16string_view text)
+{
+    constexpr std::size_t blockSize = 8192;
+    const std::size_t needed = text.size() + 1;
+    if (needed > m_free)
+    {
+        m_free = std::max(blockSize, needed);
+        m_next = m_blocks.emplace_back(std::make_unique_for_overwrite<char16_t[]>(m_free)).get();
+    }
+    char16_t* const copy = m_next;
+    *std::copy(text.begin(), text.end(), copy) = u'\0';
+    m_next += needed;
+    m_free -= needed;
+    return copy;
+}
+
+void TextPool::Clear()
+{
+    m_blocks.clear();
+    m_free = 0;
+}
+
 void ToolbarColumn::Insert(int index, const TBBUTTON& button)
 {
     index = std::clamp(index, 0, Count());
@@ -31,9 +53,13 @@ void ToolbarColumn::Insert(int index, const TBBUTTON& button)
     row.state = button.fsState;
     row.style = button.fsStyle;
     row.data = button.dwData;
-    row.text = m_texts.size();
     row.textLength = row.IsSeparator() ? 0 : static_cast<int>(text.size());
-    m_texts.append(text.substr(0, static_cast<std::size_t>(row.textLength))).push_back(u'\0');
+    row.text = m_texts.Add(text.substr(0, static_cast<std::size_t>(row.textLength)));
+    if (index == Count())
+    {
+        m_buttons.push_back(row);
+        return;
+    }
     m_buttons.insert(m_buttons.begin() + index, row);
     m_unmeasured = std::min(m_unmeasured, index);
     m_bottoms.resize(std::min(m_bottoms.size(), static_cast<std::size_t>(index)));
@@ -52,7 +78,7 @@ void ToolbarColumn::Remove(int index)
     }
     if (m_buttons.empty())
     {
-        m_texts.clear();
+        m_texts.Clear();
     }
 }
 
@@ -96,11 +122,16 @@ int ToolbarColumn::Extent(const ToolbarButton& button) const
 
 void ToolbarColumn::LayOut(int index) const
 {
-    m_bottoms.reserve(m_buttons.size());
-    for (int row = static_cast<int>(m_bottoms.size()); row <= index; ++row)
+    if (static_cast<std::size_t>(index) < m_bottoms.size())
     {
-        const int top = m_bottoms.empty() ? 0 : m_bottoms.back();
-        m_bottoms.push_back(top + Extent(At(row)));
+        return;
+    }
+    m_bottoms.reserve(m_buttons.size());
+    int bottom = m_bottoms.empty() ? 0 : m_bottoms.back();
+    for (std::size_t row = m_bottoms.size(); row < m_buttons.size(); ++row)
+    {
+        bottom += Extent(m_buttons[row]);
+        m_bottoms.push_back(bottom);
     }
 }
 

@@ -4,7 +4,8 @@
 #include "commctrl.h"
 
 #include <cstddef>
-#include <string>
+#include <deque>
+#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -18,13 +19,26 @@ struct ToolbarButton
     BYTE state = 0;
     BYTE style = BTNS_BUTTON;
     DWORD_PTR data = 0;
-    std::size_t text = 0; ///< offset in the column's text pool
+    const char16_t* text = nullptr; ///< in the column's text pool
     int textLength = 0;
     int textWidth = -1; ///< pixels; negative until measured
 
     bool IsSeparator() const { return (style & BTNS_SEP) != 0; }
     bool IsHidden() const { return (state & TBSTATE_HIDDEN) != 0; }
     bool IsEnabled() const { return (state & TBSTATE_ENABLED) != 0; }
+};
+
+/// Null-terminated texts that stay where they are until all are dropped.
+class TextPool
+{
+public:
+    const char16_t* Add(std::u16string_view text);
+    void Clear();
+
+private:
+    std::vector<std::unique_ptr<char16_t[]>> m_blocks;
+    char16_t* m_next = nullptr; ///< in the last block
+    std::size_t m_free = 0;     ///< units left there
 };
 
 /// Rows from the top, all of one width; items have the set height, a separator its own. Appending costs constant time,
@@ -37,10 +51,10 @@ public:
     bool Has(int index) const { return index >= 0 && index < Count(); }
     ToolbarButton& At(int index) { return m_buttons[static_cast<std::size_t>(index)]; }
     const ToolbarButton& At(int index) const { return m_buttons[static_cast<std::size_t>(index)]; }
-    /// Null-terminated; valid until the next insertion.
-    std::u16string_view TextOf(const ToolbarButton& button) const
+    /// Null-terminated; valid as long as the column holds any button.
+    static std::u16string_view TextOf(const ToolbarButton& button)
     {
-        return {m_texts.data() + button.text, static_cast<std::size_t>(button.textLength)};
+        return {button.text, static_cast<std::size_t>(button.textLength)};
     }
 
     /// An index past the end appends. The text is copied.
@@ -71,8 +85,8 @@ private:
     /// Brings m_bottoms up to date for the rows up to and including `index`.
     void LayOut(int index) const;
 
-    std::vector<ToolbarButton> m_buttons;
-    std::u16string m_texts; ///< one after the other, each with its terminator
+    std::deque<ToolbarButton> m_buttons; ///< grows without moving
+    TextPool m_texts;
     int m_width = 0;
     int m_itemHeight = 0;
     int m_unmeasured = 0; ///< buttons before this one have been measured
