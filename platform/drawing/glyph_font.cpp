@@ -144,6 +144,7 @@ GlyphFont& FontObject::Glyphs()
 
 GlyphFont::GlyphFont(const LOGFONTW& font) : m_faceName(Utf8FromUtf16(font.lfFaceName))
 {
+    m_latinAdvances.fill(kUnknown);
     const TextRendering rendering = CurrentTextRendering();
     m_loadFlags = GlyphLoadFlags(rendering);
     OpenFace(font);
@@ -244,13 +245,17 @@ void GlyphFont::AssumeMetrics()
 
 std::int16_t& GlyphFont::AdvanceSlot(char16_t unit)
 {
+    if (unit < m_latinAdvances.size())
+    {
+        return m_latinAdvances[unit];
+    }
     std::unique_ptr<AdvancePage>& page = m_advances[unit >> 8];
     if (page == nullptr)
     {
         page = std::make_unique<AdvancePage>();
-        page->advance.fill(kUnknown);
+        page->fill(kUnknown);
     }
-    return page->advance[unit & 0xFF];
+    return (*page)[unit & 0xFF];
 }
 
 std::int16_t GlyphFont::ReadAdvance(char16_t unit)
@@ -284,8 +289,8 @@ std::optional<int> GlyphFont::Measure(std::u16string_view text)
     int width = 0;
     for (const char16_t unit : text)
     {
-        const int advance = Advance(unit);
-        if (advance == kNeedsService)
+        int advance = unit < m_latinAdvances.size() ? m_latinAdvances[unit] : kUnknown;
+        if (advance < 0 && (advance = Advance(unit)) == kNeedsService)
         {
             return std::nullopt;
         }

@@ -54,10 +54,7 @@ public:
     ~GlyphFont();
 
 private:
-    struct AdvancePage
-    {
-        std::array<std::int16_t, 256> advance;
-    };
+    using AdvancePage = std::array<std::int16_t, 256>;
 
     void OpenFace(const LOGFONTW& font);
     bool SetSize(const LOGFONTW& font);
@@ -73,7 +70,8 @@ private:
     TEXTMETRICW m_metrics{};
     std::string m_faceName;
     TextFont m_serviceFont{};
-    std::array<std::unique_ptr<AdvancePage>, 256> m_advances;
+    AdvancePage m_latinAdvances;                              ///< the first page, which most of all text is on
+    std::array<std::unique_ptr<AdvancePage>, 256> m_advances; ///< the others, by high byte
     std::unordered_map<char16_t, Glyph> m_glyphs;
 };
 
