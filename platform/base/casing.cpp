@@ -37,6 +37,12 @@ std::uint32_t UpperCaseByTable(std::uint32_t character)
     return inRun ? character + static_cast<std::uint32_t>(run->distance) : character;
 }
 
+constexpr char16_t UpperCaseAscii(char16_t unit)
+{
+    const bool isLower = static_cast<unsigned>(unit - u'a') <= u'z' - u'a';
+    return static_cast<char16_t>(unit - (isLower ? 0x20 : 0));
+}
+
 bool IsHighSurrogate(char16_t unit)
 {
     return (unit & 0xFC00) == 0xD800;
@@ -63,11 +69,7 @@ char16_t UpperCaseAfter(char16_t previous, char16_t unit)
 
 char16_t UpperCase(char16_t unit)
 {
-    if (unit < 0x80)
-    {
-        return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - 0x20) : unit;
-    }
-    return static_cast<char16_t>(UpperCaseByTable(unit));
+    return unit < 0x80 ? UpperCaseAscii(unit) : static_cast<char16_t>(UpperCaseByTable(unit));
 }
 
 std::u16string UpperCase(std::u16string_view text)
@@ -90,8 +92,12 @@ LPWSTR CharUpperW(LPWSTR text)
         const auto unit = static_cast<char16_t>(reinterpret_cast<ULONG_PTR>(text));
         return reinterpret_cast<LPWSTR>(static_cast<ULONG_PTR>(platform::UpperCase(unit)));
     }
-    WCHAR previous = 0;
-    for (WCHAR* unit = text; *unit != 0; ++unit)
+    WCHAR* unit = text;
+    for (; *unit != 0 && *unit < 0x80; ++unit)
+    {
+        *unit = platform::UpperCaseAscii(*unit);
+    }
+    for (WCHAR previous = 0; *unit != 0; ++unit)
     {
         previous = *unit = platform::UpperCaseAfter(previous, *unit);
     }
