@@ -34,7 +34,11 @@ std::unique_ptr<BitmapObject> MakeBitmap(int width, int height, int bitsPerPixel
     bitmap->bitsPerPixel = bitsPerPixel;
     bitmap->stride = RowBytes(width, bitsPerPixel);
     bitmap->bottomUp = bottomUp;
-    bitmap->storage.resize(static_cast<std::size_t>(bitmap->stride / 4) * static_cast<std::size_t>(height));
+    bitmap->memory = PixelMemory(static_cast<std::size_t>(bitmap->stride) * static_cast<std::size_t>(height));
+    if (bitmap->Bits() == nullptr)
+    {
+        return nullptr;
+    }
     if (bitsPerPixel <= 8)
     {
         bitmap->colors.resize(std::size_t{1} << bitsPerPixel);

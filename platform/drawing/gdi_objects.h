@@ -4,6 +4,7 @@
 #include "platform/base/fault_points.h"
 #include "platform/base/handle_table.h"
 #include "platform/base/last_error.h"
+#include "platform/base/pixel_memory.h"
 #include "platform/drawing/clip_region.h"
 #include "platform/drawing/surface.h"
 
@@ -37,10 +38,10 @@ public:
     int bitsPerPixel = 32; ///< 1, 4, 8, 24 or 32
     int stride = 0;        ///< bytes from one row in memory to the next; a multiple of 4
     bool bottomUp = false; ///< the first row in memory is the lowest one
-    std::vector<std::uint32_t> storage;
+    PixelMemory memory;
     std::vector<RGBQUAD> colors; ///< 2^bitsPerPixel entries up to 8 bits
 
-    unsigned char* Bits() { return reinterpret_cast<unsigned char*>(storage.data()); }
+    unsigned char* Bits() { return memory.Bytes(); }
     /// First byte of row y counted from the top of the picture.
     unsigned char* Row(int y) { return Bits() + static_cast<std::ptrdiff_t>(bottomUp ? height - 1 - y : y) * stride; }
     /// The pixels in place; only for 32 bits per pixel. The stride is negative for a bottom-up bitmap.

@@ -33,7 +33,8 @@ bool CanShare()
 
 void* Map(std::size_t size, int fd)
 {
-    const int flags = fd >= 0 ? MAP_SHARED : MAP_PRIVATE | MAP_ANONYMOUS;
+    // All of it is about to be drawn: its pages in one go are cheaper than a fault for each.
+    const int flags = MAP_POPULATE | (fd >= 0 ? MAP_SHARED : MAP_PRIVATE | MAP_ANONYMOUS);
     void* memory = mmap(nullptr, size, PROT_READ | PROT_WRITE, flags, fd, 0);
     return memory != MAP_FAILED ? memory : nullptr;
 }
