@@ -5,6 +5,7 @@
 #include "platform/controls/pager.h"
 #include "platform/controls/push_button.h"
 #include "platform/controls/toolbar.h"
+#include "platform/windowing/window_class.h"
 #include "commctrl.h"
 
 namespace platform
@@ -36,8 +37,8 @@ void RegisterCommonControls()
         return;
     }
     // What fails now is tried again next time.
-    const bool toolbar = RegisterControl(TOOLBARCLASSNAMEW, Toolbar::Procedure, CS_DBLCLKS);
-    const bool pager = RegisterControl(WC_PAGESCROLLERW, Pager::Procedure, 0);
+    const bool toolbar = RegisterControl(TOOLBARCLASSNAMEW, Toolbar::Procedure, CS_DBLCLKS | kErasedByParent);
+    const bool pager = RegisterControl(WC_PAGESCROLLERW, Pager::Procedure, kErasedByParent);
     const bool button = RegisterControl(TEXT("Button"), PushButton::Procedure, CS_DBLCLKS | CS_HREDRAW | CS_VREDRAW);
     registered = toolbar && pager && button;
 }

@@ -1,6 +1,7 @@
 // Update regions: what has to be painted, in which order, and when it goes to the screen.
 #include "platform/base/fault_points.h"
 #include "platform/windowing/window.h"
+#include "platform/windowing/window_class.h"
 #include "platform/windowing/window_dc.h"
 
 namespace platform
@@ -180,6 +181,25 @@ void InvalidateAllTopLevels()
     }
 }
 
+/// Erases the background but where children that are about to be painted will have it done.
+bool Erase(const Window& window, HDC dc)
+{
+    const int saved = SaveDC(dc);
+    for (const Window* child : window.children)
+    {
+        const bool erasesLater = (child->style & WS_VISIBLE) != 0 && child->redraw &&
+                                 (child->windowClass->style & kErasedByParent) != 0 &&
+                                 (window.style & WS_CLIPCHILDREN) == 0;
+        if (erasesLater)
+        {
+            ExcludeClipRect(dc, child->client.left, child->client.top, child->client.right, child->client.bottom);
+        }
+    }
+    const LRESULT erased = SendMessageW(window.handle, WM_ERASEBKGND, reinterpret_cast<WPARAM>(dc), 0);
+    RestoreDC(dc, saved);
+    return erased != 0;
+}
+
 } // namespace
 
 void InvalidateWhole(Window& window)
@@ -280,7 +300,7 @@ HDC BeginPaint(HWND handle, PAINTSTRUCT* paint)
     paint->hdc = OpenContext(*window, true, region, region);
     if (paint->hdc != nullptr && erase)
     {
-        paint->fErase = SendMessageW(handle, WM_ERASEBKGND, reinterpret_cast<WPARAM>(paint->hdc), 0) == 0;
+        paint->fErase = !Erase(*window, paint->hdc);
     }
     return paint->hdc;
 }

@@ -9,6 +9,10 @@
 namespace platform
 {
 
+/// A class style of the layer's own controls: told to erase its background, a window of the class has its parent draw
+/// all of it. The parent, when it is painted itself, leaves such children's areas to them.
+constexpr UINT kErasedByParent = 0x80000000;
+
 struct WindowClass
 {
     std::u16string name;
