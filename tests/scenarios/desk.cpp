@@ -34,6 +34,22 @@ RECT OnScreen(HWND window, RECT rect)
     return {corners[0].x, corners[0].y, corners[1].x, corners[1].y};
 }
 
+/// What lies in the folders has lain there for a while. Of a folder that was changed just before it is read nobody can
+/// tell by its time whether it has changed since, so its watch tells of a change when it starts: a refresh that would
+/// come at any moment of the story.
+void LetFoldersAge(const fs::path& top)
+{
+    const auto then = fs::file_time_type::clock::now() - std::chrono::hours(1);
+    std::error_code ignored;
+    fs::last_write_time(top, then, ignored);
+    for (auto place = fs::recursive_directory_iterator(top, fs::directory_options::skip_permission_denied, ignored);
+         place != fs::recursive_directory_iterator(); place.increment(ignored))
+    {
+        if (place->is_directory(ignored) && !place->is_symlink(ignored))
+            fs::last_write_time(place->path(), then, ignored);
+    }
+}
+
 std::vector<std::string>& AskedBoxes()
 {
     static std::vector<std::string> texts;
@@ -175,6 +191,7 @@ void Desk::StoreOptions(std::uint32_t options)
 
 void Desk::Launch(const std::string& commandLine)
 {
+    LetFoldersAge(Folder());
     m_root = StartLauncher(GetModuleHandleW(nullptr), Widen(commandLine));
     m_started = true;
     Settle();
