@@ -213,7 +213,8 @@ void OnActivated(Window* managed)
     FocusState& state = State();
     Window* last = FindObject<Window>(state.active != nullptr ? state.active : state.lastActive);
     Window* target = managed != nullptr ? managed : last;
-    if (state.foreground && (managed == nullptr || state.active == managed->handle))
+    const bool late = TopLevels().empty(); // the window that asked for the keyboard is gone
+    if (late || (state.foreground && (managed == nullptr || state.active == managed->handle)))
     {
         return;
     }

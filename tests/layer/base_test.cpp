@@ -11,6 +11,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <set>
+#include <unistd.h>
 
 using namespace platform;
 
@@ -109,9 +110,15 @@ TEST(CacheFiles, AreReplacedWholeAndMapped)
 TEST(CacheFiles, FolderIsMadeWithItsParents)
 {
     const ScratchFolder scratch;
-    setenv("XDG_CACHE_HOME", (scratch / "deep/cache").c_str(), 1);
-    EXPECT_EQ(CacheFolder(), scratch / "deep/cache/orb-launcher");
-    EXPECT_TRUE(std::filesystem::is_directory(CacheFolder()));
+    const std::string expected = scratch / "deep/cache/orb-launcher";
+    // A process has one for all its life.
+    EXPECT_EXIT(
+        {
+            setenv("XDG_CACHE_HOME", (scratch / "deep/cache").c_str(), 1);
+            _exit(CacheFolder() == expected ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+    EXPECT_TRUE(std::filesystem::is_directory(expected));
 }
 
 TEST(SystemCalls, MulDivRoundsHalvesAway)

@@ -253,4 +253,7 @@ TEST(ShellPlaces, FollowTheDesktopsRules)
     EXPECT_EQ(desktop->GetAttributesOf(1, lists, &attributes), S_OK);
     EXPECT_EQ(attributes, SFGAO_FOLDER);
     desktop->Release();
+    std::filesystem::remove(Home() / "config/user-dirs.dirs");
+    std::filesystem::remove(Home() / "Schreib \"tisch");
+    std::filesystem::remove(Home() / "system/applications");
 }

@@ -91,15 +91,36 @@ protected:
     std::filesystem::path report;
 };
 
-/// A session bus of the test's own, to which this process is sent as long as it lives.
+/// A session bus of the tests' own, as long as the process: GIO keeps to the first one that it has met.
 class SessionBus
 {
 public:
-    explicit SessionBus(const std::string& socket) : m_socket(socket)
+    static const SessionBus& Of()
     {
-        std::string address = "unix:path=" + socket;
-        setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1);
-        address.insert(0, "--address=");
+        static const SessionBus bus;
+        return bus;
+    }
+    ~SessionBus()
+    {
+        kill(m_process, SIGTERM);
+        waitpid(m_process, nullptr, 0);
+        std::filesystem::remove_all(m_folder);
+    }
+    SessionBus(const SessionBus&) = delete;
+    SessionBus& operator=(const SessionBus&) = delete;
+
+    bool Ready() const
+    {
+        return m_process > 0 && WaitFor([this] { return std::filesystem::exists(m_folder / "socket"); });
+    }
+    std::string Address() const { return "unix:path=" + (m_folder / "socket").native(); }
+
+private:
+    SessionBus()
+    {
+        std::string name = (std::filesystem::temp_directory_path() / "orb-bus-XXXXXX").native();
+        m_folder = mkdtemp(name.data());
+        std::string address = "--address=" + Address();
         std::vector<char*> arguments;
         for (const char* argument : {"dbus-daemon", "--session", "--nofork", "--nopidfile", address.c_str()})
         {
@@ -108,22 +129,7 @@ public:
         arguments.push_back(nullptr);
         posix_spawnp(&m_process, arguments[0], nullptr, nullptr, arguments.data(), environ);
     }
-    ~SessionBus()
-    {
-        kill(m_process, SIGTERM);
-        waitpid(m_process, nullptr, 0);
-        setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus", 1);
-    }
-    SessionBus(const SessionBus&) = delete;
-    SessionBus& operator=(const SessionBus&) = delete;
-
-    bool Ready() const
-    {
-        return m_process > 0 && WaitFor([this] { return std::filesystem::exists(m_socket); });
-    }
-
-private:
-    std::string m_socket;
+    std::filesystem::path m_folder;
     pid_t m_process = -1;
 };
 
@@ -207,10 +213,12 @@ TEST_F(ShellLaunch, TerminalProgramsRunInTheUsersTerminal)
     std::filesystem::remove(terminal);
 }
 
-TEST_F(ShellLaunch, WithoutABusAnActivatableApplicationIsRun)
+TEST_F(ShellLaunch, AnApplicationThatNoBusCanActivateIsRun)
 {
+    const auto entry = folder / "org.example.Unknown.desktop";
+    std::filesystem::rename(Entry("Exec=" + Tell() + " by-command\nDBusActivatable=true\n"), entry);
     std::atomic<int> ended = 0;
-    EXPECT_EQ(Open(Entry("Exec=" + Tell() + " by-command\nDBusActivatable=true\n"), &ended), "");
+    EXPECT_EQ(Open(entry, &ended), "");
     EXPECT_EQ(ValueOf(Report(), "arg"), "by-command");
     EXPECT_TRUE(WaitFor([&] { return ended == 1; }));
 }
@@ -218,6 +226,9 @@ TEST_F(ShellLaunch, WithoutABusAnActivatableApplicationIsRun)
 TEST_F(ShellLaunch, AnActivatableApplicationIsAskedOverTheBus)
 {
     const std::string name = "org.example.Orb-Test";
+    report = Home() / "bus-report";
+    std::filesystem::remove(report);
+    // The bus reads it when it starts.
     std::filesystem::create_directories(Home() / "data/dbus-1/services");
     Write(Home() / "data/dbus-1/services" / (name + ".service"), "[D-BUS Service]\nName=" + name +
                                                                      "\nExec=" + ORB_BUS_APPLICATION + " " + name +
@@ -225,20 +236,21 @@ TEST_F(ShellLaunch, AnActivatableApplicationIsAskedOverTheBus)
     const auto entry = folder / (name + ".desktop");
     Write(entry,
           "[Desktop Entry]\nType=Application\nName=On the Bus\nExec=" + Tell() + " by-command\nDBusActivatable=true\n");
-    const SessionBus bus((folder / "bus").native());
+    const SessionBus& bus = SessionBus::Of();
     ASSERT_TRUE(bus.Ready());
+    setenv("DBUS_SESSION_BUS_ADDRESS", bus.Address().c_str(), 1);
     std::atomic<int> ended = 0;
     EXPECT_EQ(Open(entry, &ended), "");
     EXPECT_EQ(Report(), "Activate /org/example/Orb_Test ({},)\n");
     EXPECT_TRUE(WaitFor([&] { return ended == 1; })) << "the process was held until the answer";
-    std::filesystem::remove(report);
 
     // What the bus cannot have started is started by its command line.
-    Write(Home() / "data/dbus-1/services" / (name + ".service"), "");
     const auto unknown = folder / "org.example.Unknown.desktop";
     std::filesystem::rename(entry, unknown);
+    report = folder / "report";
     EXPECT_EQ(Open(unknown), "");
     EXPECT_EQ(ValueOf(Report(), "arg"), "by-command");
+    setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus", 1);
 }
 
 TEST_F(ShellLaunch, DocumentsOpenWithTheirApplication)

@@ -17,8 +17,12 @@ class ScratchHome : public testing::Environment
 public:
     void SetUp() override
     {
-        std::string name = (std::filesystem::temp_directory_path() / "orb-shell-XXXXXX").native();
-        home = mkdtemp(name.data());
+        // When the tests are repeated the home is made anew in the same place: GIO keeps to what it has met.
+        if (home.empty())
+        {
+            std::string name = (std::filesystem::temp_directory_path() / "orb-shell-XXXXXX").native();
+            home = mkdtemp(name.data());
+        }
         const std::pair<const char*, std::filesystem::path> folders[] = {{"HOME", home},
                                                                          {"XDG_DATA_HOME", home / "data"},
                                                                          {"XDG_CONFIG_HOME", home / "config"},
