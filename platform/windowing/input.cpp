@@ -33,8 +33,8 @@ struct Press
 struct InputQueue
 {
     std::deque<Event> events;
-    bool refresh = false;   ///< windows have moved under the pointer
-    bool pointerIn = false; ///< the pointer was last seen over one of this program's windows
+    bool refresh = false;                   ///< windows have moved under the pointer
+    screen::NativeWindow pointerWindow = 0; ///< where the pointer was last seen; 0 outside of this program's windows
     Press lastPress;
 };
 
@@ -222,7 +222,10 @@ bool CommitPress(const Event& event, const MSG& message, const MouseTarget& targ
 bool CommitMouse(const Event& event, const MSG& message, const MouseTarget& target)
 {
     SetMessagePoint(event.position);
-    Input().pointerIn = true;
+    if (event.window != 0)
+    {
+        Input().pointerWindow = event.window;
+    }
     TrackPointer(target.window, event.position);
     if (event.type == EventType::ButtonUp)
     {
@@ -338,7 +341,7 @@ Outcome TakeForFocus(std::size_t index, MSG& message, const MessageFilter& filte
 
 void HandlePointerLeft(const Event& event)
 {
-    Input().pointerIn = false;
+    Input().pointerWindow = 0;
     if (GetCapture() == nullptr)
     {
         TrackPointer(nullptr, event.position);
@@ -404,7 +407,7 @@ void CollectEvents()
     {
         QueueInput(event);
     }
-    if (std::exchange(input.refresh, false) && input.pointerIn && input.events.empty())
+    if (std::exchange(input.refresh, false) && input.pointerWindow != 0 && input.events.empty())
     {
         Event event;
         event.type = EventType::MouseMove;
@@ -430,6 +433,14 @@ void QueueInput(const Event& event)
     else
     {
         events.push_back(event);
+    }
+}
+
+void PointerLosesWindow(screen::NativeWindow window)
+{
+    if (Input().pointerWindow == window)
+    {
+        Input().pointerWindow = 0;
     }
 }
 

@@ -12,4 +12,7 @@ inline constexpr unsigned kOwnModifiers = ~0U;
 /// Adds an event as if the screen had reported it.
 void QueueInput(const screen::Event& event);
 
+/// A native window goes or hides: no word of the pointer's leaving comes from it any more.
+void PointerLosesWindow(screen::NativeWindow window);
+
 } // namespace platform

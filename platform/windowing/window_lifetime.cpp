@@ -2,6 +2,7 @@
 #include "platform/windowing/window.h"
 
 #include "platform/base/fault_points.h"
+#include "platform/windowing/input_events.h"
 
 #include <algorithm>
 
@@ -126,6 +127,7 @@ void FreeWindow(HWND handle)
     }
     if (window->native != 0)
     {
+        PointerLosesWindow(window->native);
         screen::DestroyNativeWindow(window->native);
     }
     --window->windowClass->windows;

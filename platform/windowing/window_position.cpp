@@ -2,6 +2,7 @@
 #include "platform/windowing/window.h"
 
 #include "platform/base/fault_points.h"
+#include "platform/windowing/input_events.h"
 #include "platform/windowing/message_queue.h"
 
 #include <algorithm>
@@ -111,6 +112,7 @@ void ApplyVisibility(Window& window, UINT flags)
         window.damage.Clear();
         if (window.native != 0)
         {
+            PointerLosesWindow(window.native);
             screen::ShowNativeWindow(window.native, false);
         }
     }

@@ -146,6 +146,20 @@ TEST_F(Input, WindowThatAppearsUnderAStillPointerHearsOfIt)
     EXPECT_EQ(Count(child, WM_MOUSEMOVE), 1) << "children that come or move count too";
 }
 
+TEST_F(Input, AWindowThatGoesLeavesNoPointerBehind)
+{
+    const HWND gone = ShownPopup(0, 0, 100, 100);
+    headless::MoveMouse(50, 50);
+    Pump();
+    DestroyWindow(gone);
+    headless::MoveMouse(500, 500);
+    Pump();
+    const HWND window = ShownPopup(0, 0, 100, 100);
+    Child(window, 40, 40, 30, 30);
+    Pump();
+    EXPECT_EQ(Count(window, WM_MOUSEMOVE), 0) << "the pointer is where it was last seen no more";
+}
+
 TEST_F(Input, ContextMenuComesFromTheRightButtonAndTheKeyboard)
 {
     const HWND window = ShownPopup(100, 100, 100, 100);
