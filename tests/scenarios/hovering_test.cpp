@@ -90,6 +90,29 @@ TEST_F(Hovering, TheTimerOpensNothingThatIsNoLongerHot)
     EXPECT_EQ(desk.Levels(), 1) << "the keyboard has moved on";
 }
 
+TEST_F(Hovering, TheTimerRunsOutOnce)
+{
+    desk.Launch("100,700,0");
+    desk.RestOn("Games");
+    desk.Advance(500ms);
+    ASSERT_EQ(desk.Levels(), 2);
+    desk.Press(VK_ESCAPE);
+    ASSERT_EQ(desk.Hot(), "Games");
+    desk.Advance(2000ms);
+    EXPECT_EQ(desk.Levels(), 1) << "what was closed under a resting cursor stays closed";
+}
+
+TEST_F(Hovering, TheLastPositionIsThatOfTheLastMoveOrOpening)
+{
+    desk.Launch("100,700,0");
+    desk.RestOn("readme");
+    const POINT resting = CentreOf(desk.ItemBounds("readme"));
+    EXPECT_EQ(desk.Level(0).m_lastMessagePos, static_cast<DWORD>(MAKELONG(resting.x, resting.y)));
+    desk.Level(0).m_lastMessagePos = 0xFFFFFFFF;
+    desk.Level(0).OnItemCommand(ItemCommandMode::OpenSubmenuByKey, 0);
+    EXPECT_EQ(desk.Level(0).m_lastMessagePos, GetMessagePos());
+}
+
 TEST_F(Hovering, TheDelayIsTheDesktopsOwn)
 {
     desk.Launch("100,700,0");
@@ -202,8 +225,18 @@ TEST_F(Hovering, AReleaseWithoutAPressIsNoClick)
     EXPECT_TRUE(desk.IsOpen());
     EXPECT_EQ(g_launcher.m_options, 0u) << "nor does it cycle the separators";
     // A press on one item that ends on another starts neither.
+    const auto readmeIsPressed = [&]
+    {
+        const CustomBar& root = desk.Level(0);
+        TBBUTTON button{};
+        root.SendToolbar(TB_GETBUTTON, 2, reinterpret_cast<LPARAM>(&button));
+        return (button.fsState & TBSTATE_PRESSED) != 0;
+    };
     desk.RestOn("readme");
     desk.PressMouse();
+    EXPECT_TRUE(readmeIsPressed());
+    desk.MoveTo({1500, 100});
+    EXPECT_FALSE(readmeIsPressed()) << "while a button is held the items hear of every move";
     desk.MoveTo(CentreOf(games));
     desk.ReleaseMouse();
     EXPECT_TRUE(desk.IsOpen());

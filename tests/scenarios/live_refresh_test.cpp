@@ -106,6 +106,9 @@ TEST_F(LiveRefresh, TheOpenSubLevelStaysAndItsOpenerIsFoundAgain)
     EXPECT_EQ(desk.Hot(0), "folder");
     EXPECT_EQ(desk.Items(1), Labels{"inside"}) << "a change below is not this level's";
     EXPECT_EQ(GetFocus(), desk.Level(1).m_toolbar);
+    SetFocus(desk.Level(0).m_toolbar);
+    Notice(0);
+    EXPECT_EQ(GetFocus(), desk.Level(1).m_toolbar) << "a refresh gives the keyboard to the deepest level";
     Notice(1);
     EXPECT_EQ(desk.Items(1), (Labels{"inside", "new"}));
     EXPECT_EQ(desk.Level(1).m_hWnd, child);

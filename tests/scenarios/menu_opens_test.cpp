@@ -173,6 +173,11 @@ TEST(MenuOpens, EverythingScales)
         EXPECT_EQ(width, MulDiv(32, dpi, 96));
         EXPECT_GE(desk.ItemBounds("a").bottom - desk.ItemBounds("a").top, width);
         EXPECT_EQ(desk.ItemBounds("b").top, desk.ItemBounds("a").bottom);
+        // The title is 20 points high, cell and all; the banner has room for it and three pixels on either side.
+        EXPECT_NEAR(desk.Level().m_contentRect.left, 20 * dpi / 72 + 6, 1);
+        for (const COLORREF color : {g_launcher.m_menuTextColor, g_launcher.m_highlightTextColor,
+                                     g_launcher.m_menuColor, g_launcher.m_highlightColor})
+            EXPECT_TRUE(GetRValue(color) != 0 && GetGValue(color) != 0 && GetBValue(color) != 0) << color;
     }
 }
 
@@ -211,6 +216,7 @@ TEST(MenuOpens, AClickBesideTheItemsCyclesTheSeparators)
     desk.StoreOptions(0x4);
     desk.Launch();
     const RECT last = desk.ItemBounds("a");
+    MessageCounter refreshes(desk.Level().m_hWnd, WM_APP_REFRESH);
     for (const std::uint32_t expected : {0x10004u, 0x20004u, 0x4u})
     {
         desk.MoveTo({last.left + 5, last.bottom + 1});
@@ -222,6 +228,7 @@ TEST(MenuOpens, AClickBesideTheItemsCyclesTheSeparators)
         ASSERT_EQ(stored.size(), 4u);
         EXPECT_EQ(DecodeOrder(stored.data(), 4).front(), expected);
     }
+    EXPECT_EQ(refreshes.Count(), 3) << "each shows at once";
 }
 
 TEST(MenuOpens, AFileInTheFoldersPlaceIsReportedOnce)

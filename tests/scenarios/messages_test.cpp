@@ -2,8 +2,11 @@
 #include "tests/scenarios/desk.h"
 
 #include "app/launcher_state.h"
+#include "platform/base/fault_points.h"
 
 #include <gtest/gtest.h>
+
+#include <string_view>
 
 using namespace std::chrono_literals;
 using CustomMenu::CustomBar;
@@ -205,6 +208,99 @@ TEST_F(Messages, EnablingAClosingLevelDoesNotBringItBack)
     EXPECT_TRUE(IsWindowEnabled(desk.Level(0).m_hWnd)) << "the others are enabled all the same";
     child.Release();
     EXPECT_EQ(desk.Levels(), 1);
+}
+
+TEST_F(Messages, ALevelHeldElsewhereDoesNotPassForItsSuccessor)
+{
+    desk.Click("Games");
+    CustomBar& child = desk.Level(1);
+    child.AddRef();
+    desk.Click("Office", 0);
+    ASSERT_EQ(desk.Level(0).m_openIndex, 1);
+    child.Release();
+    EXPECT_EQ(desk.Level(0).m_openIndex, 1) << "the level that goes is not the open one";
+    EXPECT_EQ(desk.Levels(), 2);
+}
+
+TEST_F(Messages, LevelsAreAskedToCloseDeepestFirst)
+{
+    desk.Click("Games");
+    desk.Click("Arcade", 1);
+    std::vector<HWND> expected;
+    for (int level = 2; level >= 0; --level)
+        expected.push_back(desk.Level(level).m_hWnd);
+    CustomMenu::CloseAllLevels();
+    std::vector<HWND> asked;
+    for (MSG message; PeekMessageW(&message, nullptr, WM_CLOSE, WM_CLOSE, PM_REMOVE);)
+        asked.push_back(message.hwnd);
+    EXPECT_EQ(asked, expected);
+}
+
+TEST_F(Messages, AltIsPressedForAForegroundThatIsRefused)
+{
+    for (const bool refused : {false, true})
+    {
+        static int refusals;
+        refusals = refused ? 1 : 0;
+        MessageCounter presses(desk.Level(0).m_toolbar, WM_SYSKEYDOWN);
+        platform::SetFaultHook([](const char* asked)
+                               { return std::string_view(asked) == "SetForegroundWindow" && refusals-- > 0; });
+        desk.Level(0).EnableMenu(true);
+        platform::SetFaultHook(nullptr);
+        desk.Settle();
+        EXPECT_EQ(presses.Count(), refused ? 1 : 0);
+        EXPECT_GE(GetKeyState(VK_MENU), 0) << "it is let go again";
+    }
+}
+
+TEST_F(Messages, WhileAnItemStartsTheMenuWaitsForIt)
+{
+    desk.MakeShortcut("broken.desktop", "Broken", "/nonexistent/program");
+    desk.SendNotice();
+    desk.Settle();
+    desk.ExpectBoxes();
+    CustomBar& root = desk.Level(0);
+    const int index = desk.IndexOf("Broken");
+    int looks = 0;
+    platform::headless::SetIdleHandler(
+        [&]
+        {
+            // The box that says why it cannot be started is up.
+            ++looks;
+            EXPECT_EQ(g_operationBar, &root);
+            EXPECT_FALSE(IsWindowEnabled(root.m_hWnd));
+            EXPECT_EQ(desk.Hot(), "Broken");
+            platform::headless::PressKey(VK_RETURN);
+            platform::headless::ReleaseKey(VK_RETURN);
+            return true;
+        });
+    root.OnItemCommand(ItemCommandMode::Launch, index);
+    platform::headless::SetIdleHandler(nullptr);
+    EXPECT_GE(looks, 1);
+    EXPECT_EQ(g_operationBar, nullptr);
+    EXPECT_TRUE(IsWindowEnabled(root.m_hWnd));
+    EXPECT_EQ(GetFocus(), root.m_toolbar);
+    EXPECT_EQ(root.m_refreshIndex, index) << "should the level live on, the item keeps the highlight";
+    desk.Settle();
+    EXPECT_EQ(desk.Levels(), 0);
+}
+
+TEST_F(Messages, ALevelIsATopmostToolWindowWithAShadow)
+{
+    desk.Click("Games");
+    for (int level = 0; level < 2; ++level)
+    {
+        const HWND window = desk.Level(level).m_hWnd;
+        EXPECT_EQ(GetWindowLongPtrW(window, GWL_STYLE) & (WS_POPUP | WS_BORDER | WS_CAPTION), WS_POPUP | WS_BORDER);
+        EXPECT_EQ(GetWindowLongPtrW(window, GWL_EXSTYLE) & (WS_EX_TOPMOST | WS_EX_TOOLWINDOW),
+                  WS_EX_TOPMOST | WS_EX_TOOLWINDOW);
+        EXPECT_EQ(desk.Level(level).SendToolbar(TB_GETINSERTMARKCOLOR),
+                  static_cast<LRESULT>(g_launcher.m_menuTextColor));
+    }
+    WNDCLASSEXW levelClass{};
+    levelClass.cbSize = sizeof(levelClass);
+    ASSERT_TRUE(GetClassInfoExW(g_instance, TEXT("CustomBar"), &levelClass));
+    EXPECT_EQ(levelClass.style, static_cast<UINT>(CS_DROPSHADOW));
 }
 
 TEST_F(Messages, ALevelHeldElsewhereLeavesTheChainWhenItIsLetGo)

@@ -87,8 +87,10 @@ TEST_F(MovingThrough, ClicksOpenFoldersAtOnce)
 {
     desk.Click("Games");
     EXPECT_EQ(desk.Levels(), 2);
+    const HWND child = desk.Level(1).m_hWnd;
     desk.Click("Games", 0);
-    EXPECT_EQ(desk.Levels(), 2) << "a click on the open folder changes nothing";
+    ASSERT_EQ(desk.Levels(), 2);
+    EXPECT_EQ(desk.Level(1).m_hWnd, child) << "a click on the open folder changes nothing";
     desk.Click("Office", 0);
     EXPECT_EQ(desk.Items(), Labels{"(Empty)"});
 }

@@ -156,11 +156,15 @@ TEST(Places, ThePagerComesAndGoesWithTheItems)
     ASSERT_NE(desk.Level().m_pager, nullptr);
     EXPECT_EQ(desk.Bounds().top, 0);
     EXPECT_EQ(desk.Bounds().bottom, 602) << "the work area and the frame";
+    const HWND pager = desk.Level().m_pager;
+    const RECT item = desk.ItemBounds("item 100");
+    EXPECT_EQ(SendMessageW(pager, PGM_GETBUTTONSIZE, 0, 0), (item.bottom - item.top) / 2);
     for (int i = 3; i < 40; ++i)
         std::filesystem::remove(desk.Folder() / ("item " + std::to_string(100 + i)));
     desk.SendNotice();
     desk.Settle();
     EXPECT_EQ(desk.Level().m_pager, nullptr);
+    EXPECT_FALSE(IsWindow(pager));
     EXPECT_EQ(desk.Level().m_toolbar, toolbar) << "the toolbar outlives the pager";
     EXPECT_TRUE(IsWindow(toolbar));
     EXPECT_EQ(desk.Items(), (Labels{"item 100", "item 101", "item 102"}));

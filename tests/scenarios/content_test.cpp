@@ -1,0 +1,225 @@
+// What a level shows besides one folder's files: linked and merged folders, orders of sub-levels, icons.
+#include "tests/scenarios/desk.h"
+
+#include "app/launcher_state.h"
+#include "app/options.h"
+#include "content/item_key.h"
+#include "platform/base/fault_points.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <string_view>
+
+using Labels = std::vector<std::string>;
+namespace fs = std::filesystem;
+
+namespace
+{
+
+const WString kRoot = TEXT("Software\\Quillfen\\OrbLauncher\\Layout");
+
+std::vector<std::uint8_t> Order(const Labels& names)
+{
+    std::vector<std::uint8_t> bytes;
+    for (const std::string& name : names)
+    {
+        MenuItems item(1);
+        item[0].key = ItemKey(Widen(name));
+        const auto key = EncodeOrder(item);
+        bytes.insert(bytes.end(), key.begin(), key.end());
+    }
+    return bytes;
+}
+
+/// A person with a Desktop and a Start Menu, which the system adds to.
+class LinkedFolders : public testing::Test
+{
+protected:
+    LinkedFolders()
+    {
+        const char* const folders = std::getenv("XDG_DATA_DIRS");
+        m_before = folders != nullptr ? folders : "";
+        m_hadBefore = folders != nullptr;
+        setenv("XDG_DATA_DIRS", (m_home / "system").c_str(), 1);
+        for (const char* file : {"Desktop/on the desk", "data/applications/Games/own", "data/applications/mine",
+                                 "system/applications/Games/common", "system/applications/theirs"})
+        {
+            fs::create_directories((m_home / file).parent_path());
+            std::ofstream(m_home / file);
+        }
+    }
+    ~LinkedFolders() override
+    {
+        desk.End();
+        m_hadBefore ? setenv("XDG_DATA_DIRS", m_before.c_str(), 1) : unsetenv("XDG_DATA_DIRS");
+        for (const char* folder : {"Desktop", "data/applications", "system"})
+            fs::remove_all(m_home / folder);
+    }
+
+    const MenuItem& Item(const std::string& label, int level)
+    {
+        return desk.Level(level).m_items.at(static_cast<std::size_t>(desk.IndexOf(label, level)));
+    }
+
+    const fs::path m_home = std::getenv("HOME");
+    std::string m_before;
+    bool m_hadBefore = false;
+    Desk desk;
+};
+
+TEST_F(LinkedFolders, AreShownAsTheOptionsSay)
+{
+    desk.MakeFile("a");
+    const std::pair<std::uint32_t, Labels> cases[] = {
+        {0, {"a"}},
+        {OPTION_START_MENU, {"Start Menu", "a"}},
+        {OPTION_DESKTOP, {"Desktop", "a"}},
+        {OPTION_START_MENU | OPTION_DESKTOP, {"Desktop", "Start Menu", "a"}},
+    };
+    for (const auto& [options, items] : cases)
+    {
+        desk.StoreOrder(kRoot, {});
+        desk.StoreOptions(options);
+        desk.Launch();
+        EXPECT_EQ(desk.Items(), items);
+        desk.End();
+    }
+}
+
+TEST_F(LinkedFolders, TheStartMenuIsTwoFoldersInOneDownToTheirSubFolders)
+{
+    desk.MakeFolder("own folder");
+    desk.StoreOptions(OPTION_START_MENU | OPTION_DESKTOP);
+    desk.Launch("100,700,0");
+    constexpr std::uint32_t linked = MIF_FOLDER | MIF_LINKED | MIF_PROTECTED;
+    EXPECT_EQ(Item("Desktop", 0).flags, linked);
+    EXPECT_EQ(Item("Start Menu", 0).flags, linked | MIF_STARTMENU);
+    EXPECT_EQ(Item("own folder", 0).flags, std::uint32_t{MIF_FOLDER});
+    desk.Click("Start Menu");
+    ASSERT_EQ(desk.Items(1), (Labels{"Games", "mine", "theirs"}));
+    EXPECT_EQ(Item("Games", 1).flags, std::uint32_t{MIF_FOLDER | MIF_PROTECTED});
+    EXPECT_EQ(Item("mine", 1).flags, 0u) << "only folders are protected";
+    desk.Click("Games", 1);
+    EXPECT_EQ(desk.Items(2), (Labels{"common", "own"}));
+    EXPECT_FALSE(desk.Level(2).m_protectFolders) << "only the Start Menu's own level protects";
+    EXPECT_EQ(desk.StoredBytes(kRoot + TEXT("\\Start Menu\\Games")), Order({"common", "own"}));
+    // Both folders are watched.
+    desk.Idle();
+    for (const char* folder : {"system", "data"})
+    {
+        const std::string name = std::string("late in ") + folder;
+        const auto shows = [&]
+        {
+            const Labels items = desk.Items(1);
+            return std::find(items.begin(), items.end(), name) != items.end();
+        };
+        std::ofstream(m_home / folder / "applications" / name);
+        EXPECT_TRUE(desk.WaitFor(shows)) << name;
+    }
+    desk.Click("Desktop", 0);
+    EXPECT_EQ(desk.Items(1), Labels{"on the desk"});
+}
+
+TEST_F(LinkedFolders, AFolderOfTheirNameTakesThemIn)
+{
+    desk.MakeFile("Start Menu/inside");
+    desk.StoreOptions(OPTION_START_MENU);
+    desk.Launch("100,700,0");
+    ASSERT_EQ(desk.Items(), Labels{"Start Menu"});
+    EXPECT_EQ(Item("Start Menu", 0).flags, std::uint32_t{MIF_FOLDER});
+    desk.Click("Start Menu");
+    EXPECT_EQ(desk.Items(1), (Labels{"Games", "inside", "theirs"})) << "never more than two folders";
+}
+
+TEST(SubLevelOrders, AreKeptUnderTheNamesThatLeadThere)
+{
+    Desk desk;
+    desk.MakeFile("Games/Arcade/pong");
+    desk.MakeFile("Games/chess");
+    desk.StoreOrder(kRoot + TEXT("\\Games"), Order({"chess", "Arcade"}));
+    desk.Launch("100,700,0");
+    desk.Click("Games");
+    EXPECT_EQ(desk.Items(1), (Labels{"chess", "Arcade"}));
+    desk.Click("Arcade", 1);
+    EXPECT_EQ(desk.StoredBytes(kRoot + TEXT("\\Games\\Arcade")), Order({"pong"}));
+    EXPECT_EQ(desk.StoredBytes(kRoot), Order({"Games"}));
+}
+
+TEST(SubLevelOrders, WithoutARootNothingIsReadOrKept)
+{
+    Desk desk;
+    desk.MakeFile("Games/chess");
+    desk.MakeFile("a");
+    desk.StoreOrder(kRoot, Order({"a", "Games"}));
+    desk.StoreOptions(0x4);
+    desk.Launch("100,700,0");
+    ASSERT_EQ(desk.Items(), (Labels{"a", "Games"}));
+    desk.Level().m_layoutKey.clear();
+    g_launcher.m_layoutRoot.clear();
+    desk.SendNotice();
+    desk.Settle();
+    EXPECT_EQ(desk.Items(), (Labels{"Games", "a"})) << "in the names' order";
+    desk.Click("Games");
+    EXPECT_EQ(desk.Level(1).m_layoutKey, WString());
+    EXPECT_EQ(desk.StoredBytes(kRoot), Order({"a", "Games"}));
+    g_launcher.m_options = 0x8;
+    SaveOptions();
+    LoadOptions();
+    EXPECT_EQ(g_launcher.m_options, 0x8u);
+    for (const LPCWSTR value : {TEXT("options"), TEXT("m_layout")})
+        EXPECT_TRUE(desk.StoredBytes(WString(), value).empty()) << "nor kept anywhere else";
+}
+
+TEST(Icons, AreCopiedOncePerKindAndSize)
+{
+    Desk desk;
+    for (const char* name : {"one", "two", "folder/three", "folder/four"})
+        desk.MakeFile(name);
+    desk.Launch("100,700,0");
+    const auto image = [&](const char* label, int level)
+    { return desk.Level(level).m_items.at(static_cast<std::size_t>(desk.IndexOf(label, level))).image; };
+    EXPECT_EQ(image("one", 0), image("two", 0));
+    EXPECT_NE(image("one", 0), image("folder", 0));
+    EXPECT_EQ(ImageList_GetImageCount(g_launcher.m_largeImages.Get()), 2);
+    desk.SendNotice();
+    desk.Click("folder");
+    EXPECT_EQ(image("three", 1), image("one", 0));
+    EXPECT_EQ(ImageList_GetImageCount(g_launcher.m_largeImages.Get()), 2) << "a reload copies nothing again";
+    EXPECT_EQ(ImageList_GetImageCount(g_launcher.m_smallImages.Get()), 0);
+    desk.Press(VK_ESCAPE);
+
+    g_launcher.m_largeIcons = LARGE_ICONS_ROOT;
+    desk.Click("folder");
+    EXPECT_EQ(desk.Level(1).SendToolbar(TB_GETIMAGELIST), reinterpret_cast<LRESULT>(g_launcher.m_smallImages.Get()));
+    EXPECT_EQ(ImageList_GetImageCount(g_launcher.m_smallImages.Get()), 1);
+    EXPECT_EQ(ImageList_GetImageCount(g_launcher.m_largeImages.Get()), 2);
+}
+
+TEST(Icons, OneThatIsNotToBeHadIsAskedForAgain)
+{
+    for (const int failing : {1, 2})
+    {
+        Desk desk;
+        desk.MakeFile("a");
+        // The first question is what kind of icon it is, the second is for the icon.
+        static int calls;
+        static int which;
+        calls = 0;
+        which = failing;
+        platform::SetFaultHook([](const char* asked)
+                               { return std::string_view(asked) == "SHGetFileInfoW" && ++calls == which; });
+        desk.Launch();
+        platform::SetFaultHook(nullptr);
+        EXPECT_EQ(desk.Level().m_items[0].image, 0);
+        EXPECT_TRUE(g_launcher.IconCacheLarge.empty());
+        desk.SendNotice();
+        desk.Settle();
+        EXPECT_EQ(g_launcher.IconCacheLarge.size(), 1u);
+        EXPECT_EQ(ImageList_GetImageCount(g_launcher.m_largeImages.Get()), 1);
+    }
+}
+
+} // namespace
