@@ -1,5 +1,6 @@
 // What a level shows besides one folder's files: linked and merged folders, orders of sub-levels, icons.
 #include "tests/scenarios/desk.h"
+#include "tests/scenarios/privileges.h"
 
 #include "app/launcher_state.h"
 #include "app/options.h"
@@ -134,7 +135,7 @@ TEST_F(LinkedFolders, AFolderOfTheirNameTakesThemIn)
     EXPECT_EQ(desk.Items(1), (Labels{"Games", "inside", "theirs"})) << "never more than two folders";
 }
 
-TEST(SubLevelOrders, AreKeptUnderTheNamesThatLeadThere)
+TEST(Orders, OfSubLevelsAreKeptUnderTheNamesThatLeadThere)
 {
     Desk desk;
     desk.MakeFile("Games/Arcade/pong");
@@ -148,7 +149,7 @@ TEST(SubLevelOrders, AreKeptUnderTheNamesThatLeadThere)
     EXPECT_EQ(desk.StoredBytes(kRoot), Order({"Games"}));
 }
 
-TEST(SubLevelOrders, WithoutARootNothingIsReadOrKept)
+TEST(Orders, WithoutARootNothingIsReadOrKept)
 {
     Desk desk;
     desk.MakeFile("Games/chess");
@@ -171,6 +172,24 @@ TEST(SubLevelOrders, WithoutARootNothingIsReadOrKept)
     EXPECT_EQ(g_launcher.m_options, 0x8u);
     for (const LPCWSTR value : {TEXT("options"), TEXT("m_layout")})
         EXPECT_TRUE(desk.StoredBytes(WString(), value).empty()) << "nor kept anywhere else";
+}
+
+TEST(Orders, OutliveAFolderThatCannotBeRead)
+{
+    Desk desk;
+    for (const char* name : {"a", "b"})
+        desk.MakeFile(name);
+    desk.StoreOrder(kRoot, Order({"b", "a"}));
+    fs::permissions(desk.Folder(), fs::perms::none);
+    {
+        const BoundByPermissions bound;
+        desk.Launch();
+        EXPECT_EQ(desk.Items(), Labels{"(Empty)"});
+    }
+    fs::permissions(desk.Folder(), fs::perms::owner_all);
+    desk.SendNotice();
+    desk.Settle();
+    EXPECT_EQ(desk.Items(), (Labels{"b", "a"}));
 }
 
 TEST(Icons, AreCopiedOncePerKindAndSize)
