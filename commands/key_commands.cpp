@@ -24,7 +24,7 @@ int HotItemOf(const CustomBar& level)
     const int hot = level.HotIndex();
     if (hot < 0 || !level.SendToolbar(TB_GETBUTTON, static_cast<WPARAM>(hot), reinterpret_cast<LPARAM>(&button)))
         return -1;
-    return button.idCommand - kFirstCommand;
+    return IndexOfCommand(static_cast<DWORD_PTR>(button.idCommand));
 }
 
 } // namespace

@@ -12,6 +12,31 @@ constexpr int kSkinStripWidth = 5; ///< columns of the skin that make the banner
 constexpr int kTitleStart = 12;
 constexpr int kTitleMargin = 3;
 
+/// A 32-bit top-down bitmap with access to its pixels (B G R A); zeroed.
+struct PixelBitmap
+{
+    UniqueBitmap bitmap;
+    std::uint32_t* pixels = nullptr;
+    SIZE size{};
+};
+
+PixelBitmap CreatePixelBitmap(int width, int height)
+{
+    BITMAPINFO info{};
+    info.bmiHeader.biSize = sizeof(info.bmiHeader);
+    info.bmiHeader.biWidth = width;
+    info.bmiHeader.biHeight = -height;
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 32;
+    info.bmiHeader.biCompression = BI_RGB;
+    PixelBitmap result;
+    void* bits = nullptr;
+    result.bitmap.Reset(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+    result.pixels = static_cast<std::uint32_t*>(bits);
+    result.size = {width, height};
+    return result;
+}
+
 void FillWith(HDC dc, SIZE size, COLORREF color)
 {
     const UniqueBrush brush(CreateSolidBrush(color));
@@ -60,23 +85,6 @@ SIZE MeasureTitle()
     DrawTextW(screen.Get(), g_launcher.m_title.c_str(), static_cast<int>(g_launcher.m_title.size()), &text,
               DT_SINGLELINE | DT_NOPREFIX | DT_CALCRECT);
     return {text.right - text.left, text.bottom - text.top};
-}
-
-PixelBitmap CreatePixelBitmap(int width, int height)
-{
-    BITMAPINFO info{};
-    info.bmiHeader.biSize = sizeof(info.bmiHeader);
-    info.bmiHeader.biWidth = width;
-    info.bmiHeader.biHeight = -height;
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
-    info.bmiHeader.biCompression = BI_RGB;
-    PixelBitmap result;
-    void* bits = nullptr;
-    result.bitmap.Reset(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
-    result.pixels = static_cast<std::uint32_t*>(bits);
-    result.size = {width, height};
-    return result;
 }
 
 UniqueBitmap RenderBannerBitmap(const BannerSize& size)

@@ -9,15 +9,6 @@
 /// Extent of the title in the banner font, as one line.
 SIZE MeasureTitle();
 
-/// A 32-bit top-down bitmap with access to its pixels (B G R A); zeroed.
-struct PixelBitmap
-{
-    UniqueBitmap bitmap;
-    std::uint32_t* pixels = nullptr;
-    SIZE size{};
-};
-PixelBitmap CreatePixelBitmap(int width, int height);
-
 /// The rendered background of a level of the given size; empty when out of resources.
 UniqueBitmap RenderBannerBitmap(const BannerSize& size);
 

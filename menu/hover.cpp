@@ -21,7 +21,7 @@ constexpr UINT_PTR kHoverTimer = 1;
 LRESULT CustomBar::OnHotItemChange(const NMTBHOTITEM& change)
 {
     const HotCause cause = HotCauseOf(change.dwFlags);
-    const int index = change.idNew - kFirstCommand;
+    const int index = IndexOfCommand(static_cast<DWORD_PTR>(change.idNew));
     HoverSituation situation{};
     situation.contextIndex = m_contextIndex;
     situation.openIndex = m_openIndex;

@@ -1,6 +1,6 @@
-// What a change of the hot item, the hover timer, a click and the wheel lead to.
+// What a change of the hot item, the hover timer and the wheel lead to, and how far an item is from being in view.
 //
-// Rules only; hover.cpp carries out what is decided here.
+// Rules only; hover.cpp, and for the view item_command.cpp, carry out what is decided here.
 #pragma once
 
 #include <windef.h>
