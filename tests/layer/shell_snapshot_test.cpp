@@ -6,7 +6,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fcntl.h>
+#include <functional>
+#include <string_view>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -39,7 +42,18 @@ protected:
 
     std::string EntryName() const { return Find(Items(folder), "entry.desktop")->display; }
     /// Whether reading the folder now takes every description from the snapshot.
-    bool SnapshotServes() const { return !platform::ReadFolder(folder.native())->worthSaving; }
+    bool SnapshotServes() const
+    {
+        const auto listing = platform::ReadFolder(folder.native());
+        const std::string_view content = listing->snapshot.Content();
+        // Whether the listing is worth saving also depends on how long ago the folder itself was changed.
+        return std::all_of(listing->files.begin(), listing->files.end(),
+                           [&](const platform::ListedFile& file)
+                           {
+                               return !std::less<>()(file.icon.data(), content.data()) &&
+                                      std::less<>()(file.icon.data(), content.data() + content.size());
+                           });
+    }
 
     std::string Content() const
     {

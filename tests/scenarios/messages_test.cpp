@@ -255,32 +255,33 @@ TEST_F(Messages, AltIsPressedForAForegroundThatIsRefused)
 
 TEST_F(Messages, WhileAnItemStartsTheMenuWaitsForIt)
 {
-    desk.MakeShortcut("broken.desktop", "Broken", "/nonexistent/program");
-    desk.SendNotice();
-    desk.Settle();
+    desk.MakeShortcut("Games/broken.desktop", "Broken", "/nonexistent/program");
+    desk.Click("Games");
     desk.ExpectBoxes();
-    CustomBar& root = desk.Level(0);
-    const int index = desk.IndexOf("Broken");
+    CustomBar& child = desk.Level(1);
+    const int index = desk.IndexOf("Broken", 1);
     int looks = 0;
     platform::headless::SetIdleHandler(
         [&]
         {
             // The box that says why it cannot be started is up.
             ++looks;
-            EXPECT_EQ(g_operationBar, &root);
-            EXPECT_FALSE(IsWindowEnabled(root.m_hWnd));
-            EXPECT_EQ(desk.Hot(), "Broken");
+            EXPECT_EQ(g_operationBar, &child);
+            for (int level = 0; level < 2; ++level)
+                EXPECT_FALSE(IsWindowEnabled(desk.Level(level).m_hWnd)) << level;
+            EXPECT_EQ(desk.Hot(1), "Broken");
             platform::headless::PressKey(VK_RETURN);
             platform::headless::ReleaseKey(VK_RETURN);
             return true;
         });
-    root.OnItemCommand(ItemCommandMode::Launch, index);
+    child.OnItemCommand(ItemCommandMode::Launch, index);
     platform::headless::SetIdleHandler(nullptr);
     EXPECT_GE(looks, 1);
     EXPECT_EQ(g_operationBar, nullptr);
-    EXPECT_TRUE(IsWindowEnabled(root.m_hWnd));
-    EXPECT_EQ(GetFocus(), root.m_toolbar);
-    EXPECT_EQ(root.m_refreshIndex, index) << "should the level live on, the item keeps the highlight";
+    for (int level = 0; level < 2; ++level)
+        EXPECT_TRUE(IsWindowEnabled(desk.Level(level).m_hWnd)) << level;
+    EXPECT_EQ(GetFocus(), child.m_toolbar);
+    EXPECT_EQ(child.m_refreshIndex, index) << "should the level live on, the item keeps the highlight";
     desk.Settle();
     EXPECT_EQ(desk.Levels(), 0);
 }
