@@ -192,6 +192,28 @@ TEST(Orders, OutliveAFolderThatCannotBeRead)
     EXPECT_EQ(desk.Items(), (Labels{"b", "a"}));
 }
 
+TEST(Orders, AnItemThatComesBackToItsPlaceIsNoNewcomer)
+{
+    Desk desk;
+    for (const char* name : {"a", "b", "c"})
+        desk.MakeFile(name);
+    desk.StoreOrder(kRoot, Order({"b", "c", "a"}));
+    desk.Launch();
+    desk.Press(VK_DOWN);
+    fs::remove(desk.Folder() / "a");
+    // The order without it cannot be stored.
+    platform::SetFaultHook([](const char* asked) { return std::string_view(asked) == "RegSetValueExW"; });
+    desk.SendNotice();
+    desk.Settle();
+    platform::SetFaultHook(nullptr);
+    ASSERT_EQ(desk.Items(), (Labels{"b", "c"}));
+    ASSERT_EQ(desk.Hot(), "b");
+    desk.MakeFile("a");
+    desk.SendNotice();
+    desk.Settle();
+    EXPECT_EQ(desk.Items(), (Labels{"b", "c", "a"}));
+}
+
 TEST(Icons, AreCopiedOncePerKindAndSize)
 {
     Desk desk;

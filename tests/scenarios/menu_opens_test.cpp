@@ -207,6 +207,11 @@ TEST(MenuOpens, TheOptionsChooseTheSeparatorsAndOddBitsSurvive)
     EXPECT_EQ(g_launcher.m_options, 0x80030000u);
     const RECT separator = desk.ItemBounds("|");
     EXPECT_EQ(separator.bottom - separator.top, 8);
+    g_launcher.m_separatorHeight = 20;
+    desk.SendNotice();
+    EXPECT_EQ(desk.ItemBounds("b").top - desk.ItemBounds("a").bottom, 8) << "not before the refresh";
+    desk.Settle();
+    EXPECT_EQ(desk.ItemBounds("b").top - desk.ItemBounds("a").bottom, 20) << "as high as the picture";
 }
 
 TEST(MenuOpens, AClickBesideTheItemsCyclesTheSeparators)
