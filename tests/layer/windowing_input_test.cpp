@@ -154,10 +154,9 @@ TEST_F(Input, AWindowThatGoesLeavesNoPointerBehind)
     DestroyWindow(gone);
     headless::MoveMouse(500, 500);
     Pump();
-    const HWND window = ShownPopup(0, 0, 100, 100);
-    Child(window, 40, 40, 30, 30);
+    const HWND child = Child(ShownPopup(0, 0, 100, 100), 40, 40, 30, 30);
     Pump();
-    EXPECT_EQ(Count(window, WM_MOUSEMOVE), 0) << "the pointer is where it was last seen no more";
+    EXPECT_EQ(Count(child, WM_MOUSEMOVE), 0) << "the pointer is where it was last seen no more";
 }
 
 TEST_F(Input, ContextMenuComesFromTheRightButtonAndTheKeyboard)
