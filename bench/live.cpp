@@ -1,0 +1,270 @@
+// Measures an open menu on the display of $DISPLAY: how soon a sub-menu opens, a change of the folder shows and the
+// highlight moves, and what the menu costs while nothing happens.
+//
+// usage: live submenu  DELAY ROUNDS ROWS-FILE           (rows as ReadRows takes them)
+//        live change   FOLDER ROUNDS ROWS-FILE
+//        live highlight ITEMS ROUNDS ROWS-FILE
+//        live idle     SECONDS ROWS-FILE
+// submenu: the menu has two items, a sub-menu and a plain one, of which resting on the first opens and on the second
+//   closes it. DELAY, in milliseconds, is what the programs are configured to wait before that; it is published as
+//   the desktop's setting and taken off the times. What is left runs from the motion event, so it is a little more
+//   than from the end of the delay.
+// change: a file is made in FOLDER, alone or right after another.
+// highlight: the pointer moves between two neighbours of ITEMS items. The line "moves FROM TO COUNT" on standard error
+//   says between which times (seconds since the epoch) how many were made.
+// idle: processor time and context switches of all threads of a menu that is left alone.
+#include "bench/observer.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iostream>
+#include <sstream>
+#include <thread>
+#include <unistd.h>
+
+namespace
+{
+
+using bench::Clock;
+using bench::Observer;
+using bench::PaintTimes;
+using bench::Row;
+
+constexpr int kFarAway = 1; // pixels from the screen's top left corner: no menu is there
+
+struct OpenMenu
+{
+    OpenMenu(const Row& row, Observer& observer) : m_observer(observer)
+    {
+        observer.MovePointer(kFarAway, kFarAway);
+        process = bench::Start(row);
+        observer.Watch(Clock::now());
+        for (const xcb_rectangle_t& window : observer.ShownWindows())
+        {
+            if (window.height > bounds.height)
+                bounds = window;
+        }
+        if (bounds.height == 0)
+        {
+            std::cerr << row.name << ": no menu shows\n";
+            std::exit(1);
+        }
+    }
+    ~OpenMenu()
+    {
+        bench::Stop(process);
+        m_observer.Settle();
+    }
+    OpenMenu(const OpenMenu&) = delete;
+    OpenMenu& operator=(const OpenMenu&) = delete;
+
+    /// Moves the pointer to the middle of an item, by the menu's height. The horizontal place changes with each call,
+    /// since a program may pass over a motion event with the position of the last one that it has seen.
+    void PointAt(int item, int items)
+    {
+        m_sideStep = !m_sideStep;
+        m_observer.MovePointer(bounds.x + bounds.width * 3 / 4 + m_sideStep,
+                               bounds.y + bounds.height * (2 * item + 1) / (2 * items));
+    }
+    /// Where a sub-menu begins; it may cover the menu's border.
+    int Right() const { return bounds.x + bounds.width - 1; }
+
+    pid_t process = 0;
+    xcb_rectangle_t bounds{};
+
+private:
+    Observer& m_observer;
+    bool m_sideStep = false;
+};
+
+/// Makes what a program answers with a sub-menu, a repaint or the like, and returns when and what was painted.
+using Round = std::function<PaintTimes()>;
+
+/// The first round warms the caches and does not count.
+void Report(const std::string& name, int rounds, double delay, const Round& round)
+{
+    std::vector<double> first;
+    std::vector<double> last;
+    std::vector<double> area;
+    for (int i = -1; i < rounds; ++i)
+    {
+        const PaintTimes times = round();
+        if (i < 0 || times.first < 0)
+            continue;
+        first.push_back(times.first - delay);
+        last.push_back(times.last - delay);
+        area.push_back(times.area);
+    }
+    std::printf("%-40s %5zu %8.2f %8.2f %8.2f %8.2f %9.0f\n", name.c_str(), first.size(), bench::Quantile(first, 0.5),
+                bench::Quantile(last, 0.5), bench::Quantile(last, 0.75), bench::Quantile(last, 0),
+                bench::Quantile(area, 0.5));
+    std::fflush(stdout);
+}
+
+void PrintHeading()
+{
+    std::printf("%-40s %5s %8s %8s %8s %8s %9s\n", "row", "times", "first", "complete", "3rd", "best", "pixels");
+}
+
+int MeasureSubMenu(Observer& observer, int delay, int rounds, const std::vector<Row>& rows)
+{
+    observer.PublishSetting("Gtk/MenuPopupDelay", delay);
+    PrintHeading();
+    for (const Row& row : rows)
+    {
+        OpenMenu menu(row, observer);
+        Report(row.name, rounds, delay,
+               [&]
+               {
+                   menu.PointAt(1, 2);
+                   observer.Settle();
+                   const Clock::time_point start = Clock::now();
+                   menu.PointAt(0, 2);
+                   return observer.Watch(start, menu.Right());
+               });
+    }
+    return 0;
+}
+
+int MeasureChange(Observer& observer, const std::filesystem::path& folder, int rounds, const std::vector<Row>& rows)
+{
+    PrintHeading();
+    for (const Row& row : rows)
+    {
+        OpenMenu menu(row, observer);
+        menu.PointAt(5, 40); // a new item is put where the highlight is
+        const auto paintAfterMaking = [&](const char* name)
+        {
+            const Clock::time_point start = Clock::now();
+            std::ofstream(folder / name).flush();
+            return observer.Watch(start);
+        };
+        const auto tidy = [&]
+        {
+            std::filesystem::remove(folder / "new one");
+            std::filesystem::remove(folder / "another");
+            observer.Settle();
+            observer.Settle();
+        };
+        observer.Settle();
+        Report(row.name, rounds, 0,
+               [&]
+               {
+                   const PaintTimes times = paintAfterMaking("new one");
+                   tidy();
+                   return times;
+               });
+        Report(row.name + ", on another's heels", rounds, 0,
+               [&]
+               {
+                   std::ofstream(folder / "new one").flush();
+                   observer.AwaitPaint();
+                   const PaintTimes times = paintAfterMaking("another");
+                   tidy();
+                   return times;
+               });
+    }
+    return 0;
+}
+
+double SecondsSinceEpoch()
+{
+    return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
+}
+
+int MeasureHighlight(Observer& observer, int items, int rounds, const std::vector<Row>& rows)
+{
+    PrintHeading();
+    for (const Row& row : rows)
+    {
+        OpenMenu menu(row, observer);
+        int item = items / 2;
+        menu.PointAt(item, items);
+        observer.Settle();
+        const double from = SecondsSinceEpoch();
+        Report(row.name, rounds, 0,
+               [&]
+               {
+                   item ^= 1;
+                   const Clock::time_point start = Clock::now();
+                   menu.PointAt(item, items);
+                   return observer.Watch(start);
+               });
+        std::fprintf(stderr, "moves %.6f %.6f %d\n", from, SecondsSinceEpoch(), rounds + 1);
+    }
+    return 0;
+}
+
+struct Cost
+{
+    long ticks = 0;
+    long switches = 0;
+};
+
+/// Of all threads of a process so far.
+Cost CostOf(pid_t process)
+{
+    Cost cost;
+    for (const auto& thread : std::filesystem::directory_iterator("/proc/" + std::to_string(process) + "/task"))
+    {
+        std::ifstream status(thread.path() / "status");
+        for (std::string line; std::getline(status, line);)
+        {
+            if (line.find("ctxt_switches:") != std::string::npos)
+                cost.switches += std::atol(line.c_str() + line.find(':') + 1);
+        }
+    }
+    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+    std::string stat;
+    std::getline(file, stat);
+    // proc(5): after the name in parentheses comes field 3; user and system time are fields 14 and 15.
+    std::istringstream fields(stat.substr(stat.rfind(')') + 2));
+    std::string field;
+    for (int number = 3; number <= 15 && fields >> field; ++number)
+        cost.ticks += number >= 14 ? std::atol(field.c_str()) : 0;
+    return cost;
+}
+
+int MeasureIdle(Observer& observer, int seconds, const std::vector<Row>& rows)
+{
+    std::printf("%-40s %8s %9s\n", "row", "CPU ms", "switches");
+    for (const Row& row : rows)
+    {
+        OpenMenu menu(row, observer);
+        menu.PointAt(0, 2);
+        observer.Settle();
+        observer.Settle();
+        const Cost before = CostOf(menu.process);
+        std::this_thread::sleep_for(std::chrono::seconds(seconds));
+        const Cost after = CostOf(menu.process);
+        std::printf("%-40s %8ld %9ld\n", row.name.c_str(), (after.ticks - before.ticks) * 1000 / sysconf(_SC_CLK_TCK),
+                    after.switches - before.switches);
+    }
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const std::string mode = argc > 1 ? argv[1] : "";
+    const bool idle = mode == "idle";
+    if (argc != (idle ? 4 : 5))
+    {
+        std::cerr << "usage: live submenu|change|highlight|idle ...  (see the file's head)\n";
+        return 2;
+    }
+    const std::vector<Row> rows = bench::ReadRows(argv[argc - 1]);
+    const int rounds = std::atoi(argv[3]);
+    Observer observer;
+    if (idle)
+        return MeasureIdle(observer, std::atoi(argv[2]), rows);
+    if (mode == "submenu")
+        return MeasureSubMenu(observer, std::atoi(argv[2]), rounds, rows);
+    if (mode == "change")
+        return MeasureChange(observer, argv[2], rounds, rows);
+    return MeasureHighlight(observer, std::atoi(argv[2]), rounds, rows);
+}
