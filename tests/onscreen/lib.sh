@@ -59,6 +59,20 @@ start_window_manager() { # command...
 # Its levels; the invisible window that holds its keyboard focus has no name.
 menu_windows() { xdotool search --onlyvisible --name '^Orb Launcher$'; }
 menu_shown() { [ -n "$(menu_windows 2>/dev/null)" ]; }
+
+# The levels from left to right, a line each: left, top, width and height on the screen, borders included.
+levels() {
+    local window
+    for window in $(menu_windows 2>/dev/null); do
+        (eval "$(xdotool getwindowgeometry --shell "$window" 2>/dev/null)" && echo "$X $Y $WIDTH $HEIGHT")
+    done | sort -n
+}
+level() { levels | sed -n "$1p"; } # number, from 1
+level_is() { [ "$(level "$1")" = "$2" ]; }
+level_count() { [ "$(levels | wc -l)" = "$1" ]; }
+picture() { import -window root -crop "$1" +repage rgb:- | md5sum; } # WxH+X+Y
+picture_is() { [ "$(picture "$1")" = "$2" ]; }
+
 gone() { ! kill -0 "$1" 2>/dev/null; }
 
 start_menu() { # arguments...
