@@ -44,6 +44,12 @@ bool IsOurs(xcb_window_t window)
     return window != 0 && (window == State().keyWindow || FindNative(window) != nullptr);
 }
 
+/// No window's, or the root window's, to which it reverts when the window that had it goes.
+bool IsNobodys(xcb_window_t focus)
+{
+    return focus <= kPointerRoot || focus == TheConnection().Root();
+}
+
 screen::Event MakeEvent(screen::EventType type, screen::NativeWindow window)
 {
     screen::Event event;
@@ -115,7 +121,7 @@ void LearnPrevious()
     const xcb_window_t holder = reply != nullptr && !IsOurs(reply->focus) ? reply->focus : kPointerRoot;
     // Between two turns of ours (a message box has been closed) the focus may be nobody's; that is no news of who had
     // it.
-    state.previous = holder > kPointerRoot || state.previous == 0 ? holder : state.previous;
+    state.previous = !IsNobodys(holder) || state.previous == 0 ? holder : state.previous;
 }
 
 bool IsViewable(xcb_window_t window)
@@ -161,7 +167,7 @@ void DescribeLoss(xcb_window_t newFocus)
     const auto pointer = Collect(xcb_query_pointer_reply, xcb_query_pointer(xcb, TheConnection().Root()));
     loss.now = NowMs();
     loss.keyGrab = State().grabbedByOther ? std::optional(loss.now) : loss.keyGrab;
-    loss.focusIsNobodys = newFocus <= kPointerRoot || newFocus == TheConnection().Root();
+    loss.focusIsNobodys = IsNobodys(newFocus);
     loss.focusIsLaunchers = false;
     loss.pointerOverNewFocus = false;
     if (!loss.focusIsNobodys)
@@ -284,7 +290,9 @@ void ReleaseKeyboard()
     }
     LearnPrevious();
     const auto now = Collect(xcb_get_input_focus_reply, xcb_get_input_focus(TheConnection().Xcb()));
-    if (now != nullptr && IsOurs(now->focus))
+    // It is nobody's between the end of a message box of ours and the moment in which the menu would take it again.
+    const bool leftByUs = now != nullptr && IsNobodys(now->focus) && (state.wanted || state.active);
+    if (leftByUs || (now != nullptr && IsOurs(now->focus)))
     {
         IgnoreErrors(xcb_set_input_focus_checked(TheConnection().Xcb(), XCB_INPUT_FOCUS_POINTER_ROOT, WhoGetsItBack(),
                                                  XCB_CURRENT_TIME));
