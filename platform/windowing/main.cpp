@@ -73,6 +73,6 @@ int main(int argc, char** argv)
     }
     std::u16string line = platform::Utf16FromUtf8(CommandLine(argc, argv));
     const int result = wWinMain(GetModuleHandleW(nullptr), nullptr, line.data(), SW_SHOW);
-    platform::screen::Commit();
+    platform::screen::Finish();
     return result;
 }

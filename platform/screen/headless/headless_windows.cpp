@@ -250,6 +250,8 @@ void Present(NativeWindow window, std::span<const RECT> damage)
 
 void Commit() {}
 
+void Finish() {}
+
 void TakeKeyboard(NativeWindow window)
 {
     State& state = TheState();

@@ -455,4 +455,13 @@ void Commit()
     xcb_flush(TheConnection().Xcb());
 }
 
+void Finish()
+{
+    Commit();
+    if (TheConnection().IsOpen())
+    {
+        Collect(xcb_get_input_focus_reply, xcb_get_input_focus(TheConnection().Xcb()));
+    }
+}
+
 } // namespace platform::screen
