@@ -117,8 +117,11 @@ void CustomBar::ReloadItems()
     m_contextIndex = -1;
     m_lastMessagePos = GetMessagePos();
 
+    StoredOrder stored;
+    bool whole = ReadStoredOrder(m_layoutKey, stored);
+    m_items.reserve(stored.size()); // most of what was there is there again
     FolderIndexes folders;
-    bool whole = LoadFolder(0, folders);
+    whole &= LoadFolder(0, folders);
     whole &= LoadFolder(1, folders);
     if (IsRoot())
     {
@@ -130,8 +133,6 @@ void CustomBar::ReloadItems()
             LoadLinkedFolder(CSIDL_COMMON_STARTMENU, false, folders);
         }
     }
-    StoredOrder stored;
-    whole &= ReadStoredOrder(m_layoutKey, stored);
     MergeOrder(m_items, stored);
     CleanUpSeparators(m_items);
     if (m_protectFolders)

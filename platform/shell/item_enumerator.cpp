@@ -48,9 +48,7 @@ LPITEMIDLIST ItemEnumerator::MakeItem(const ListedFile& file)
         m_type = TypeNameIndex(file.typeName);
     }
     m_previous = &file;
-    m_identifier.clear();
-    AppendItemId(m_identifier, {file.kind, m_icon, m_type, file.name}, file.display);
-    return MakeItemList(m_identifier.data(), m_identifier.size());
+    return MakeItemList({file.kind, m_icon, m_type, file.name}, file.display);
 }
 
 HRESULT ItemEnumerator::Next(ULONG count, LPITEMIDLIST* items, ULONG* fetched)

@@ -35,7 +35,6 @@ private:
     const ListedFile* m_previous = nullptr;
     std::uint32_t m_icon = 0;
     std::uint32_t m_type = 0;
-    std::vector<BYTE> m_identifier; ///< the one being made
 };
 
 } // namespace platform

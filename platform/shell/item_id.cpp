@@ -34,6 +34,35 @@ bool IsFileName(std::string_view name)
     return !isDots && name.find('/') == name.npos && name.find('\0') == name.npos;
 }
 
+std::u16string_view Kept(std::u16string_view display)
+{
+    return display.substr(0, maxDisplayUnits);
+}
+
+/// Bytes of an identifier.
+std::size_t SizeOf(const ItemId& item, std::u16string_view display)
+{
+    const std::size_t unpadded = sizeof(Header) + item.name.size() + Kept(display).size() * sizeof(char16_t);
+    return unpadded + unpadded % 2; // lists stay aligned for their size fields
+}
+
+void Write(BYTE* out, const ItemId& item, std::u16string_view display)
+{
+    const std::size_t size = SizeOf(item, display);
+    display = Kept(display);
+    const Header header{static_cast<std::uint16_t>(size),
+                        signature,
+                        item.kind,
+                        item.icon,
+                        item.type,
+                        static_cast<std::uint16_t>(item.name.size()),
+                        static_cast<std::uint16_t>(display.size())};
+    out[size - 1] = 0; // where the padding is, if any
+    std::memcpy(out, &header, sizeof header);
+    std::memcpy(out + sizeof header, item.name.data(), item.name.size());
+    std::memcpy(out + sizeof header + item.name.size(), display.data(), display.size() * sizeof(char16_t));
+}
+
 } // namespace
 
 std::u16string ItemId::DisplayName() const
@@ -71,23 +100,21 @@ std::optional<ItemId> ReadItemId(LPCITEMIDLIST list)
 
 void AppendItemId(std::vector<BYTE>& bytes, const ItemId& item, std::u16string_view display)
 {
-    display = display.substr(0, maxDisplayUnits);
-    const std::size_t displayBytes = display.size() * sizeof(char16_t);
-    const std::size_t unpadded = sizeof(Header) + item.name.size() + displayBytes;
-    const std::size_t size = unpadded + unpadded % 2; // lists stay aligned for their size fields
-    const Header header{static_cast<std::uint16_t>(size),
-                        signature,
-                        item.kind,
-                        item.icon,
-                        item.type,
-                        static_cast<std::uint16_t>(item.name.size()),
-                        static_cast<std::uint16_t>(display.size())};
     const std::size_t start = bytes.size();
-    bytes.resize(start + size);
-    BYTE* out = bytes.data() + start;
-    std::memcpy(out, &header, sizeof header);
-    std::memcpy(out + sizeof header, item.name.data(), item.name.size());
-    std::memcpy(out + sizeof header + item.name.size(), display.data(), displayBytes);
+    bytes.resize(start + SizeOf(item, display));
+    Write(bytes.data() + start, item, display);
+}
+
+LPITEMIDLIST MakeItemList(const ItemId& item, std::u16string_view display)
+{
+    const std::size_t size = SizeOf(item, display);
+    auto* bytes = static_cast<BYTE*>(CoTaskMemAlloc(size + sizeof(USHORT)));
+    if (bytes != nullptr)
+    {
+        Write(bytes, item, display);
+        std::memset(bytes + size, 0, sizeof(USHORT));
+    }
+    return reinterpret_cast<LPITEMIDLIST>(bytes);
 }
 
 bool AppendListPath(std::string& path, LPCITEMIDLIST list)
