@@ -22,7 +22,7 @@ bool IsWanted(const ListedFile& file, SHCONTF flags)
 template <typename C>
 bool SameText(std::basic_string_view<C> a, std::basic_string_view<C> b)
 {
-    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(C)) == 0;
+    return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(C)) == 0);
 }
 
 } // namespace

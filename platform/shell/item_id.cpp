@@ -60,7 +60,10 @@ void Write(BYTE* out, const ItemId& item, std::u16string_view display)
     out[size - 1] = 0; // where the padding is, if any
     std::memcpy(out, &header, sizeof header);
     std::memcpy(out + sizeof header, item.name.data(), item.name.size());
-    std::memcpy(out + sizeof header + item.name.size(), display.data(), display.size() * sizeof(char16_t));
+    if (!display.empty())
+    {
+        std::memcpy(out + sizeof header + item.name.size(), display.data(), display.size() * sizeof(char16_t));
+    }
 }
 
 } // namespace
