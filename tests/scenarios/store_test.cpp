@@ -288,13 +288,13 @@ TEST_F(Store, IsWholeWheneverTheProgramIsKilled)
             }
             _exit(2);
         }
+        close(moves[1]); // a child that dies too early ends the reading
         char byte = 0;
         for (int i = 0; i <= round; ++i)
             ASSERT_EQ(read(moves[0], &byte, 1), 1) << "the menu saves";
         kill(child, SIGKILL);
         waitpid(child, nullptr, 0);
         close(moves[0]);
-        close(moves[1]);
         const std::vector<std::uint8_t> stored = Stored();
         EXPECT_TRUE(stored == sorted || stored == Order({"b", "a", "c"})) << "one of the two, never a mixture";
         EXPECT_FALSE(fs::exists(Aside()));
