@@ -1,9 +1,10 @@
 // Measures an open menu on the display of $DISPLAY: how soon a sub-menu opens, a change of the folder shows and the
-// highlight moves, and what the menu costs while nothing happens.
+// highlight moves, how it scrolls, and what the menu costs while nothing happens.
 //
 // usage: live submenu  DELAY ROUNDS ROWS-FILE           (rows as ReadRows takes them)
 //        live change   FOLDER ROUNDS ROWS-FILE
 //        live highlight ITEMS ROUNDS ROWS-FILE
+//        live wheel    ROUNDS ROWS-FILE
 //        live idle     SECONDS ROWS-FILE
 // submenu: the menu has two items, a sub-menu and a plain one, of which resting on the first opens and on the second
 //   closes it. DELAY, in milliseconds, is what the programs are configured to wait before that; it is published as
@@ -12,6 +13,7 @@
 // change: a file is made in FOLDER, alone or right after another.
 // highlight: the pointer moves between two neighbours of ITEMS items. The line "moves FROM TO COUNT" on standard error
 //   says between which times (seconds since the epoch) how many were made.
+// wheel: the wheel is turned by a notch over the middle of a menu that is too long for the screen.
 // idle: processor time and context switches of all threads of a menu that is left alone.
 #include "bench/observer.h"
 
@@ -198,6 +200,25 @@ int MeasureHighlight(Observer& observer, int items, int rounds, const std::vecto
     return 0;
 }
 
+int MeasureWheel(Observer& observer, int rounds, const std::vector<Row>& rows)
+{
+    PrintHeading();
+    for (const Row& row : rows)
+    {
+        OpenMenu menu(row, observer);
+        menu.PointAt(0, 1);
+        Report(row.name, rounds, 0,
+               [&]
+               {
+                   observer.Settle();
+                   const Clock::time_point start = Clock::now();
+                   observer.TurnWheel();
+                   return observer.Watch(start);
+               });
+    }
+    return 0;
+}
+
 struct Cost
 {
     long ticks = 0;
@@ -251,17 +272,19 @@ int MeasureIdle(Observer& observer, int seconds, const std::vector<Row>& rows)
 int main(int argc, char** argv)
 {
     const std::string mode = argc > 1 ? argv[1] : "";
-    const bool idle = mode == "idle";
-    if (argc != (idle ? 4 : 5))
+    const bool oneNumber = mode == "idle" || mode == "wheel";
+    if (argc != (oneNumber ? 4 : 5))
     {
-        std::cerr << "usage: live submenu|change|highlight|idle ...  (see the file's head)\n";
+        std::cerr << "usage: live submenu|change|highlight|wheel|idle ...  (see the file's head)\n";
         return 2;
     }
     const std::vector<Row> rows = bench::ReadRows(argv[argc - 1]);
     const int rounds = std::atoi(argv[3]);
     Observer observer;
-    if (idle)
+    if (mode == "idle")
         return MeasureIdle(observer, std::atoi(argv[2]), rows);
+    if (mode == "wheel")
+        return MeasureWheel(observer, std::atoi(argv[2]), rows);
     if (mode == "submenu")
         return MeasureSubMenu(observer, std::atoi(argv[2]), rounds, rows);
     if (mode == "change")

@@ -161,6 +161,14 @@ void Observer::MovePointer(int x, int y)
     xcb_flush(m_connection);
 }
 
+void Observer::TurnWheel()
+{
+    constexpr std::uint8_t wheelDown = 5;
+    for (const std::uint8_t event : {XCB_BUTTON_PRESS, XCB_BUTTON_RELEASE})
+        xcb_test_fake_input(m_connection, event, wheelDown, XCB_CURRENT_TIME, m_root, 0, 0, 0);
+    xcb_flush(m_connection);
+}
+
 void Observer::PublishSetting(const std::string& name, std::int32_t value)
 {
     const auto atom = [this](const char* text)

@@ -68,6 +68,8 @@ public:
     PaintTimes Watch(Clock::time_point start, int left = 0);
     /// Moves the pointer as an input device does; the request is on its way when this returns.
     void MovePointer(int x, int y);
+    /// Turns the wheel by one notch, towards the user.
+    void TurnWheel();
     /// Becomes the desktop's settings manager (XSETTINGS), with this one setting.
     void PublishSetting(const std::string& name, std::int32_t value);
     /// Screen rectangles of the top-level windows that show.
