@@ -55,16 +55,9 @@ void MoveChild(HWND child, const RECT& rect)
 
 ButtonExtents MeasureButtons(const CustomBar& level)
 {
-    // All buttons of a toolbar have one size; only separators differ, and the last button ends the column.
     ButtonExtents extents;
-    bool sizeKnown = false;
     for (const MenuItem& item : level.m_items)
-    {
-        const bool separator = item.Is(MIF_SEPARATOR);
-        if (separator || !sizeKnown || &item == &level.m_items.back())
-            extents.Add(level.ButtonRect(item.order), separator);
-        sizeKnown |= !separator;
-    }
+        extents.Add(level.ButtonRect(item.order), item.Is(MIF_SEPARATOR));
     return extents;
 }
 
