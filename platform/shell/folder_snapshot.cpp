@@ -180,11 +180,14 @@ std::uint64_t HashBytes(std::string_view bytes, std::uint64_t seed)
             mix(hash, lane);
         }
     }
-    for (; left > 0; at += std::min<std::size_t>(left, 8), left -= std::min<std::size_t>(left, 8))
+    while (left > 0)
     {
+        const std::size_t step = std::min<std::size_t>(left, 8);
         std::uint64_t word = 0;
-        std::memcpy(&word, at, std::min<std::size_t>(left, 8));
+        std::memcpy(&word, at, step);
         mix(hash, word);
+        at += step;
+        left -= step;
     }
     mix(hash, 0);
     return hash;

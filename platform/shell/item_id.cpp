@@ -110,12 +110,10 @@ void AppendItemId(std::vector<BYTE>& bytes, const ItemId& item, std::u16string_v
 
 LPITEMIDLIST MakeItemList(const ItemId& item, std::u16string_view display)
 {
-    const std::size_t size = SizeOf(item, display);
-    auto* bytes = static_cast<BYTE*>(CoTaskMemAlloc(size + sizeof(USHORT)));
+    BYTE* bytes = AllocateList(SizeOf(item, display));
     if (bytes != nullptr)
     {
         Write(bytes, item, display);
-        std::memset(bytes + size, 0, sizeof(USHORT));
     }
     return reinterpret_cast<LPITEMIDLIST>(bytes);
 }

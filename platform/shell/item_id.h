@@ -49,6 +49,9 @@ constexpr std::size_t maxDisplayUnits = 512;
 std::optional<ItemId> ReadItemId(LPCITEMIDLIST list);
 /// Appends an identifier (no terminator). Ignores item.display: `display` is what is stored.
 void AppendItemId(std::vector<BYTE>& bytes, const ItemId& item, std::u16string_view display);
+/// Room for a list of that many bytes of identifiers, its terminator in place; null when out of memory. Freed with
+/// ILFree.
+BYTE* AllocateList(std::size_t identifierBytes);
 /// A list of one identifier, as AppendItemId makes it; null when out of memory. Freed with ILFree.
 LPITEMIDLIST MakeItemList(const ItemId& item, std::u16string_view display);
 /// A list from identifiers in a row (the terminator is added); null when out of memory. Freed with ILFree.

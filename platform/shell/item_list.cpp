@@ -29,16 +29,6 @@ std::size_t IdentifierBytes(LPCITEMIDLIST list)
     return static_cast<std::size_t>(reinterpret_cast<const BYTE*>(end) - reinterpret_cast<const BYTE*>(list));
 }
 
-BYTE* AllocateList(std::size_t identifierBytes)
-{
-    auto* bytes = static_cast<BYTE*>(CoTaskMemAlloc(identifierBytes + terminatorSize));
-    if (bytes != nullptr)
-    {
-        std::memset(bytes + identifierBytes, 0, terminatorSize);
-    }
-    return bytes;
-}
-
 /// Of two identifiers that are not ours, the bytes decide.
 bool SameItem(LPCITEMIDLIST a, LPCITEMIDLIST b)
 {
@@ -55,6 +45,16 @@ bool SameItem(LPCITEMIDLIST a, LPCITEMIDLIST b)
 
 namespace platform
 {
+
+BYTE* AllocateList(std::size_t identifierBytes)
+{
+    auto* bytes = static_cast<BYTE*>(CoTaskMemAlloc(identifierBytes + terminatorSize));
+    if (bytes != nullptr)
+    {
+        std::memset(bytes + identifierBytes, 0, terminatorSize);
+    }
+    return bytes;
+}
 
 LPITEMIDLIST MakeItemList(const BYTE* identifiers, std::size_t size)
 {
@@ -89,7 +89,7 @@ LPITEMIDLIST ILCombine(LPCITEMIDLIST first, LPCITEMIDLIST second)
     }
     const std::size_t firstBytes = IdentifierBytes(first);
     const std::size_t secondBytes = IdentifierBytes(second);
-    BYTE* bytes = AllocateList(firstBytes + secondBytes);
+    BYTE* bytes = platform::AllocateList(firstBytes + secondBytes);
     if (bytes != nullptr)
     {
         std::memcpy(bytes, first, firstBytes);

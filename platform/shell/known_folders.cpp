@@ -129,7 +129,7 @@ LPITEMIDLIST SpecialLocation(const std::string& path, std::u16string_view displa
         AppendFolderId(bytes, name);
     }
     ItemId item{ItemKind::Folder, SystemImageIndex(icon), TypeNameIndex(folderTypeName), last};
-    AppendItemId(bytes, item, displayName.empty() ? DisplayNameOfFile(last, ItemKind::Folder) : displayName);
+    AppendItemId(bytes, item, displayName);
     return MakeItemList(bytes.data(), bytes.size());
 }
 
