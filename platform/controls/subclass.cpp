@@ -107,7 +107,6 @@ void CleanUp(HWND window, Chain* chain)
     {
         return;
     }
-    chain->hasRemoved = false;
     std::erase_if(chain->links, [](const Link& link) { return link.removed; });
     if (chain->links.empty() && !chain->windowGone)
     {
@@ -119,6 +118,7 @@ void CleanUp(HWND window, Chain* chain)
         SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(chain->original));
         Forget(window, *chain);
     }
+    chain->hasRemoved = false;
     if (chain->windowGone)
     {
         delete chain;
