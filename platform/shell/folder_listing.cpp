@@ -7,7 +7,6 @@
 #include "platform/desktop/describe_service.h"
 #include "platform/shell/bounded_call.h"
 #include "platform/shell/change_notify.h"
-#include "platform/shell/folder_snapshot.h"
 #include "platform/shell/link_target.h"
 #include "platform/shell/namespace.h"
 #include "platform/shell/system_images.h"
@@ -360,10 +359,29 @@ bool IsFirstReading(const std::string& path)
     return read.insert(path).second;
 }
 
+std::vector<ListedFile> FilesByName(const FolderListing& listing)
+{
+    std::vector<ListedFile> files;
+    for (ListingCursor cursor(listing); cursor.Current() != nullptr; cursor.Advance())
+    {
+        files.push_back(*cursor.Current());
+    }
+    std::sort(files.begin(), files.end(), [](const ListedFile& a, const ListedFile& b) { return a.name < b.name; });
+    return files;
+}
+
 bool SameFile(const ListedFile& a, const ListedFile& b)
 {
     return a.name == b.name && a.kind == b.kind && a.hidden == b.hidden && a.stamp == b.stamp &&
            a.display == b.display && a.icon == b.icon && a.typeName == b.typeName;
+}
+
+/// Whatever their order.
+bool SameFiles(const FolderListing& a, const FolderListing& b)
+{
+    const std::vector<ListedFile> inA = FilesByName(a);
+    const std::vector<ListedFile> inB = FilesByName(b);
+    return std::equal(inA.begin(), inA.end(), inB.begin(), inB.end(), SameFile);
 }
 
 struct WaitingFolders
@@ -389,6 +407,40 @@ std::shared_ptr<FolderListing> FailedListing(const std::string& path, int error)
 
 } // namespace
 
+ListingCursor::ListingCursor(const FolderListing& listing)
+    : m_listing(&listing), m_offset(listing.fromSnapshot ? listing.snapshotReader.Start() : 0)
+{
+    ReadFromSnapshot();
+}
+
+const ListedFile* ListingCursor::Current() const
+{
+    if (m_read)
+    {
+        return &*m_read;
+    }
+    return m_index < m_listing->files.size() ? &m_listing->files[m_index] : nullptr;
+}
+
+void ListingCursor::Advance()
+{
+    ++m_index;
+    ReadFromSnapshot();
+}
+
+void ListingCursor::ReadFromSnapshot()
+{
+    if (!m_listing->fromSnapshot)
+    {
+        return;
+    }
+    const SnapshotReader& snapshot = m_listing->snapshotReader;
+    if (m_index >= snapshot.Size() || !snapshot.Read(m_offset, m_read ? *m_read : m_read.emplace()))
+    {
+        m_read.reset();
+    }
+}
+
 std::shared_ptr<FolderListing> ReadFolder(const std::string& path)
 {
     auto listing = std::make_shared<FolderListing>();
@@ -401,9 +453,9 @@ std::shared_ptr<FolderListing> ReadFolder(const std::string& path)
     }
     NoteStateBeforeReading(*listing, directory.Get());
     listing->snapshot = MappedFile(SnapshotPath(path));
-    const SnapshotReader snapshot(listing->snapshot.Content(), path);
+    const SnapshotReader& snapshot = listing->snapshotReader = SnapshotReader(listing->snapshot.Content(), path);
     const bool covered = snapshot.Covers(listing->folderStamp);
-    if (IsFirstReading(path) && covered && snapshot.List(listing->files))
+    if (IsFirstReading(path) && covered && snapshot.IsReadable())
     {
         listing->fromSnapshot = true;
         return listing;
@@ -418,8 +470,7 @@ std::shared_ptr<FolderListing> ReadFolder(const std::string& path)
 void VerifyListing(const FolderListing& shown)
 {
     const std::shared_ptr<FolderListing> now = ReadFolderWithin(shown.path);
-    if (now->error == 0 &&
-        std::equal(shown.files.begin(), shown.files.end(), now->files.begin(), now->files.end(), SameFile))
+    if (now->error == 0 && SameFiles(shown, *now))
     {
         return;
     }
@@ -441,8 +492,8 @@ std::shared_ptr<FolderListing> ReadFile(const std::string& folder, const std::st
         return listing;
     }
     listing->snapshot = MappedFile(SnapshotPath(folder));
-    const SnapshotReader snapshot(listing->snapshot.Content(), folder);
-    Lister lister(*listing, directory.Get(), snapshot);
+    listing->snapshotReader = SnapshotReader(listing->snapshot.Content(), folder);
+    Lister lister(*listing, directory.Get(), listing->snapshotReader);
     // A mount point is known to be a folder without asking what is mounted there.
     const std::optional<struct statx> known = KnownStatus(folder + "/" + name);
     lister.Add(listing->narrow.emplace_back(name), known && S_ISDIR(known->stx_mode) ? DT_DIR : DT_UNKNOWN);

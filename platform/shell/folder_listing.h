@@ -6,34 +6,24 @@
 #pragma once
 
 #include "platform/base/cache_folder.h"
-#include "platform/shell/item_id.h"
+#include "platform/shell/folder_snapshot.h"
+#include "platform/shell/listed_file.h"
 
-#include <chrono>
 #include <deque>
 #include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace platform
 {
-
-/// One file; the views live as long as its listing.
-struct ListedFile
-{
-    std::string_view name;
-    ItemKind kind = ItemKind::File;
-    bool hidden = false;
-    bool described = false;  ///< icon, type and display name are the desktop's own, worth remembering
-    std::uint64_t stamp = 0; ///< changes with everything that the description was made from
-    std::u16string_view display;
-    std::string_view icon; ///< icon identity (system_images.h)
-    std::u16string_view typeName;
-};
 
 /// Everything one reading of a folder yields. Immutable once made.
 struct FolderListing
 {
     int error = 0; ///< errno of the failure to read the folder, 0 on success
     std::string path;
-    std::vector<ListedFile> files;
+    std::vector<ListedFile> files; ///< none when fromSnapshot: they are where the snapshot has them
     /// The folder's modification time before it was read, in nanoseconds; −1 when so recent that a change right after
     /// the reading might not show in it.
     std::int64_t modified = -1;
@@ -44,8 +34,27 @@ struct FolderListing
     // What the views point into.
     std::vector<std::unique_ptr<char[]>> directoryBlocks;
     MappedFile snapshot;
+    SnapshotReader snapshotReader;
     std::deque<std::string> narrow;
     std::deque<std::u16string> wide;
+};
+
+/// Goes through the files of a listing, which must outlive it.
+class ListingCursor
+{
+public:
+    explicit ListingCursor(const FolderListing& listing);
+    /// The file at the cursor, valid until the next Advance; null at the end.
+    const ListedFile* Current() const;
+    void Advance();
+
+private:
+    void ReadFromSnapshot();
+
+    const FolderListing* m_listing;
+    std::size_t m_index = 0;
+    std::size_t m_offset = 0; ///< of the file after the current one, in the snapshot
+    std::optional<ListedFile> m_read;
 };
 
 /// Reads the folder at `path` ("" is the root); the first time in a run, its snapshot will do. From any thread.

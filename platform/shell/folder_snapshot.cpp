@@ -1,15 +1,18 @@
 // Format, reading and writing of folder snapshots.
 //
 // Header, buckets (offsets of entries, 0 for none, linear probing), entries at multiples of 8, each followed by its
-// strings. All numbers are in the machine's own byte order: the file never leaves it.
+// names, texts that many entries share. All numbers are in the machine's own byte order: the file never leaves it.
 #include "platform/shell/folder_snapshot.h"
 
+#include "platform/shell/folder_listing.h"
 #include "platform/shell/known_folders.h"
 
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
+#include <map>
 #include <sys/stat.h>
+#include <tuple>
 
 namespace platform
 {
@@ -17,7 +20,7 @@ namespace platform
 namespace
 {
 
-constexpr std::uint64_t formatVersion = 0x4f52'4253'4e41'5002; // raised whenever the format or a description changes
+constexpr std::uint64_t formatVersion = 0x4f52'4253'4e41'5003; // raised whenever the format or a description changes
 
 struct Header
 {
@@ -28,24 +31,27 @@ struct Header
     std::uint64_t folderStamp; ///< state of the folder that the list of entries was read in, 0 for none
     std::uint32_t buckets;
     std::uint32_t entries;
+    std::uint64_t textsOffset; ///< texts: each its length in bytes (4 bytes) and its bytes, at multiples of 4
 };
 
 struct Entry
 {
     std::uint64_t nameHash;
     std::uint64_t stamp;
-    std::uint32_t kind;
-    std::uint32_t flags; ///< hiddenFlag, describedFlag
-    std::uint32_t displayUnits;
-    std::uint32_t typeUnits;
-    std::uint32_t nameBytes;
-    std::uint32_t iconBytes;
-    // display and type name (UTF-16), name and a zero, icon follow
+    std::uint32_t typeText; ///< among the texts (UTF-16)
+    std::uint32_t iconText; ///< among the texts
+    std::uint16_t displayUnits;
+    std::uint16_t nameBytes;
+    std::uint8_t kind;
+    std::uint8_t flags; ///< hiddenFlag, describedFlag
+    std::uint16_t reserved;
+    // display name (UTF-16), name and a zero follow
 };
+static_assert(maxDisplayUnits <= 0xFFFF);
 
 constexpr char filePrefix[] = "folder-";
-constexpr std::uint32_t hiddenFlag = 1;
-constexpr std::uint32_t describedFlag = 2;
+constexpr std::uint8_t hiddenFlag = 1;
+constexpr std::uint8_t describedFlag = 2;
 constexpr std::size_t checkedFrom = offsetof(Header, environment);
 
 const char* Variable(const char* name)
@@ -98,18 +104,65 @@ std::string_view Bytes(std::u16string_view text)
     return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t)};
 }
 
-void AppendEntry(std::string& out, const ListedFile& file)
+void PadTo(std::string& out, std::size_t multiple)
 {
-    const std::uint32_t flags = (file.hidden ? hiddenFlag : 0) | (file.described ? describedFlag : 0);
-    Append(out, Entry{HashBytes(file.name), file.stamp, static_cast<std::uint32_t>(file.kind), flags,
-                      static_cast<std::uint32_t>(file.display.size()), static_cast<std::uint32_t>(file.typeName.size()),
-                      static_cast<std::uint32_t>(file.name.size()), static_cast<std::uint32_t>(file.icon.size())});
+    out.resize((out.size() + multiple - 1) / multiple * multiple);
+}
+
+/// Texts in the making; each distinct one is there once.
+class TextWriter
+{
+public:
+    std::uint32_t OffsetOf(std::string_view text)
+    {
+        const auto [place, isNew] =
+            m_offsets.try_emplace(std::string(text), static_cast<std::uint32_t>(m_bytes.size()));
+        if (isNew)
+        {
+            Append(m_bytes, static_cast<std::uint32_t>(text.size()));
+            m_bytes += text;
+            PadTo(m_bytes, sizeof(std::uint32_t));
+        }
+        return place->second;
+    }
+    const std::string& Written() const { return m_bytes; }
+
+private:
+    std::string m_bytes;
+    std::map<std::string, std::uint32_t> m_offsets;
+};
+
+void AppendEntry(std::string& out, TextWriter& texts, const ListedFile& file)
+{
+    Entry entry = {};
+    entry.nameHash = HashBytes(file.name);
+    entry.stamp = file.stamp;
+    entry.typeText = texts.OffsetOf(Bytes(file.typeName));
+    entry.iconText = texts.OffsetOf(file.icon);
+    entry.displayUnits = static_cast<std::uint16_t>(file.display.size());
+    entry.nameBytes = static_cast<std::uint16_t>(file.name.size());
+    entry.kind = static_cast<std::uint8_t>(file.kind);
+    entry.flags = (file.hidden ? hiddenFlag : 0) | (file.described ? describedFlag : 0);
+    Append(out, entry);
     out += Bytes(file.display);
-    out += Bytes(file.typeName);
     out += file.name;
     out += '\0'; // names are handed to system calls
-    out += file.icon;
-    out.resize((out.size() + 7) & ~std::size_t{7});
+    PadTo(out, alignof(Entry));
+}
+
+/// The order that menus are in or near: what they keep of their items is then in memory as it is needed.
+std::vector<const ListedFile*> InDisplayOrder(const std::vector<ListedFile>& files)
+{
+    std::vector<const ListedFile*> ordered;
+    ordered.reserve(files.size());
+    for (const ListedFile& file : files)
+    {
+        ordered.push_back(&file);
+    }
+    std::sort(ordered.begin(), ordered.end(),
+              [](const ListedFile* a, const ListedFile* b)
+              { return std::tie(a->display, a->name) < std::tie(b->display, b->name); });
+    return ordered;
 }
 
 std::uint32_t BucketCount(std::size_t entries)
@@ -204,13 +257,14 @@ SnapshotReader::SnapshotReader(std::string_view content, std::string_view folder
     m_valid = header.version == formatVersion && header.environment == Environment() &&
               header.folder == HashBytes(folder) && powerOfTwo &&
               content.size() >= sizeof(Header) + std::uint64_t{header.buckets} * sizeof(std::uint32_t) &&
-              header.checksum == HashBytes(content.substr(checkedFrom));
+              header.textsOffset <= content.size() && header.checksum == HashBytes(content.substr(checkedFrom));
     m_bucketMask = header.buckets - 1;
     m_entries = header.entries;
     m_folderStamp = header.folderStamp;
+    m_texts = m_valid ? content.substr(header.textsOffset) : std::string_view();
 }
 
-/// An entry with where its strings are and where the next one begins.
+/// An entry with what it refers to and where the next one begins.
 struct SnapshotReader::Located
 {
     Entry entry;
@@ -230,29 +284,42 @@ struct SnapshotReader::Located
     }
 };
 
+std::optional<std::string_view> SnapshotReader::TextAt(std::uint32_t offset) const
+{
+    if (std::uint64_t{offset} + sizeof(std::uint32_t) > m_texts.size())
+    {
+        return std::nullopt;
+    }
+    const auto size = ReadAt<std::uint32_t>(m_texts, offset);
+    const std::string_view rest = m_texts.substr(offset + sizeof size);
+    return size <= rest.size() ? std::optional(rest.substr(0, size)) : std::nullopt;
+}
+
 /// Nothing for an offset that leads astray: the checksum vouches for what was written; whether its writer was sane, it
 /// cannot.
 std::optional<SnapshotReader::Located> SnapshotReader::EntryAt(std::size_t offset) const
 {
-    if (offset % 8 != 0 || offset + sizeof(Entry) > m_content.size())
+    if (offset % alignof(Entry) != 0 || offset + sizeof(Entry) > m_content.size())
     {
         return std::nullopt;
     }
     Located located{ReadAt<Entry>(m_content, offset), {}, {}, {}, {}, 0};
     const Entry& entry = located.entry;
-    const std::uint64_t wideBytes = (std::uint64_t{entry.displayUnits} + entry.typeUnits) * sizeof(char16_t);
-    const std::uint64_t end = offset + sizeof(Entry) + wideBytes + entry.nameBytes + 1 + entry.iconBytes;
-    if (end > m_content.size())
+    const std::size_t wideBytes = entry.displayUnits * sizeof(char16_t);
+    const std::size_t end = offset + sizeof(Entry) + wideBytes + entry.nameBytes + 1;
+    const std::optional<std::string_view> typeName = TextAt(entry.typeText);
+    const std::optional<std::string_view> icon = TextAt(entry.iconText);
+    if (end > m_content.size() || entry.nameBytes == 0 || !typeName || !icon)
     {
         return std::nullopt;
     }
-    const char* strings = m_content.data() + offset + sizeof(Entry);
-    const auto* wide = reinterpret_cast<const char16_t*>(strings); // aligned: entries start at multiples of 8
-    located.display = {wide, entry.displayUnits};
-    located.typeName = {wide + entry.displayUnits, entry.typeUnits};
-    located.name = {strings + wideBytes, entry.nameBytes};
-    located.icon = {strings + wideBytes + entry.nameBytes + 1, entry.iconBytes};
-    located.next = (end + 7) & ~std::uint64_t{7};
+    const char* names = m_content.data() + offset + sizeof(Entry);
+    // Aligned: entries start at multiples of 8, texts at multiples of 4.
+    located.display = {reinterpret_cast<const char16_t*>(names), entry.displayUnits};
+    located.typeName = {reinterpret_cast<const char16_t*>(typeName->data()), typeName->size() / sizeof(char16_t)};
+    located.name = {names + wideBytes, entry.nameBytes};
+    located.icon = *icon;
+    located.next = (end + alignof(Entry) - 1) / alignof(Entry) * alignof(Entry);
     return located;
 }
 
@@ -277,7 +344,7 @@ bool SnapshotReader::Describe(ListedFile& file) const
         {
             continue;
         }
-        if (entry.stamp != file.stamp || entry.kind != static_cast<std::uint32_t>(file.kind) ||
+        if (entry.stamp != file.stamp || entry.kind != static_cast<std::uint8_t>(file.kind) ||
             (entry.flags & describedFlag) == 0)
         {
             return false;
@@ -288,26 +355,38 @@ bool SnapshotReader::Describe(ListedFile& file) const
     return false;
 }
 
-bool SnapshotReader::List(std::vector<ListedFile>& files) const
+std::size_t SnapshotReader::Start() const
 {
-    std::vector<ListedFile> listed;
-    listed.reserve(m_entries);
-    std::size_t offset = sizeof(Header) + (std::size_t{m_bucketMask} + 1) * sizeof(std::uint32_t);
+    return sizeof(Header) + (std::size_t{m_bucketMask} + 1) * sizeof(std::uint32_t);
+}
+
+bool SnapshotReader::Read(std::size_t& offset, ListedFile& file) const
+{
+    const std::optional<Located> located = EntryAt(offset);
+    if (!located)
+    {
+        return false;
+    }
+    file.name = located->name;
+    file.kind = static_cast<ItemKind>(located->entry.kind);
+    file.stamp = located->entry.stamp;
+    located->GiveTo(file);
+    offset = located->next;
+    return true;
+}
+
+bool SnapshotReader::IsReadable() const
+{
+    std::size_t offset = Start();
     for (std::uint32_t i = 0; i < m_entries; ++i)
     {
         const std::optional<Located> located = EntryAt(offset);
-        if (!located || located->name.empty())
+        if (!located)
         {
             return false;
         }
-        ListedFile& file = listed.emplace_back();
-        file.name = located->name;
-        file.kind = static_cast<ItemKind>(located->entry.kind);
-        file.stamp = located->entry.stamp;
-        located->GiveTo(file);
         offset = located->next;
     }
-    files = std::move(listed);
     return true;
 }
 
@@ -330,18 +409,20 @@ void SaveSnapshot(const FolderListing& listing)
     {
         return;
     }
-    const std::uint32_t buckets = BucketCount(listing.files.size());
+    const std::vector<const ListedFile*> files = InDisplayOrder(listing.files);
+    const std::uint32_t buckets = BucketCount(files.size());
     std::vector<std::uint32_t> table(buckets);
+    TextWriter texts;
     std::string out(sizeof(Header) + buckets * sizeof(std::uint32_t), '\0');
-    for (const ListedFile& file : listing.files)
+    for (const ListedFile* file : files)
     {
-        std::size_t bucket = HashBytes(file.name) & (buckets - 1);
+        std::size_t bucket = HashBytes(file->name) & (buckets - 1);
         while (table[bucket] != 0)
         {
             bucket = (bucket + 1) & (buckets - 1);
         }
         table[bucket] = static_cast<std::uint32_t>(out.size());
-        AppendEntry(out, file);
+        AppendEntry(out, texts, *file);
     }
     Header header{formatVersion,
                   0,
@@ -349,7 +430,9 @@ void SaveSnapshot(const FolderListing& listing)
                   HashBytes(listing.path),
                   listing.folderStamp,
                   buckets,
-                  static_cast<std::uint32_t>(listing.files.size())};
+                  static_cast<std::uint32_t>(files.size()),
+                  out.size()};
+    out += texts.Written();
     std::memcpy(out.data(), &header, sizeof header);
     std::memcpy(out.data() + sizeof header, table.data(), buckets * sizeof(std::uint32_t));
     header.checksum = HashBytes(std::string_view(out).substr(checkedFrom));

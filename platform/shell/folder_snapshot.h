@@ -9,15 +9,18 @@
 // changed its name); what a file was changed to in place is looked for after the first frame.
 #pragma once
 
-#include "platform/shell/folder_listing.h"
+#include "platform/shell/listed_file.h"
 
 #include <optional>
+#include <string>
 
 namespace platform
 {
 
 /// 64-bit hash of bytes; `seed` chains calls.
 std::uint64_t HashBytes(std::string_view bytes, std::uint64_t seed = 0);
+
+struct FolderListing;
 
 /// Looks descriptions up in a mapped snapshot.
 class SnapshotReader
@@ -32,15 +35,23 @@ public:
 
     /// True when the snapshot lists the folder in the state that the stamp was made from (0 is none).
     bool Covers(std::uint64_t folderStamp) const { return m_valid && folderStamp != 0 && m_folderStamp == folderStamp; }
-    /// Adds every file of the snapshot to the list, in the order in which the folder gave them. False, with the list
-    /// unchanged, when an entry makes no sense.
-    bool List(std::vector<ListedFile>& files) const;
+    /// Number of files listed.
+    std::uint32_t Size() const { return m_entries; }
+    /// Where the first file is, for Read.
+    std::size_t Start() const;
+    /// Reads the file at `offset` and moves the offset on to the next one; false when what is there makes no sense. The
+    /// views point into the mapped snapshot.
+    bool Read(std::size_t& offset, ListedFile& file) const;
+    /// True when every file listed can be read.
+    bool IsReadable() const;
 
 private:
     struct Located;
     std::optional<Located> EntryAt(std::size_t offset) const;
+    std::optional<std::string_view> TextAt(std::uint32_t offset) const;
 
     std::string_view m_content;
+    std::string_view m_texts;
     std::uint32_t m_bucketMask = 0;
     std::uint32_t m_entries = 0;
     std::uint64_t m_folderStamp = 0;
@@ -49,7 +60,7 @@ private:
 
 /// The cache file of a folder; empty when there is no cache.
 std::string SnapshotPath(std::string_view folder);
-/// Writes a listing as the folder's snapshot.
+/// Writes a listing as the folder's snapshot, in the order of the files' display names.
 void SaveSnapshot(const FolderListing& listing);
 
 } // namespace platform

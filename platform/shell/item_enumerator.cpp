@@ -18,36 +18,36 @@ bool IsWanted(const ListedFile& file, SHCONTF flags)
     return (flags & kind) != 0 && (!file.hidden || (flags & SHCONTF_INCLUDEHIDDEN) != 0);
 }
 
-/// Compares bytes, which for UTF-16 the view's own comparison does not.
+/// Compares bytes, which for UTF-16 the view's own comparison does not. One text of a snapshot has one place there.
 template <typename C>
 bool SameText(std::basic_string_view<C> a, std::basic_string_view<C> b)
 {
-    return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(C)) == 0);
+    return a.size() == b.size() &&
+           (a.data() == b.data() || a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(C)) == 0);
 }
 
 } // namespace
 
 const ListedFile* ItemEnumerator::Current()
 {
-    const std::vector<ListedFile>& files = m_listing->files;
-    while (m_position < files.size() && !IsWanted(files[m_position], m_flags))
+    while (m_cursor.Current() != nullptr && !IsWanted(*m_cursor.Current(), m_flags))
     {
-        ++m_position;
+        m_cursor.Advance();
     }
-    return m_position < files.size() ? &files[m_position] : nullptr;
+    return m_cursor.Current();
 }
 
 LPITEMIDLIST ItemEnumerator::MakeItem(const ListedFile& file)
 {
-    if (m_previous == nullptr || !SameText(file.icon, m_previous->icon))
+    if (!m_previous || !SameText(file.icon, m_previous->icon))
     {
         m_icon = SystemImageIndex(file.icon);
     }
-    if (m_previous == nullptr || !SameText(file.typeName, m_previous->typeName))
+    if (!m_previous || !SameText(file.typeName, m_previous->typeName))
     {
         m_type = TypeNameIndex(file.typeName);
     }
-    m_previous = &file;
+    m_previous = file;
     return MakeItemList({file.kind, m_icon, m_type, file.name}, file.display);
 }
 
@@ -67,7 +67,7 @@ HRESULT ItemEnumerator::Next(ULONG count, LPITEMIDLIST* items, ULONG* fetched)
             break;
         }
         ++done;
-        ++m_position;
+        m_cursor.Advance();
     }
     if (fetched != nullptr)
     {
@@ -82,14 +82,14 @@ HRESULT ItemEnumerator::Skip(ULONG count)
 {
     for (; count > 0 && Current() != nullptr; --count)
     {
-        ++m_position;
+        m_cursor.Advance();
     }
     return count == 0 ? S_OK : S_FALSE;
 }
 
 HRESULT ItemEnumerator::Reset()
 {
-    m_position = 0;
+    m_cursor = ListingCursor(*m_listing);
     return S_OK;
 }
 
@@ -99,7 +99,9 @@ HRESULT ItemEnumerator::Clone(IEnumIDList** clone)
     {
         return E_POINTER;
     }
-    *clone = new ItemEnumerator(m_listing, m_flags, m_position);
+    auto* copy = new ItemEnumerator(m_listing, m_flags);
+    copy->m_cursor = m_cursor;
+    *clone = copy;
     return S_OK;
 }
 

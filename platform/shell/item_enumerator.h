@@ -13,8 +13,8 @@ class ItemEnumerator final : public ComObject<IEnumIDList, IID_IEnumIDList>
 {
 public:
     /// Hands out those of the listing's files that the flags ask for.
-    ItemEnumerator(std::shared_ptr<const FolderListing> listing, SHCONTF flags, std::size_t position = 0)
-        : m_listing(std::move(listing)), m_flags(flags), m_position(position)
+    ItemEnumerator(std::shared_ptr<const FolderListing> listing, SHCONTF flags)
+        : m_listing(std::move(listing)), m_flags(flags), m_cursor(*m_listing)
     {
     }
 
@@ -24,15 +24,15 @@ public:
     HRESULT STDMETHODCALLTYPE Clone(IEnumIDList** clone) override;
 
 private:
-    /// The file at the position, having passed those that are not wanted; null at the end.
+    /// The file to hand out next, having passed those that are not wanted; null at the end.
     const ListedFile* Current();
     LPITEMIDLIST MakeItem(const ListedFile& file);
 
     std::shared_ptr<const FolderListing> m_listing;
     SHCONTF m_flags;
-    std::size_t m_position; ///< in the listing
+    ListingCursor m_cursor;
     // Neighbours tend to be of one kind: their numbers are looked up once.
-    const ListedFile* m_previous = nullptr;
+    std::optional<ListedFile> m_previous;
     std::uint32_t m_icon = 0;
     std::uint32_t m_type = 0;
 };

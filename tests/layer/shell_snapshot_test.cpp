@@ -176,12 +176,41 @@ TEST(ShellSnapshots, TheFirstReadingTrustsTheListAndLooksAgainLater)
     WriteNamed(folder, "Other"); // in place: nothing comes, goes or changes its name
     const auto first = platform::ReadFolder(folder.native());
     ASSERT_TRUE(first->fromSnapshot);
-    ASSERT_EQ(first->files.size(), 2u);
+    ASSERT_EQ(first->snapshotReader.Size(), 2u);
     platform::VerifyListing(*first);
     const auto second = platform::ReadFolder(folder.native());
     EXPECT_FALSE(second->fromSnapshot);
     EXPECT_FALSE(second->worthSaving) << "the look has renewed the snapshot";
     EXPECT_EQ(Find(Items(folder), "entry.desktop")->display, "Other");
+}
+
+TEST(ShellSnapshots, TheLookLeavesAListThatHoldsAlone)
+{
+    const auto folder = NewFolder();
+    for (int i = 0; i < 50; ++i) // the folder gives them in an order of its own, the snapshot in that of their names
+    {
+        Write(folder / ("entry" + std::to_string(i * 7 % 50) + ".desktop"),
+              "[Desktop Entry]\nType=Application\nExec=true\nName=Name " + std::to_string(i) + "\n");
+    }
+    ReadInAnEarlierRun(folder);
+    const auto inode = [&]
+    {
+        struct stat status = {};
+        stat(platform::SnapshotPath(folder.native()).c_str(), &status);
+        return status.st_ino;
+    };
+    const ino_t before = inode();
+    const auto listing = platform::ReadFolder(folder.native());
+    ASSERT_TRUE(listing->fromSnapshot);
+    std::vector<std::u16string> names;
+    for (platform::ListingCursor cursor(*listing); cursor.Current() != nullptr; cursor.Advance())
+    {
+        names.emplace_back(cursor.Current()->display);
+    }
+    EXPECT_EQ(names.size(), 50u);
+    EXPECT_TRUE(std::is_sorted(names.begin(), names.end()));
+    platform::VerifyListing(*listing);
+    EXPECT_EQ(inode(), before);
 }
 
 TEST(ShellSnapshots, AFolderThatChangedIsReadAtOnce)
