@@ -2,8 +2,8 @@
 #include "platform/shell/item_id.h"
 
 #include "platform/shell/namespace.h"
+#include "platform/shell/system_images.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace platform
@@ -14,19 +14,32 @@ namespace
 
 constexpr std::uint8_t signature = 0xFB;
 
-/// The fixed part of an identifier. The name's bytes follow it, then the display name's.
+// An identifier: its head, its looks, the file's name, the display name (UTF-16), and a byte where the size would be
+// odd. A folder that looks like any other has neither looks nor display name: most of a path is such folders, and a
+// level keeps the path of every item.
 #pragma pack(push, 1)
-struct Header
+struct Head
 {
     std::uint16_t size;
     std::uint8_t signature;
-    ItemKind kind;
+    std::uint8_t kind; ///< an ItemKind, with hasLooks or without
+    std::uint16_t nameBytes;
+};
+
+struct Looks
+{
     std::uint32_t icon;
     std::uint32_t type;
-    std::uint16_t nameBytes;
-    std::uint16_t displayUnits;
 };
 #pragma pack(pop)
+
+constexpr std::uint8_t hasLooks = 0x80;
+
+const Looks& LooksOfFolders()
+{
+    static const Looks looks{SystemImageIndex(folderIcon), TypeNameIndex(folderTypeName)};
+    return looks;
+}
 
 bool IsFileName(std::string_view name)
 {
@@ -34,37 +47,52 @@ bool IsFileName(std::string_view name)
     return !isDots && name.find('/') == name.npos && name.find('\0') == name.npos;
 }
 
-std::u16string_view Kept(std::u16string_view display)
+bool LooksLikeAnyFolder(const ItemId& item, std::u16string_view display)
 {
-    return display.substr(0, maxDisplayUnits);
+    const Looks& folders = LooksOfFolders();
+    return item.kind == ItemKind::Folder && item.icon == folders.icon && item.type == folders.type && display.empty();
 }
 
-/// Bytes of an identifier.
-std::size_t SizeOf(const ItemId& item, std::u16string_view display)
+/// An identifier about to be written.
+class Writer
 {
-    const std::size_t unpadded = sizeof(Header) + item.name.size() + Kept(display).size() * sizeof(char16_t);
-    return unpadded + unpadded % 2; // lists stay aligned for their size fields
-}
-
-void Write(BYTE* out, const ItemId& item, std::u16string_view display)
-{
-    const std::size_t size = SizeOf(item, display);
-    display = Kept(display);
-    const Header header{static_cast<std::uint16_t>(size),
-                        signature,
-                        item.kind,
-                        item.icon,
-                        item.type,
-                        static_cast<std::uint16_t>(item.name.size()),
-                        static_cast<std::uint16_t>(display.size())};
-    out[size - 1] = 0; // where the padding is, if any
-    std::memcpy(out, &header, sizeof header);
-    std::memcpy(out + sizeof header, item.name.data(), item.name.size());
-    if (!display.empty())
+public:
+    Writer(const ItemId& item, std::u16string_view display)
+        : m_item(item),
+          m_display(display.substr(0, maxDisplayUnits)),
+          m_looksSize(LooksLikeAnyFolder(item, display) ? 0 : sizeof(Looks))
     {
-        std::memcpy(out + sizeof header + item.name.size(), display.data(), display.size() * sizeof(char16_t));
+        const std::size_t unpadded =
+            sizeof(Head) + m_looksSize + item.name.size() + m_display.size() * sizeof(char16_t);
+        m_size = unpadded + unpadded % 2; // lists stay aligned for their size fields
     }
-}
+
+    std::size_t Size() const { return m_size; }
+
+    void WriteTo(BYTE* out) const
+    {
+        const std::uint8_t kind = static_cast<std::uint8_t>(m_item.kind) | (m_looksSize != 0 ? hasLooks : 0);
+        const Head head{static_cast<std::uint16_t>(m_size), signature, kind,
+                        static_cast<std::uint16_t>(m_item.name.size())};
+        const Looks looks{m_item.icon, m_item.type};
+        out[m_size - 1] = 0; // where the padding is, if any
+        std::memcpy(out, &head, sizeof head);
+        out += sizeof head;
+        std::memcpy(out, &looks, m_looksSize);
+        out += m_looksSize;
+        std::memcpy(out, m_item.name.data(), m_item.name.size());
+        if (!m_display.empty())
+        {
+            std::memcpy(out + m_item.name.size(), m_display.data(), m_display.size() * sizeof(char16_t));
+        }
+    }
+
+private:
+    const ItemId& m_item;
+    std::u16string_view m_display;
+    std::size_t m_looksSize;
+    std::size_t m_size;
+};
 
 } // namespace
 
@@ -81,49 +109,57 @@ std::u16string ItemId::DisplayName() const
 
 std::optional<ItemId> ReadItemId(LPCITEMIDLIST list)
 {
-    Header header;
-    if (list == nullptr || list->mkid.cb < sizeof header)
+    Head head;
+    if (list == nullptr || list->mkid.cb < sizeof head)
     {
         return std::nullopt;
     }
-    std::memcpy(&header, list, sizeof header);
-    const BYTE* bytes = reinterpret_cast<const BYTE*>(list) + sizeof header;
-    if (header.signature != signature || header.kind < ItemKind::Folder || header.kind > ItemKind::Other ||
-        sizeof header + header.nameBytes + header.displayUnits * sizeof(char16_t) > header.size)
+    std::memcpy(&head, list, sizeof head);
+    const auto kind = static_cast<ItemKind>(head.kind & ~hasLooks);
+    const std::size_t looksSize = (head.kind & hasLooks) != 0 ? sizeof(Looks) : 0;
+    const std::size_t beforeDisplay = sizeof head + looksSize + head.nameBytes;
+    if (head.signature != signature || kind < ItemKind::Folder || kind > ItemKind::Other || head.nameBytes == 0 ||
+        beforeDisplay > head.size)
     {
         return std::nullopt;
     }
-    const std::string_view name(reinterpret_cast<const char*>(bytes), header.nameBytes);
-    if (!IsFileName(name))
-    {
-        return std::nullopt;
-    }
-    return ItemId{header.kind, header.icon, header.type, name, bytes + header.nameBytes, header.displayUnits};
+    Looks looks = LooksOfFolders();
+    const BYTE* bytes = reinterpret_cast<const BYTE*>(list) + sizeof head;
+    std::memcpy(&looks, bytes, looksSize);
+    bytes += looksSize;
+    return ItemId{kind,
+                  looks.icon,
+                  looks.type,
+                  {reinterpret_cast<const char*>(bytes), head.nameBytes},
+                  bytes + head.nameBytes,
+                  (head.size - beforeDisplay) / sizeof(char16_t)};
 }
 
 void AppendItemId(std::vector<BYTE>& bytes, const ItemId& item, std::u16string_view display)
 {
+    const Writer writer(item, display);
     const std::size_t start = bytes.size();
-    bytes.resize(start + SizeOf(item, display));
-    Write(bytes.data() + start, item, display);
+    bytes.resize(start + writer.Size());
+    writer.WriteTo(bytes.data() + start);
 }
 
 LPITEMIDLIST MakeItemList(const ItemId& item, std::u16string_view display)
 {
-    BYTE* bytes = AllocateList(SizeOf(item, display));
+    const Writer writer(item, display);
+    BYTE* bytes = AllocateList(writer.Size());
     if (bytes != nullptr)
     {
-        Write(bytes, item, display);
+        writer.WriteTo(bytes);
     }
     return reinterpret_cast<LPITEMIDLIST>(bytes);
 }
 
-bool AppendListPath(std::string& path, LPCITEMIDLIST list)
+bool AppendListPath(std::string& path, LPCITEMIDLIST list, LPCITEMIDLIST end)
 {
-    for (; !IsEmptyList(list); list = NextItemId(list))
+    for (; list != end && !IsEmptyList(list); list = NextItemId(list))
     {
         const std::optional<ItemId> item = ReadItemId(list);
-        if (!item)
+        if (!item || !IsFileName(item->name))
         {
             return false;
         }

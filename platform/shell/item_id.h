@@ -45,7 +45,8 @@ struct ItemId
 /// The longest display name kept, in UTF-16 units; longer ones are cut.
 constexpr std::size_t maxDisplayUnits = 512;
 
-/// The first identifier of `list` when it is one of ours and well formed.
+/// The first identifier of `list` when it is one of ours and well formed. Whether its name can be a file's,
+/// AppendListPath looks.
 std::optional<ItemId> ReadItemId(LPCITEMIDLIST list);
 /// Appends an identifier (no terminator). Ignores item.display: `display` is what is stored.
 void AppendItemId(std::vector<BYTE>& bytes, const ItemId& item, std::u16string_view display);
@@ -68,7 +69,8 @@ inline LPCITEMIDLIST NextItemId(LPCITEMIDLIST list)
     return reinterpret_cast<LPCITEMIDLIST>(reinterpret_cast<const BYTE*>(list) + list->mkid.cb);
 }
 
-/// Appends the path that `list` describes to `path`, a '/' before each name; false when an identifier is not ours.
-bool AppendListPath(std::string& path, LPCITEMIDLIST list);
+/// Appends the path that `list` describes to `path`, a '/' before each name; false when an identifier is not ours or
+/// names no file. With `end`, only the identifiers before that one.
+bool AppendListPath(std::string& path, LPCITEMIDLIST list, LPCITEMIDLIST end = nullptr);
 
 } // namespace platform

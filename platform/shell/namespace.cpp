@@ -260,14 +260,9 @@ HRESULT SHBindToParent(LPCITEMIDLIST list, REFIID iid, void** parent, LPCITEMIDL
     }
     LPCITEMIDLIST lastId = ILFindLastID(list);
     std::string path;
-    for (LPCITEMIDLIST item = list; item != lastId; item = platform::NextItemId(item))
+    if (!platform::AppendListPath(path, list, lastId))
     {
-        const auto id = platform::ReadItemId(item);
-        if (!id)
-        {
-            return E_INVALIDARG;
-        }
-        path.append("/").append(id->name);
+        return E_INVALIDARG;
     }
     IShellFolder* folder = platform::MakeShellFolder(path);
     if (folder == nullptr)

@@ -204,6 +204,23 @@ TEST(ShellFolder, MalformedListsAreRefused)
         WCHAR path[MAX_PATH];
         SHGetPathFromIDListW(item, path);
     }
+    using namespace std::string_view_literals;
+    for (const std::string_view name : {"a/b/"sv, "...."sv, "a\0bc"sv})
+    {
+        std::vector<BYTE> bytes = good;
+        constexpr std::string_view real = "file";
+        std::copy(name.begin(), name.end(), std::search(bytes.begin(), bytes.end(), real.begin(), real.end()));
+        const auto* item = reinterpret_cast<LPCITEMIDLIST>(bytes.data());
+        WCHAR path[MAX_PATH];
+        EXPECT_EQ(SHGetPathFromIDListW(item, path) != FALSE, name == "....") << name;
+        void* menu = nullptr;
+        EXPECT_EQ(SUCCEEDED(parent->GetUIObjectOf(nullptr, 1, &item, IID_IContextMenu, nullptr, &menu)),
+                  name == "....");
+        if (menu != nullptr)
+        {
+            static_cast<IContextMenu*>(menu)->Release();
+        }
+    }
     BYTE foreign[] = {6, 0, 1, 2, 3, 4, 0, 0};
     STRRET name;
     EXPECT_TRUE(FAILED(parent->GetDisplayNameOf(reinterpret_cast<LPCITEMIDLIST>(foreign), SHGDN_INFOLDER, &name)));
