@@ -22,7 +22,7 @@ constexpr SFGAOF kKindMask = SFGAO_FOLDER | SFGAO_STREAM | SFGAO_LINK;
 /// False when the folder has no such name; a name that converts to nothing counts as empty.
 bool QueryName(IShellFolder& folder, LPCITEMIDLIST child, SHGDNF flags, ShellString& name)
 {
-    STRRET text{};
+    STRRET text;
     if (FAILED(folder.GetDisplayNameOf(child, flags, &text)))
         return false;
     StrRetToStrW(&text, child, name.Receive());
