@@ -57,6 +57,17 @@ void DrawSkin(HDC destination, const BannerSize& size)
                      {kSkinStripWidth, 0, kSkinStripWidth + 1, height}, {0, 2, 0, 2});
 }
 
+/// Whether anything of the skin shows in the level's body.
+bool SkinShowsInBody()
+{
+    BITMAP skin{};
+    if (GetObjectW(g_launcher.m_bannerSkin.Get(), sizeof(skin), &skin) == 0 || skin.bmBits == nullptr ||
+        skin.bmBitsPixel != 32 || skin.bmWidth <= kSkinStripWidth)
+        return static_cast<bool>(g_launcher.m_bannerSkin);
+    return !ColumnIsClear(static_cast<const std::uint32_t*>(skin.bmBits), {skin.bmWidth, skin.bmHeight},
+                          kSkinStripWidth);
+}
+
 /// The title in white on black, as long as its strip and as high as the banner is wide.
 PixelBitmap DrawTitleMask(const BannerSize& size)
 {
@@ -89,7 +100,8 @@ SIZE MeasureTitle()
 
 UniqueBitmap RenderBannerBitmap(const BannerSize& size)
 {
-    PixelBitmap banner = CreatePixelBitmap(size.totalWidth, size.totalHeight);
+    // A level is several megabytes on a large screen: a body that is plain all over has no place in the bitmap.
+    PixelBitmap banner = CreatePixelBitmap(SkinShowsInBody() ? size.totalWidth : size.bannerWidth, size.totalHeight);
     const UniqueMemoryDC dc(CreateCompatibleDC(nullptr));
     if (!banner.bitmap || !dc)
         return {};

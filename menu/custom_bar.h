@@ -126,7 +126,7 @@ public:
     bool m_dragArmed = false;
     POINT m_dragStartPoint{};
     int m_dragStartButton = 0;
-    UniqueBitmap m_banner; ///< pre-rendered background of the root
+    UniqueBitmap m_banner; ///< pre-rendered background of the root, from its left edge
     RECT m_contentRect{};  ///< where the toolbar or pager sits, in client coordinates
 
 private:

@@ -1,6 +1,7 @@
 // Drawing a level: background, separators, colours of the items, sub-level arrows.
 #include "menu/custom_bar.h"
 
+#include "app/bitmap_loader.h"
 #include "app/launcher_state.h"
 #include "geometry/dpi_scale.h"
 #include "menu/commands.h"
@@ -48,17 +49,16 @@ bool CustomBar::OnEraseBackground(WPARAM wParam, LPARAM, LRESULT& result)
     const HDC dc = reinterpret_cast<HDC>(wParam);
     RECT client{};
     GetClientRect(m_hWnd, &client);
+    RECT plain = client;
     if (m_banner)
     {
         const UniqueMemoryDC banner(CreateCompatibleDC(dc));
         const SelectGuard selected(banner.Get(), m_banner.Get());
-        BitBlt(dc, 0, 0, client.right, client.bottom, banner.Get(), 0, 0, SRCCOPY);
+        plain.left = BitmapSize(m_banner.Get()).cx;
+        BitBlt(dc, 0, 0, plain.left, client.bottom, banner.Get(), 0, 0, SRCCOPY);
     }
-    else
-    {
-        const UniqueBrush brush(CreateSolidBrush(g_launcher.m_menuColor));
-        FillRect(dc, &client, brush.Get());
-    }
+    const UniqueBrush brush(CreateSolidBrush(g_launcher.m_menuColor));
+    FillRect(dc, &plain, brush.Get());
     result = 1;
     return true;
 }

@@ -144,6 +144,29 @@ TEST_P(AtScale, TheBannerCarriesItsColoursAndTheTitle)
         << "three pixels of margin";
 }
 
+TEST(Painting, TheSkinMayReachIntoTheBody)
+{
+    constexpr int bodyColumn = 5;
+    Desk desk;
+    for (int i = 0; i < 9; ++i)
+        desk.MakeFile("item " + std::to_string(i));
+    desk.Launch();
+    const RECT bounds = desk.Bounds();
+    const RECT item = desk.ItemBounds("item 4");
+    const POINT inBody{item.right - 2, item.top + 1};
+    EXPECT_EQ(Look(desk).At(inBody.x, inBody.y), Rgb(g_launcher.m_menuColor));
+    BITMAP skin{};
+    ASSERT_NE(GetObjectW(g_launcher.m_bannerSkin.Get(), sizeof(skin), &skin), 0);
+    for (LONG y = 0; y < skin.bmHeight; ++y)
+        static_cast<std::uint32_t*>(skin.bmBits)[y * skin.bmWidth + bodyColumn] = 0xFF204060;
+    desk.Level().RequestRefresh();
+    const Look look(desk);
+    EXPECT_EQ(look.At(inBody.x, inBody.y), 0x204060u);
+    EXPECT_EQ(look.At(bounds.right - kFrame - 1, bounds.bottom - kFrame - 1), 0x204060u);
+    EXPECT_EQ(look.At(bounds.left + kFrame, (bounds.top + bounds.bottom) / 2), Rgb(g_launcher.m_menuColor))
+        << "the banner keeps its own";
+}
+
 INSTANTIATE_TEST_SUITE_P(Painting, AtScale, testing::Values(96, 144, 192),
                          [](const auto& info) { return std::to_string(info.param); });
 
