@@ -36,6 +36,11 @@ void Defer(std::function<void()> work)
     Queue().push_back(std::move(work));
 }
 
+bool HasDeferredWork()
+{
+    return !Queue().empty();
+}
+
 bool RunOneDeferred()
 {
     WorkQueue& queue = Queue();

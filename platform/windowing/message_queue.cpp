@@ -170,10 +170,12 @@ bool MessageFilter::AcceptsWindow(HWND candidate) const
 void WaitForMessage()
 {
     PresentAll();
-    // What the first frame did not need is done now that it shows; a message may have come meanwhile.
-    if (RunOneDeferred())
+    if (HasDeferredWork())
     {
-        return;
+        // Not before the display shows what it has been sent: with few processors it would have to wait for this work.
+        screen::Finish();
+        RunOneDeferred();
+        return; // a message may have come meanwhile
     }
     screen::Wait(Earlier(NextTimer(), NextHover()));
 }
