@@ -6,10 +6,13 @@
 
 namespace platform
 {
+
+constinit HandleSlots g_handleSlots;
+
 namespace
 {
 
-constexpr std::uintptr_t kFirst = 0x100;
+constexpr std::uintptr_t kFirst = HandleSlots::first;
 constexpr std::size_t kCapacity = 0x100000 - kFirst;
 // A freed value rests until this many others have been freed after it, so that a stale handle is noticed rather than
 // taken for a newer object.
@@ -44,6 +47,7 @@ std::size_t Table::TakeSlot()
         return kCapacity;
     }
     slots.emplace_back();
+    g_handleSlots = {slots.data(), slots.size()};
     return slots.size() - 1;
 }
 
@@ -65,12 +69,6 @@ std::uintptr_t InsertHandle(std::unique_ptr<HandleObject> object)
     }
     table.slots[slot] = std::move(object);
     return slot + kFirst;
-}
-
-HandleObject* FindHandle(std::uintptr_t value)
-{
-    const auto* slot = TheTable().Slot(value);
-    return slot != nullptr ? slot->get() : nullptr;
 }
 
 std::unique_ptr<HandleObject> TakeHandle(std::uintptr_t value)

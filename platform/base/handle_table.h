@@ -49,8 +49,21 @@ private:
 
 /// Takes ownership; returns the new handle's value, 0 when the table is full.
 std::uintptr_t InsertHandle(std::unique_ptr<HandleObject> object);
+/// Where the table is: every message and every drawing call looks a handle up, so the look-up is in the header.
+struct HandleSlots
+{
+    static constexpr std::uintptr_t first = 0x100; ///< the value of the first slot's handle
+    const std::unique_ptr<HandleObject>* objects = nullptr;
+    std::size_t count = 0;
+};
+extern constinit HandleSlots g_handleSlots;
+
 /// The object of a handle, null when the value names none.
-HandleObject* FindHandle(std::uintptr_t value);
+inline HandleObject* FindHandle(std::uintptr_t value)
+{
+    const std::uintptr_t slot = value - HandleSlots::first;
+    return slot < g_handleSlots.count ? g_handleSlots.objects[slot].get() : nullptr;
+}
 /// Removes a handle and gives its object back; null when the value names none or a permanent object.
 std::unique_ptr<HandleObject> TakeHandle(std::uintptr_t value);
 /// Number of open handles of one kind, permanent ones left out.
