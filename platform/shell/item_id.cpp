@@ -123,10 +123,17 @@ std::optional<ItemId> ReadItemId(LPCITEMIDLIST list)
     {
         return std::nullopt;
     }
-    Looks looks = LooksOfFolders();
     const BYTE* bytes = reinterpret_cast<const BYTE*>(list) + sizeof head;
-    std::memcpy(&looks, bytes, looksSize);
-    bytes += looksSize;
+    Looks looks;
+    if (looksSize != 0)
+    {
+        std::memcpy(&looks, bytes, sizeof looks);
+        bytes += sizeof looks;
+    }
+    else
+    {
+        looks = LooksOfFolders();
+    }
     return ItemId{kind,
                   looks.icon,
                   looks.type,
