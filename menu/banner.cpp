@@ -118,6 +118,16 @@ UniqueBitmap RenderBannerBitmap(const BannerSize& size)
     return std::move(banner.bitmap);
 }
 
+int DrawBanner(HDC dc, HBITMAP banner, int height)
+{
+    BITMAP bitmap{};
+    GetObjectW(banner, sizeof(bitmap), &bitmap);
+    const UniqueMemoryDC source(CreateCompatibleDC(dc));
+    const SelectGuard selected(source.Get(), banner);
+    BitBlt(dc, 0, 0, bitmap.bmWidth, height, source.Get(), 0, 0, SRCCOPY);
+    return bitmap.bmWidth;
+}
+
 void CustomMenu::CustomBar::RenderBanner(int levelWidth, int visibleHeight)
 {
     const BannerSize size = ComputeBannerSize(MeasureTitle(), levelWidth, visibleHeight);

@@ -13,6 +13,9 @@ SIZE MeasureTitle();
 /// over; empty when out of resources.
 UniqueBitmap RenderBannerBitmap(const BannerSize& size);
 
+/// Draws such a bitmap at the top left corner and returns its width.
+int DrawBanner(HDC dc, HBITMAP banner, int height);
+
 /// One colour or alpha channel of the title composited onto the banner: `mask` is the title's coverage, 0 to 255.
 constexpr std::uint8_t BlendChannel(std::uint8_t under, std::uint8_t over, std::uint8_t mask)
 {

@@ -1,9 +1,9 @@
 // Drawing a level: background, separators, colours of the items, sub-level arrows.
 #include "menu/custom_bar.h"
 
-#include "app/bitmap_loader.h"
 #include "app/launcher_state.h"
 #include "geometry/dpi_scale.h"
+#include "menu/banner.h"
 #include "menu/commands.h"
 #include "menu/nine_slice.h"
 
@@ -51,12 +51,7 @@ bool CustomBar::OnEraseBackground(WPARAM wParam, LPARAM, LRESULT& result)
     GetClientRect(m_hWnd, &client);
     RECT plain = client;
     if (m_banner)
-    {
-        const UniqueMemoryDC banner(CreateCompatibleDC(dc));
-        const SelectGuard selected(banner.Get(), m_banner.Get());
-        plain.left = BitmapSize(m_banner.Get()).cx;
-        BitBlt(dc, 0, 0, plain.left, client.bottom, banner.Get(), 0, 0, SRCCOPY);
-    }
+        plain.left = DrawBanner(dc, m_banner.Get(), client.bottom);
     const UniqueBrush brush(CreateSolidBrush(g_launcher.m_menuColor));
     FillRect(dc, &plain, brush.Get());
     result = 1;
