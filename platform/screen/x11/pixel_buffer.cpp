@@ -7,6 +7,7 @@
 #include "platform/screen/x11/pixel_buffer.h"
 
 #include <algorithm>
+#include <array>
 #include <sys/mman.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -37,6 +38,23 @@ void* Map(std::size_t size, int fd)
     const int flags = MAP_POPULATE | (fd >= 0 ? MAP_SHARED : MAP_PRIVATE | MAP_ANONYMOUS);
     void* memory = mmap(nullptr, size, PROT_READ | PROT_WRITE, flags, fd, 0);
     return memory != MAP_FAILED ? memory : nullptr;
+}
+
+/// Makes a new memfd that long by writing it: a page that is written whole is not cleared first, as one is that comes
+/// by being touched.
+bool Extend(int fd, std::size_t size)
+{
+    static constexpr std::array<char, 64 * 1024> zeros{};
+    for (std::size_t done = 0; done < size;)
+    {
+        const ssize_t written = write(fd, zeros.data(), std::min(size - done, zeros.size()));
+        if (written <= 0)
+        {
+            return false;
+        }
+        done += static_cast<std::size_t>(written);
+    }
+    return true;
 }
 
 } // namespace
@@ -76,8 +94,7 @@ bool PixelBuffer::Share(std::size_t size)
     {
         return false;
     }
-    m_surface.pixels =
-        ftruncate(fd, static_cast<off_t>(size)) == 0 ? static_cast<std::uint32_t*>(Map(size, fd)) : nullptr;
+    m_surface.pixels = Extend(fd, size) ? static_cast<std::uint32_t*>(Map(size, fd)) : nullptr;
     if (m_surface.pixels == nullptr)
     {
         close(fd);
