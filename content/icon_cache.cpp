@@ -5,8 +5,6 @@
 #include "content/item_key.h"
 #include "support/unique_handle.h"
 
-#include <cstring>
-
 namespace
 {
 
@@ -15,23 +13,9 @@ DWORD_PTR QueryFileInfo(LPCITEMIDLIST pidl, SHFILEINFOW& info, UINT flags)
     return SHGetFileInfoW(reinterpret_cast<LPCWSTR>(pidl), 0, &info, sizeof(info), SHGFI_PIDL | flags);
 }
 
-/// The hash of a type name. Neighbours in a folder are mostly of one type, so the last one is kept.
-std::uint32_t HashTypeName(const decltype(SHFILEINFOW::szTypeName)& name)
-{
-    static WString last;
-    static std::uint32_t hash = HashText(last);
-    const std::size_t bytes = (last.size() + 1) * sizeof(WCHAR);
-    if (bytes > sizeof(name) || std::memcmp(name, last.c_str(), bytes) != 0)
-    {
-        last = name;
-        hash = HashText(last);
-    }
-    return hash;
-}
-
 std::uint32_t IconKey(const SHFILEINFOW& info, DWORD_PTR systemImageList)
 {
-    return static_cast<std::uint32_t>(info.iIcon) + HashTypeName(info.szTypeName) +
+    return static_cast<std::uint32_t>(info.iIcon) + HashText(info.szTypeName) +
            static_cast<std::uint32_t>(systemImageList);
 }
 
