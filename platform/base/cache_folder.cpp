@@ -52,24 +52,6 @@ std::string MakeCacheFolder()
     return MakeFolder(base) ? base : std::string();
 }
 
-bool WriteAll(int file, std::string_view content)
-{
-    while (!content.empty())
-    {
-        const ssize_t written = write(file, content.data(), content.size());
-        if (written < 0 && errno == EINTR)
-        {
-            continue;
-        }
-        if (written <= 0)
-        {
-            return false;
-        }
-        content.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
-}
-
 } // namespace
 
 const std::string& CacheFolder()

@@ -1,6 +1,7 @@
-// Owner of a file descriptor.
+// Owner of a file descriptor, and writing through one.
 #pragma once
 
+#include <string_view>
 #include <unistd.h>
 #include <utility>
 
@@ -28,5 +29,8 @@ public:
 private:
     int m_descriptor = -1;
 };
+
+/// Writes all of it, however many calls that takes; false when the system does not take it.
+bool WriteAll(int descriptor, std::string_view content);
 
 } // namespace platform

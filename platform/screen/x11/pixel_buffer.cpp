@@ -6,6 +6,8 @@
 // again by the Present that follows the drawing.
 #include "platform/screen/x11/pixel_buffer.h"
 
+#include "platform/base/unique_fd.h"
+
 #include <algorithm>
 #include <array>
 #include <sys/mman.h>
@@ -45,16 +47,12 @@ void* Map(std::size_t size, int fd)
 bool Extend(int fd, std::size_t size)
 {
     static constexpr std::array<char, 64 * 1024> zeros{};
-    for (std::size_t done = 0; done < size;)
+    bool whole = true;
+    for (std::size_t left = size; whole && left > 0; left -= std::min(left, zeros.size()))
     {
-        const ssize_t written = write(fd, zeros.data(), std::min(size - done, zeros.size()));
-        if (written <= 0)
-        {
-            return false;
-        }
-        done += static_cast<std::size_t>(written);
+        whole = WriteAll(fd, {zeros.data(), std::min(left, zeros.size())});
     }
-    return true;
+    return whole;
 }
 
 } // namespace
