@@ -24,7 +24,6 @@ struct Table
     std::deque<std::size_t> freed;
 
     std::size_t TakeSlot();
-    std::unique_ptr<HandleObject>* Slot(std::uintptr_t value);
 };
 
 // Never destroyed: exit handlers of the program still close handles.
@@ -51,12 +50,6 @@ std::size_t Table::TakeSlot()
     return slots.size() - 1;
 }
 
-std::unique_ptr<HandleObject>* Table::Slot(std::uintptr_t value)
-{
-    const std::uintptr_t index = value - kFirst;
-    return index < slots.size() ? &slots[index] : nullptr;
-}
-
 } // namespace
 
 std::uintptr_t InsertHandle(std::unique_ptr<HandleObject> object)
@@ -73,14 +66,15 @@ std::uintptr_t InsertHandle(std::unique_ptr<HandleObject> object)
 
 std::unique_ptr<HandleObject> TakeHandle(std::uintptr_t value)
 {
-    Table& table = TheTable();
-    auto* slot = table.Slot(value);
-    if (slot == nullptr || *slot == nullptr || (*slot)->permanent)
+    const HandleObject* object = FindHandle(value);
+    if (object == nullptr || object->permanent)
     {
         return nullptr;
     }
-    table.freed.push_back(value - kFirst);
-    return std::move(*slot);
+    Table& table = TheTable();
+    const std::size_t slot = value - kFirst;
+    table.freed.push_back(slot);
+    return std::move(table.slots[slot]);
 }
 
 std::size_t LiveHandles(HandleKind kind)
