@@ -85,10 +85,7 @@ void Classify(ListedFile& file, const struct stat& own, const struct stat& targe
 class Lister
 {
 public:
-    Lister(FolderListing& listing, int directory, const SnapshotReader& snapshot)
-        : m_listing(listing), m_directory(directory), m_snapshot(snapshot)
-    {
-    }
+    Lister(FolderListing& listing, int directory) : m_listing(listing), m_directory(directory) {}
 
     /// Adds a file; `type` is the directory entry's.
     void Add(std::string_view name, unsigned char type)
@@ -230,7 +227,7 @@ private:
             return true;
         }
         const bool hiddenByName = file.hidden;
-        const bool found = m_snapshot.Describe(file);
+        const bool found = m_listing.snapshotReader.Describe(file);
         file.hidden |= hiddenByName;
         return found;
     }
@@ -292,7 +289,6 @@ private:
 
     FolderListing& m_listing;
     int m_directory;
-    const SnapshotReader& m_snapshot;
     std::vector<PendingFile> m_pending;
 };
 
@@ -348,6 +344,12 @@ void NoteStateBeforeReading(FolderListing& listing, int directory)
         listing.modified = modified;
         listing.folderStamp = StampOf(status);
     }
+}
+
+void OpenSnapshot(FolderListing& listing)
+{
+    listing.snapshot = MappedFile(SnapshotPath(listing.path));
+    listing.snapshotReader = SnapshotReader(listing.snapshot.Content(), listing.path);
 }
 
 /// True the first time that a folder is asked for.
@@ -452,15 +454,14 @@ std::shared_ptr<FolderListing> ReadFolder(const std::string& path)
         return listing;
     }
     NoteStateBeforeReading(*listing, directory.Get());
-    listing->snapshot = MappedFile(SnapshotPath(path));
-    const SnapshotReader& snapshot = listing->snapshotReader = SnapshotReader(listing->snapshot.Content(), path);
-    const bool covered = snapshot.Covers(listing->folderStamp);
-    if (IsFirstReading(path) && covered && snapshot.IsReadable())
+    OpenSnapshot(*listing);
+    const bool covered = listing->snapshotReader.Covers(listing->folderStamp);
+    if (IsFirstReading(path) && covered && listing->snapshotReader.IsReadable())
     {
         listing->fromSnapshot = true;
         return listing;
     }
-    Lister lister(*listing, directory.Get(), snapshot);
+    Lister lister(*listing, directory.Get());
     listing->error = ScanDirectory(*listing, directory.Get(), lister);
     lister.Complete();
     listing->worthSaving |= !covered && listing->folderStamp != 0;
@@ -491,9 +492,8 @@ std::shared_ptr<FolderListing> ReadFile(const std::string& folder, const std::st
         listing->error = errno;
         return listing;
     }
-    listing->snapshot = MappedFile(SnapshotPath(folder));
-    listing->snapshotReader = SnapshotReader(listing->snapshot.Content(), folder);
-    Lister lister(*listing, directory.Get(), listing->snapshotReader);
+    OpenSnapshot(*listing);
+    Lister lister(*listing, directory.Get());
     // A mount point is known to be a folder without asking what is mounted there.
     const std::optional<struct statx> known = KnownStatus(folder + "/" + name);
     lister.Add(listing->narrow.emplace_back(name), known && S_ISDIR(known->stx_mode) ? DT_DIR : DT_UNKNOWN);

@@ -104,9 +104,14 @@ std::string_view Bytes(std::u16string_view text)
     return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t)};
 }
 
+constexpr std::size_t RoundUp(std::size_t size, std::size_t multiple)
+{
+    return (size + multiple - 1) / multiple * multiple;
+}
+
 void PadTo(std::string& out, std::size_t multiple)
 {
-    out.resize((out.size() + multiple - 1) / multiple * multiple);
+    out.resize(RoundUp(out.size(), multiple));
 }
 
 /// Texts in the making; each distinct one is there once.
@@ -319,7 +324,7 @@ std::optional<SnapshotReader::Located> SnapshotReader::EntryAt(std::size_t offse
     located.typeName = {reinterpret_cast<const char16_t*>(typeName->data()), typeName->size() / sizeof(char16_t)};
     located.name = {names + wideBytes, entry.nameBytes};
     located.icon = *icon;
-    located.next = (end + alignof(Entry) - 1) / alignof(Entry) * alignof(Entry);
+    located.next = RoundUp(end, alignof(Entry));
     return located;
 }
 

@@ -39,15 +39,16 @@ const ListedFile* ItemEnumerator::Current()
 
 LPITEMIDLIST ItemEnumerator::MakeItem(const ListedFile& file)
 {
-    if (!m_previous || !SameText(file.icon, m_previous->icon))
+    if (!m_iconText || !SameText(file.icon, *m_iconText))
     {
+        m_iconText = file.icon;
         m_icon = SystemImageIndex(file.icon);
     }
-    if (!m_previous || !SameText(file.typeName, m_previous->typeName))
+    if (!m_typeText || !SameText(file.typeName, *m_typeText))
     {
+        m_typeText = file.typeName;
         m_type = TypeNameIndex(file.typeName);
     }
-    m_previous = file;
     return MakeItemList({file.kind, m_icon, m_type, file.name}, file.display);
 }
 

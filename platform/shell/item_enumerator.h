@@ -32,7 +32,8 @@ private:
     SHCONTF m_flags;
     ListingCursor m_cursor;
     // Neighbours tend to be of one kind: their numbers are looked up once.
-    std::optional<ListedFile> m_previous;
+    std::optional<std::string_view> m_iconText;
+    std::optional<std::u16string_view> m_typeText;
     std::uint32_t m_icon = 0;
     std::uint32_t m_type = 0;
 };
