@@ -34,12 +34,32 @@ bool CanShare()
     return local && !g_sharingRefused;
 }
 
-void* Map(std::size_t size, int fd)
+/// Private memory for `size` bytes; null when there is none. All of it is about to be drawn: its pages in one go are
+/// cheaper than a fault for each.
+void* MapPrivate(std::size_t size)
 {
-    // All of it is about to be drawn: its pages in one go are cheaper than a fault for each.
-    const int flags = MAP_POPULATE | (fd >= 0 ? MAP_SHARED : MAP_PRIVATE | MAP_ANONYMOUS);
-    void* memory = mmap(nullptr, size, PROT_READ | PROT_WRITE, flags, fd, 0);
+    const int flags = MAP_POPULATE | MAP_PRIVATE | MAP_ANONYMOUS;
+    void* memory = mmap(nullptr, size, PROT_READ | PROT_WRITE, flags, -1, 0);
     return memory != MAP_FAILED ? memory : nullptr;
+}
+
+/// The memfd's pages, which all exist; null when they cannot be mapped. Reading one of them, unlike writing or
+/// populating, maps its neighbours with it.
+void* MapShared(std::size_t size, int fd)
+{
+    constexpr std::size_t neighbourhood = 64 * 1024; // Linux' default; with less, writing faults for the others
+    void* memory = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+    if (memory == MAP_FAILED)
+    {
+        return nullptr;
+    }
+    const auto* bytes = static_cast<const volatile char*>(memory);
+    for (std::size_t offset = 0; offset < size; offset += neighbourhood)
+    {
+        static_cast<void>(bytes[offset]);
+    }
+    static_cast<void>(bytes[size - 1]); // neighbourhoods begin at multiples of their size, the memory anywhere
+    return memory;
 }
 
 /// Makes a new memfd that long by writing it: a page that is written whole is not cleared first, as one is that comes
@@ -64,7 +84,7 @@ PixelBuffer::PixelBuffer(int width, int height)
     m_size = static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * sizeof(std::uint32_t);
     if (!CanShare() || !Share(m_size))
     {
-        m_surface.pixels = static_cast<std::uint32_t*>(Map(m_size, -1));
+        m_surface.pixels = static_cast<std::uint32_t*>(MapPrivate(m_size));
     }
     if (m_surface.pixels != nullptr)
     {
@@ -92,7 +112,7 @@ bool PixelBuffer::Share(std::size_t size)
     {
         return false;
     }
-    m_surface.pixels = Extend(fd, size) ? static_cast<std::uint32_t*>(Map(size, fd)) : nullptr;
+    m_surface.pixels = Extend(fd, size) ? static_cast<std::uint32_t*>(MapShared(size, fd)) : nullptr;
     if (m_surface.pixels == nullptr)
     {
         close(fd);
