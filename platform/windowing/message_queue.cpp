@@ -31,6 +31,7 @@ struct Queue
     DWORD lastTime = 0;
     POINT lastPoint{};
     bool anyMessage = false;
+    std::optional<std::uint64_t> deferredDue; ///< when waiting work may begin; nothing when none has been seen waiting
 };
 
 Queue& TheQueue()
@@ -151,6 +152,23 @@ bool Retrieve(MSG& message, const MessageFilter& filter, bool remove)
     return true;
 }
 
+/// When deferred work may begin; nothing when there is none. Right behind a frame the display, a window manager and a
+/// compositor are busy putting it on the screen, and with few processors they would have to wait for this work.
+std::optional<std::uint64_t> DeferredDue()
+{
+    constexpr std::uint64_t patience = 20; // milliseconds: longer than a frame at 60 Hz
+    std::optional<std::uint64_t>& due = TheQueue().deferredDue;
+    if (!HasDeferredWork())
+    {
+        due.reset();
+    }
+    else if (!due)
+    {
+        due = NowMs() + patience;
+    }
+    return due;
+}
+
 std::optional<std::uint64_t> Earlier(std::optional<std::uint64_t> a, std::optional<std::uint64_t> b)
 {
     return a && b ? std::min(*a, *b) : a ? a : b;
@@ -170,14 +188,13 @@ bool MessageFilter::AcceptsWindow(HWND candidate) const
 void WaitForMessage()
 {
     PresentAll();
-    if (HasDeferredWork())
+    const std::optional<std::uint64_t> deferredDue = DeferredDue();
+    if (deferredDue && *deferredDue <= NowMs())
     {
-        // Not before the display shows what it has been sent: with few processors it would have to wait for this work.
-        screen::Finish();
         RunOneDeferred();
         return; // a message may have come meanwhile
     }
-    screen::Wait(Earlier(NextTimer(), NextHover()));
+    screen::Wait(Earlier(deferredDue, Earlier(NextTimer(), NextHover())));
 }
 
 void WakeQueue()
