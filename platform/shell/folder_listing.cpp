@@ -424,6 +424,11 @@ const ListedFile* ListingCursor::Current() const
     return m_index < m_listing->files.size() ? &m_listing->files[m_index] : nullptr;
 }
 
+bool ListingCursor::IsBroken() const
+{
+    return m_listing->fromSnapshot && !m_read && m_index < m_listing->snapshotReader.Size();
+}
+
 void ListingCursor::Advance()
 {
     ++m_index;
@@ -456,7 +461,7 @@ std::shared_ptr<FolderListing> ReadFolder(const std::string& path)
     NoteStateBeforeReading(*listing, directory.Get());
     OpenSnapshot(*listing);
     const bool covered = listing->snapshotReader.Covers(listing->folderStamp);
-    if (IsFirstReading(path) && covered && listing->snapshotReader.IsReadable())
+    if (IsFirstReading(path) && covered)
     {
         listing->fromSnapshot = true;
         return listing;

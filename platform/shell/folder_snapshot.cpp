@@ -380,21 +380,6 @@ bool SnapshotReader::Read(std::size_t& offset, ListedFile& file) const
     return true;
 }
 
-bool SnapshotReader::IsReadable() const
-{
-    std::size_t offset = Start();
-    for (std::uint32_t i = 0; i < m_entries; ++i)
-    {
-        const std::optional<Located> located = EntryAt(offset);
-        if (!located)
-        {
-            return false;
-        }
-        offset = located->next;
-    }
-    return true;
-}
-
 std::string SnapshotPath(std::string_view folder)
 {
     const std::string& cache = CacheFolder();

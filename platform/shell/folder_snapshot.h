@@ -42,8 +42,6 @@ public:
     /// Reads the file at `offset` and moves the offset on to the next one; false when what is there makes no sense. The
     /// views point into the mapped snapshot.
     bool Read(std::size_t& offset, ListedFile& file) const;
-    /// True when every file listed can be read.
-    bool IsReadable() const;
 
 private:
     struct Located;
