@@ -93,10 +93,11 @@ LPWSTR CharUpperW(LPWSTR text)
         return reinterpret_cast<LPWSTR>(static_cast<ULONG_PTR>(platform::UpperCase(unit)));
     }
     WCHAR* unit = text;
-    for (; *unit != 0 && *unit < 0x80; ++unit)
+    while (*unit != 0 && *unit < 0x80)
     {
-        *unit = platform::UpperCaseAscii(*unit);
+        ++unit;
     }
+    std::transform(text, unit, text, platform::UpperCaseAscii);
     for (WCHAR previous = 0; *unit != 0; ++unit)
     {
         previous = *unit = platform::UpperCaseAfter(previous, *unit);

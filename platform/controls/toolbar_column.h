@@ -14,14 +14,14 @@ namespace platform
 
 struct ToolbarButton
 {
+    DWORD_PTR data = 0;
+    const char16_t* text = nullptr; ///< in the column's text pool
+    int textLength = 0;
+    int textWidth = -1;      ///< pixels; negative until measured
     int image = I_IMAGENONE; ///< a separator's extent in pixels
     int command = 0;
     BYTE state = 0;
     BYTE style = BTNS_BUTTON;
-    DWORD_PTR data = 0;
-    const char16_t* text = nullptr; ///< in the column's text pool
-    int textLength = 0;
-    int textWidth = -1; ///< pixels; negative until measured
 
     bool IsSeparator() const { return (style & BTNS_SEP) != 0; }
     bool IsHidden() const { return (state & TBSTATE_HIDDEN) != 0; }
