@@ -96,8 +96,9 @@ void MergeStoredOrder(benchmark::State& state)
     for (std::int64_t i = 0; i < state.range(0); ++i)
     {
         MenuItem item;
-        item.name = platform::Utf16FromUtf8("Program number " + std::to_string(i));
-        item.key = ItemKey(item.name);
+        const WString name = platform::Utf16FromUtf8("Program number " + std::to_string(i));
+        item.name = ShellText(name.c_str());
+        item.key = ItemKey(name);
         stored.insert(stored.begin() + static_cast<std::ptrdiff_t>(stored.size() / 2), item.key);
         items.push_back(std::move(item));
     }

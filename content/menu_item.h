@@ -2,7 +2,7 @@
 #pragma once
 
 #include "support/item_list.h"
-#include "support/wstring.h"
+#include "support/shell_text.h"
 
 #include <cstdint>
 #include <vector>
@@ -22,7 +22,7 @@ constexpr std::int32_t kNoImage = -2;
 
 struct MenuItem
 {
-    WString name;            ///< the label; "(Empty)" for the placeholder, empty for a separator
+    ShellText name;          ///< the label; "(Empty)" for the placeholder, empty for a separator
     std::uint32_t key = 0;   ///< layout key: ItemKey, SeparatorKey, or 0 for the placeholder
     std::uint32_t flags = 0; ///< MIF_…
     std::int32_t image = 0;  ///< index in the level's image list

@@ -93,12 +93,12 @@ StoredOrder DecodeOrder(const std::uint8_t* data, std::size_t size)
 
 std::vector<std::uint8_t> EncodeOrder(const MenuItems& items)
 {
-    std::vector<std::uint8_t> bytes;
-    bytes.reserve(items.size() * 4);
+    std::vector<std::uint8_t> bytes(items.size() * 4);
+    std::uint8_t* out = bytes.data();
     for (const MenuItem& item : items)
     {
         for (int shift = 0; shift < 32; shift += 8)
-            bytes.push_back(static_cast<std::uint8_t>(item.key >> shift));
+            *out++ = static_cast<std::uint8_t>(item.key >> shift);
     }
     return bytes;
 }
@@ -113,7 +113,9 @@ void MergeOrder(MenuItems& items, const StoredOrder& stored)
         if (stored[i] == SeparatorKey)
             items.push_back(MakeSeparator(static_cast<std::int32_t>(i)));
     }
-    SortByPosition(items, stored.size() + 1);
+    const auto notBefore = [](const MenuItem& a, const MenuItem& b) { return a.order >= b.order; };
+    if (std::adjacent_find(items.begin(), items.end(), notBefore) != items.end())
+        SortByPosition(items, stored.size() + 1);
 }
 
 void CleanUpSeparators(MenuItems& items)
@@ -160,7 +162,7 @@ MenuItem MakeSeparator(std::int32_t order)
 MenuItem MakePlaceholder()
 {
     MenuItem item;
-    item.name = TEXT("(Empty)");
+    item.name = ShellText(TEXT("(Empty)"));
     item.flags = MIF_PLACEHOLDER;
     item.image = kNoImage;
     return item;

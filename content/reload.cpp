@@ -47,10 +47,10 @@ bool CustomBar::AddShellItem(IShellFolder& folder, LPCITEMIDLIST child, int slot
     MenuItem item;
     ShellString displayName;
     if (QueryName(folder, child, SHGDN_INFOLDER, displayName))
-        item.name = displayName ? displayName.Get() : WString();
+        item.name = ShellText(std::move(displayName));
     else if (parsingName)
-        item.name = parsingName.Get();
-    item.key = parsingName ? ItemKeyInPlace(parsingName.Get()) : HashText({});
+        item.name = ShellText(parsingName.Get());
+    item.key = parsingName ? ItemKeyInPlace(parsingName.Get()) : HashText(TEXT(""));
     if (isStartMenu)
         item.flags |= MIF_STARTMENU;
     if (slot < 0)
@@ -61,7 +61,7 @@ bool CustomBar::AddShellItem(IShellFolder& folder, LPCITEMIDLIST child, int slot
     ItemList absolute(slot < 0 ? ILClone(child) : ILCombine(m_sourceFolders[slot].Get(), child));
     if (item.Is(MIF_FOLDER))
     {
-        const auto [sameName, isNew] = folders.try_emplace(item.name, m_items.size());
+        const auto [sameName, isNew] = folders.try_emplace(item.name.Get(), m_items.size());
         if (!isNew)
         {
             m_items[sameName->second].pidl2 = std::move(absolute);

@@ -37,7 +37,7 @@ TBBUTTON ButtonOf(const MenuItem& item, int index)
     button.idCommand = kFirstCommand + index;
     button.dwData = static_cast<DWORD_PTR>(kFirstCommand + index);
     button.fsState = TBSTATE_ENABLED | TBSTATE_WRAP;
-    button.iString = reinterpret_cast<INT_PTR>(item.name.c_str());
+    button.iString = reinterpret_cast<INT_PTR>(item.name.Get());
     button.iBitmap = item.image;
     if (item.Is(MIF_SEPARATOR))
     {

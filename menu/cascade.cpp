@@ -59,7 +59,7 @@ void CustomBar::OpenSubLevel(ItemCommandMode mode, int index, const MenuItem& it
         OnItemCommand(ItemCommandMode::Select, index);
         return;
     }
-    const WString layoutKey = m_layoutKey.empty() ? WString() : m_layoutKey + TEXT("\\") + item.name;
+    const WString layoutKey = m_layoutKey.empty() ? WString() : m_layoutKey + TEXT("\\") + item.name.Get();
     auto* const child =
         new CustomBar(this, index, {item.pidl.Get(), item.pidl2.Get()}, layoutKey, item.Is(MIF_STARTMENU));
     child->ReloadItems();

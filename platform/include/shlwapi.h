@@ -5,3 +5,5 @@
 
 /// Converts and releases `name`; *text is freed with CoTaskMemFree.
 HRESULT StrRetToStrW(STRRET* name, PCUITEMID_CHILD item, LPWSTR* text);
+/// Copies a text; *copy is freed with CoTaskMemFree.
+HRESULT SHStrDupW(LPCWSTR text, LPWSTR* copy);

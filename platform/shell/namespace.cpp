@@ -323,3 +323,18 @@ HRESULT StrRetToStrW(STRRET* name, PCUITEMID_CHILD item, LPWSTR* text)
     *text = nullptr;
     return E_FAIL;
 }
+
+HRESULT SHStrDupW(LPCWSTR text, LPWSTR* copy)
+{
+    if (copy == nullptr)
+    {
+        return E_POINTER;
+    }
+    *copy = nullptr;
+    if (text == nullptr)
+    {
+        return E_INVALIDARG;
+    }
+    *copy = platform::FaultPoint("SHStrDupW") ? nullptr : platform::TaskString(text);
+    return *copy != nullptr ? S_OK : E_OUTOFMEMORY;
+}

@@ -26,8 +26,8 @@ MenuItems Items(const std::string& letters)
             continue;
         }
         MenuItem item;
-        item.name = Wide({c});
-        item.key = ItemKey(item.name);
+        item.name = ShellText(Wide({c}).c_str());
+        item.key = ItemKey(item.name.Get());
         if (c >= 'A' && c <= 'Z')
             item.flags = MIF_FOLDER;
         items.push_back(std::move(item));
@@ -39,7 +39,7 @@ std::string Letters(const MenuItems& items)
 {
     std::string letters;
     for (const MenuItem& item : items)
-        letters += item.Is(MIF_SEPARATOR) ? '|' : static_cast<char>(item.name[0]);
+        letters += item.Is(MIF_SEPARATOR) ? '|' : static_cast<char>(item.name.Get()[0]);
     return letters;
 }
 
@@ -96,12 +96,12 @@ TEST(MergeOrder, StoredItemsFirstThenTheOthersByName)
 TEST(MergeOrder, ComparesNamesByCodeUnits)
 {
     MenuItems items(3);
-    items[0].name = TEXT("10");
-    items[1].name = WString(1, static_cast<WCHAR>(0xE9));
-    items[2].name = TEXT("1");
+    items[0].name = ShellText(TEXT("10"));
+    items[1].name = ShellText(TEXT("\u00E9"));
+    items[2].name = ShellText(TEXT("1"));
     MergeOrder(items, {});
-    EXPECT_EQ(items[0].name, WString(TEXT("1")));
-    EXPECT_EQ(items[2].name.front(), static_cast<WCHAR>(0xE9));
+    EXPECT_EQ(items[0].name.Get(), WString(TEXT("1")));
+    EXPECT_EQ(items[1].name.Get(), WString(TEXT("10")));
 }
 
 TEST(CleanUpSeparators, KeepsOnlyThoseThatSeparate)

@@ -356,7 +356,7 @@ std::vector<std::string> Desk::Items(int level) const
 {
     std::vector<std::string> labels;
     for (const MenuItem& item : Level(level).m_items)
-        labels.push_back(item.Is(MIF_SEPARATOR) ? "|" : Narrow(item.name));
+        labels.push_back(item.Is(MIF_SEPARATOR) ? "|" : Narrow(item.name.Get()));
     return labels;
 }
 
