@@ -47,7 +47,8 @@ void ToolbarColumn::Insert(int index, const TBBUTTON& button)
 {
     index = std::clamp(index, 0, Count());
     const std::u16string_view text = TextFrom(button.iString);
-    ToolbarButton row;
+    const bool append = index == Count();
+    ToolbarButton& row = append ? m_buttons.emplace_back() : *m_buttons.emplace(m_buttons.begin() + index);
     row.image = button.iBitmap;
     row.command = button.idCommand;
     row.state = button.fsState;
@@ -55,14 +56,11 @@ void ToolbarColumn::Insert(int index, const TBBUTTON& button)
     row.data = button.dwData;
     row.textLength = row.IsSeparator() ? 0 : static_cast<int>(text.size());
     row.text = m_texts.Add(text.substr(0, static_cast<std::size_t>(row.textLength)));
-    if (index == Count())
+    if (!append)
     {
-        m_buttons.push_back(row);
-        return;
+        m_unmeasured = std::min(m_unmeasured, index);
+        m_bottoms.resize(std::min(m_bottoms.size(), static_cast<std::size_t>(index)));
     }
-    m_buttons.insert(m_buttons.begin() + index, row);
-    m_unmeasured = std::min(m_unmeasured, index);
-    m_bottoms.resize(std::min(m_bottoms.size(), static_cast<std::size_t>(index)));
 }
 
 void ToolbarColumn::Remove(int index)

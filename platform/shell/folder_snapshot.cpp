@@ -300,23 +300,22 @@ std::optional<std::string_view> SnapshotReader::TextAt(std::uint32_t offset) con
     return size <= rest.size() ? std::optional(rest.substr(0, size)) : std::nullopt;
 }
 
-/// Nothing for an offset that leads astray: the checksum vouches for what was written; whether its writer was sane, it
+/// False for an offset that leads astray: the checksum vouches for what was written; whether its writer was sane, it
 /// cannot.
-std::optional<SnapshotReader::Located> SnapshotReader::EntryAt(std::size_t offset) const
+bool SnapshotReader::Locate(std::size_t offset, Located& located) const
 {
     if (offset % alignof(Entry) != 0 || offset + sizeof(Entry) > m_content.size())
     {
-        return std::nullopt;
+        return false;
     }
-    Located located{ReadAt<Entry>(m_content, offset), {}, {}, {}, {}, 0};
-    const Entry& entry = located.entry;
+    const Entry& entry = located.entry = ReadAt<Entry>(m_content, offset);
     const std::size_t wideBytes = entry.displayUnits * sizeof(char16_t);
     const std::size_t end = offset + sizeof(Entry) + wideBytes + entry.nameBytes + 1;
     const std::optional<std::string_view> typeName = TextAt(entry.typeText);
     const std::optional<std::string_view> icon = TextAt(entry.iconText);
     if (end > m_content.size() || entry.nameBytes == 0 || !typeName || !icon)
     {
-        return std::nullopt;
+        return false;
     }
     const char* names = m_content.data() + offset + sizeof(Entry);
     // Aligned: entries start at multiples of 8, texts at multiples of 4.
@@ -325,7 +324,7 @@ std::optional<SnapshotReader::Located> SnapshotReader::EntryAt(std::size_t offse
     located.name = {names + wideBytes, entry.nameBytes};
     located.icon = *icon;
     located.next = RoundUp(end, alignof(Entry));
-    return located;
+    return true;
 }
 
 bool SnapshotReader::Describe(ListedFile& file) const
@@ -339,13 +338,13 @@ bool SnapshotReader::Describe(ListedFile& file) const
     {
         const std::size_t bucket = (hash + step) & m_bucketMask;
         const auto offset = ReadAt<std::uint32_t>(m_content, sizeof(Header) + bucket * sizeof(std::uint32_t));
-        const std::optional<Located> located = offset != 0 ? EntryAt(offset) : std::nullopt;
-        if (!located)
+        Located located;
+        if (offset == 0 || !Locate(offset, located))
         {
             return false;
         }
-        const Entry& entry = located->entry;
-        if (entry.nameHash != hash || file.name != located->name)
+        const Entry& entry = located.entry;
+        if (entry.nameHash != hash || file.name != located.name)
         {
             continue;
         }
@@ -354,7 +353,7 @@ bool SnapshotReader::Describe(ListedFile& file) const
         {
             return false;
         }
-        located->GiveTo(file);
+        located.GiveTo(file);
         return true;
     }
     return false;
@@ -367,16 +366,16 @@ std::size_t SnapshotReader::Start() const
 
 bool SnapshotReader::Read(std::size_t& offset, ListedFile& file) const
 {
-    const std::optional<Located> located = EntryAt(offset);
-    if (!located)
+    Located located;
+    if (!Locate(offset, located))
     {
         return false;
     }
-    file.name = located->name;
-    file.kind = static_cast<ItemKind>(located->entry.kind);
-    file.stamp = located->entry.stamp;
-    located->GiveTo(file);
-    offset = located->next;
+    file.name = located.name;
+    file.kind = static_cast<ItemKind>(located.entry.kind);
+    file.stamp = located.entry.stamp;
+    located.GiveTo(file);
+    offset = located.next;
     return true;
 }
 

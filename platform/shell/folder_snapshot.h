@@ -45,7 +45,7 @@ public:
 
 private:
     struct Located;
-    std::optional<Located> EntryAt(std::size_t offset) const;
+    bool Locate(std::size_t offset, Located& located) const;
     std::optional<std::string_view> TextAt(std::uint32_t offset) const;
 
     std::string_view m_content;

@@ -4,6 +4,7 @@
 #include "platform/shell/namespace.h"
 #include "platform/shell/system_images.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace platform
@@ -14,26 +15,36 @@ namespace
 
 constexpr std::uint8_t signature = 0xFB;
 
-// An identifier: its head, its looks, the file's name, the display name (UTF-16), and a byte where the size would be
-// odd. A folder that looks like any other has neither looks nor display name: most of a path is such folders, and a
-// level keeps the path of every item.
+// An identifier is a head and one of two bodies. A folder that looks like any other has the number of its name: most of
+// a path is such folders, and a level keeps the path of every item. Everything else says what it is, followed by the
+// file's name, the display name (UTF-16, or one byte a unit when all are below 256), and a byte where the size would be
+// odd.
 #pragma pack(push, 1)
 struct Head
 {
     std::uint16_t size;
     std::uint8_t signature;
-    std::uint8_t kind; ///< an ItemKind, with hasLooks or without
+    std::uint8_t kind; ///< an ItemKind and the flags below
+};
+
+struct FileBody
+{
+    std::uint32_t icon;
+    std::uint32_t type;
     std::uint16_t nameBytes;
 };
+#pragma pack(pop)
+
+using AnyFolderBody = std::uint32_t;
+
+constexpr std::uint8_t anyFolder = 0x80;     ///< an AnyFolderBody follows
+constexpr std::uint8_t narrowDisplay = 0x40; ///< the display name has one byte a unit
 
 struct Looks
 {
     std::uint32_t icon;
     std::uint32_t type;
 };
-#pragma pack(pop)
-
-constexpr std::uint8_t hasLooks = 0x80;
 
 const Looks& LooksOfFolders()
 {
@@ -53,6 +64,16 @@ bool LooksLikeAnyFolder(const ItemId& item, std::u16string_view display)
     return item.kind == ItemKind::Folder && item.icon == folders.icon && item.type == folders.type && display.empty();
 }
 
+bool IsNarrow(std::u16string_view text)
+{
+    unsigned bits = 0;
+    for (const char16_t unit : text)
+    {
+        bits |= unit;
+    }
+    return bits <= 0xFF;
+}
+
 /// An identifier about to be written.
 class Writer
 {
@@ -60,41 +81,86 @@ public:
     Writer(const ItemId& item, std::u16string_view display)
         : m_item(item),
           m_display(display.substr(0, maxDisplayUnits)),
-          m_looksSize(LooksLikeAnyFolder(item, display) ? 0 : sizeof(Looks))
+          m_anyFolder(LooksLikeAnyFolder(item, display)),
+          m_narrow(IsNarrow(m_display))
     {
-        const std::size_t unpadded =
-            sizeof(Head) + m_looksSize + item.name.size() + m_display.size() * sizeof(char16_t);
-        m_size = unpadded + unpadded % 2; // lists stay aligned for their size fields
+        const std::size_t displayBytes = m_display.size() * (m_narrow ? 1 : sizeof(char16_t));
+        const std::size_t body =
+            m_anyFolder ? sizeof(AnyFolderBody) : sizeof(FileBody) + item.name.size() + displayBytes;
+        m_size = sizeof(Head) + body + body % 2; // lists stay aligned for their size fields
     }
 
     std::size_t Size() const { return m_size; }
 
     void WriteTo(BYTE* out) const
     {
-        const std::uint8_t kind = static_cast<std::uint8_t>(m_item.kind) | (m_looksSize != 0 ? hasLooks : 0);
-        const Head head{static_cast<std::uint16_t>(m_size), signature, kind,
-                        static_cast<std::uint16_t>(m_item.name.size())};
-        const Looks looks{m_item.icon, m_item.type};
+        const int flags = (m_anyFolder ? anyFolder : 0) | (m_narrow ? narrowDisplay : 0);
+        const Head head{static_cast<std::uint16_t>(m_size), signature,
+                        static_cast<std::uint8_t>(static_cast<int>(m_item.kind) | flags)};
         out[m_size - 1] = 0; // where the padding is, if any
         std::memcpy(out, &head, sizeof head);
         out += sizeof head;
-        std::memcpy(out, &looks, m_looksSize);
-        out += m_looksSize;
-        std::memcpy(out, m_item.name.data(), m_item.name.size());
-        if (!m_display.empty())
+        if (m_anyFolder)
         {
-            std::memcpy(out + m_item.name.size(), m_display.data(), m_display.size() * sizeof(char16_t));
+            const AnyFolderBody name = FolderNameIndex(m_item.name);
+            std::memcpy(out, &name, sizeof name);
+            return;
+        }
+        const FileBody body{m_item.icon, m_item.type, static_cast<std::uint16_t>(m_item.name.size())};
+        std::memcpy(out, &body, sizeof body);
+        out += sizeof body;
+        std::memcpy(out, m_item.name.data(), m_item.name.size());
+        out += m_item.name.size();
+        if (m_narrow)
+        {
+            std::copy(m_display.begin(), m_display.end(), out);
+        }
+        else
+        {
+            std::memcpy(out, m_display.data(), m_display.size() * sizeof(char16_t));
         }
     }
 
 private:
     const ItemId& m_item;
     std::u16string_view m_display;
-    std::size_t m_looksSize;
+    bool m_anyFolder;
+    bool m_narrow;
     std::size_t m_size;
 };
 
+template <typename T>
+T Take(const BYTE*& bytes)
+{
+    T value;
+    std::memcpy(&value, bytes, sizeof value);
+    bytes += sizeof value;
+    return value;
+}
+
+std::optional<ItemId> ReadAnyFolder(const BYTE* body, std::size_t size)
+{
+    const std::string* name = size == sizeof(AnyFolderBody) ? FolderName(Take<AnyFolderBody>(body)) : nullptr;
+    if (name == nullptr)
+    {
+        return std::nullopt;
+    }
+    return ItemId{ItemKind::Folder, LooksOfFolders().icon, LooksOfFolders().type, *name};
+}
+
 } // namespace
+
+void ItemId::CopyDisplay(char16_t* out) const
+{
+    if (displayIsNarrow)
+    {
+        std::copy_n(display, displayUnits, out);
+    }
+    else
+    {
+        std::memcpy(out, display, displayUnits * sizeof(char16_t));
+    }
+}
 
 std::u16string ItemId::DisplayName() const
 {
@@ -103,43 +169,44 @@ std::u16string ItemId::DisplayName() const
         return DisplayNameOfFile(name, kind);
     }
     std::u16string text(displayUnits, u'\0');
-    std::memcpy(text.data(), display, displayUnits * sizeof(char16_t));
+    CopyDisplay(text.data());
     return text;
 }
 
 std::optional<ItemId> ReadItemId(LPCITEMIDLIST list)
 {
-    Head head;
-    if (list == nullptr || list->mkid.cb < sizeof head)
+    if (list == nullptr || list->mkid.cb < sizeof(Head))
     {
         return std::nullopt;
     }
-    std::memcpy(&head, list, sizeof head);
-    const auto kind = static_cast<ItemKind>(head.kind & ~hasLooks);
-    const std::size_t looksSize = (head.kind & hasLooks) != 0 ? sizeof(Looks) : 0;
-    const std::size_t beforeDisplay = sizeof head + looksSize + head.nameBytes;
-    if (head.signature != signature || kind < ItemKind::Folder || kind > ItemKind::Other || head.nameBytes == 0 ||
-        beforeDisplay > head.size)
+    const BYTE* bytes = reinterpret_cast<const BYTE*>(list);
+    const auto head = Take<Head>(bytes);
+    const std::size_t size = head.size - sizeof head;
+    const auto kind = static_cast<ItemKind>(head.kind & ~(anyFolder | narrowDisplay));
+    if (head.signature != signature || kind < ItemKind::Folder || kind > ItemKind::Other)
     {
         return std::nullopt;
     }
-    const BYTE* bytes = reinterpret_cast<const BYTE*>(list) + sizeof head;
-    Looks looks;
-    if (looksSize != 0)
+    if ((head.kind & anyFolder) != 0)
     {
-        std::memcpy(&looks, bytes, sizeof looks);
-        bytes += sizeof looks;
+        return ReadAnyFolder(bytes, size);
     }
-    else
+    if (size < sizeof(FileBody))
     {
-        looks = LooksOfFolders();
+        return std::nullopt;
     }
-    return ItemId{kind,
-                  looks.icon,
-                  looks.type,
-                  {reinterpret_cast<const char*>(bytes), head.nameBytes},
-                  bytes + head.nameBytes,
-                  (head.size - beforeDisplay) / sizeof(char16_t)};
+    const auto body = Take<FileBody>(bytes);
+    if (body.nameBytes == 0 || sizeof body + body.nameBytes > size)
+    {
+        return std::nullopt;
+    }
+    ItemId item{kind, body.icon, body.type, {reinterpret_cast<const char*>(bytes), body.nameBytes}};
+    item.display = bytes + body.nameBytes;
+    item.displayIsNarrow = (head.kind & narrowDisplay) != 0;
+    const std::size_t displayBytes = size - sizeof body - body.nameBytes;
+    const bool padded = item.displayIsNarrow && displayBytes > 0 && item.display[displayBytes - 1] == 0;
+    item.displayUnits = item.displayIsNarrow ? displayBytes - padded : displayBytes / sizeof(char16_t);
+    return item;
 }
 
 void AppendItemId(std::vector<BYTE>& bytes, const ItemId& item, std::u16string_view display)

@@ -2,8 +2,8 @@
 //
 // An identifier holds the file's name, as bytes, and what was known of the file when the identifier was made: its kind,
 // the name shown, its icon and its type. Asking for those costs no system call. Only the name makes the identity: two
-// identifiers of the same name are equal whatever else they hold. Icon and type are numbers of this process
-// (system_images.h), so an identifier means nothing to another process.
+// identifiers of the same name are equal whatever else they hold. Icon, type and a plain folder's name are numbers of
+// this process (system_images.h), so an identifier means nothing to another process.
 //
 // Identifiers come from callers as plain memory, so everything here takes any bytes and recognises only what it made.
 #pragma once
@@ -36,9 +36,13 @@ struct ItemId
     std::uint32_t type = 0; ///< type name index
     std::string_view name;  ///< the file's name, as the file system has it
     const BYTE* display = nullptr;
-    /// `display` is this many UTF-16 units at any alignment; none for an item that is shown as its name says.
+    /// `display` is this many units, of UTF-16 at any alignment or of one byte each; none for an item that is shown as
+    /// its name says.
     std::size_t displayUnits = 0;
+    bool displayIsNarrow = false;
 
+    /// Writes displayUnits units.
+    void CopyDisplay(char16_t* out) const;
     std::u16string DisplayName() const;
 };
 

@@ -43,22 +43,16 @@ LPWSTR AllocateString(std::size_t units)
     return text;
 }
 
-/// A copy of units at any alignment.
-LPWSTR CopyUnits(const void* units, std::size_t count)
-{
-    LPWSTR text = AllocateString(count);
-    if (text != nullptr && count != 0)
-    {
-        std::memcpy(text, units, count * sizeof(WCHAR));
-    }
-    return text;
-}
-
 } // namespace
 
 LPWSTR TaskString(std::u16string_view text)
 {
-    return CopyUnits(text.data(), text.size());
+    LPWSTR copy = AllocateString(text.size());
+    if (copy != nullptr)
+    {
+        text.copy(copy, text.size());
+    }
+    return copy;
 }
 
 LPWSTR TaskStringOfFileName(std::string_view name)
@@ -74,7 +68,12 @@ LPWSTR TaskStringOfFileName(std::string_view name)
 
 LPWSTR TaskStringOfDisplayName(const ItemId& item)
 {
-    return item.displayUnits != 0 ? CopyUnits(item.display, item.displayUnits) : TaskString(item.DisplayName());
+    LPWSTR text = item.displayUnits != 0 ? AllocateString(item.displayUnits) : TaskString(item.DisplayName());
+    if (text != nullptr && item.displayUnits != 0)
+    {
+        item.CopyDisplay(text);
+    }
+    return text;
 }
 
 HRESULT ResultFromErrno(int error)

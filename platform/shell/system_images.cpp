@@ -1,4 +1,4 @@
-// The tables behind system image indexes and type name indexes.
+// The tables behind the numbers in item identifiers.
 #include "platform/shell/system_images.h"
 
 #include <deque>
@@ -43,6 +43,12 @@ NumberedStrings<char>& Identities()
     return identities;
 }
 
+NumberedStrings<char>& FolderNames()
+{
+    static auto& names = *new NumberedStrings<char>;
+    return names;
+}
+
 NumberedStrings<char16_t>& TypeNames()
 {
     static auto& names = *new NumberedStrings<char16_t>;
@@ -73,6 +79,16 @@ const std::u16string& TypeName(std::uint32_t index)
     static const auto& none = *new std::u16string;
     const std::u16string* name = TypeNames().At(index);
     return name != nullptr ? *name : none;
+}
+
+std::uint32_t FolderNameIndex(std::string_view name)
+{
+    return FolderNames().IndexOf(name);
+}
+
+const std::string* FolderName(std::uint32_t index)
+{
+    return FolderNames().At(index);
 }
 
 } // namespace platform

@@ -1,4 +1,4 @@
-// The system image list and the type names: what item identifiers refer to by number.
+// The system image list, the type names and the names of folders: what item identifiers refer to by number.
 //
 // An icon identity says how to find an item's icon: alternatives in order of preference, '\n' between, each an icon
 // theme name, an absolute path, or one of the built-in pictures "!folder", "!document", "!program" that an identity
@@ -26,5 +26,9 @@ const std::string& SystemImageIdentity(std::uint32_t index);
 std::uint32_t TypeNameIndex(std::u16string_view name);
 /// Empty for an index that was never given out.
 const std::u16string& TypeName(std::uint32_t index);
+
+std::uint32_t FolderNameIndex(std::string_view name);
+/// Null for an index that was never given out.
+const std::string* FolderName(std::uint32_t index);
 
 } // namespace platform
