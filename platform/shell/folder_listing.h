@@ -37,6 +37,8 @@ struct FolderListing
     SnapshotReader snapshotReader;
     std::deque<std::string> narrow;
     std::deque<std::u16string> wide;
+
+    std::size_t Size() const { return fromSnapshot ? snapshotReader.Size() : files.size(); }
 };
 
 /// Goes through the files of a listing, which must outlive it.

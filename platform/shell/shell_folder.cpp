@@ -3,6 +3,7 @@
 
 #include "platform/base/deferred.h"
 #include "platform/base/fault_points.h"
+#include "platform/base/heap.h"
 #include "platform/base/text.h"
 #include "platform/shell/change_notify.h"
 #include "platform/shell/context_menu.h"
@@ -108,6 +109,8 @@ HRESULT ShellFolder::EnumObjects(HWND, SHCONTF flags, IEnumIDList** result)
     {
         return ResultFromErrno(listing->error);
     }
+    constexpr std::size_t keptOfEach = 320; // its identifiers and names, a row of a toolbar
+    PrepareHeap(listing->Size() * keptOfEach);
     *result = new ItemEnumerator(listing, flags);
     FolderWasRead(*listing);
     if (listing->worthSaving)
