@@ -26,8 +26,8 @@ public:
 private:
     static int Compare(LPCWSTR a, LPCWSTR b)
     {
-        for (; *a == *b && *a != 0; ++a, ++b)
-            ;
+        while (*a == *b && *a != 0)
+            ++a, ++b;
         return *a - *b;
     }
 
