@@ -364,15 +364,19 @@ void Handle(const xcb_generic_event_t& event)
     }
 }
 
-void HandleArrived()
+/// True when there was anything.
+bool HandleArrived()
 {
     xcb_connection_t* xcb = TheConnection().Xcb();
+    bool any = false;
     for (XcbPtr<xcb_generic_event_t> event(xcb_poll_for_event(xcb)); event != nullptr;
          event.reset(xcb_poll_for_queued_event(xcb)))
     {
         Handle(*event);
+        any = true;
     }
     TheConnection().RequireAlive();
+    return any;
 }
 
 /// Handles all that the server had sent when it answered a question asked now.
@@ -382,20 +386,23 @@ void HandleUpToNow()
     HandleArrived();
 }
 
-void Pump()
+/// Handles what has arrived; false when nothing had.
+bool Pump()
 {
     if (!TheConnection().IsOpen())
     {
-        return;
+        return false;
     }
-    HandleArrived();
+    bool any = HandleArrived();
     while (FocusCheckPending())
     {
         HandleUpToNow();
+        any = true;
         CheckFocus(TheEvents().ready);
         // The check's own questions may have brought events along, for which the socket will not wake us again.
         HandleArrived();
     }
+    return any;
 }
 
 int TimeoutUntil(std::optional<std::uint64_t> deadline)
@@ -433,8 +440,12 @@ bool NextEvent(Event& event)
 void Wait(std::optional<std::uint64_t> deadline)
 {
     x11::Events& events = x11::TheEvents();
-    x11::Pump();
-    Commit();
+    // Writing to the socket also reads what has arrived there, of which poll does not tell any more. So the last look
+    // comes after the last writing.
+    do
+    {
+        Commit();
+    } while (x11::Pump());
     if (!events.ready.empty())
     {
         return;
