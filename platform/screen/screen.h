@@ -124,8 +124,8 @@ std::shared_ptr<void> KeepSurface(NativeWindow window);
 void Present(NativeWindow window, std::span<const RECT> damage);
 /// Sends everything asked for since the last time, without waiting for an answer.
 void Commit();
-/// Commit, and waits until the display has dealt with everything. Also for the end of the process: an X server drops
-/// what it has not read yet of a connection that closes, the request among it that gives the keyboard back.
+/// Commit, and waits until the display has dealt with everything. For the end of the process: an X server drops what it
+/// has not read yet of a connection that closes, the request among it that gives the keyboard back.
 void Finish();
 
 /// Directs the keyboard to this program's pop-ups, or to a managed window. What held the keyboard before gets it back

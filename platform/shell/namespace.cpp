@@ -68,8 +68,12 @@ LPWSTR TaskStringOfFileName(std::string_view name)
 
 LPWSTR TaskStringOfDisplayName(const ItemId& item)
 {
-    LPWSTR text = item.displayUnits != 0 ? AllocateString(item.displayUnits) : TaskString(item.DisplayName());
-    if (text != nullptr && item.displayUnits != 0)
+    if (item.displayUnits == 0)
+    {
+        return TaskString(item.DisplayName());
+    }
+    LPWSTR text = AllocateString(item.displayUnits);
+    if (text != nullptr)
     {
         item.CopyDisplay(text);
     }
