@@ -143,8 +143,8 @@ int ReadAlignment(NumberReader& reader)
     const std::uint64_t magnitude = reader.ReadInteger(negative);
     if (!negative)
         return magnitude < kAlignmentCount ? static_cast<int>(magnitude) : 0;
-    constexpr std::uint64_t limit = std::numeric_limits<int>::max();
-    return -static_cast<int>(std::min(magnitude, limit));
+    constexpr std::uint64_t kLimit = std::numeric_limits<int>::max();
+    return -static_cast<int>(std::min(magnitude, kLimit));
 }
 
 std::uint32_t ReadHandle(NumberReader& reader)

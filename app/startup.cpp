@@ -30,11 +30,11 @@ ItemList ParseFolder(const WString& path)
 /// False for a path that the shell cannot parse, and for a file in the folder's place. A link to the folder is as good.
 bool IsFolder(const WString& path)
 {
-    constexpr SFGAOF kind = SFGAO_FOLDER | SFGAO_LINK;
+    constexpr SFGAOF kKind = SFGAO_FOLDER | SFGAO_LINK;
     ItemList list;
-    SFGAOF attributes = kind;
-    return SUCCEEDED(SHParseDisplayName(path.c_str(), nullptr, list.Receive(), kind, &attributes)) &&
-           (attributes & kind) != 0;
+    SFGAOF attributes = kKind;
+    return SUCCEEDED(SHParseDisplayName(path.c_str(), nullptr, list.Receive(), kKind, &attributes)) &&
+           (attributes & kKind) != 0;
 }
 
 POINT AnchorOf(const AnchorRequest& request, POINT cursor)

@@ -27,10 +27,8 @@ long PeakMemory(pid_t process)
 {
     std::ifstream status("/proc/" + std::to_string(process) + "/status");
     for (std::string line; std::getline(status, line);)
-    {
         if (line.rfind("VmHWM:", 0) == 0)
             return std::strtol(line.c_str() + 6, nullptr, 10);
-    }
     return 0;
 }
 
@@ -65,10 +63,8 @@ int main(int argc, char** argv)
     std::vector<Result> results(rows.size());
     bench::Observer observer;
     for (int round = -1; round < rounds; ++round)
-    {
         for (std::size_t i = 0; i < rows.size(); ++i)
             Measure(rows[i], results[i], observer, round >= 0);
-    }
     std::printf("%-34s %9s %9s %9s %9s %10s\n", "row", "median", "quartile", "3rd", "best", "peak KiB");
     for (std::size_t i = 0; i < rows.size(); ++i)
     {

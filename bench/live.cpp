@@ -45,10 +45,8 @@ struct OpenMenu
         process = bench::Start(row);
         observer.Watch(Clock::now());
         for (const xcb_rectangle_t& window : observer.ShownWindows())
-        {
             if (window.height > bounds.height)
                 bounds = window;
-        }
         if (bounds.height == 0)
         {
             std::cerr << row.name << ": no menu shows\n";
@@ -233,10 +231,8 @@ Cost CostOf(pid_t process)
     {
         std::ifstream status(thread.path() / "status");
         for (std::string line; std::getline(status, line);)
-        {
             if (line.find("ctxt_switches:") != std::string::npos)
                 cost.switches += std::atol(line.c_str() + line.find(':') + 1);
-        }
     }
     std::ifstream file("/proc/" + std::to_string(process) + "/stat");
     std::string stat;

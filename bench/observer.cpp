@@ -33,12 +33,10 @@ void ReadEnvironment(Row& row, const std::string& field)
     if (field == "-")
         return;
     for (const std::string& assignment : Split(field, ';'))
-    {
         if (assignment.rfind("BEFORE=", 0) == 0)
             row.removeBefore = assignment.substr(7);
         else
             row.environment.push_back(assignment);
-    }
 }
 
 [[noreturn]] void Exec(const Row& row)

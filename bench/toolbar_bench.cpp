@@ -83,9 +83,7 @@ void BuildLevel(benchmark::State& state)
         }
         state.PauseTiming();
         for (std::size_t i = names.size(); i-- > 0;)
-        {
             level.Send(TB_DELETEBUTTON, i);
-        }
         state.ResumeTiming();
     }
     state.SetComplexityN(state.range(0));

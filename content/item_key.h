@@ -8,14 +8,14 @@
 /// The hash over the bytes of a terminated text in UTF-16 little-endian order, without the terminator.
 constexpr std::uint32_t HashText(LPCWSTR text)
 {
-    constexpr std::uint32_t prime = 0x01000193;
+    constexpr std::uint32_t kPrime = 0x01000193;
     std::uint32_t hash = 0x811C9DC5;
     for (; *text != 0; ++text)
     {
         const WCHAR unit = *text;
         hash ^= unit & 0xFFu;
         // Where the high byte is zero its two steps are one multiplication.
-        hash = unit <= 0xFF ? hash * (prime * prime) : ((hash * prime) ^ (unit >> 8)) * prime;
+        hash = unit <= 0xFF ? hash * (kPrime * kPrime) : ((hash * kPrime) ^ (unit >> 8)) * kPrime;
     }
     return hash;
 }

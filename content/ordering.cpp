@@ -72,9 +72,10 @@ void SortByPosition(MenuItems& items, std::size_t positions)
     for (std::size_t i = 0; i < positions; ++i)
     {
         if (starts[i + 1] - starts[i] > 1)
-            std::sort(items.begin() + static_cast<std::ptrdiff_t>(starts[i]),
-                      items.begin() + static_cast<std::ptrdiff_t>(starts[i + 1]),
-                      [](const MenuItem& a, const MenuItem& b) { return a.name < b.name; });
+            std::sort(
+                items.begin() + static_cast<std::ptrdiff_t>(starts[i]),
+                items.begin() + static_cast<std::ptrdiff_t>(starts[i + 1]),
+                [](const MenuItem& a, const MenuItem& b) { return a.name < b.name; });
     }
 }
 
@@ -96,10 +97,8 @@ std::vector<std::uint8_t> EncodeOrder(const MenuItems& items)
     std::vector<std::uint8_t> bytes(items.size() * 4);
     std::uint8_t* out = bytes.data();
     for (const MenuItem& item : items)
-    {
         for (int shift = 0; shift < 32; shift += 8)
             *out++ = static_cast<std::uint8_t>(item.key >> shift);
-    }
     return bytes;
 }
 
@@ -109,10 +108,8 @@ void MergeOrder(MenuItems& items, const StoredOrder& stored)
     for (MenuItem& item : items)
         item.order = positions.Of(item.key);
     for (std::size_t i = 0; i < stored.size(); ++i)
-    {
         if (stored[i] == SeparatorKey)
             items.push_back(MakeSeparator(static_cast<std::int32_t>(i)));
-    }
     const auto notBefore = [](const MenuItem& a, const MenuItem& b) { return a.order >= b.order; };
     if (std::adjacent_find(items.begin(), items.end(), notBefore) != items.end())
         SortByPosition(items, stored.size() + 1);
@@ -144,10 +141,8 @@ void PlaceNewcomer(MenuItems& items, const MenuItems& before, int position)
 void ProtectFolders(MenuItems& items)
 {
     for (MenuItem& item : items)
-    {
         if (item.Is(MIF_FOLDER))
             item.flags |= MIF_PROTECTED;
-    }
 }
 
 MenuItem MakeSeparator(std::int32_t order)

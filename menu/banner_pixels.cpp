@@ -22,10 +22,8 @@ std::uint32_t BlendPixel(std::uint32_t under, std::uint32_t color, std::uint8_t 
 bool ColumnIsClear(const std::uint32_t* pixels, SIZE size, int column)
 {
     for (LONG y = 0; y < size.cy; ++y)
-    {
         if (pixels[y * size.cx + column] != 0)
             return false;
-    }
     return true;
 }
 

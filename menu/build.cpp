@@ -100,10 +100,8 @@ bool CustomBar::CreateToolbar()
         return false;
     }
     for (int slot = 0; slot < static_cast<int>(m_sourceFolders.size()); ++slot)
-    {
         if (m_sourceFolders[slot])
             Watch(slot, m_sourceFolders[slot].Get(), m_toolbar, WM_APP_SHELLNOTIFY);
-    }
     return true;
 }
 

@@ -82,10 +82,8 @@ void CustomBar::OpenSubLevel(ItemCommandMode mode, int index, const MenuItem& it
 void CustomBar::EnableMenu(bool enable)
 {
     for (const CustomBar* level : g_launcher.m_levels)
-    {
         if (!level->m_closing)
             EnableWindow(level->m_hWnd, enable);
-    }
     if (!enable || m_closing)
         return;
     if (!SetForegroundWindow(m_hWnd) && IsWindow(m_hWnd))

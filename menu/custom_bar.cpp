@@ -37,10 +37,8 @@ CustomBar::CustomBar(CustomBar* parent, int parentIndex, const std::array<LPCITE
     : m_parent(parent), m_parentIndex(parentIndex), m_protectFolders(protectFolders), m_layoutKey(std::move(layoutKey))
 {
     for (std::size_t slot = 0; slot < folders.size(); ++slot)
-    {
         if (folders[slot] != nullptr)
             m_sourceFolders[slot].Reset(ILClone(folders[slot]));
-    }
     if (!g_launcher.m_desktopFolder)
         SHGetDesktopFolder(g_launcher.m_desktopFolder.Receive());
     g_launcher.m_levels.push_back(this);
@@ -130,10 +128,8 @@ void CloseAllLevels()
 {
     const std::vector<CustomBar*>& levels = g_launcher.m_levels;
     for (auto level = levels.rbegin(); level != levels.rend(); ++level)
-    {
         if (!(*level)->m_closing)
             PostMessageW((*level)->m_hWnd, WM_CLOSE, 0, 0);
-    }
 }
 
 void DestroyLevelsAfter(const CustomBar& level, const CustomBar* kept)

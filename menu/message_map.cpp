@@ -33,10 +33,8 @@ const CustomBar::MessageEntry CustomBar::kMessageMap[] = {
 bool CustomBar::ProcessWindowMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result)
 {
     for (const MessageEntry& entry : kMessageMap)
-    {
         if (entry.message == message)
             return (this->*entry.handler)(wParam, lParam, result);
-    }
     return false;
 }
 

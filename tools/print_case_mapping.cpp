@@ -44,9 +44,7 @@ static void PrintPairs()
         if (change != distance)
         {
             if (distance != 0)
-            {
                 std::printf("{0x%X, 0x%X, %u},\n", first, character - 1, distance);
-            }
             first = character;
             distance = change;
         }

@@ -28,9 +28,7 @@ std::string AbsoluteFromEnvironment(const char* name)
 bool MakeFolder(const std::string& path)
 {
     if (mkdir(path.c_str(), 0700) == 0 || errno == EEXIST)
-    {
         return true;
-    }
     const std::size_t slash = path.rfind('/');
     return errno == ENOENT && slash > 0 && slash != std::string::npos && MakeFolder(path.substr(0, slash)) &&
            mkdir(path.c_str(), 0700) == 0;
@@ -43,9 +41,7 @@ std::string MakeCacheFolder()
     {
         base = AbsoluteFromEnvironment("HOME");
         if (base.empty())
-        {
             return {};
-        }
         base += "/.cache";
     }
     base += "/orb-launcher";
@@ -65,14 +61,10 @@ bool ReplaceCacheFile(const std::string& path, std::string_view content)
     std::string temporary = path + ".XXXXXX";
     UniqueFd file(mkostemp(temporary.data(), O_CLOEXEC));
     if (!file)
-    {
         return false;
-    }
     const bool written = WriteAll(file.Get(), content);
     if (file.Close() && written && std::rename(temporary.c_str(), path.c_str()) == 0)
-    {
         return true;
-    }
     unlink(temporary.c_str());
     return false;
 }
@@ -82,9 +74,7 @@ MappedFile::MappedFile(const std::string& path)
     const UniqueFd file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
     struct stat info = {};
     if (!file || fstat(file.Get(), &info) != 0 || !S_ISREG(info.st_mode) || info.st_size <= 0)
-    {
         return;
-    }
     const auto size = static_cast<std::size_t>(info.st_size);
     void* data = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file.Get(), 0);
     if (data != MAP_FAILED)
@@ -97,9 +87,7 @@ MappedFile::MappedFile(const std::string& path)
 MappedFile::~MappedFile()
 {
     if (m_data != nullptr)
-    {
         munmap(const_cast<char*>(m_data), m_size);
-    }
 }
 
 MappedFile::MappedFile(MappedFile&& other) noexcept

@@ -29,9 +29,7 @@ std::uint32_t UpperCaseByTable(std::uint32_t character)
         std::upper_bound(std::begin(kCaseRuns), std::end(kCaseRuns), character,
                          [](std::uint32_t value, const CaseRun& entry) { return value < entry.first; });
     if (run == std::begin(kCaseRuns))
-    {
         return character;
-    }
     --run;
     const bool inRun = character <= run->last && (character - run->first) % run->step == 0;
     return inRun ? character + static_cast<std::uint32_t>(run->distance) : character;
@@ -58,9 +56,7 @@ bool IsLowSurrogate(char16_t unit)
 char16_t UpperCaseAfter(char16_t previous, char16_t unit)
 {
     if (!IsLowSurrogate(unit) || !IsHighSurrogate(previous))
-    {
         return UpperCase(unit);
-    }
     const std::uint32_t character = 0x10000 + ((previous & 0x3FFu) << 10) + (unit & 0x3FFu);
     return static_cast<char16_t>(0xDC00 | (UpperCaseByTable(character) & 0x3FF));
 }
@@ -77,9 +73,7 @@ std::u16string UpperCase(std::u16string_view text)
     std::u16string result(text);
     char16_t previous = 0;
     for (char16_t& unit : result)
-    {
         previous = unit = UpperCaseAfter(previous, unit);
-    }
     return result;
 }
 
@@ -94,14 +88,10 @@ LPWSTR CharUpperW(LPWSTR text)
     }
     WCHAR* unit = text;
     while (*unit != 0 && *unit < 0x80)
-    {
         ++unit;
-    }
     std::transform(text, unit, text, platform::UpperCaseAscii);
     for (WCHAR previous = 0; *unit != 0; ++unit)
-    {
         previous = *unit = platform::UpperCaseAfter(previous, *unit);
-    }
     return text;
 }
 
@@ -109,9 +99,7 @@ LPWSTR CharUpperW(LPWSTR text)
 int lstrcmpiW(LPCWSTR a, LPCWSTR b)
 {
     if (a == nullptr || b == nullptr)
-    {
         return a == b ? 0 : a == nullptr ? -1 : 1;
-    }
     char16_t unitA = 0;
     char16_t unitB = 0;
     for (;; ++a, ++b)
@@ -119,12 +107,8 @@ int lstrcmpiW(LPCWSTR a, LPCWSTR b)
         unitA = platform::UpperCaseAfter(unitA, *a);
         unitB = platform::UpperCaseAfter(unitB, *b);
         if (unitA != unitB)
-        {
             return unitA < unitB ? -1 : 1;
-        }
         if (unitA == 0)
-        {
             return 0;
-        }
     }
 }

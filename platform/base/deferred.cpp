@@ -45,9 +45,7 @@ bool RunOneDeferred()
 {
     WorkQueue& queue = Queue();
     if (queue.empty())
-    {
         return false;
-    }
     const std::function<void()> work = std::move(queue.front());
     queue.pop_front();
     work();

@@ -29,9 +29,7 @@ void* LoadModule()
     {
         const std::string path = ProgramFolder() + folder + kModuleName;
         if (void* module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE))
-        {
             return module;
-        }
     }
     return nullptr;
 }

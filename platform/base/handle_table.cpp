@@ -12,7 +12,7 @@ constinit HandleSlots g_handleSlots;
 namespace
 {
 
-constexpr std::uintptr_t kFirst = HandleSlots::first;
+constexpr std::uintptr_t kFirst = HandleSlots::kFirst;
 constexpr std::size_t kCapacity = 0x100000 - kFirst;
 // A freed value rests until this many others have been freed after it, so that a stale handle is noticed rather than
 // taken for a newer object.
@@ -42,9 +42,7 @@ std::size_t Table::TakeSlot()
         return slot;
     }
     if (slots.size() == kCapacity)
-    {
         return kCapacity;
-    }
     slots.emplace_back();
     g_handleSlots = {slots.data(), slots.size()};
     return slots.size() - 1;
@@ -57,9 +55,7 @@ std::uintptr_t InsertHandle(std::unique_ptr<HandleObject> object)
     Table& table = TheTable();
     const std::size_t slot = table.TakeSlot();
     if (slot == kCapacity)
-    {
         return 0;
-    }
     table.slots[slot] = std::move(object);
     return slot + kFirst;
 }
@@ -68,9 +64,7 @@ std::unique_ptr<HandleObject> TakeHandle(std::uintptr_t value)
 {
     const HandleObject* object = FindHandle(value);
     if (object == nullptr || object->permanent)
-    {
         return nullptr;
-    }
     Table& table = TheTable();
     const std::size_t slot = value - kFirst;
     table.freed.push_back(slot);
@@ -81,9 +75,7 @@ std::size_t LiveHandles(HandleKind kind)
 {
     std::size_t count = 0;
     for (const auto& object : TheTable().slots)
-    {
         count += object != nullptr && object->Kind() == kind && !object->permanent;
-    }
     return count;
 }
 

@@ -52,7 +52,7 @@ std::uintptr_t InsertHandle(std::unique_ptr<HandleObject> object);
 /// Where the table is: every message and every drawing call looks a handle up, so the look-up is in the header.
 struct HandleSlots
 {
-    static constexpr std::uintptr_t first = 0x100; ///< the value of the first slot's handle
+    static constexpr std::uintptr_t kFirst = 0x100; ///< the value of the first slot's handle
     const std::unique_ptr<HandleObject>* objects = nullptr;
     std::size_t count = 0;
 };
@@ -61,7 +61,7 @@ extern constinit HandleSlots g_handleSlots;
 /// The object of a handle, null when the value names none.
 inline HandleObject* FindHandle(std::uintptr_t value)
 {
-    const std::uintptr_t slot = value - HandleSlots::first;
+    const std::uintptr_t slot = value - HandleSlots::kFirst;
     return slot < g_handleSlots.count ? g_handleSlots.objects[slot].get() : nullptr;
 }
 /// Removes a handle and gives its object back; null when the value names none or a permanent object.
@@ -69,12 +69,12 @@ std::unique_ptr<HandleObject> TakeHandle(std::uintptr_t value);
 /// Number of open handles of one kind, permanent ones left out.
 std::size_t LiveHandles(HandleKind kind);
 
-/// The object of a handle when it is a T (T::handleKind says which kind that is), else null.
+/// The object of a handle when it is a T (T::kHandleKind says which kind that is), else null.
 template <typename T, typename H>
 T* FindObject(H handle)
 {
     HandleObject* object = FindHandle(reinterpret_cast<std::uintptr_t>(handle));
-    return object != nullptr && object->Kind() == T::handleKind ? static_cast<T*>(object) : nullptr;
+    return object != nullptr && object->Kind() == T::kHandleKind ? static_cast<T*>(object) : nullptr;
 }
 
 } // namespace platform

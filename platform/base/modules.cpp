@@ -42,20 +42,12 @@ HMODULE GetModuleHandleW(LPCWSTR moduleName)
 {
     using namespace platform;
     if (moduleName == nullptr)
-    {
         return ModuleFromValue(kProgram);
-    }
     std::u16string name = UpperCase(std::u16string_view(moduleName));
     if (name.ends_with(u".DLL"))
-    {
         name.resize(name.size() - 4);
-    }
     for (std::size_t i = 0; i < std::size(kSystemModules); ++i)
-    {
         if (name == kSystemModules[i])
-        {
             return ModuleFromValue(kFirstSystemModule + i);
-        }
-    }
     return Fail(ERROR_MOD_NOT_FOUND, static_cast<HMODULE>(nullptr));
 }

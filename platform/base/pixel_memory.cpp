@@ -9,29 +9,23 @@ namespace platform
 
 PixelMemory::PixelMemory(std::size_t bytes)
 {
-    constexpr std::size_t large = 64 * 1024;
-    if (bytes < large)
+    constexpr std::size_t kLarge = 64 * 1024;
+    if (bytes < kLarge)
     {
         m_bytes = {static_cast<unsigned char*>(std::calloc(bytes, 1)), FreePixels{0}};
         return;
     }
     void* memory = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_POPULATE, -1, 0);
     if (memory != MAP_FAILED)
-    {
         m_bytes = {static_cast<unsigned char*>(memory), FreePixels{bytes}};
-    }
 }
 
 void FreePixels::operator()(unsigned char* bytes) const
 {
     if (mapped != 0)
-    {
         munmap(bytes, mapped);
-    }
     else
-    {
         std::free(bytes);
-    }
 }
 
 } // namespace platform

@@ -34,12 +34,8 @@ FARPROC FindProcedure(const char* name)
         {"MonitorFromWindow", AddressOf(&MonitorFromWindow)},
     };
     for (const Procedure& procedure : procedures)
-    {
         if (std::strcmp(procedure.name, name) == 0)
-        {
             return procedure.address;
-        }
-    }
     return nullptr;
 }
 
@@ -47,11 +43,9 @@ FARPROC FindProcedure(const char* name)
 
 FARPROC GetProcAddress(HMODULE module, LPCSTR procName)
 {
-    constexpr FARPROC none = nullptr;
+    constexpr FARPROC kNone = nullptr;
     if (!platform::IsSystemModule(module) || (reinterpret_cast<ULONG_PTR>(procName) >> 16) == 0)
-    {
-        return platform::Fail(ERROR_PROC_NOT_FOUND, none);
-    }
+        return platform::Fail(ERROR_PROC_NOT_FOUND, kNone);
     const FARPROC address = FindProcedure(procName);
-    return address != nullptr ? address : platform::Fail(ERROR_PROC_NOT_FOUND, none);
+    return address != nullptr ? address : platform::Fail(ERROR_PROC_NOT_FOUND, kNone);
 }

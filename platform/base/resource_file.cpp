@@ -48,14 +48,10 @@ struct Reader
     {
         auto unit = Read<std::uint16_t>();
         if (unit == kNumberMark)
-        {
             return {Read<std::uint16_t>(), {}};
-        }
         ResourceId id;
         for (; unit != 0 && !failed; unit = Read<std::uint16_t>())
-        {
             id.text += UpperCase(static_cast<char16_t>(unit));
-        }
         return id;
     }
 };
@@ -65,16 +61,12 @@ struct Reader
 ResourceId ResourceIdFromText(std::u16string_view text)
 {
     if (!text.starts_with(u'#'))
-    {
         return {0, UpperCase(text)};
-    }
     unsigned number = 0;
     for (const char16_t digit : text.substr(1))
     {
         if (digit < u'0' || digit > u'9' || number > 0xFFFF)
-        {
             return {0, UpperCase(text)};
-        }
         number = number * 10 + (digit - u'0');
     }
     return {static_cast<std::uint16_t>(number), {}};
@@ -86,15 +78,11 @@ std::optional<ResourceEntry> NextResource(ResourceBytes file, std::size_t& offse
     const auto dataSize = reader.Read<std::uint32_t>();
     const auto headerSize = reader.Read<std::uint32_t>();
     if (reader.failed || headerSize > file.size() - offset || dataSize > file.size() - offset - headerSize)
-    {
         return std::nullopt;
-    }
     Reader header{file.subspan(offset, headerSize), reader.offset - offset};
     ResourceEntry entry{header.ReadId(), header.ReadId(), file.subspan(offset + headerSize, dataSize)};
     if (header.failed || AlignUp(header.offset) + kFixedHeaderTail > headerSize)
-    {
         return std::nullopt;
-    }
     offset = std::min(AlignUp(offset + headerSize + dataSize), file.size());
     return entry;
 }
@@ -106,9 +94,7 @@ std::optional<std::u16string_view> StringInBlock(ResourceBytes block, unsigned i
     {
         const auto length = reader.Read<std::uint16_t>();
         if (reader.failed || (block.size() - reader.offset) / sizeof(char16_t) < length)
-        {
             return std::nullopt;
-        }
         if (index == id % kStringsPerBlock)
         {
             // Entry data is aligned to 4 bytes, and so is every string in it to 2.

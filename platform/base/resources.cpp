@@ -23,15 +23,11 @@ std::vector<ResourceEntry> ReadAll()
 {
     std::vector<ResourceEntry> entries;
     if (orb_resources_begin == nullptr)
-    {
         return entries;
-    }
     const ResourceBytes file(orb_resources_begin, orb_resources_end);
     std::size_t offset = 0;
     while (auto entry = NextResource(file, offset))
-    {
         entries.push_back(std::move(*entry));
-    }
     return entries;
 }
 
@@ -44,9 +40,7 @@ const std::vector<ResourceEntry>& Entries()
 ResourceId IdOf(LPCWSTR id)
 {
     if (IS_INTRESOURCE(id))
-    {
         return {static_cast<std::uint16_t>(reinterpret_cast<ULONG_PTR>(id)), {}};
-    }
     return ResourceIdFromText(id);
 }
 
@@ -78,36 +72,28 @@ std::u16string_view ResourceString(HINSTANCE instance, UINT id)
 HRSRC FindResourceW(HMODULE module, LPCWSTR name, LPCWSTR type)
 {
     using namespace platform;
-    constexpr HRSRC none = nullptr;
+    constexpr HRSRC kNone = nullptr;
     if (FaultPoint("FindResourceW") || !IsProgramModule(module) || Entries().empty())
-    {
-        return Fail(ERROR_RESOURCE_DATA_NOT_FOUND, none);
-    }
+        return Fail(ERROR_RESOURCE_DATA_NOT_FOUND, kNone);
     const ResourceId wantedType = IdOf(type);
     const ResourceId wantedName = IdOf(name);
     bool typeSeen = false;
     for (const ResourceEntry& entry : Entries())
     {
         if (entry.type != wantedType)
-        {
             continue;
-        }
         typeSeen = true;
         if (entry.name == wantedName)
-        {
             return reinterpret_cast<HRSRC>(const_cast<ResourceEntry*>(&entry));
-        }
     }
-    return Fail(typeSeen ? ERROR_RESOURCE_NAME_NOT_FOUND : ERROR_RESOURCE_TYPE_NOT_FOUND, none);
+    return Fail(typeSeen ? ERROR_RESOURCE_NAME_NOT_FOUND : ERROR_RESOURCE_TYPE_NOT_FOUND, kNone);
 }
 
 HGLOBAL LoadResource(HMODULE, HRSRC resource)
 {
     const platform::ResourceEntry* entry = platform::FaultPoint("LoadResource") ? nullptr : platform::EntryOf(resource);
     if (entry == nullptr)
-    {
         return platform::Fail(ERROR_RESOURCE_DATA_NOT_FOUND, static_cast<HGLOBAL>(nullptr));
-    }
     return const_cast<unsigned char*>(entry->data.data());
 }
 
@@ -125,9 +111,7 @@ DWORD SizeofResource(HMODULE, HRSRC resource)
 int LoadStringW(HINSTANCE instance, UINT id, LPWSTR text, int capacity)
 {
     if (text == nullptr || capacity < 0 || platform::FaultPoint("LoadStringW"))
-    {
         return 0;
-    }
     const std::u16string_view string = platform::ResourceString(instance, id);
     if (capacity == 0)
     {

@@ -30,9 +30,7 @@ bool IsEscape(char32_t codePoint)
 void AppendEscaped(std::u16string& result, std::string_view bytes)
 {
     for (const char byte : bytes)
-    {
         result += static_cast<char16_t>(kEscapeBase + static_cast<unsigned char>(byte));
-    }
 }
 
 /// Length of the characters at the start that stand for themselves: ASCII other than the two slashes.
@@ -58,13 +56,9 @@ std::u16string ToShell(std::string_view text, char16_t slash)
         }
         const Utf8Step step = DecodeUtf8(text);
         if (!step.valid || step.codePoint == U'\\' || IsEscape(step.codePoint))
-        {
             AppendEscaped(result, text.substr(0, step.length));
-        }
         else
-        {
             AppendUtf16(result, step.codePoint == U'/' ? slash : step.codePoint);
-        }
         text.remove_prefix(step.length);
     }
     return result;
@@ -78,17 +72,11 @@ std::string FromShell(std::u16string_view text, char backslash)
     {
         const Utf16Step step = DecodeUtf16(text);
         if (IsEscape(step.codePoint))
-        {
             result += static_cast<char>(step.codePoint & 0xFF);
-        }
         else if (step.codePoint == U'\\')
-        {
             result += backslash;
-        }
         else
-        {
             AppendUtf8(result, step.codePoint);
-        }
         text.remove_prefix(step.length);
     }
     return result;

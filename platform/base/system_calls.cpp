@@ -12,9 +12,7 @@
 int MulDiv(int number, int numerator, int denominator)
 {
     if (denominator == 0)
-    {
         return -1;
-    }
     const std::int64_t product = static_cast<std::int64_t>(number) * numerator;
     const std::int64_t divisor = denominator;
     const std::int64_t half = (divisor < 0 ? -divisor : divisor) / 2;
@@ -41,16 +39,10 @@ void CoTaskMemFree(LPVOID memory)
 BOOL CreateDirectoryW(LPCWSTR pathName, SECURITY_ATTRIBUTES*)
 {
     if (platform::FaultPoint("CreateDirectoryW"))
-    {
         return platform::Fail(ERROR_NOT_ENOUGH_MEMORY, FALSE);
-    }
     if (pathName == nullptr || pathName[0] == 0)
-    {
         return platform::Fail(ERROR_PATH_NOT_FOUND, FALSE);
-    }
     if (mkdir(platform::PosixFromShellPath(pathName).c_str(), 0777) != 0)
-    {
         return platform::Fail(platform::ErrorFromErrno(errno), FALSE);
-    }
     return TRUE;
 }

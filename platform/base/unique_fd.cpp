@@ -12,13 +12,9 @@ bool WriteAll(int descriptor, std::string_view content)
     {
         const ssize_t written = write(descriptor, content.data(), content.size());
         if (written < 0 && errno == EINTR)
-        {
             continue;
-        }
         if (written <= 0)
-        {
             return false;
-        }
         content.remove_prefix(static_cast<std::size_t>(written));
     }
     return true;

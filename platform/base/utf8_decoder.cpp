@@ -22,9 +22,7 @@ struct Lead
 Lead LeadOf(unsigned char byte)
 {
     if (byte >= 0xC2 && byte <= 0xDF)
-    {
         return {2, 0x80, 0xBF};
-    }
     if (byte >= 0xE0 && byte <= 0xEF)
     {
         // The narrower ranges exclude overlong forms and surrogates.
@@ -45,23 +43,17 @@ Utf8Step DecodeUtf8(std::string_view text)
 {
     const unsigned char first = ByteAt(text, 0);
     if (first < 0x80)
-    {
         return {first, 1, true};
-    }
     const Lead lead = LeadOf(first);
     if (lead.length == 0)
-    {
         return {};
-    }
     char32_t codePoint = first & (0x7F >> lead.length);
     for (std::size_t i = 1; i < lead.length; ++i)
     {
         const bool second = i == 1;
         if (i >= text.size() || ByteAt(text, i) < (second ? lead.low : 0x80) ||
             ByteAt(text, i) > (second ? lead.high : 0xBF))
-        {
             return {0, i, false};
-        }
         codePoint = codePoint << 6 | (ByteAt(text, i) & 0x3F);
     }
     return {codePoint, lead.length, true};
@@ -71,13 +63,9 @@ Utf16Step DecodeUtf16(std::u16string_view text)
 {
     const char32_t first = text[0];
     if (first < 0xD800 || first > 0xDFFF)
-    {
         return {first, 1};
-    }
     if (first > 0xDBFF || text.size() < 2 || text[1] < 0xDC00 || text[1] > 0xDFFF)
-    {
         return {U'\uFFFD', 1};
-    }
     return {0x10000 + ((first - 0xD800) << 10) + (static_cast<char32_t>(text[1]) - 0xDC00), 2};
 }
 

@@ -33,9 +33,7 @@ void RegisterCommonControls()
 {
     static bool registered = false;
     if (registered)
-    {
         return;
-    }
     // What fails now is tried again next time.
     const bool toolbar = RegisterControl(TOOLBARCLASSNAMEW, Toolbar::Procedure, CS_DBLCLKS | kErasedByParent);
     const bool pager = RegisterControl(WC_PAGESCROLLERW, Pager::Procedure, kErasedByParent);
@@ -48,9 +46,7 @@ void RegisterCommonControls()
 BOOL InitCommonControlsEx(const INITCOMMONCONTROLSEX* controls)
 {
     if (controls == nullptr || controls->dwSize != sizeof(*controls) || platform::FaultPoint("InitCommonControlsEx"))
-    {
         return FALSE;
-    }
     platform::RegisterCommonControls();
     return TRUE;
 }

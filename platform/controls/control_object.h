@@ -60,9 +60,7 @@ inline LRESULT ControlObject::Run(ControlObject* object, UINT message, WPARAM wP
         object->m_window = nullptr;
     }
     if (--object->m_running == 0 && !object->Alive())
-    {
         delete object;
-    }
     return result;
 }
 

@@ -12,9 +12,7 @@ namespace platform
 int ImageList::Replace(int index, std::shared_ptr<IconSource> source)
 {
     if (source == nullptr || (index != -1 && !Has(index)))
-    {
         return -1;
-    }
     if (index == -1)
     {
         m_entries.push_back({std::move(source), std::nullopt});
@@ -33,13 +31,9 @@ const IconImage& ImageList::ImageOf(Entry& entry)
 {
     const IconImage& own = entry.source->Image();
     if (own.width == m_width && own.height == m_height)
-    {
         return own;
-    }
     if (!entry.scaled)
-    {
         entry.scaled = ScaleImage(own, m_width, m_height);
-    }
     return *entry.scaled;
 }
 
@@ -57,9 +51,7 @@ using platform::ImageList;
 HIMAGELIST ImageList_Create(int width, int height, UINT, int initial, int)
 {
     if (FaultPoint("ImageList_Create") || width <= 0 || height <= 0 || initial < 0)
-    {
         return nullptr;
-    }
     return reinterpret_cast<HIMAGELIST>(platform::InsertHandle(std::make_unique<ImageList>(width, height)));
 }
 
@@ -93,9 +85,7 @@ BOOL ImageList_GetIconSize(HIMAGELIST list, int* width, int* height)
 {
     const auto* images = FindObject<ImageList>(list);
     if (images == nullptr || width == nullptr || height == nullptr)
-    {
         return FALSE;
-    }
     *width = images->Width();
     *height = images->Height();
     return TRUE;

@@ -16,9 +16,9 @@ namespace platform
 class ImageList final : public HandleObject
 {
 public:
-    static constexpr HandleKind handleKind = HandleKind::ImageList;
+    static constexpr HandleKind kHandleKind = HandleKind::ImageList;
 
-    ImageList(int width, int height) : HandleObject(handleKind), m_width(width), m_height(height) {}
+    ImageList(int width, int height) : HandleObject(kHandleKind), m_width(width), m_height(height) {}
 
     int Width() const { return m_width; }
     int Height() const { return m_height; }

@@ -37,9 +37,7 @@ void UseAveragingFilter(pixman_image_t* image, pixman_fixed_t scaleX, pixman_fix
         pixman_filter_create_separable_convolution(&count, scaleX, scaleY, PIXMAN_KERNEL_LINEAR, PIXMAN_KERNEL_LINEAR,
                                                    PIXMAN_KERNEL_BOX, PIXMAN_KERNEL_BOX, 4, 4));
     if (filter != nullptr)
-    {
         pixman_image_set_filter(image, PIXMAN_FILTER_SEPARABLE_CONVOLUTION, filter.get(), count);
-    }
 }
 
 } // namespace
@@ -48,9 +46,7 @@ IconImage ScaleImage(const IconImage& source, int width, int height)
 {
     IconImage result{width, height, std::vector<std::uint32_t>(static_cast<std::size_t>(width) * height)};
     if (source.width <= 0 || source.height <= 0)
-    {
         return result;
-    }
     const PixmanImage from = Wrap(source);
     const PixmanImage to = Wrap(result);
     const auto scaleX = static_cast<pixman_fixed_t>((static_cast<std::int64_t>(source.width) << 16) / width);

@@ -9,10 +9,10 @@ namespace platform
 namespace
 {
 
-constexpr int defaultButtonSize = 12;
-constexpr UINT_PTR scrollTimer = 1;
-constexpr UINT repeatInterval = 50;       ///< milliseconds between steps
-constexpr UINT firstRepeatInterval = 500; ///< from a press to its second step
+constexpr int kDefaultButtonSize = 12;
+constexpr UINT_PTR kScrollTimer = 1;
+constexpr UINT kRepeatInterval = 50;       ///< milliseconds between steps
+constexpr UINT kFirstRepeatInterval = 500; ///< from a press to its second step
 
 WORD HeldKeys()
 {
@@ -25,15 +25,13 @@ WORD HeldKeys()
 LRESULT Pager::Handle(UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (message >= PGM_FIRST && message <= PGM_GETBUTTONSTATE)
-    {
         return HandlePager(message, lParam);
-    }
     switch (message)
     {
     case WM_CREATE:
         m_owner = reinterpret_cast<const CREATESTRUCTW*>(lParam)->hwndParent;
         m_autoScroll = (reinterpret_cast<const CREATESTRUCTW*>(lParam)->style & PGS_AUTOSCROLL) != 0;
-        m_extent.button = defaultButtonSize;
+        m_extent.button = kDefaultButtonSize;
         return 0;
     case WM_NCCALCSIZE:
         ShrinkClientArea(*reinterpret_cast<RECT*>(lParam));
@@ -109,7 +107,7 @@ LRESULT Pager::HandleMouse(UINT message, LPARAM lParam)
         Release();
         return 0;
     case WM_MOUSELEAVE:
-        HoverOver(none);
+        HoverOver(kNone);
         return 0;
     default:
         HoverOver(ButtonAt(PointFrom(lParam)));
@@ -124,9 +122,7 @@ void Pager::SetChild(HWND child)
     m_child = child;
     m_position = 0;
     if (IsWindow(child))
-    {
         SetParent(child, Window());
-    }
     Recalculate();
 }
 
@@ -163,9 +159,7 @@ void Pager::Recalculate()
         m_extent.content = size.iHeight;
     }
     if (!Alive())
-    {
         return;
-    }
     m_position = m_extent.Clamp(m_position);
     UpdateButtons();
     PlaceChild();
@@ -175,9 +169,7 @@ void Pager::PlaceChild()
 {
     // A child that has been given another parent meanwhile (a level being rebuilt) is left where it is.
     if (!Alive() || !IsWindow(m_child) || GetParent(m_child) != Window())
-    {
         return;
-    }
     RECT client;
     GetClientRect(Window(), &client);
     SetWindowPos(m_child, nullptr, 0, -m_position, client.right, m_extent.content, SWP_NOZORDER | SWP_NOACTIVATE);
@@ -216,9 +208,7 @@ void Pager::UpdateButtons()
         PlaceChild();
     }
     if (Alive() && previous != wanted)
-    {
         PaintButtons();
-    }
 }
 
 void Pager::ShrinkClientArea(RECT& rect) const
@@ -237,9 +227,7 @@ RECT Pager::ButtonRect(int button) const
     const LONG width = rect.right - rect.left;
     const LONG height = rect.bottom - rect.top;
     if (!IsShowing(button))
-    {
         return {};
-    }
     return button == PGB_TOPORLEFT ? RECT{0, 0, width, m_extent.button}
                                    : RECT{0, height - m_extent.button, width, height};
 }
@@ -256,11 +244,9 @@ int Pager::ButtonAt(POINT client) const
     {
         const RECT rect = ButtonRect(button);
         if (PtInRect(&rect, point))
-        {
             return button;
-        }
     }
-    return none;
+    return kNone;
 }
 
 LRESULT Pager::HitTest(POINT screen) const
@@ -268,7 +254,7 @@ LRESULT Pager::HitTest(POINT screen) const
     POINT client = screen;
     ScreenToClient(Window(), &client);
     // The buttons take the mouse as if they were client area; the rest is the child's.
-    return ButtonAt(client) != none ? HTCLIENT : HTTRANSPARENT;
+    return ButtonAt(client) != kNone ? HTCLIENT : HTTRANSPARENT;
 }
 
 // --- scrolling
@@ -285,91 +271,73 @@ void Pager::Scroll(int button)
     scroll.iScroll = client.bottom;
     Notify(m_owner, PGN_SCROLL, scroll);
     if (Alive())
-    {
         SetPosition(m_position + (button == PGB_TOPORLEFT ? -scroll.iScroll : scroll.iScroll));
-    }
 }
 
 void Pager::HoverOver(int button)
 {
     if (button == m_hover)
-    {
         return;
-    }
     m_hover = button;
-    if (m_pressed == none)
-    {
+    if (m_pressed == kNone)
         StopTimer();
-    }
-    if (button != none)
+    if (button != kNone)
     {
         TRACKMOUSEEVENT event = {sizeof(event), TME_LEAVE, Window(), 0};
         TrackMouseEvent(&event);
-        if (m_autoScroll && m_pressed == none && CanScroll(button))
-        {
-            StartTimer(repeatInterval);
-        }
+        if (m_autoScroll && m_pressed == kNone && CanScroll(button))
+            StartTimer(kRepeatInterval);
     }
     UpdateButtons();
 }
 
 void Pager::Press(int button)
 {
-    if (button == none || !CanScroll(button))
-    {
+    if (button == kNone || !CanScroll(button))
         return;
-    }
     m_pressed = button;
     SetCapture(Window());
     UpdateButtons();
-    StartTimer(firstRepeatInterval);
+    StartTimer(kFirstRepeatInterval);
     Scroll(button);
 }
 
 void Pager::Release()
 {
-    if (m_pressed == none)
-    {
+    if (m_pressed == kNone)
         return;
-    }
-    m_pressed = none;
+    m_pressed = kNone;
     StopTimer();
     if (GetCapture() == Window())
-    {
         ReleaseCapture();
-    }
-    if (m_hover != none && m_autoScroll && CanScroll(m_hover))
-    {
-        StartTimer(repeatInterval);
-    }
+    if (m_hover != kNone && m_autoScroll && CanScroll(m_hover))
+        StartTimer(kRepeatInterval);
     UpdateButtons();
 }
 
 void Pager::OnTimer()
 {
-    const int button = m_pressed != none ? m_pressed : m_hover;
+    const int button = m_pressed != kNone ? m_pressed : m_hover;
     // A disabled window is not told that the mouse has left it.
     const bool enabled = IsWindowEnabled(GetAncestor(Window(), GA_ROOT));
-    if (button == none || !CanScroll(button) || !enabled)
+    if (button == kNone || !CanScroll(button) || !enabled)
     {
         StopTimer();
         return;
     }
     Scroll(button);
-    if (Alive() && (m_pressed != none || m_hover != none))
-    {
-        StartTimer(repeatInterval);
-    }
+    if (Alive() && (m_pressed != kNone || m_hover != kNone))
+        StartTimer(kRepeatInterval);
 }
 
 void Pager::StartTimer(UINT milliseconds)
 {
-    SetTimer(Window(), scrollTimer, milliseconds, nullptr);
+    SetTimer(Window(), kScrollTimer, milliseconds, nullptr);
 }
 
 void Pager::StopTimer()
 {
-    KillTimer(Window(), scrollTimer);
+    KillTimer(Window(), kScrollTimer);
 }
 
 // --- painting
@@ -377,9 +345,7 @@ void Pager::StopTimer()
 void Pager::PaintButtons()
 {
     if (!IsWindowVisible(Window()))
-    {
         return;
-    }
     if (HDC dc = GetWindowDC(Window()))
     {
         PaintButton(dc, PGB_TOPORLEFT);
@@ -392,9 +358,7 @@ void Pager::PaintButton(HDC dc, int button)
 {
     const RECT rect = ButtonRect(button);
     if (IsRectEmpty(&rect))
-    {
         return;
-    }
     const int state = m_states[static_cast<std::size_t>(button)];
     FillRect(dc, &rect, GetSysColorBrush(COLOR_MENU));
     if (state == PGF_HOT || state == PGF_DEPRESSED)

@@ -36,7 +36,7 @@ public:
     }
 
 private:
-    static constexpr int none = -1; ///< neither PGB_TOPORLEFT nor PGB_BOTTOMORRIGHT
+    static constexpr int kNone = -1; ///< neither PGB_TOPORLEFT nor PGB_BOTTOMORRIGHT
 
     LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam) override;
     LRESULT HandlePager(UINT message, LPARAM lParam);
@@ -78,8 +78,8 @@ private:
     PagerExtent m_extent;
     int m_position = 0;
     std::array<int, 2> m_states = {PGF_INVISIBLE, PGF_INVISIBLE};
-    int m_hover = none;
-    int m_pressed = none;
+    int m_hover = kNone;
+    int m_pressed = kNone;
     bool m_autoScroll = false;
 };
 

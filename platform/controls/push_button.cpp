@@ -38,7 +38,7 @@ LRESULT PushButton::Handle(UINT message, WPARAM wParam, LPARAM lParam)
     switch (message)
     {
     case WM_CREATE:
-        m_default = (reinterpret_cast<const CREATESTRUCTW*>(lParam)->style & defaultStyle) != 0;
+        m_default = (reinterpret_cast<const CREATESTRUCTW*>(lParam)->style & kDefaultStyle) != 0;
         return 0;
     case WM_ERASEBKGND:
         return 1;
@@ -55,10 +55,10 @@ LRESULT PushButton::Handle(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_SETTEXT:
         InvalidateRect(Window(), nullptr, TRUE);
         return Default(message, wParam, lParam);
-    case setStyle:
-        SetDefault((wParam & defaultStyle) != 0);
+    case kSetStyle:
+        SetDefault((wParam & kDefaultStyle) != 0);
         return 0;
-    case click:
+    case kClick:
         Click();
         return 0;
     default:
@@ -110,17 +110,13 @@ LRESULT PushButton::HandleInput(UINT message, WPARAM wParam, LPARAM lParam)
 void PushButton::SetDown(bool down)
 {
     if (std::exchange(m_down, down) != down)
-    {
         InvalidateRect(Window(), nullptr, TRUE);
-    }
 }
 
 void PushButton::SetHot(bool hot)
 {
     if (std::exchange(m_hot, hot) == hot)
-    {
         return;
-    }
     if (hot)
     {
         TRACKMOUSEEVENT event = {sizeof(event), TME_LEAVE, Window(), 0};
@@ -134,13 +130,9 @@ void PushButton::Release(bool inside)
     const bool pressed = std::exchange(m_pressing, false);
     SetDown(false);
     if (GetCapture() == Window())
-    {
         ReleaseCapture();
-    }
     if (pressed && inside)
-    {
         Click();
-    }
 }
 
 void PushButton::Click()
@@ -152,9 +144,7 @@ void PushButton::Click()
 void PushButton::SetDefault(bool isDefault)
 {
     if (std::exchange(m_default, isDefault) != isDefault)
-    {
         InvalidateRect(Window(), nullptr, TRUE);
-    }
 }
 
 void PushButton::OnPaint()
@@ -181,18 +171,14 @@ void PushButton::Paint(HDC dc, RECT rect)
     const std::u16string label = LabelOf(Window());
     RECT text = rect;
     if (m_down)
-    {
         OffsetRect(&text, 1, 1);
-    }
     HGDIOBJ font = m_font != nullptr ? SelectObject(dc, m_font) : nullptr;
     SetBkMode(dc, TRANSPARENT);
     SetTextColor(dc, GetSysColor(IsWindowEnabled(Window()) ? COLOR_BTNTEXT : COLOR_GRAYTEXT));
     DrawTextW(dc, label.data(), static_cast<int>(label.size()), &text,
               DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
     if (font != nullptr)
-    {
         SelectObject(dc, font);
-    }
     if (GetFocus() == Window())
     {
         InflateRect(&rect, -3, -3);

@@ -19,9 +19,9 @@ public:
         return Route<PushButton>(window, message, wParam, lParam);
     }
 
-    static constexpr DWORD defaultStyle = 0x0001; ///< BS_DEFPUSHBUTTON
-    static constexpr UINT setStyle = 0x00F4;      ///< BM_SETSTYLE
-    static constexpr UINT click = 0x00F5;         ///< BM_CLICK
+    static constexpr DWORD kDefaultStyle = 0x0001; ///< BS_DEFPUSHBUTTON
+    static constexpr UINT kSetStyle = 0x00F4;      ///< BM_SETSTYLE
+    static constexpr UINT kClick = 0x00F5;         ///< BM_CLICK
 
 private:
     LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam) override;

@@ -71,14 +71,10 @@ LRESULT Continue(Passage& passage, UINT message, WPARAM wParam, LPARAM lParam)
 {
     Chain& chain = *passage.chain;
     if (chain.windowGone)
-    {
         return 0;
-    }
     const std::size_t before = passage.next;
     while (passage.next > 0 && chain.links[passage.next - 1].removed)
-    {
         --passage.next;
-    }
     LRESULT result = 0;
     if (passage.next > 0)
     {
@@ -104,34 +100,26 @@ void Forget(HWND window, Chain& chain)
 void CleanUp(HWND window, Chain* chain)
 {
     if (chain->running > 0 || !(chain->hasRemoved || chain->windowGone))
-    {
         return;
-    }
     std::erase_if(chain->links, [](const Link& link) { return link.removed; });
     if (chain->links.empty() && !chain->windowGone)
     {
         // Somebody who replaced the procedure afterwards will still call RunChain, which then passes on.
         if (GetWindowLongPtrW(window, GWLP_WNDPROC) != reinterpret_cast<LONG_PTR>(RunChain))
-        {
             return;
-        }
         SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(chain->original));
         Forget(window, *chain);
     }
     chain->hasRemoved = false;
     if (chain->windowGone)
-    {
         delete chain;
-    }
 }
 
 LRESULT CALLBACK RunChain(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
     Chain* chain = FindChain(window);
     if (chain == nullptr)
-    {
         return DefWindowProcW(window, message, wParam, lParam);
-    }
     Passage passage{window, chain, chain->links.size(), g_innermost};
     g_innermost = &passage;
     ++chain->running;
@@ -139,9 +127,7 @@ LRESULT CALLBACK RunChain(HWND window, UINT message, WPARAM wParam, LPARAM lPara
     --chain->running;
     g_innermost = passage.outer;
     if (message == WM_NCDESTROY && !chain->windowGone)
-    {
         Forget(window, *chain);
-    }
     CleanUp(window, chain);
     return result;
 }
@@ -150,9 +136,7 @@ Chain* Attach(HWND window)
 {
     const LONG_PTR original = GetWindowLongPtrW(window, GWLP_WNDPROC);
     if (original == 0)
-    {
         return nullptr;
-    }
     auto* chain = new Chain;
     chain->original = reinterpret_cast<WNDPROC>(original);
     Chains().emplace_back(window, chain);
@@ -169,22 +153,14 @@ using namespace platform;
 BOOL SetWindowSubclass(HWND window, SUBCLASSPROC procedure, UINT_PTR id, DWORD_PTR data)
 {
     if (procedure == nullptr || !IsWindow(window) || FaultPoint("SetWindowSubclass"))
-    {
         return FALSE;
-    }
     Chain* chain = FindChain(window);
     if (chain == nullptr && (chain = Attach(window)) == nullptr)
-    {
         return FALSE;
-    }
     if (Link* link = FindLink(*chain, procedure, id))
-    {
         link->data = data;
-    }
     else
-    {
         chain->links.push_back({procedure, id, data});
-    }
     return TRUE;
 }
 
@@ -193,13 +169,9 @@ BOOL GetWindowSubclass(HWND window, SUBCLASSPROC procedure, UINT_PTR id, DWORD_P
     Chain* chain = FindChain(window);
     const Link* link = chain != nullptr ? FindLink(*chain, procedure, id) : nullptr;
     if (link == nullptr)
-    {
         return FALSE;
-    }
     if (data != nullptr)
-    {
         *data = link->data;
-    }
     return TRUE;
 }
 
@@ -208,9 +180,7 @@ BOOL RemoveWindowSubclass(HWND window, SUBCLASSPROC procedure, UINT_PTR id)
     Chain* chain = FindChain(window);
     Link* link = chain != nullptr ? FindLink(*chain, procedure, id) : nullptr;
     if (link == nullptr)
-    {
         return FALSE;
-    }
     link->removed = true;
     chain->hasRemoved = true;
     CleanUp(window, chain);

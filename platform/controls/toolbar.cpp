@@ -14,11 +14,11 @@ namespace
 
 // Horizontally: margin, image, gap, text, and room at the right for the text's overhang. Vertically: the higher of
 // image and line between the two halves of the vertical padding.
-constexpr int margin = 4;
-constexpr int gap = 4;
-constexpr int textRoom = 7;
-constexpr SIZE padding = {7, 6};
-constexpr SIZE defaultImage = {16, 16};
+constexpr int kMargin = 4;
+constexpr int kGap = 4;
+constexpr int kTextRoom = 7;
+constexpr SIZE kPadding = {7, 6};
+constexpr SIZE kDefaultImage = {16, 16};
 
 class WindowContext
 {
@@ -50,22 +50,16 @@ private:
 Toolbar::~Toolbar()
 {
     if (m_ownFont != nullptr)
-    {
         DeleteObject(m_ownFont);
-    }
 }
 
 LRESULT Toolbar::Handle(UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (message >= WM_USER && message < WM_APP)
-    {
         return HandleButtons(message, wParam, lParam);
-    }
     if ((message >= WM_MOUSEFIRST && message <= WM_MOUSELAST) || message == WM_MOUSELEAVE || message == WM_KEYDOWN ||
         message == WM_SETFOCUS || message == WM_CAPTURECHANGED)
-    {
         return HandleInput(message, wParam, lParam);
-    }
     switch (message)
     {
     case WM_CREATE:
@@ -119,9 +113,7 @@ LRESULT Toolbar::HandleButtons(UINT message, WPARAM wParam, LPARAM lParam)
     case TB_GETITEMRECT:
         UpdateSize();
         if (!m_column.Has(index) || lParam == 0)
-        {
             return FALSE;
-        }
         *reinterpret_cast<RECT*>(lParam) = m_column.RectOf(index);
         return TRUE;
     case TB_HITTEST:
@@ -150,7 +142,7 @@ LRESULT Toolbar::HandleAppearance(UINT message, WPARAM wParam, LPARAM lParam)
         UpdateSize();
         return MAKELRESULT(m_column.Width(), m_column.ItemHeight());
     case TB_GETPADDING:
-        return MAKELRESULT(padding.cx, padding.cy);
+        return MAKELRESULT(kPadding.cx, kPadding.cy);
     case TB_SETIMAGELIST:
         return reinterpret_cast<LRESULT>(SetImages(reinterpret_cast<HIMAGELIST>(lParam)));
     case TB_GETIMAGELIST:
@@ -160,9 +152,7 @@ LRESULT Toolbar::HandleAppearance(UINT message, WPARAM wParam, LPARAM lParam)
         return 0;
     case TB_GETINSERTMARK:
         if (lParam != 0)
-        {
             *reinterpret_cast<TBINSERTMARK*>(lParam) = m_mark;
-        }
         return lParam != 0;
     case TB_INSERTMARKHITTEST:
         return wParam != 0 && lParam != 0 &&
@@ -181,9 +171,7 @@ void Toolbar::Create(const CREATESTRUCTW& create)
     m_owner = create.hwndParent;
     LOGFONTW font = {};
     if (SystemParametersInfoW(SPI_GETICONTITLELOGFONT, sizeof(font), &font, 0))
-    {
         m_ownFont = CreateFontIndirectW(&font);
-    }
     m_font = m_ownFont;
 }
 
@@ -198,9 +186,7 @@ void Toolbar::SetFont(HFONT font)
 bool Toolbar::InsertButton(int index, const TBBUTTON* button)
 {
     if (button == nullptr || FaultPoint("TB_INSERTBUTTONW"))
-    {
         return false;
-    }
     // A negative index appends, as one past the end does.
     index = index < 0 ? m_column.Count() : std::min(index, m_column.Count());
     m_column.Insert(index, *button);
@@ -214,9 +200,7 @@ bool Toolbar::InsertButton(int index, const TBBUTTON* button)
 bool Toolbar::DeleteButton(int index)
 {
     if (!m_column.Has(index))
-    {
         return false;
-    }
     m_column.Remove(index);
     const auto follow = [&](int& item) { item = item == index ? -1 : item - (item > index); };
     follow(m_hot);
@@ -229,9 +213,7 @@ bool Toolbar::DeleteButton(int index)
 bool Toolbar::GetButton(int index, TBBUTTON* button) const
 {
     if (!m_column.Has(index) || button == nullptr)
-    {
         return false;
-    }
     const ToolbarButton& row = m_column.At(index);
     *button = {};
     button->iBitmap = row.image;
@@ -247,14 +229,10 @@ int Toolbar::GetText(int command, LPWSTR text) const
 {
     const int index = m_column.IndexOf(command);
     if (index < 0)
-    {
         return -1;
-    }
     const std::u16string_view own = m_column.TextOf(m_column.At(index));
     if (text != nullptr)
-    {
         *std::copy(own.begin(), own.end(), text) = u'\0';
-    }
     return static_cast<int>(own.size());
 }
 
@@ -262,9 +240,7 @@ bool Toolbar::EnableButton(int command, bool enable)
 {
     const int index = m_column.IndexOf(command);
     if (index < 0)
-    {
         return false;
-    }
     const BYTE state = m_column.At(index).state;
     m_column.SetState(index, static_cast<BYTE>(enable ? state | TBSTATE_ENABLED : state & ~TBSTATE_ENABLED));
     InvalidateButton(index);
@@ -273,8 +249,8 @@ bool Toolbar::EnableButton(int command, bool enable)
 
 SIZE Toolbar::ImageSize() const
 {
-    int width = defaultImage.cx;
-    int height = defaultImage.cy;
+    int width = kDefaultImage.cx;
+    int height = kDefaultImage.cy;
     ImageList_GetIconSize(m_images, &width, &height);
     return {width, height};
 }
@@ -283,9 +259,7 @@ SIZE Toolbar::MeasureContent()
 {
     const WindowContext context(Window(), m_font);
     if (context.Get() == nullptr)
-    {
         return {};
-    }
     TEXTMETRICW metrics = {};
     GetTextMetricsW(context.Get(), &metrics);
     const int width = m_column.WidestText(
@@ -301,15 +275,13 @@ SIZE Toolbar::MeasureContent()
 void Toolbar::UpdateSize()
 {
     if (!m_sizeStale)
-    {
         return;
-    }
     const SIZE image = ImageSize();
     const SIZE text = MeasureContent();
     // Without a context nothing could be measured: the next question tries again.
     m_sizeStale = text.cy == 0;
-    const int width = margin + image.cx + gap + (text.cx > 0 ? text.cx + textRoom : 0);
-    m_column.SetSize(width, std::max(image.cy, text.cy) + padding.cy);
+    const int width = kMargin + image.cx + kGap + (text.cx > 0 ? text.cx + kTextRoom : 0);
+    m_column.SetSize(width, std::max(image.cy, text.cy) + kPadding.cy);
 }
 
 void Toolbar::SetButtonSize(int width, int height)
@@ -318,8 +290,8 @@ void Toolbar::SetButtonSize(int width, int height)
     m_sizeStale = m_sizeStale || width == 0 || height == 0;
     UpdateSize();
     const SIZE image = ImageSize();
-    m_column.SetSize(width != 0 ? std::max(width, static_cast<int>(image.cx + padding.cx)) : m_column.Width(),
-                     height != 0 ? std::max(height, static_cast<int>(image.cy + padding.cy)) : m_column.ItemHeight());
+    m_column.SetSize(width != 0 ? std::max(width, static_cast<int>(image.cx + kPadding.cx)) : m_column.Width(),
+                     height != 0 ? std::max(height, static_cast<int>(image.cy + kPadding.cy)) : m_column.ItemHeight());
     InvalidateAll();
 }
 

@@ -10,7 +10,7 @@ namespace
 {
 
 /// Extent of a separator that does not say its own.
-constexpr int defaultSeparator = 8;
+constexpr int kDefaultSeparator = 8;
 
 /// A small number in the place of the pointer would name a string of the control's own list, which it does not have.
 std::u16string_view TextFrom(INT_PTR text)
@@ -23,11 +23,11 @@ std::u16string_view TextFrom(INT_PTR text)
 
 const char16_t* TextPool::Add(std::u16string_view text)
 {
-    constexpr std::size_t blockSize = 8192;
+    constexpr std::size_t kBlockSize = 8192;
     const std::size_t needed = text.size() + 1;
     if (needed > m_free)
     {
-        m_free = std::max(blockSize, needed);
+        m_free = std::max(kBlockSize, needed);
         m_next = m_blocks.emplace_back(std::make_unique_for_overwrite<char16_t[]>(m_free)).get();
     }
     char16_t* const copy = m_next;
@@ -75,9 +75,7 @@ void ToolbarColumn::Remove(int index)
         m_unmeasured = 0;
     }
     if (m_buttons.empty())
-    {
         m_texts.Clear();
-    }
 }
 
 void ToolbarColumn::SetState(int index, BYTE state)
@@ -91,9 +89,7 @@ int ToolbarColumn::IndexOf(int command) const
     // Commands are usually numbered in order.
     if (!m_buttons.empty() && Has(command - m_buttons[0].command) &&
         At(command - m_buttons[0].command).command == command)
-    {
         return command - m_buttons[0].command;
-    }
     const auto found = std::find_if(m_buttons.begin(), m_buttons.end(),
                                     [&](const ToolbarButton& button) { return button.command == command; });
     return found != m_buttons.end() ? static_cast<int>(found - m_buttons.begin()) : -1;
@@ -102,9 +98,7 @@ int ToolbarColumn::IndexOf(int command) const
 void ToolbarColumn::SetSize(int width, int itemHeight)
 {
     if (itemHeight != m_itemHeight)
-    {
         m_bottoms.clear();
-    }
     m_width = width;
     m_itemHeight = itemHeight;
 }
@@ -112,18 +106,14 @@ void ToolbarColumn::SetSize(int width, int itemHeight)
 int ToolbarColumn::Extent(const ToolbarButton& button) const
 {
     if (button.IsHidden())
-    {
         return 0;
-    }
-    return !button.IsSeparator() ? m_itemHeight : button.image > 0 ? button.image : defaultSeparator;
+    return !button.IsSeparator() ? m_itemHeight : button.image > 0 ? button.image : kDefaultSeparator;
 }
 
 void ToolbarColumn::LayOut(int index) const
 {
     if (static_cast<std::size_t>(index) < m_bottoms.size())
-    {
         return;
-    }
     m_bottoms.reserve(m_buttons.size());
     int bottom = m_bottoms.empty() ? 0 : m_bottoms.back();
     for (std::size_t row = m_bottoms.size(); row < m_buttons.size(); ++row)
@@ -136,9 +126,7 @@ void ToolbarColumn::LayOut(int index) const
 RECT ToolbarColumn::RectOf(int index) const
 {
     if (!Has(index) || At(index).IsHidden())
-    {
         return {};
-    }
     LayOut(index);
     const int top = index > 0 ? m_bottoms[static_cast<std::size_t>(index - 1)] : 0;
     return {0, top, m_width, m_bottoms[static_cast<std::size_t>(index)]};
@@ -153,14 +141,10 @@ int ToolbarColumn::FirstBelow(int y) const
 int ToolbarColumn::HitTest(POINT point) const
 {
     if (point.x < 0 || point.x >= m_width || point.y < 0)
-    {
         return -1;
-    }
     const int row = FirstBelow(point.y);
     if (!Has(row))
-    {
         return -1;
-    }
     // The first row's index has no negative; −1 says no more than "no item" there.
     return !At(row).IsSeparator() ? row : row > 0 ? -row : -1;
 }
@@ -168,9 +152,7 @@ int ToolbarColumn::HitTest(POINT point) const
 void ToolbarColumn::ForgetTextWidths()
 {
     for (ToolbarButton& button : m_buttons)
-    {
         button.textWidth = -1;
-    }
     m_unmeasured = 0;
     m_widest = 0;
 }

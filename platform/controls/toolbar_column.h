@@ -101,9 +101,7 @@ int ToolbarColumn::WidestText(Measure&& measure)
     {
         ToolbarButton& button = At(m_unmeasured);
         if (button.textWidth < 0)
-        {
             button.textWidth = button.textLength > 0 ? measure(TextOf(button)) : 0;
-        }
         m_widest = button.textWidth > m_widest ? button.textWidth : m_widest;
     }
     return m_widest;

@@ -12,7 +12,7 @@ namespace platform
 namespace
 {
 
-constexpr DWORD hicfLeftButton = 0x0080; ///< HICF_LMOUSE: the change comes with a press or release of the left button
+constexpr DWORD kHicfLeftButton = 0x0080; ///< HICF_LMOUSE: the change comes with a press or release of the left button
 
 } // namespace
 
@@ -63,17 +63,13 @@ bool Toolbar::ChangeHot(int index, DWORD flags)
 {
     index = m_column.Has(index) ? index : -1;
     if (index == m_hot)
-    {
         return true;
-    }
     NMTBHOTITEM change = {};
     change.idOld = m_hot >= 0 ? m_column.At(m_hot).command : 0;
     change.idNew = index >= 0 ? m_column.At(index).command : 0;
     change.dwFlags = flags | (m_hot < 0 ? HICF_ENTERING : 0) | (index < 0 ? HICF_LEAVING : 0);
     if (Notify(m_owner, TBN_HOTITEMCHANGE, change) != 0 || !Alive())
-    {
         return false;
-    }
     InvalidateButton(m_hot);
     m_hot = m_column.Has(index) && m_column.At(index).IsEnabled() ? index : -1;
     InvalidateButton(m_hot);
@@ -84,9 +80,7 @@ int Toolbar::SetHotItem(int index)
 {
     const int previous = m_hot;
     if (index < m_column.Count())
-    {
         ChangeHot(index, HICF_OTHER);
-    }
     return previous;
 }
 
@@ -121,11 +115,9 @@ void Toolbar::OnPress(POINT point)
     m_pressStarted = true;
     if (item >= 0)
     {
-        ChangeHot(item, HICF_MOUSE | hicfLeftButton);
+        ChangeHot(item, HICF_MOUSE | kHicfLeftButton);
         if (!Alive() || !m_column.Has(item))
-        {
             return;
-        }
         SetCapture(Window());
         m_pressed = item;
         SetPressed(true);
@@ -142,23 +134,15 @@ void Toolbar::OnRelease(POINT point)
     const int pressed = std::exchange(m_pressed, -1);
     const int item = ItemAt(point);
     if (GetCapture() == Window())
-    {
         ReleaseCapture();
-    }
-    ChangeHot(item, HICF_MOUSE | hicfLeftButton);
+    ChangeHot(item, HICF_MOUSE | kHicfLeftButton);
     // The release of a click that began elsewhere, such as the one that opened the menu, is no click here.
     if (!startedHere || !Alive())
-    {
         return;
-    }
     if (item >= 0 && item == pressed && m_column.Has(item) && m_column.At(item).IsEnabled())
-    {
         SendCommand(m_column.At(item).command);
-    }
     if (Alive())
-    {
         NotifyMouse(NM_CLICK, m_column.Has(item) ? item : -1, point);
-    }
 }
 
 LRESULT Toolbar::OnRightRelease(WPARAM keys, LPARAM lParam)
@@ -175,9 +159,7 @@ bool Toolbar::OnKey(WPARAM key, LPARAM lParam)
     press.nVKey = static_cast<UINT>(key);
     press.uFlags = HIWORD(lParam);
     if (Notify(m_owner, NM_KEYDOWN, press) != 0 || !Alive())
-    {
         return true;
-    }
     switch (key)
     {
     case VK_UP:
@@ -191,9 +173,7 @@ bool Toolbar::OnKey(WPARAM key, LPARAM lParam)
     case VK_RETURN:
     case VK_SPACE:
         if (m_hot >= 0)
-        {
             SendCommand(m_column.At(m_hot).command);
-        }
         return true;
     default:
         return false;
@@ -203,9 +183,7 @@ bool Toolbar::OnKey(WPARAM key, LPARAM lParam)
 void Toolbar::OnFocus()
 {
     if (m_hot < 0)
-    {
         ChangeHot(NextItem(-1, 1), HICF_OTHER);
-    }
 }
 
 void Toolbar::CancelPress()
@@ -218,9 +196,7 @@ void Toolbar::CancelPress()
 void Toolbar::SetPressed(bool pressed)
 {
     if (!m_column.Has(m_pressed))
-    {
         return;
-    }
     ToolbarButton& button = m_column.At(m_pressed);
     const auto state = static_cast<BYTE>(pressed ? button.state | TBSTATE_PRESSED : button.state & ~TBSTATE_PRESSED);
     if (state != button.state)
@@ -258,9 +234,7 @@ int Toolbar::NextItem(int from, int step) const
         index = (index + step + count) % count;
         const ToolbarButton& button = m_column.At(index);
         if (!button.IsSeparator() && !button.IsHidden() && button.IsEnabled())
-        {
             return index;
-        }
     }
     return -1;
 }

@@ -10,9 +10,9 @@ namespace platform
 namespace
 {
 
-constexpr int margin = 4;    ///< left of the image, and between image and text
-constexpr int markReach = 3; ///< the insertion mark's ends reach this far above and below its line
-constexpr int markThickness = 2;
+constexpr int kMargin = 4;    ///< left of the image, and between image and text
+constexpr int kMarkReach = 3; ///< the insertion mark's ends reach this far above and below its line
+constexpr int kMarkThickness = 2;
 
 bool SamePlace(const TBINSERTMARK& a, const TBINSERTMARK& b)
 {
@@ -51,13 +51,9 @@ void Toolbar::OnPaint()
     m_allInvalid = false;
     PAINTSTRUCT paint;
     if (HDC dc = BeginPaint(Window(), &paint))
-    {
         Paint(dc, paint.rcPaint);
-    }
     if (Alive())
-    {
         EndPaint(Window(), &paint);
-    }
 }
 
 void Toolbar::Paint(HDC dc, const RECT& clip)
@@ -68,16 +64,12 @@ void Toolbar::Paint(HDC dc, const RECT& clip)
     draw.nmcd.rc = clip;
     const LRESULT answer = Notify(m_owner, NM_CUSTOMDRAW, draw);
     if ((answer & CDRF_SKIPDEFAULT) != 0 || !Alive())
-    {
         return;
-    }
     HGDIOBJ font = SelectObject(dc, m_font);
     const int mode = SetBkMode(dc, TRANSPARENT);
     PaintRows(dc, clip, (answer & CDRF_NOTIFYITEMDRAW) != 0);
     if (Alive())
-    {
         PaintInsertMark(dc);
-    }
     SetBkMode(dc, mode);
     SelectObject(dc, font);
     if ((answer & CDRF_NOTIFYPOSTPAINT) != 0 && Alive())
@@ -93,17 +85,11 @@ void Toolbar::PaintRows(HDC dc, const RECT& clip, bool notifyItems)
     {
         const RECT rect = m_column.RectOf(row);
         if (rect.top >= clip.bottom)
-        {
             return;
-        }
         if (m_column.At(row).IsSeparator())
-        {
             DrawEtchedLine(dc, rect);
-        }
         else if (!m_column.At(row).IsHidden())
-        {
             PaintItem(dc, row, notifyItems);
-        }
     }
 }
 
@@ -126,7 +112,7 @@ NMTBCUSTOMDRAW Toolbar::DrawInfo(HDC dc, int index) const
     draw.rcText = {0, 0, rect.right - rect.left, rect.bottom - rect.top};
     draw.nStringBkMode = TRANSPARENT;
     draw.nHLStringBkMode = OPAQUE;
-    draw.iListGap = margin;
+    draw.iListGap = kMargin;
     return draw;
 }
 
@@ -140,9 +126,7 @@ void Toolbar::PaintItem(HDC dc, int index, bool notify)
         answer = Notify(m_owner, NM_CUSTOMDRAW, draw);
     }
     if ((answer & CDRF_SKIPDEFAULT) != 0 || !Alive() || !m_column.Has(index))
-    {
         return;
-    }
     PaintItemContent(dc, index, draw, answer);
     if ((answer & CDRF_NOTIFYPOSTPAINT) != 0)
     {
@@ -158,24 +142,18 @@ void Toolbar::PaintItemContent(HDC dc, int index, const NMTBCUSTOMDRAW& draw, LR
     const bool hot = (draw.nmcd.uItemState & CDIS_HOT) != 0;
     const bool down = (draw.nmcd.uItemState & CDIS_SELECTED) != 0;
     if (hot && (flags & TBCDRF_HILITEHOTTRACK) != 0)
-    {
         Fill(dc, rect, draw.clrHighlightHotTrack);
-    }
     else if ((button.state & TBSTATE_CHECKED) != 0 && (flags & TBCDRF_NOMARK) == 0)
-    {
         Fill(dc, rect, draw.clrBtnHighlight);
-    }
     if ((hot || down) && (flags & TBCDRF_NOEDGES) == 0)
-    {
         FrameColors(dc, rect, down ? COLOR_BTNSHADOW : COLOR_BTNHIGHLIGHT, down ? COLOR_BTNHIGHLIGHT : COLOR_BTNSHADOW);
-    }
     const int offset = down && (flags & TBCDRF_NOOFFSET) == 0 ? 1 : 0;
     const SIZE image = ImageSize();
-    ImageList_Draw(m_images, button.image, dc, rect.left + margin + offset,
+    ImageList_Draw(m_images, button.image, dc, rect.left + kMargin + offset,
                    rect.top + (rect.bottom - rect.top - image.cy) / 2 + offset, ILD_NORMAL);
 
     const std::u16string_view text = m_column.TextOf(button);
-    RECT label = {rect.left + margin + image.cx + margin + offset, rect.top + offset, rect.right - 1 + offset,
+    RECT label = {rect.left + kMargin + image.cx + kMargin + offset, rect.top + offset, rect.right - 1 + offset,
                   rect.bottom + offset};
     SetTextColor(dc, draw.clrText);
     DrawTextW(dc, text.data(), static_cast<int>(text.size()), &label,
@@ -187,42 +165,34 @@ void Toolbar::PaintItemContent(HDC dc, int index, const NMTBCUSTOMDRAW& draw, LR
 RECT Toolbar::InsertMarkRect(const TBINSERTMARK& mark) const
 {
     if (!m_column.Has(mark.iButton))
-    {
         return {};
-    }
     const RECT rect = m_column.RectOf(mark.iButton);
     // At the very top the mark is moved into view.
-    const LONG middle = std::max<LONG>((mark.dwFlags & TBIMHT_AFTER) != 0 ? rect.bottom : rect.top, markReach);
-    return {rect.left, middle - markReach, rect.right, middle + markReach};
+    const LONG middle = std::max<LONG>((mark.dwFlags & TBIMHT_AFTER) != 0 ? rect.bottom : rect.top, kMarkReach);
+    return {rect.left, middle - kMarkReach, rect.right, middle + kMarkReach};
 }
 
 void Toolbar::PaintInsertMark(HDC dc)
 {
     const RECT rect = InsertMarkRect(m_mark);
     if (IsRectEmpty(&rect))
-    {
         return;
-    }
-    const LONG top = (rect.top + rect.bottom - markThickness) / 2;
-    Fill(dc, {rect.left, rect.top, rect.left + markThickness, rect.bottom}, m_markColor);
-    Fill(dc, {rect.left, top, rect.right, top + markThickness}, m_markColor);
-    Fill(dc, {rect.right - markThickness, rect.top, rect.right, rect.bottom}, m_markColor);
+    const LONG top = (rect.top + rect.bottom - kMarkThickness) / 2;
+    Fill(dc, {rect.left, rect.top, rect.left + kMarkThickness, rect.bottom}, m_markColor);
+    Fill(dc, {rect.left, top, rect.right, top + kMarkThickness}, m_markColor);
+    Fill(dc, {rect.right - kMarkThickness, rect.top, rect.right, rect.bottom}, m_markColor);
 }
 
 void Toolbar::SetInsertMark(const TBINSERTMARK* mark)
 {
     UpdateSize();
     if (mark == nullptr || (mark->iButton != -1 && !m_column.Has(mark->iButton)) || SamePlace(*mark, m_mark))
-    {
         return;
-    }
     for (const TBINSERTMARK& place : {std::exchange(m_mark, *mark), *mark})
     {
         const RECT rect = InsertMarkRect(place);
         if (!IsRectEmpty(&rect))
-        {
             InvalidateRect(Window(), &rect, TRUE);
-        }
     }
 }
 

@@ -16,7 +16,7 @@ namespace
 {
 
 /// How long to wait for the application's answer before taking it for slow, in milliseconds.
-constexpr int answerTimeout = 5000;
+constexpr int kAnswerTimeout = 5000;
 
 std::string BusNameOf(const std::string& entryPath)
 {
@@ -39,27 +39,19 @@ GVariant* PlatformData(const BusRequest& request)
     GVariantBuilder builder;
     g_variant_builder_init(&builder, G_VARIANT_TYPE_VARDICT);
     if (!request.startupId.empty())
-    {
         for (const char* key : {"desktop-startup-id", "activation-token"})
-        {
             g_variant_builder_add(&builder, "{sv}", key, g_variant_new_string(request.startupId.c_str()));
-        }
-    }
     return g_variant_builder_end(&builder);
 }
 
 GVariant* Arguments(const BusRequest& request)
 {
     if (request.uris.empty())
-    {
         return g_variant_new("(@a{sv})", PlatformData(request));
-    }
     GVariantBuilder uris;
     g_variant_builder_init(&uris, G_VARIANT_TYPE_STRING_ARRAY);
     for (const std::string& uri : request.uris)
-    {
         g_variant_builder_add(&uris, "s", uri.c_str());
-    }
     return g_variant_new("(@as@a{sv})", g_variant_builder_end(&uris), PlatformData(request));
 }
 
@@ -70,14 +62,12 @@ bool CallApplication(const BusRequest& request)
     const std::string path = ObjectPathOf(name);
     const GObjectOwner<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
     if (bus == nullptr || !g_dbus_is_name(name.c_str()) || !g_variant_is_object_path(path.c_str()))
-    {
         return false;
-    }
     g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
     GError* error = nullptr;
     GVariant* reply = g_dbus_connection_call_sync(bus.get(), name.c_str(), path.c_str(), "org.freedesktop.Application",
                                                   request.uris.empty() ? "Activate" : "Open", Arguments(request),
-                                                  nullptr, G_DBUS_CALL_FLAGS_NONE, answerTimeout, nullptr, &error);
+                                                  nullptr, G_DBUS_CALL_FLAGS_NONE, kAnswerTimeout, nullptr, &error);
     if (reply != nullptr)
     {
         g_variant_unref(reply);
@@ -101,7 +91,7 @@ struct Outcome
 
 std::string ActivateOverBus(BusRequest request, std::function<std::string()> runCommand, std::shared_ptr<LaunchEnd> end)
 {
-    constexpr std::chrono::milliseconds patience{150};
+    constexpr std::chrono::milliseconds kPatience{150};
     const auto outcome = std::make_shared<Outcome>();
     const auto ask = [request = std::move(request), runCommand, end = std::move(end), outcome]
     {
@@ -120,7 +110,7 @@ std::string ActivateOverBus(BusRequest request, std::function<std::string()> run
         return runCommand();
     }
     std::unique_lock lock(outcome->mutex);
-    outcome->known.wait_for(lock, patience, [&] { return outcome->isKnown; });
+    outcome->known.wait_for(lock, kPatience, [&] { return outcome->isKnown; });
     return outcome->reason;
 }
 

@@ -28,13 +28,9 @@ bool MeantForThisDesktop(GKeyFile* entry)
     for (char** desktop = desktops.get(); *desktop != nullptr; ++desktop)
     {
         if (only != nullptr && g_strv_contains(only.get(), *desktop))
-        {
             return true;
-        }
         if (never != nullptr && g_strv_contains(never.get(), *desktop))
-        {
             return false;
-        }
     }
     return only == nullptr;
 }

@@ -16,8 +16,8 @@ namespace platform
 namespace
 {
 
-constexpr char group[] = G_KEY_FILE_DESKTOP_GROUP;
-constexpr char execKey[] = G_KEY_FILE_DESKTOP_KEY_EXEC;
+constexpr char kGroup[] = G_KEY_FILE_DESKTOP_GROUP;
+constexpr char kExecKey[] = G_KEY_FILE_DESKTOP_KEY_EXEC;
 
 std::string Quoted(const std::string& text)
 {
@@ -40,19 +40,13 @@ std::string WhyUnusable(GKeyFile* entry)
 {
     const std::string type = EntryText(entry, G_KEY_FILE_DESKTOP_KEY_TYPE);
     if (type != G_KEY_FILE_DESKTOP_TYPE_APPLICATION)
-    {
         return "It is no application but " + (type.empty() ? "of no type." : "of the type " + Quoted(type) + ".");
-    }
     const std::string needed = EntryText(entry, G_KEY_FILE_DESKTOP_KEY_TRY_EXEC);
     if (!needed.empty() && !IsInstalled(needed))
-    {
         return "The program " + Quoted(needed) + " is not installed.";
-    }
-    const std::string command = EntryText(entry, execKey);
+    const std::string command = EntryText(entry, kExecKey);
     if (command.empty())
-    {
         return "It does not say which program to run.";
-    }
     GError* error = nullptr;
     char** words = nullptr;
     if (!g_shell_parse_argv(command.c_str(), nullptr, &words, &error))
@@ -68,9 +62,7 @@ std::string WhyUnusable(GKeyFile* entry)
 std::string TerminalCommand()
 {
     if (IsInstalled("xdg-terminal-exec"))
-    {
         return "xdg-terminal-exec ";
-    }
     return IsInstalled("x-terminal-emulator") ? "x-terminal-emulator -e " : "";
 }
 
@@ -80,9 +72,7 @@ std::string WithEntryPath(std::string command, const std::string& path)
     const GTextOwner quoted(g_shell_quote(path.c_str()));
     std::string text;
     for (const char* c = quoted.get(); *c != '\0'; ++c)
-    {
         text.append(*c == '%' ? "%%" : std::string(1, *c));
-    }
     for (std::size_t at = 0; (at = command.find('%', at)) != command.npos && at + 1 < command.size();)
     {
         const bool wanted = command[at + 1] == 'k';
@@ -99,13 +89,11 @@ GObjectOwner<GDesktopAppInfo> InfoForCommand(GKeyFile* entry, const std::string&
     const std::string terminal = inTerminal ? TerminalCommand() : "";
     const bool onBus = EntryFlag(entry, G_KEY_FILE_DESKTOP_KEY_DBUS_ACTIVATABLE);
     if (terminal.empty() && !onBus)
-    {
         return GObjectOwner<GDesktopAppInfo>(g_desktop_app_info_new_from_filename(path.c_str()));
-    }
-    const std::string command = terminal + WithEntryPath(EntryText(entry, execKey), path);
-    g_key_file_set_string(entry, group, execKey, command.c_str());
-    g_key_file_set_boolean(entry, group, G_KEY_FILE_DESKTOP_KEY_DBUS_ACTIVATABLE, FALSE);
-    g_key_file_set_boolean(entry, group, G_KEY_FILE_DESKTOP_KEY_TERMINAL, inTerminal && terminal.empty());
+    const std::string command = terminal + WithEntryPath(EntryText(entry, kExecKey), path);
+    g_key_file_set_string(entry, kGroup, kExecKey, command.c_str());
+    g_key_file_set_boolean(entry, kGroup, G_KEY_FILE_DESKTOP_KEY_DBUS_ACTIVATABLE, FALSE);
+    g_key_file_set_boolean(entry, kGroup, G_KEY_FILE_DESKTOP_KEY_TERMINAL, inTerminal && terminal.empty());
     return GObjectOwner<GDesktopAppInfo>(g_desktop_app_info_new_from_keyfile(entry));
 }
 
@@ -113,9 +101,7 @@ GObjectOwner<GDesktopAppInfo> InfoForCommand(GKeyFile* entry, const std::string&
 std::string Announce(GKeyFile* entry, const char* program)
 {
     if (!EntryFlag(entry, G_KEY_FILE_DESKTOP_KEY_STARTUP_NOTIFY))
-    {
         return {};
-    }
     const std::string name = LocalisedEntryText(entry, G_KEY_FILE_DESKTOP_KEY_NAME);
     const std::string icon = LocalisedEntryText(entry, G_KEY_FILE_DESKTOP_KEY_ICON);
     return AnnounceStart(name.c_str(), icon.c_str(), program);
@@ -126,23 +112,17 @@ std::string RunCommand(GKeyFile* entry, const std::string& path, const std::vect
 {
     const std::string unusable = WhyUnusable(entry);
     if (!unusable.empty())
-    {
         return unusable;
-    }
     const GObjectOwner<GDesktopAppInfo> info = InfoForCommand(entry, path);
     if (info == nullptr)
-    {
         return "It is not a valid desktop entry.";
-    }
     GList* list = nullptr;
     for (const std::string& uri : uris)
-    {
         list = g_list_append(list, const_cast<char*>(uri.c_str()));
-    }
     const auto context = MakeLaunchContext(Announce(entry, g_app_info_get_executable(G_APP_INFO(info.get()))));
     GError* error = nullptr;
     const bool started =
-        g_desktop_app_info_launch_uris_as_manager(info.get(), list, context.get(), detachedSpawnFlags, DetachChild,
+        g_desktop_app_info_launch_uris_as_manager(info.get(), list, context.get(), kDetachedSpawnFlags, DetachChild,
                                                   nullptr, nullptr, nullptr, &error) != FALSE;
     g_list_free(list);
     const GErrorOwner owner(error);
@@ -156,18 +136,14 @@ std::string LaunchEntry(const std::string& entryPath, const std::vector<std::str
 {
     const GKeyFileOwner entry = LoadDesktopEntry(entryPath.c_str());
     if (entry == nullptr)
-    {
         return "It is not a valid desktop entry.";
-    }
     const auto runCommand = [entryPath, uris]() -> std::string
     {
         const GKeyFileOwner copy = LoadDesktopEntry(entryPath.c_str());
         return copy != nullptr ? RunCommand(copy.get(), entryPath, uris) : "It is not a valid desktop entry.";
     };
     if (!EntryFlag(entry.get(), G_KEY_FILE_DESKTOP_KEY_DBUS_ACTIVATABLE))
-    {
         return runCommand();
-    }
     return ActivateOverBus({entryPath, uris, Announce(entry.get(), nullptr)}, runCommand, end);
 }
 

@@ -35,9 +35,7 @@ std::string TakeText(char* text)
 std::string CleanIconName(std::string icon)
 {
     if (icon.find('\n') != icon.npos || (icon.find('/') != icon.npos && !icon.starts_with('/')))
-    {
         return {};
-    }
     for (const std::string_view extension : {".png", ".svg", ".xpm"})
     {
         if (!icon.starts_with('/') && icon.size() > extension.size() && icon.ends_with(extension))
@@ -68,9 +66,7 @@ std::string IconNames(const char* contentType)
     const GObjectOwner<GIcon> icon(g_content_type_get_icon(contentType));
     std::string names;
     if (icon == nullptr || !G_IS_THEMED_ICON(icon.get()))
-    {
         return names;
-    }
     for (const char* const* name = g_themed_icon_get_names(G_THEMED_ICON(icon.get())); *name != nullptr; ++name)
     {
         names += names.empty() ? "" : "\n";
@@ -113,9 +109,7 @@ Facts DescribeOrdinary(const std::string& path, std::uint32_t mode)
     char target[PATH_MAX];
     const std::string real = realpath(path.c_str(), target) != nullptr ? target : path;
     if (S_ISREG(mode) && real.ends_with(".desktop"))
-    {
         facts.icons = DescribeDesktopEntry(real).icons; // a link of another name to a desktop entry
-    }
     const std::string type = S_ISREG(mode) ? ContentTypeOf(real, mode) : SpecialType(mode);
     const std::string generic = IconNames(type.c_str());
     facts.icons += facts.icons.empty() || generic.empty() ? "" : "\n";

@@ -54,9 +54,7 @@ bool IsProgram(const std::string& path)
     char start[4] = {};
     const int file = access(path.c_str(), X_OK) == 0 ? open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK) : -1;
     if (file < 0)
-    {
         return false;
-    }
     const ssize_t size = read(file, start, sizeof start);
     close(file);
     return (size == 4 && std::memcmp(start, "\177ELF", 4) == 0) || (size >= 2 && std::memcmp(start, "#!", 2) == 0);
@@ -71,8 +69,8 @@ std::string RunProgram(const std::string& path)
     environment = g_environ_unsetenv(environment, "XDG_ACTIVATION_TOKEN");
     const GStrvOwner owner(environment);
     GError* error = nullptr;
-    const bool started = g_spawn_async(folder.c_str(), arguments, environment, detachedSpawnFlags, DetachChild, nullptr,
-                                       nullptr, &error) != FALSE;
+    const bool started = g_spawn_async(folder.c_str(), arguments, environment, kDetachedSpawnFlags, DetachChild,
+                                       nullptr, nullptr, &error) != FALSE;
     const GErrorOwner errorOwner(error);
     return started ? "" : error->message;
 }
@@ -80,9 +78,7 @@ std::string RunProgram(const std::string& path)
 std::string ContentTypeOf(const std::string& path, const struct stat& status)
 {
     if (S_ISDIR(status.st_mode))
-    {
         return "inode/directory";
-    }
     const GObjectOwner<GFile> file(g_vfs_get_file_for_path(g_vfs_get_local(), path.c_str()));
     const GObjectOwner<GFileInfo> info(g_file_query_info(file.get(), G_FILE_ATTRIBUTE_STANDARD_CONTENT_TYPE,
                                                          G_FILE_QUERY_INFO_NONE, nullptr, nullptr));
@@ -111,19 +107,13 @@ std::string OpenLinkEntry(GKeyFile* entry, const End& end)
     const std::string url = EntryText(entry, G_KEY_FILE_DESKTOP_KEY_URL);
     const GTextOwner scheme(g_uri_parse_scheme(url.c_str()));
     if (scheme == nullptr)
-    {
         return "It does not say where it leads.";
-    }
     if (std::strcmp(scheme.get(), "file") != 0)
-    {
         return OpenWithDefault(std::string("x-scheme-handler/") + scheme.get(), url, end);
-    }
     const GTextOwner path(g_filename_from_uri(url.c_str(), nullptr, nullptr));
     struct stat status;
     if (path == nullptr || stat(path.get(), &status) != 0)
-    {
         return "What it leads to is not there.";
-    }
     return OpenWithDefault(ContentTypeOf(path.get(), status), url, end);
 }
 
@@ -131,9 +121,7 @@ std::string OpenEntry(const std::string& path, const End& end)
 {
     const GKeyFileOwner entry = LoadDesktopEntry(path.c_str());
     if (entry != nullptr && EntryText(entry.get(), G_KEY_FILE_DESKTOP_KEY_TYPE) == G_KEY_FILE_DESKTOP_TYPE_LINK)
-    {
         return OpenLinkEntry(entry.get(), end);
-    }
     return LaunchEntry(path, {}, end);
 }
 
@@ -142,22 +130,14 @@ std::string OpenPath(const std::string& path, const End& end)
     struct stat status;
     char real[PATH_MAX];
     if (stat(path.c_str(), &status) != 0 || realpath(path.c_str(), real) == nullptr)
-    {
         return WhyUnreachable(path, errno);
-    }
     const std::string target = real;
     if (S_ISREG(status.st_mode) && (path.ends_with(".desktop") || target.ends_with(".desktop")))
-    {
         return OpenEntry(target, end);
-    }
     if (S_ISREG(status.st_mode) && IsProgram(target))
-    {
         return RunProgram(target);
-    }
     if (!S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode))
-    {
         return "It is neither a file nor a folder.";
-    }
     return OpenWithDefault(ContentTypeOf(target, status), UriOf(target), end);
 }
 

@@ -41,14 +41,10 @@ bool RenderSvg(const char* path, int size, std::uint32_t* pixels)
 {
     static const SvgLibrary library = LoadSvgLibrary();
     if (!library.Usable())
-    {
         return false;
-    }
     const GObjectOwner<RsvgHandle> handle(library.newFromFile(path, nullptr));
     if (handle == nullptr)
-    {
         return false;
-    }
     const std::size_t count = static_cast<std::size_t>(size) * size;
     auto* bytes = reinterpret_cast<unsigned char*>(pixels);
     cairo_surface_t* surface = cairo_image_surface_create_for_data(bytes, CAIRO_FORMAT_ARGB32, size, size, size * 4);
@@ -60,9 +56,7 @@ bool RenderSvg(const char* path, int size, std::uint32_t* pixels)
     cairo_surface_finish(surface);
     cairo_surface_destroy(surface);
     if (!rendered)
-    {
         std::fill_n(pixels, count, 0u); // half a picture is none
-    }
     return rendered;
 }
 
@@ -77,9 +71,7 @@ bool RenderBitmap(const char* path, int size, std::uint32_t* pixels)
 {
     const GObjectOwner<GdkPixbuf> pixbuf(gdk_pixbuf_new_from_file_at_scale(path, size, size, TRUE, nullptr));
     if (pixbuf == nullptr || gdk_pixbuf_get_bits_per_sample(pixbuf.get()) != 8)
-    {
         return false;
-    }
     const int width = std::min(gdk_pixbuf_get_width(pixbuf.get()), size);
     const int height = std::min(gdk_pixbuf_get_height(pixbuf.get()), size);
     const int channels = gdk_pixbuf_get_n_channels(pixbuf.get());
@@ -88,12 +80,8 @@ bool RenderBitmap(const char* path, int size, std::uint32_t* pixels)
     const bool alpha = gdk_pixbuf_get_has_alpha(pixbuf.get()) != FALSE;
     std::uint32_t* target = pixels + (size - height) / 2 * size + (size - width) / 2;
     for (int y = 0; y < height; ++y)
-    {
         for (int x = 0; x < width; ++x)
-        {
             target[y * size + x] = Premultiplied(source + y * stride + x * channels, alpha);
-        }
-    }
     return true;
 }
 

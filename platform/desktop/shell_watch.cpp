@@ -16,7 +16,7 @@ namespace
 {
 
 /// The shortest time between two tellings, in milliseconds.
-constexpr guint quietTime = 100;
+constexpr guint kQuietTime = 100;
 
 struct Watch
 {
@@ -77,9 +77,7 @@ void TellNow(Watch& watch)
 {
     watch.lastTold = g_get_monotonic_time();
     if (!watch.watcher.changed(watch.watcher.context))
-    {
-        TellLater(watch, quietTime);
-    }
+        TellLater(watch, kQuietTime);
 }
 
 void TellLater(Watch& watch, guint delay)
@@ -101,18 +99,12 @@ void TellLater(Watch& watch, guint delay)
 void Changed(Watch& watch)
 {
     if (watch.later != nullptr)
-    {
         return;
-    }
     const gint64 since = (g_get_monotonic_time() - watch.lastTold) / 1000;
-    if (watch.lastTold == 0 || since >= quietTime)
-    {
+    if (watch.lastTold == 0 || since >= kQuietTime)
         TellNow(watch);
-    }
     else
-    {
-        TellLater(watch, quietTime - static_cast<guint>(since));
-    }
+        TellLater(watch, kQuietTime - static_cast<guint>(since));
 }
 
 bool IsShownName(GFile* file)
@@ -137,9 +129,7 @@ void OnEvent(GFileMonitor*, GFile* file, GFile* otherFile, GFileMonitorEvent eve
         return;
     case G_FILE_MONITOR_EVENT_CHANGES_DONE_HINT:
         if (!ContentMatters(watch, file))
-        {
             return;
-        }
         break;
     default:
         break;
@@ -147,9 +137,7 @@ void OnEvent(GFileMonitor*, GFile* file, GFile* otherFile, GFileMonitorEvent eve
     const GTextOwner path(g_file_get_path(file));
     const bool folderItself = path != nullptr && watch.folder == path.get();
     if (folderItself || IsShownName(file) || IsShownName(otherFile))
-    {
         Changed(watch);
-    }
 }
 
 std::int64_t ModificationTime(const std::string& path)
@@ -165,18 +153,14 @@ void Begin(Watch& watch)
     const GObjectOwner<GFile> file(g_vfs_get_file_for_path(g_vfs_get_local(), watch.folder.c_str()));
     watch.monitor.reset(g_file_monitor_directory(file.get(), G_FILE_MONITOR_WATCH_MOVES, nullptr, nullptr));
     if (watch.monitor != nullptr)
-    {
         g_signal_connect(watch.monitor.get(), "changed", G_CALLBACK(OnEvent), &watch);
-    }
     watch.watcher.started(watch.watcher.context, ModificationTime(watch.folder));
 }
 
 void End(Watch& watch)
 {
     if (watch.later != nullptr)
-    {
         g_source_destroy(watch.later);
-    }
     if (watch.monitor != nullptr)
     {
         g_signal_handlers_disconnect_by_data(watch.monitor.get(), &watch);
@@ -199,8 +183,9 @@ void Stop(void* context)
         [context]
         {
             std::list<Watch>& watches = Thread().watches;
-            const auto found = std::find_if(watches.begin(), watches.end(),
-                                            [context](const Watch& watch) { return watch.watcher.context == context; });
+            const auto found = std::find_if(
+                watches.begin(), watches.end(),
+                [context](const Watch& watch) { return watch.watcher.context == context; });
             if (found != watches.end())
             {
                 End(*found);

@@ -11,9 +11,7 @@ void DetachChild(gpointer)
 {
     setsid();
     for (int number = 1; number < NSIG; ++number)
-    {
         std::signal(number, SIG_DFL); // fails for those that cannot be changed, which are at their default
-    }
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);

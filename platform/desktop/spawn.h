@@ -7,7 +7,7 @@ namespace platform
 {
 
 /// For g_spawn: descriptors closed, standard streams on /dev/null, no child of this process (an intermediate one dies).
-constexpr GSpawnFlags detachedSpawnFlags =
+constexpr GSpawnFlags kDetachedSpawnFlags =
     GSpawnFlags(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL | G_SPAWN_STDERR_TO_DEV_NULL);
 
 /// Child set-up for g_spawn: a session of its own, default signal handling, nothing blocked.

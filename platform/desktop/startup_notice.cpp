@@ -13,8 +13,8 @@ namespace platform
 namespace
 {
 
-constexpr char startupId[] = "DESKTOP_STARTUP_ID";
-constexpr char activationToken[] = "XDG_ACTIVATION_TOKEN";
+constexpr char kStartupId[] = "DESKTOP_STARTUP_ID";
+constexpr char kActivationToken[] = "XDG_ACTIVATION_TOKEN";
 
 /// A short connection of its own: the program's own one belongs to its thread and its event loop.
 class NoticeConnection
@@ -23,14 +23,10 @@ public:
     NoticeConnection() : m_connection(xcb_connect(nullptr, &m_screenNumber))
     {
         if (!Usable())
-        {
             return;
-        }
         xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(m_connection));
         for (int i = 0; i < m_screenNumber && screens.rem > 1; ++i)
-        {
             xcb_screen_next(&screens);
-        }
         m_root = screens.data->root;
         m_window = xcb_generate_id(m_connection);
         const std::uint32_t values[] = {1, XCB_EVENT_MASK_PROPERTY_CHANGE};
@@ -54,9 +50,7 @@ public:
         while (xcb_generic_event_t* event = time == 0 ? xcb_wait_for_event(m_connection) : nullptr)
         {
             if ((event->response_type & 0x7F) == XCB_PROPERTY_NOTIFY)
-            {
                 time = reinterpret_cast<xcb_property_notify_event_t*>(event)->time;
-            }
             std::free(event);
         }
         return time;
@@ -102,9 +96,7 @@ std::string Field(const char* key, const char* value)
 {
     std::string field = std::string(" ") + key + "=\"";
     for (; value != nullptr && *value != '\0'; ++value)
-    {
         field.append(*value == '"' || *value == '\\' ? "\\" : "").append(1, *value);
-    }
     return field + "\"";
 }
 
@@ -133,7 +125,7 @@ char* DisplayOfContext(GAppLaunchContext*, GAppInfo*, GList*)
 
 char* IdOfContext(GAppLaunchContext* context, GAppInfo*, GList*)
 {
-    return g_strdup(static_cast<const char*>(g_object_get_data(G_OBJECT(context), startupId)));
+    return g_strdup(static_cast<const char*>(g_object_get_data(G_OBJECT(context), kStartupId)));
 }
 
 void LaunchOfContextFailed(GAppLaunchContext*, const char* id)
@@ -162,12 +154,12 @@ GType LaunchContextType()
 GObjectOwner<GAppLaunchContext> MakeLaunchContext(const std::string& id)
 {
     GObjectOwner<GAppLaunchContext> context(G_APP_LAUNCH_CONTEXT(g_object_new(LaunchContextType(), nullptr)));
-    g_app_launch_context_unsetenv(context.get(), startupId);
-    g_app_launch_context_unsetenv(context.get(), activationToken);
+    g_app_launch_context_unsetenv(context.get(), kStartupId);
+    g_app_launch_context_unsetenv(context.get(), kActivationToken);
     if (!id.empty())
     {
-        g_object_set_data_full(G_OBJECT(context.get()), startupId, g_strdup(id.c_str()), g_free);
-        g_app_launch_context_setenv(context.get(), activationToken, id.c_str()); // GIO sets the other one itself
+        g_object_set_data_full(G_OBJECT(context.get()), kStartupId, g_strdup(id.c_str()), g_free);
+        g_app_launch_context_setenv(context.get(), kActivationToken, id.c_str()); // GIO sets the other one itself
     }
     return context;
 }
@@ -176,9 +168,7 @@ std::string AnnounceStart(const char* name, const char* icon, const char* progra
 {
     NoticeConnection connection;
     if (!connection.Usable())
-    {
         return {};
-    }
     const char* shownName = name != nullptr ? name : "";
     const std::string id = MakeId(program != nullptr ? program : shownName, connection.ServerTime());
     connection.Broadcast("new:" + Field("ID", id.c_str()) + Field("NAME", shownName) +
@@ -192,9 +182,7 @@ void RetractStart(const std::string& id)
 {
     NoticeConnection connection;
     if (connection.Usable() && !id.empty())
-    {
         connection.Broadcast("remove:" + Field("ID", id.c_str()));
-    }
 }
 
 } // namespace platform

@@ -45,9 +45,7 @@ bool CopyPath(const char* from, char* to, std::size_t capacity)
 {
     const std::size_t size = std::strlen(from) + 1;
     if (size > capacity)
-    {
         return false;
-    }
     std::memcpy(to, from, size);
     return true;
 }
@@ -67,13 +65,9 @@ bool FindFont(const TextFont* font, char* path, std::size_t capacity, int* faceI
     const UniquePattern match(FcFontMatch(nullptr, pattern.get(), &result));
     FcChar8* file = nullptr;
     if (match == nullptr || FcPatternGetString(match.get(), FC_FILE, 0, &file) != FcResultMatch)
-    {
         return false;
-    }
     if (FcPatternGetInteger(match.get(), FC_INDEX, 0, faceIndex) != FcResultMatch)
-    {
         *faceIndex = 0;
-    }
     return CopyPath(reinterpret_cast<const char*>(file), path, capacity);
 }
 
@@ -81,9 +75,7 @@ void AddAll(std::set<std::string>& sources, FcStrList* list)
 {
     const UniqueStrings owner(list);
     while (const FcChar8* path = list != nullptr ? FcStrListNext(list) : nullptr)
-    {
         sources.insert(reinterpret_cast<const char*>(path));
-    }
 }
 
 /// Files of a conf.d folder count through their folder: there are dozens, and installing, removing or replacing one
@@ -122,9 +114,7 @@ bool FontSources(char* paths, std::size_t capacity)
     }
     joined += '\0';
     if (joined.size() > capacity)
-    {
         return false;
-    }
     std::memcpy(paths, joined.data(), joined.size());
     return true;
 }
@@ -172,13 +162,9 @@ PangoAttrList* Decorations(const TextFont& font)
 {
     PangoAttrList* attributes = pango_attr_list_new();
     if (font.underline)
-    {
         pango_attr_list_insert(attributes, pango_attr_underline_new(PANGO_UNDERLINE_SINGLE));
-    }
     if (font.strikeOut)
-    {
         pango_attr_list_insert(attributes, pango_attr_strikethrough_new(TRUE));
-    }
     return attributes;
 }
 
@@ -188,16 +174,10 @@ std::string ToUtf8(std::u16string text)
     const auto isHigh = [](char16_t unit) { return unit >= 0xD800 && unit < 0xDC00; };
     const auto isLow = [](char16_t unit) { return unit >= 0xDC00 && unit < 0xE000; };
     for (std::size_t i = 0; i < text.size(); ++i)
-    {
         if (isHigh(text[i]) && i + 1 < text.size() && isLow(text[i + 1]))
-        {
             ++i;
-        }
         else if (isHigh(text[i]) || isLow(text[i]))
-        {
             text[i] = u'\uFFFD';
-        }
-    }
     glong bytes = 0;
     char* utf8 = g_utf16_to_utf8(reinterpret_cast<const gunichar2*>(text.data()), static_cast<glong>(text.size()),
                                  nullptr, &bytes, nullptr);

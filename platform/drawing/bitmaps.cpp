@@ -25,9 +25,7 @@ std::unique_ptr<BitmapObject> MakeBitmap(int width, int height, int bitsPerPixel
 {
     if (width < 1 || height < 1 || width > kLargestSide || height > kLargestSide || !IsDepth(bitsPerPixel) ||
         static_cast<std::int64_t>(RowBytes(width, bitsPerPixel)) * height > kLargestBytes)
-    {
         return nullptr;
-    }
     auto bitmap = std::make_unique<BitmapObject>();
     bitmap->width = width;
     bitmap->height = height;
@@ -36,13 +34,9 @@ std::unique_ptr<BitmapObject> MakeBitmap(int width, int height, int bitsPerPixel
     bitmap->bottomUp = bottomUp;
     bitmap->memory = PixelMemory(static_cast<std::size_t>(bitmap->stride) * static_cast<std::size_t>(height));
     if (bitmap->Bits() == nullptr)
-    {
         return nullptr;
-    }
     if (bitsPerPixel <= 8)
-    {
         bitmap->colors.resize(std::size_t{1} << bitsPerPixel);
-    }
     return bitmap;
 }
 
@@ -51,27 +45,21 @@ std::unique_ptr<BitmapObject> MakeBitmap(int width, int height, int bitsPerPixel
 HBITMAP CreateDIBSection(HDC, const BITMAPINFO* info, UINT usage, LPVOID* bits, HANDLE section, DWORD)
 {
     using namespace platform;
-    constexpr HBITMAP none = nullptr;
+    constexpr HBITMAP kNone = nullptr;
     if (info == nullptr || info->bmiHeader.biSize < sizeof(BITMAPINFOHEADER) || usage != DIB_RGB_COLORS ||
         section != nullptr || info->bmiHeader.biCompression != BI_RGB || info->bmiHeader.biHeight == INT32_MIN)
-    {
-        return Fail(ERROR_INVALID_PARAMETER, none);
-    }
+        return Fail(ERROR_INVALID_PARAMETER, kNone);
     const BITMAPINFOHEADER& header = info->bmiHeader;
     auto bitmap = MakeBitmap(header.biWidth, std::abs(header.biHeight), header.biBitCount, header.biHeight > 0);
     if (bitmap == nullptr)
-    {
-        return Fail(ERROR_INVALID_PARAMETER, none);
-    }
+        return Fail(ERROR_INVALID_PARAMETER, kNone);
     const std::size_t colors =
         header.biClrUsed == 0 ? bitmap->colors.size() : std::min<std::size_t>(header.biClrUsed, bitmap->colors.size());
     std::copy_n(info->bmiColors, colors, bitmap->colors.begin());
     void* const memory = bitmap->Bits();
     const HBITMAP handle = OpenHandle<HBITMAP>("CreateDIBSection", std::move(bitmap));
     if (bits != nullptr)
-    {
         *bits = handle != nullptr ? memory : nullptr;
-    }
     return handle;
 }
 

@@ -60,15 +60,11 @@ void ForRows(const pixman_box32_t& box, bool upward, Copy copy)
     if (upward)
     {
         for (int y = box.y2 - 1; y >= box.y1; --y)
-        {
             copy(y);
-        }
         return;
     }
     for (int y = box.y1; y < box.y2; ++y)
-    {
         copy(y);
-    }
 }
 
 /// Moves pixels from (x - dx, y - dy) to (x, y) for all (x, y) in the box.
@@ -97,15 +93,11 @@ void CopyUnscaled(const Canvas& canvas, const Surface& from, const RECT& target,
         const Surface aside{copy.data(), from.width, from.height, from.width};
         CopyBox(aside, from, pixman_box32_t{0, 0, from.width, from.height}, 0, 0);
         for (const pixman_box32_t& box : area.Boxes())
-        {
             CopyBox(canvas.Pixels(), aside, box, dx, dy);
-        }
         return;
     }
     for (const pixman_box32_t& box : area.Boxes())
-    {
         CopyBox(canvas.Pixels(), from, box, dx, dy);
-    }
 }
 
 /// The stretched source, over the part of the destination that `bounds` says; source pixels outside the source's
@@ -139,16 +131,12 @@ bool IsTransparent(const Surface& from, const RECT& area)
     const RECT all{0, 0, from.width, from.height};
     RECT inside{};
     if (!IntersectRect(&inside, &all, &area))
-    {
         return true;
-    }
     for (LONG y = inside.top; y < inside.bottom; ++y)
     {
         const std::uint32_t* const row = PixelAt(from, inside.left, y);
         if (std::any_of(row, row + (inside.right - inside.left), [](std::uint32_t pixel) { return pixel != 0; }))
-        {
             return false;
-        }
     }
     return true;
 }
@@ -203,16 +191,12 @@ void BlendStretched(const Canvas& canvas, const Surface& from, const Extent& tar
                     const BLENDFUNCTION& blend)
 {
     if (blend.AlphaFormat == AC_SRC_ALPHA && IsTransparent(from, source.Normal()))
-    {
         return;
-    }
     const RECT bounds = VisiblePart(canvas, target);
     std::vector<std::uint32_t> pixels = Stretch(from, target, source, bounds);
     const int width = bounds.right - bounds.left;
     if (!pixels.empty())
-    {
         BlendUnscaled(canvas, {pixels.data(), width, bounds.bottom - bounds.top, width}, bounds, 0, 0, blend);
-    }
 }
 
 bool InvertsOrFills(DWORD rop)
@@ -238,17 +222,11 @@ void FillByOperation(DeviceContext& context, const RECT& target, DWORD rop)
 {
     const Canvas canvas(context);
     if (rop == DSTINVERT)
-    {
         Invert(canvas, target);
-    }
     else if (rop == BLACKNESS)
-    {
         canvas.Fill(target, 0);
-    }
     else if (!context.Brush().hollow)
-    {
         canvas.Fill(target, PixelFromColor(context.Brush().color));
-    }
 }
 
 Extent OnSurface(const DeviceContext& context, int x, int y, int width, int height)
@@ -268,9 +246,7 @@ BOOL PatBlt(HDC dc, int x, int y, int width, int height, DWORD rop)
 {
     DeviceContext* context = FindContext(dc);
     if (context == nullptr || !InvertsOrFills(rop))
-    {
         return Fail(context == nullptr ? ERROR_INVALID_HANDLE : ERROR_NOT_SUPPORTED, FALSE);
-    }
     FillByOperation(*context, OnSurface(*context, x, y, width, height).Normal(), rop);
     return TRUE;
 }
@@ -286,27 +262,19 @@ BOOL StretchBlt(HDC destination, int x, int y, int width, int height, HDC source
                 int sourceWidth, int sourceHeight, DWORD rop)
 {
     if (InvertsOrFills(rop))
-    {
         return PatBlt(destination, x, y, width, height, rop);
-    }
     DeviceContext* to = FindContext(destination);
     DeviceContext* from = FindContext(source);
     if (to == nullptr || from == nullptr || rop != SRCCOPY)
-    {
         return Fail(rop != SRCCOPY ? ERROR_NOT_SUPPORTED : ERROR_INVALID_HANDLE, FALSE);
-    }
     const SourcePixels pixels(*from);
     const Canvas canvas(*to);
     const Extent target = OnSurface(*to, x, y, width, height);
     const Extent origin = OnSurface(*from, sourceX, sourceY, sourceWidth, sourceHeight);
     if (width == sourceWidth && height == sourceHeight)
-    {
         CopyUnscaled(canvas, pixels.pixels, target.Normal(), target.x - origin.x, target.y - origin.y);
-    }
     else if (sourceWidth != 0 && sourceHeight != 0)
-    {
         CopyStretched(canvas, pixels.pixels, target, origin);
-    }
     return TRUE;
 }
 
@@ -316,26 +284,18 @@ BOOL AlphaBlend(HDC destination, int x, int y, int width, int height, HDC source
     DeviceContext* to = FindContext(destination);
     DeviceContext* from = FindContext(source);
     if (to == nullptr || from == nullptr)
-    {
         return Fail(ERROR_INVALID_HANDLE, FALSE);
-    }
     const SourcePixels pixels(*from);
     const Extent origin = OnSurface(*from, sourceX, sourceY, sourceWidth, sourceHeight);
     if (blend.BlendOp != AC_SRC_OVER || width < 0 || height < 0 || sourceWidth < 0 || sourceHeight < 0 ||
         !Inside(origin.Normal(), pixels.pixels))
-    {
         return Fail(ERROR_INVALID_PARAMETER, FALSE);
-    }
     const Canvas canvas(*to);
     const Extent target = OnSurface(*to, x, y, width, height);
     if (width == sourceWidth && height == sourceHeight)
-    {
         BlendUnscaled(canvas, pixels.pixels, target.Normal(), origin.x, origin.y, blend);
-    }
     else if (sourceWidth != 0 && sourceHeight != 0)
-    {
         BlendStretched(canvas, pixels.pixels, target, origin, blend);
-    }
     return TRUE;
 }
 
@@ -343,9 +303,7 @@ bool platform::DrawIconImage(HDC dc, int x, int y, const IconImage& image)
 {
     DeviceContext* context = FindContext(dc);
     if (context == nullptr || image.width <= 0 || image.height <= 0)
-    {
         return false;
-    }
     const Canvas canvas(*context);
     const RECT target = OnSurface(*context, x, y, image.width, image.height).Normal();
     // Read only, though a surface has no way to say so.

@@ -32,9 +32,7 @@ Canvas::Canvas(DeviceContext& context) : m_clip(context.Clip())
 Canvas::~Canvas()
 {
     if (m_converted != nullptr)
-    {
         WritePixels(m_pixels, *m_converted);
-    }
 }
 
 void Canvas::Fill(const ClipRegion& region, std::uint32_t pixel) const
@@ -42,12 +40,8 @@ void Canvas::Fill(const ClipRegion& region, std::uint32_t pixel) const
     ClipRegion visible(region);
     visible.Intersect(m_clip);
     for (const pixman_box32_t& box : visible.Boxes())
-    {
         for (int y = box.y1; y < box.y2; ++y)
-        {
             std::fill_n(PixelAt(m_pixels, box.x1, y), box.x2 - box.x1, pixel);
-        }
-    }
 }
 
 void Canvas::Fill(const RECT& rect, std::uint32_t pixel) const

@@ -38,9 +38,7 @@ void ClipRegion::Subtract(const ClipRegion& other)
 RECT ClipRegion::Extents() const
 {
     if (Empty())
-    {
         return {};
-    }
     const pixman_box32_t* box = pixman_region32_extents(&m_region);
     return {box->x1, box->y1, box->x2, box->y2};
 }

@@ -19,9 +19,7 @@ int ChangeClip(HDC dc, Change change)
 {
     DeviceContext* context = FindContext(dc);
     if (context == nullptr)
-    {
         return Fail(ERROR_INVALID_HANDLE, ERROR);
-    }
     ClipRegion clip = CurrentClip(*context);
     change(*context, clip);
     context->SetClip(std::move(clip));
@@ -58,27 +56,27 @@ bool CombineInto(ClipRegion& result, const ClipRegion& b, int mode)
 
 int ExcludeClipRect(HDC dc, int left, int top, int right, int bottom)
 {
-    return ChangeClip(dc,
-                      [&](const DeviceContext& context, ClipRegion& clip) {
-                          clip.Subtract(ClipRegion(context.ToSurface(RECT{left, top, right, bottom})));
-                      });
+    return ChangeClip(
+        dc,
+        [&](const DeviceContext& context, ClipRegion& clip) {
+            clip.Subtract(ClipRegion(context.ToSurface(RECT{left, top, right, bottom})));
+        });
 }
 
 int IntersectClipRect(HDC dc, int left, int top, int right, int bottom)
 {
-    return ChangeClip(dc,
-                      [&](const DeviceContext& context, ClipRegion& clip) {
-                          clip.Intersect(ClipRegion(context.ToSurface(RECT{left, top, right, bottom})));
-                      });
+    return ChangeClip(
+        dc,
+        [&](const DeviceContext& context, ClipRegion& clip) {
+            clip.Intersect(ClipRegion(context.ToSurface(RECT{left, top, right, bottom})));
+        });
 }
 
 int GetClipBox(HDC dc, LPRECT box)
 {
     DeviceContext* context = FindContext(dc);
     if (context == nullptr || box == nullptr)
-    {
         return Fail(ERROR_INVALID_HANDLE, ERROR);
-    }
     const ClipRegion& clip = context->Clip();
     *box = clip.Extents();
     if (!clip.Empty())
@@ -95,9 +93,7 @@ int SelectClipRgn(HDC dc, HRGN region)
     DeviceContext* context = FindContext(dc);
     const RegionObject* object = FindObject<RegionObject>(region);
     if (context == nullptr || (region != nullptr && object == nullptr))
-    {
         return Fail(ERROR_INVALID_HANDLE, ERROR);
-    }
     if (object == nullptr)
     {
         context->SetClip(std::nullopt);
@@ -113,9 +109,7 @@ BOOL RectVisible(HDC dc, const RECT* rect)
 {
     DeviceContext* context = FindContext(dc);
     if (context == nullptr || rect == nullptr)
-    {
         return Fail(ERROR_INVALID_HANDLE, FALSE);
-    }
     ClipRegion wanted(context->ToSurface(*rect));
     wanted.Intersect(context->Clip());
     return !wanted.Empty();
@@ -134,14 +128,10 @@ int CombineRgn(HRGN destination, HRGN a, HRGN b, int mode)
     const RegionObject* first = FindObject<RegionObject>(a);
     const RegionObject* second = FindObject<RegionObject>(b);
     if (to == nullptr || first == nullptr || (mode != RGN_COPY && second == nullptr))
-    {
         return Fail(ERROR_INVALID_HANDLE, ERROR);
-    }
     ClipRegion result(first->region);
     if (mode != RGN_COPY && !CombineInto(result, second->region, mode))
-    {
         return Fail(ERROR_INVALID_PARAMETER, ERROR);
-    }
     to->region = result;
     return result.Complexity();
 }
@@ -150,9 +140,7 @@ int GetRgnBox(HRGN region, LPRECT box)
 {
     const RegionObject* object = FindObject<RegionObject>(region);
     if (object == nullptr || box == nullptr)
-    {
         return Fail(ERROR_INVALID_HANDLE, ERROR);
-    }
     *box = object->region.Extents();
     return object->region.Complexity();
 }

@@ -30,9 +30,7 @@ T ReadState(HDC dc, T platform::ContextState::*member, T failure)
 HDC CreateCompatibleDC(HDC reference)
 {
     if (reference != nullptr && FindContext(reference) == nullptr)
-    {
         return Fail(ERROR_INVALID_HANDLE, static_cast<HDC>(nullptr));
-    }
     return platform::OpenHandle<HDC>("CreateCompatibleDC", std::make_unique<DeviceContext>());
 }
 
@@ -41,9 +39,7 @@ BOOL DeleteDC(HDC dc)
     // A window's context is not the caller's to delete: that is what ReleaseDC and EndPaint are for.
     const DeviceContext* context = FindContext(dc);
     if (context == nullptr || context->OnSurface())
-    {
         return Fail(ERROR_INVALID_HANDLE, FALSE);
-    }
     return platform::TakeHandle(reinterpret_cast<std::uintptr_t>(dc)) != nullptr;
 }
 
@@ -57,9 +53,7 @@ HDC platform::CreateSurfaceDC(const Surface& surface, POINT origin, HRGN clip)
 void platform::DeleteSurfaceDC(HDC dc)
 {
     if (const DeviceContext* context = FindContext(dc); context != nullptr && context->OnSurface())
-    {
         TakeHandle(reinterpret_cast<std::uintptr_t>(dc));
-    }
 }
 
 int SaveDC(HDC dc)
@@ -78,13 +72,9 @@ HGDIOBJ SelectObject(HDC dc, HGDIOBJ object)
 {
     DeviceContext* context = FindContext(dc);
     if (context == nullptr || object == nullptr)
-    {
         return Fail(ERROR_INVALID_HANDLE, HGDIOBJ{nullptr});
-    }
     if (platform::FindObject<platform::RegionObject>(object) != nullptr)
-    {
         return reinterpret_cast<HGDIOBJ>(static_cast<INT_PTR>(SelectClipRgn(dc, static_cast<HRGN>(object))));
-    }
     return context->Select(object);
 }
 
@@ -99,14 +89,10 @@ BOOL SetViewportOrgEx(HDC dc, int x, int y, LPPOINT previous)
 {
     DeviceContext* context = FindContext(dc);
     if (context == nullptr)
-    {
         return Fail(ERROR_INVALID_HANDLE, FALSE);
-    }
     const POINT old = std::exchange(context->state.viewport, POINT{x, y});
     if (previous != nullptr)
-    {
         *previous = old;
-    }
     return TRUE;
 }
 
@@ -120,9 +106,7 @@ BOOL GetViewportOrgEx(HDC dc, LPPOINT point)
 {
     const DeviceContext* context = FindContext(dc);
     if (context == nullptr || point == nullptr)
-    {
         return Fail(ERROR_INVALID_HANDLE, FALSE);
-    }
     *point = context->state.viewport;
     return TRUE;
 }

@@ -6,13 +6,9 @@
 int GetDeviceCaps(HDC dc, int index)
 {
     if (platform::FindContext(dc) == nullptr)
-    {
         return 0;
-    }
     if (index == BITSPIXEL)
-    {
         return 32;
-    }
     UINT x = 96;
     UINT y = 96;
     if (index == LOGPIXELSX || index == LOGPIXELSY)

@@ -29,17 +29,13 @@ void LetGo(HGDIOBJ handle)
 {
     SelectableObject* object = FindSelectable(handle);
     if (object != nullptr && --object->selections == 0 && object->deleteWhenFree)
-    {
         TakeHandle(reinterpret_cast<std::uintptr_t>(handle));
-    }
 }
 
 void Hold(HGDIOBJ handle)
 {
     if (SelectableObject* object = FindSelectable(handle))
-    {
         ++object->selections;
-    }
 }
 
 RECT BoundsOf(const Surface& surface)
@@ -49,16 +45,14 @@ RECT BoundsOf(const Surface& surface)
 
 } // namespace
 
-DeviceContext::DeviceContext() : HandleObject(handleKind)
+DeviceContext::DeviceContext() : HandleObject(kHandleKind)
 {
     state.bitmap = DefaultBitmap();
     state.font = static_cast<HFONT>(GetStockObject(SYSTEM_FONT));
     state.brush = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
     state.pen = static_cast<HPEN>(GetStockObject(BLACK_PEN));
     for (const HGDIOBJ object : {HGDIOBJ{state.bitmap}, HGDIOBJ{state.font}, HGDIOBJ{state.brush}, HGDIOBJ{state.pen}})
-    {
         Hold(object);
-    }
 }
 
 DeviceContext::DeviceContext(const Surface& surface, POINT origin, ClipRegion visible) : DeviceContext()
@@ -72,9 +66,7 @@ DeviceContext::DeviceContext(const Surface& surface, POINT origin, ClipRegion vi
 DeviceContext::~DeviceContext()
 {
     for (const HGDIOBJ object : {HGDIOBJ{state.bitmap}, HGDIOBJ{state.font}, HGDIOBJ{state.brush}, HGDIOBJ{state.pen}})
-    {
         LetGo(object);
-    }
 }
 
 RECT DeviceContext::ToSurface(const RECT& logical) const
@@ -86,9 +78,7 @@ RECT DeviceContext::ToSurface(const RECT& logical) const
 ClipRegion DeviceContext::Visible() const
 {
     if (m_surface)
-    {
         return m_visible;
-    }
     const BitmapObject* bitmap = Bitmap();
     return ClipRegion(RECT{0, 0, bitmap->width, bitmap->height});
 }
@@ -99,9 +89,7 @@ const ClipRegion& DeviceContext::Clip()
     {
         m_effectiveClip = Visible();
         if (state.clip)
-        {
             m_effectiveClip->Intersect(*state.clip);
-        }
     }
     return *m_effectiveClip;
 }
@@ -131,9 +119,7 @@ HGDIOBJ DeviceContext::Select(HGDIOBJ object)
         // A bitmap is in one memory context at a time, and a window's context has no bitmap to exchange.
         if (m_surface || (object != state.bitmap && object != DefaultBitmap() &&
                           static_cast<const BitmapObject*>(target)->selections > 0))
-        {
             return nullptr;
-        }
         m_effectiveClip.reset();
         return Exchange<BitmapObject>(state.bitmap, object);
     case HandleKind::Font:
@@ -167,9 +153,7 @@ bool DeviceContext::Restore(int saved)
     const auto count = static_cast<int>(m_saved.size());
     const int level = saved < 0 ? count + saved + 1 : saved;
     if (level < 1 || level > count)
-    {
         return false;
-    }
     ContextState restored = std::move(m_saved[static_cast<std::size_t>(level) - 1]);
     m_saved.resize(static_cast<std::size_t>(level) - 1);
     RestoreObjects(restored);

@@ -31,7 +31,7 @@ struct ContextState
 class DeviceContext : public HandleObject
 {
 public:
-    static constexpr HandleKind handleKind = HandleKind::DeviceContext;
+    static constexpr HandleKind kHandleKind = HandleKind::DeviceContext;
     /// A memory context, with the one-pixel default bitmap selected.
     DeviceContext();
     DeviceContext(const Surface& surface, POINT origin, ClipRegion visible);

@@ -38,24 +38,18 @@ struct Dib
 std::optional<Dib> ReadHeader(Bytes bytes)
 {
     if (bytes.size() < sizeof(BITMAPINFOHEADER))
-    {
         return std::nullopt;
-    }
     Dib dib;
     dib.header = ReadAt<BITMAPINFOHEADER>(bytes, 0);
     const BITMAPINFOHEADER& header = dib.header;
     if (header.biSize < sizeof(BITMAPINFOHEADER) || header.biSize > bytes.size() || header.biCompression != BI_RGB ||
         header.biHeight == INT32_MIN || header.biHeight == 0)
-    {
         return std::nullopt;
-    }
     dib.height = std::abs(header.biHeight);
     const std::size_t most = header.biBitCount <= 8 ? std::size_t{1} << header.biBitCount : 0;
     const std::size_t count = header.biClrUsed != 0 ? header.biClrUsed : most;
     if (count > (bytes.size() - header.biSize) / sizeof(RGBQUAD))
-    {
         return std::nullopt;
-    }
     dib.colors = bytes.subspan(header.biSize, std::min(count, most) * sizeof(RGBQUAD));
     dib.bitsOffset = header.biSize + count * sizeof(RGBQUAD);
     return dib;
@@ -65,25 +59,19 @@ std::optional<Dib> ReadHeader(Bytes bytes)
 std::unique_ptr<BitmapObject> MakeFrom(const Dib& dib, Bytes bits, int rows)
 {
     // Before a bitmap is made: a damaged header may ask for a gigabyte.
-    constexpr int largestSide = 0x7FFF;
-    if (dib.header.biWidth < 1 || dib.header.biWidth > largestSide || dib.header.biBitCount < 1 ||
+    constexpr int kLargestSide = 0x7FFF;
+    if (dib.header.biWidth < 1 || dib.header.biWidth > kLargestSide || dib.header.biBitCount < 1 ||
         dib.header.biBitCount > 32 ||
         bits.size() / static_cast<std::size_t>(RowBytes(dib.header.biWidth, dib.header.biBitCount)) <
             static_cast<std::size_t>(rows))
-    {
         return nullptr;
-    }
     auto bitmap = MakeBitmap(dib.header.biWidth, rows, dib.header.biBitCount, dib.header.biHeight > 0);
     if (bitmap == nullptr)
-    {
         return nullptr;
-    }
     const std::size_t size = static_cast<std::size_t>(bitmap->stride) * static_cast<std::size_t>(rows);
     std::memcpy(bitmap->Bits(), bits.data(), size);
     if (!dib.colors.empty())
-    {
         std::memcpy(bitmap->colors.data(), dib.colors.data(), dib.colors.size());
-    }
     return bitmap;
 }
 
@@ -101,9 +89,7 @@ IconImage Colors(BitmapObject& bitmap, bool& hasAlpha)
     const Surface from = bitmap.bitsPerPixel == 32 ? bitmap.Pixels() : ReadPixels(bitmap, copy);
     IconImage image{bitmap.width, bitmap.height, {}};
     for (int y = 0; y < bitmap.height; ++y)
-    {
         image.pixels.insert(image.pixels.end(), PixelAt(from, 0, y), PixelAt(from, 0, y) + bitmap.width);
-    }
     hasAlpha = std::any_of(image.pixels.begin(), image.pixels.end(), [](std::uint32_t pixel) { return pixel >> 24; });
     return image;
 }
@@ -129,15 +115,11 @@ std::optional<IconImage> ReadIconDib(Bytes bytes)
 {
     const std::optional<Dib> dib = ReadHeader(bytes);
     if (!dib || dib->header.biHeight < 2 || dib->bitsOffset > bytes.size())
-    {
         return std::nullopt;
-    }
     const Bytes bits = bytes.subspan(dib->bitsOffset);
     const auto bitmap = MakeFrom(*dib, bits, dib->height / 2);
     if (bitmap == nullptr)
-    {
         return std::nullopt;
-    }
     bool hasAlpha = false;
     IconImage image = Colors(*bitmap, hasAlpha);
     if (hasAlpha)
@@ -154,11 +136,11 @@ std::optional<IconImage> ReadIconDib(Bytes bytes)
 
 std::optional<IconImage> ReadPng(Bytes bytes)
 {
-    constexpr png_uint_32 largestSide = 1024;
+    constexpr png_uint_32 kLargestSide = 1024;
     png_image png{};
     png.version = PNG_IMAGE_VERSION;
-    if (png_image_begin_read_from_memory(&png, bytes.data(), bytes.size()) == 0 || png.width > largestSide ||
-        png.height > largestSide)
+    if (png_image_begin_read_from_memory(&png, bytes.data(), bytes.size()) == 0 || png.width > kLargestSide ||
+        png.height > kLargestSide)
     {
         png_image_free(&png);
         return std::nullopt;
@@ -167,9 +149,7 @@ std::optional<IconImage> ReadPng(Bytes bytes)
     IconImage image{static_cast<int>(png.width), static_cast<int>(png.height), {}};
     image.pixels.resize(static_cast<std::size_t>(png.width) * png.height);
     if (png_image_finish_read(&png, nullptr, image.pixels.data(), 0, nullptr) == 0)
-    {
         return std::nullopt;
-    }
     std::transform(image.pixels.begin(), image.pixels.end(), image.pixels.begin(), Premultiply);
     return image;
 }
@@ -186,9 +166,7 @@ std::unique_ptr<BitmapObject> ReadPackedDib(Bytes bytes)
 std::unique_ptr<BitmapObject> ReadBitmapFile(Bytes bytes)
 {
     if (bytes.size() < kFileHeaderSize || bytes[0] != 'B' || bytes[1] != 'M')
-    {
         return nullptr;
-    }
     const std::optional<Dib> dib = ReadHeader(bytes.subspan(kFileHeaderSize));
     const auto bitsOffset = ReadAt<std::uint32_t>(bytes, kBitsOffsetInFileHeader);
     return dib && bitsOffset <= bytes.size() ? MakeFrom(*dib, bytes.subspan(bitsOffset), dib->height) : nullptr;
@@ -196,9 +174,9 @@ std::unique_ptr<BitmapObject> ReadBitmapFile(Bytes bytes)
 
 std::optional<IconImage> ReadIconImage(Bytes bytes)
 {
-    constexpr unsigned char pngSignature[] = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
-    const bool isPng = bytes.size() > sizeof(pngSignature) &&
-                       std::equal(std::begin(pngSignature), std::end(pngSignature), bytes.begin());
+    constexpr unsigned char kPngSignature[] = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
+    const bool isPng = bytes.size() > sizeof(kPngSignature) &&
+                       std::equal(std::begin(kPngSignature), std::end(kPngSignature), bytes.begin());
     return isPng ? ReadPng(bytes) : ReadIconDib(bytes);
 }
 

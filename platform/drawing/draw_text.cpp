@@ -40,9 +40,7 @@ Line TakePrefixes(std::u16string_view text)
         line.text += text[i];
     }
     if (line.mnemonic >= line.text.size())
-    {
         line.mnemonic = kNone;
-    }
     return line;
 }
 
@@ -77,14 +75,10 @@ std::size_t WrapPosition(FontObject& font, std::u16string_view text, int width)
 {
     const std::size_t fits = FittingLength(font, text, width);
     if (fits == text.size())
-    {
         return fits;
-    }
     const std::size_t blank = text.rfind(u' ', fits);
     if (blank != kNone && blank > 0)
-    {
         return blank;
-    }
     return std::min(text.find(u' '), text.size());
 }
 
@@ -95,17 +89,11 @@ public:
         : m_font(font), m_format(format), m_width(width)
     {
         if ((format & DT_SINGLELINE) != 0)
-        {
             Add(text);
-        }
         else
-        {
             BreakLines(text);
-        }
         if ((format & DT_END_ELLIPSIS) != 0 && !m_lines.empty())
-        {
             Shorten(m_lines.back());
-        }
     }
 
     const std::vector<Line>& Lines() const { return m_lines; }
@@ -115,9 +103,7 @@ public:
     {
         int width = 0;
         for (const Line& line : m_lines)
-        {
             width = std::max(width, line.width);
-        }
         return width;
     }
 
@@ -158,9 +144,7 @@ private:
     void Shorten(Line& line)
     {
         if (line.width <= m_width)
-        {
             return;
-        }
         const int room = m_width - TextWidth(m_font, kEllipsis);
         // However narrow the box is, the first character stays.
         const std::size_t kept = std::max<std::size_t>(FittingLength(m_font, line.text, room), 1);
@@ -179,9 +163,7 @@ private:
 int AlignedX(const RECT& rect, int width, UINT format)
 {
     if ((format & DT_CENTER) != 0)
-    {
         return rect.left + (rect.right - rect.left - width) / 2;
-    }
     return (format & DT_RIGHT) != 0 ? rect.right - width : rect.left;
 }
 
@@ -189,9 +171,7 @@ int AlignedX(const RECT& rect, int width, UINT format)
 int AlignedY(const RECT& rect, int height, UINT format)
 {
     if ((format & DT_SINGLELINE) != 0 && (format & DT_VCENTER) != 0)
-    {
         return rect.top + (rect.bottom - rect.top - height) / 2;
-    }
     return (format & DT_SINGLELINE) != 0 && (format & DT_BOTTOM) != 0 ? rect.bottom - height : rect.top;
 }
 
@@ -203,9 +183,7 @@ void Underline(const Canvas& canvas, FontObject& font, const Line& line, POINT a
     const int top = at.y + font.Glyphs().Metrics().tmAscent + 1;
     ClipRegion area(RECT{left, top, left + width, top + 1});
     if (clip != nullptr)
-    {
         area.Intersect(ClipRegion(*clip));
-    }
     canvas.Fill(area, PixelFromColor(color));
 }
 
@@ -226,9 +204,7 @@ void DrawLines(DeviceContext& context, const TextBox& box, const RECT& rect, int
         }
         DrawTextLine(canvas, font, line.text, at, context.state.textColor, clip, nullptr);
         if (line.mnemonic != kNone)
-        {
             Underline(canvas, font, line, at, context.state.textColor, clip);
-        }
         top += box.LineHeight();
     }
 }
@@ -239,9 +215,7 @@ int DrawTextW(HDC dc, LPCWSTR text, int length, LPRECT rect, UINT format)
 {
     DeviceContext* context = FindContext(dc);
     if (context == nullptr || text == nullptr || rect == nullptr || FaultPoint("DrawTextW"))
-    {
         return Fail(ERROR_INVALID_PARAMETER, 0);
-    }
     const std::u16string_view view =
         length < 0 ? std::u16string_view(text) : std::u16string_view(text, static_cast<std::size_t>(length));
     const TextBox box(context->Font(), view, format, rect->right - rect->left);

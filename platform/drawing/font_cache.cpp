@@ -45,9 +45,7 @@ bool ParseRecord(std::string_view line, const std::string& environment, FontCach
 {
     const std::string_view kind = TakeUntil(line, '\t');
     if (kind == "environment")
-    {
         return line == environment;
-    }
     if (kind == "source")
     {
         const std::string_view stamp = TakeUntil(line, '\t');
@@ -68,9 +66,7 @@ std::string FontRecord(const CachedFont& font)
     std::string record = "font\t" + font.request.face;
     for (const int number :
          {font.request.pixelSize, font.request.weight, static_cast<int>(font.request.italic), font.file.faceIndex})
-    {
         record += '\t' + std::to_string(number);
-    }
     return record + '\t' + font.stamp + '\t' + font.file.path + '\n';
 }
 
@@ -93,9 +89,7 @@ std::string StampOf(const std::string& path)
 {
     struct stat info = {};
     if (stat(path.c_str(), &info) != 0)
-    {
         return "-";
-    }
     return std::to_string(info.st_mtim.tv_sec) + '.' + std::to_string(info.st_mtim.tv_nsec) + ':' +
            std::to_string(info.st_size);
 }
@@ -105,16 +99,10 @@ std::string WriteFontCache(const FontCache& cache, const std::string& environmen
     std::string text(kHeader);
     text += "\nenvironment\t" + environment + '\n';
     for (const std::string& source : cache.sources)
-    {
         text += "source\t" + StampOf(source) + '\t' + source + '\n';
-    }
     for (const CachedFont& font : cache.fonts)
-    {
         if (Storable(font.request.face) && Storable(font.file.path))
-        {
             text += FontRecord(font);
-        }
-    }
     return text;
 }
 
@@ -122,16 +110,10 @@ FontCache ReadFontCache(std::string_view text, const std::string& environment)
 {
     FontCache cache;
     if (TakeUntil(text, '\n') != kHeader || !text.ends_with('\n'))
-    {
         return {};
-    }
     while (!text.empty())
-    {
         if (!ParseRecord(TakeUntil(text, '\n'), environment, cache))
-        {
             return {};
-        }
-    }
     return cache;
 }
 

@@ -32,12 +32,8 @@ std::vector<std::string> AskForSources(const TextService& service)
     std::vector<char> paths(64 * 1024);
     std::vector<std::string> sources;
     if (service.fontSources(paths.data(), paths.size()))
-    {
         for (const char* path = paths.data(); *path != 0; path += sources.back().size() + 1)
-        {
             sources.emplace_back(path);
-        }
-    }
     return sources;
 }
 
@@ -51,9 +47,7 @@ std::optional<FontFile> Ask(const TextService& service, const FontRequest& reque
     font.weight = request.weight;
     font.italic = request.italic;
     if (!service.findFont(&font, path.data(), path.size(), &file.faceIndex))
-    {
         return std::nullopt;
-    }
     file.path = path.data();
     return file;
 }
@@ -67,9 +61,7 @@ void Remember(const TextService& service, const FontRequest& request, const Font
     // Without sources nothing would ever make the file void.
     const std::string path = CachePath();
     if (!path.empty() && !cache.sources.empty())
-    {
         ReplaceCacheFile(path, WriteFontCache(cache, FontEnvironment()));
-    }
 }
 
 /// For an installation whose desktop module is missing: text in a common font is better than none.
@@ -78,12 +70,8 @@ std::optional<FontFile> UsualFont()
     for (const char* path :
          {"/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf", "/usr/share/fonts/truetype/noto/NotoSans-Regular.ttf",
           "/usr/share/fonts/truetype/liberation/LiberationSans-Regular.ttf", "/usr/share/fonts/TTF/DejaVuSans.ttf"})
-    {
         if (access(path, R_OK) == 0)
-        {
             return FontFile{path, 0};
-        }
-    }
     return std::nullopt;
 }
 
@@ -95,19 +83,13 @@ std::optional<FontFile> FindFontFile(const FontRequest& request)
     const auto known = std::find_if(cache.fonts.begin(), cache.fonts.end(),
                                     [&](const CachedFont& font) { return font.request == request; });
     if (known != cache.fonts.end() && known->stamp == StampOf(known->file.path))
-    {
         return known->file;
-    }
     const TextService* service = GetTextService();
     if (service == nullptr)
-    {
         return UsualFont();
-    }
     std::optional<FontFile> file = Ask(*service, request);
     if (file)
-    {
         Remember(*service, request, *file);
-    }
     return file;
 }
 

@@ -30,8 +30,8 @@ public:
 class BitmapObject : public SelectableObject
 {
 public:
-    static constexpr HandleKind handleKind = HandleKind::Bitmap;
-    BitmapObject() : SelectableObject(handleKind) {}
+    static constexpr HandleKind kHandleKind = HandleKind::Bitmap;
+    BitmapObject() : SelectableObject(kHandleKind) {}
 
     int width = 0;
     int height = 0;
@@ -51,8 +51,8 @@ public:
 class BrushObject : public SelectableObject
 {
 public:
-    static constexpr HandleKind handleKind = HandleKind::Brush;
-    explicit BrushObject(COLORREF c, bool h = false) : SelectableObject(handleKind), color(c), hollow(h) {}
+    static constexpr HandleKind kHandleKind = HandleKind::Brush;
+    explicit BrushObject(COLORREF c, bool h = false) : SelectableObject(kHandleKind), color(c), hollow(h) {}
     COLORREF color;
     bool hollow; ///< paints nothing
 };
@@ -60,8 +60,8 @@ public:
 class PenObject : public SelectableObject
 {
 public:
-    static constexpr HandleKind handleKind = HandleKind::Pen;
-    PenObject(int s, int w, COLORREF c) : SelectableObject(handleKind), style(s), width(w), color(c) {}
+    static constexpr HandleKind kHandleKind = HandleKind::Pen;
+    PenObject(int s, int w, COLORREF c) : SelectableObject(kHandleKind), style(s), width(w), color(c) {}
     int style; ///< PS_SOLID or PS_NULL
     int width;
     COLORREF color;
@@ -70,8 +70,8 @@ public:
 class FontObject : public SelectableObject
 {
 public:
-    static constexpr HandleKind handleKind = HandleKind::Font;
-    explicit FontObject(const LOGFONTW& font) : SelectableObject(handleKind), logFont(font) {}
+    static constexpr HandleKind kHandleKind = HandleKind::Font;
+    explicit FontObject(const LOGFONTW& font) : SelectableObject(kHandleKind), logFont(font) {}
     LOGFONTW logFont;
     /// The realised font; looked up when text is first measured or drawn.
     GlyphFont& Glyphs();
@@ -83,8 +83,8 @@ private:
 class RegionObject : public HandleObject
 {
 public:
-    static constexpr HandleKind handleKind = HandleKind::Region;
-    explicit RegionObject(ClipRegion r) : HandleObject(handleKind), region(std::move(r)) {}
+    static constexpr HandleKind kHandleKind = HandleKind::Region;
+    explicit RegionObject(ClipRegion r) : HandleObject(kHandleKind), region(std::move(r)) {}
     ClipRegion region;
 };
 

@@ -114,9 +114,7 @@ FontKey KeyOf(const LOGFONTW& font)
 bool NeedsShaping(char16_t unit)
 {
     if (unit < kShapedRanges[0].first)
-    {
         return false;
-    }
     const UnitRange* range = std::upper_bound(std::begin(kShapedRanges), std::end(kShapedRanges), unit,
                                               [](char16_t value, const UnitRange& r) { return value < r.first; });
     return unit <= std::prev(range)->last;
@@ -127,18 +125,14 @@ GlyphFont& GlyphFont::For(const LOGFONTW& font)
     static auto& fonts = *new std::map<FontKey, std::unique_ptr<GlyphFont>>();
     std::unique_ptr<GlyphFont>& entry = fonts[KeyOf(font)];
     if (entry == nullptr)
-    {
         entry = std::make_unique<GlyphFont>(font);
-    }
     return *entry;
 }
 
 GlyphFont& FontObject::Glyphs()
 {
     if (m_glyphs == nullptr)
-    {
         m_glyphs = &GlyphFont::For(logFont);
-    }
     return *m_glyphs;
 }
 
@@ -170,9 +164,7 @@ GlyphFont::GlyphFont(const LOGFONTW& font) : m_faceName(Utf8FromUtf16(font.lfFac
 GlyphFont::~GlyphFont()
 {
     if (m_face != nullptr)
-    {
         FT_Done_Face(m_face);
-    }
 }
 
 void GlyphFont::OpenFace(const LOGFONTW& font)
@@ -181,16 +173,12 @@ void GlyphFont::OpenFace(const LOGFONTW& font)
     const auto file =
         FindFontFile({m_faceName, size, font.lfWeight != 0 ? font.lfWeight : FW_NORMAL, font.lfItalic != 0});
     if (!file || Library() == nullptr)
-    {
         return;
-    }
     m_file = MappedFile(file->path);
     const std::string_view content = m_file.Content();
     if (content.empty() || FT_New_Memory_Face(Library(), reinterpret_cast<const FT_Byte*>(content.data()),
                                               static_cast<FT_Long>(content.size()), file->faceIndex, &m_face) != 0)
-    {
         m_face = nullptr;
-    }
 }
 
 bool GlyphFont::SetSize(const LOGFONTW& font)
@@ -246,9 +234,7 @@ void GlyphFont::AssumeMetrics()
 std::int16_t& GlyphFont::AdvanceSlot(char16_t unit)
 {
     if (unit < m_latinAdvances.size())
-    {
         return m_latinAdvances[unit];
-    }
     std::unique_ptr<AdvancePage>& page = m_advances[unit >> 8];
     if (page == nullptr)
     {
@@ -261,16 +247,12 @@ std::int16_t& GlyphFont::AdvanceSlot(char16_t unit)
 std::int16_t GlyphFont::ReadAdvance(char16_t unit)
 {
     if (m_face == nullptr || NeedsShaping(unit))
-    {
         return kNeedsService;
-    }
     // Control characters in a file name are shown as blanks.
     const FT_UInt glyph = FT_Get_Char_Index(m_face, unit < u' ' ? u' ' : unit);
     FT_Fixed advance = 0;
     if (glyph == 0 || FT_Get_Advance(m_face, glyph, m_loadFlags, &advance) != 0)
-    {
         return kNeedsService;
-    }
     return static_cast<std::int16_t>(std::clamp<FT_Fixed>((advance + 0x8000) >> 16, 0, INT16_MAX));
 }
 
@@ -278,9 +260,7 @@ int GlyphFont::Advance(char16_t unit)
 {
     std::int16_t& slot = AdvanceSlot(unit);
     if (slot == kUnknown)
-    {
         slot = ReadAdvance(unit);
-    }
     return slot;
 }
 
@@ -291,9 +271,7 @@ std::optional<int> GlyphFont::Measure(std::u16string_view text)
     {
         int advance = unit < m_latinAdvances.size() ? m_latinAdvances[unit] : kUnknown;
         if (advance < 0 && (advance = Advance(unit)) == kNeedsService)
-        {
             return std::nullopt;
-        }
         width += advance;
     }
     return width;
@@ -304,9 +282,7 @@ const Glyph& GlyphFont::GlyphFor(char16_t unit)
     const auto [entry, isNew] = m_glyphs.try_emplace(unit);
     const bool hasInk = isNew && m_face != nullptr && unit > u' ';
     if (hasInk && FT_Load_Char(m_face, unit, m_loadFlags | FT_LOAD_RENDER) == 0)
-    {
         entry->second = CopyGlyph(*m_face->glyph);
-    }
     return entry->second;
 }
 

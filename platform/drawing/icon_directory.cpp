@@ -37,9 +37,7 @@ Entry ReadEntry(Bytes entry)
 int BestIconId(Bytes directory, int width, int)
 {
     if (directory.size() < kHeaderSize || WordAt(directory, 2) != 1)
-    {
         return 0;
-    }
     const std::size_t fitting = (directory.size() - kHeaderSize) / kEntrySize;
     const std::size_t count = std::min<std::size_t>(WordAt(directory, 4), fitting);
     int best = 0;
@@ -62,12 +60,10 @@ int BestIconId(Bytes directory, int width, int)
 int LookupIconIdFromDirectoryEx(BYTE* directory, BOOL icon, int width, int height, UINT)
 {
     if (directory == nullptr || !icon)
-    {
         return 0;
-    }
     // The call has no size of the directory: its own count is all there is.
     const std::size_t count = directory[4] | static_cast<std::size_t>(directory[5]) << 8;
-    constexpr int usual = 32;
+    constexpr int kUsual = 32;
     return platform::BestIconId({directory, platform::kHeaderSize + count * platform::kEntrySize},
-                                width != 0 ? width : usual, height != 0 ? height : usual);
+                                width != 0 ? width : kUsual, height != 0 ? height : kUsual);
 }

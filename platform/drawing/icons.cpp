@@ -13,8 +13,8 @@ namespace
 class IconObject : public HandleObject
 {
 public:
-    static constexpr HandleKind handleKind = HandleKind::Icon;
-    explicit IconObject(std::shared_ptr<IconSource> s) : HandleObject(handleKind), source(std::move(s)) {}
+    static constexpr HandleKind kHandleKind = HandleKind::Icon;
+    explicit IconObject(std::shared_ptr<IconSource> s) : HandleObject(kHandleKind), source(std::move(s)) {}
     std::shared_ptr<IconSource> source;
 };
 
@@ -73,15 +73,13 @@ HICON LoadResourceIcon(HINSTANCE instance, LPCWSTR name, int width, int height)
 HICON LoadIconW(HINSTANCE instance, LPCWSTR name)
 {
     // SM_CXICON at 100 %: the size that LoadIconW has always meant.
-    constexpr int size = 32;
-    return platform::LoadResourceIcon(instance, name, size, size);
+    constexpr int kSize = 32;
+    return platform::LoadResourceIcon(instance, name, kSize, kSize);
 }
 
 BOOL DestroyIcon(HICON icon)
 {
     if (platform::FindObject<platform::IconObject>(icon) == nullptr)
-    {
         return platform::Fail(ERROR_INVALID_HANDLE, FALSE);
-    }
     return platform::TakeHandle(reinterpret_cast<std::uintptr_t>(icon)) != nullptr;
 }

@@ -14,13 +14,9 @@ constexpr std::size_t kLargestFile = std::size_t{64} << 20;
 std::unique_ptr<BitmapObject> ReadBitmap(HINSTANCE instance, LPCWSTR name, UINT flags)
 {
     if ((flags & LR_LOADFROMFILE) == 0)
-    {
         return ReadPackedDib(ResourceBytesOf(instance, name, RT_BITMAP));
-    }
     if (IS_INTRESOURCE(name))
-    {
         return nullptr;
-    }
     const MappedFile file(PosixFromShellPath(name));
     const std::string_view content = file.Content();
     return content.size() <= kLargestFile
@@ -33,17 +29,15 @@ std::unique_ptr<BitmapObject> ReadBitmap(HINSTANCE instance, LPCWSTR name, UINT 
 // Bitmaps come at their natural size, as sections; icon files and cursors are not implemented.
 HANDLE LoadImageW(HINSTANCE instance, LPCWSTR name, UINT type, int width, int height, UINT flags)
 {
-    constexpr HANDLE none = nullptr;
+    constexpr HANDLE kNone = nullptr;
     if (type == IMAGE_ICON && (flags & LR_LOADFROMFILE) == 0)
     {
-        constexpr int usual = 32;
-        return LoadResourceIcon(instance, name, width != 0 ? width : usual, height != 0 ? height : usual);
+        constexpr int kUsual = 32;
+        return LoadResourceIcon(instance, name, width != 0 ? width : kUsual, height != 0 ? height : kUsual);
     }
     if (type != IMAGE_BITMAP)
-    {
-        return Fail(ERROR_NOT_SUPPORTED, none);
-    }
+        return Fail(ERROR_NOT_SUPPORTED, kNone);
     auto bitmap = ReadBitmap(instance, name, flags);
     return bitmap != nullptr ? OpenHandle<HANDLE>("LoadImageW", std::move(bitmap))
-                             : Fail(ERROR_RESOURCE_NAME_NOT_FOUND, none);
+                             : Fail(ERROR_RESOURCE_NAME_NOT_FOUND, kNone);
 }

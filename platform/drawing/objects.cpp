@@ -13,17 +13,17 @@ namespace
 
 std::unique_ptr<HandleObject> MakeStockObject(int index)
 {
-    constexpr COLORREF white = 0x00FFFFFF;
+    constexpr COLORREF kWhite = 0x00FFFFFF;
     switch (index)
     {
     case WHITE_BRUSH:
-        return std::make_unique<BrushObject>(white);
+        return std::make_unique<BrushObject>(kWhite);
     case BLACK_BRUSH:
         return std::make_unique<BrushObject>(0);
     case NULL_BRUSH:
         return std::make_unique<BrushObject>(0, true);
     case WHITE_PEN:
-        return std::make_unique<PenObject>(PS_SOLID, 1, white);
+        return std::make_unique<PenObject>(PS_SOLID, 1, kWhite);
     case BLACK_PEN:
         return std::make_unique<PenObject>(PS_SOLID, 1, 0);
     case NULL_PEN:
@@ -45,17 +45,13 @@ std::unique_ptr<HandleObject> MakeStockObject(int index)
 template <typename T>
 int CopyOut(const T& description, int size, LPVOID data)
 {
-    constexpr int needed = sizeof(T);
+    constexpr int kNeeded = sizeof(T);
     if (data == nullptr)
-    {
-        return needed;
-    }
-    if (size < needed)
-    {
+        return kNeeded;
+    if (size < kNeeded)
         return Fail(ERROR_INVALID_PARAMETER, 0);
-    }
     std::memcpy(data, &description, sizeof(T));
-    return needed;
+    return kNeeded;
 }
 
 BITMAP Describe(BitmapObject& bitmap)
@@ -73,9 +69,7 @@ BITMAP Describe(BitmapObject& bitmap)
 int DescribeBitmap(BitmapObject& bitmap, int size, LPVOID data)
 {
     if (data == nullptr || size < static_cast<int>(sizeof(DIBSECTION)))
-    {
         return CopyOut(Describe(bitmap), size, data);
-    }
     DIBSECTION section{};
     section.dsBm = Describe(bitmap);
     section.dsBmih.biSize = sizeof(BITMAPINFOHEADER);
@@ -94,9 +88,7 @@ HGDIOBJ GetStockObject(int index)
 {
     static auto& stock = *new std::array<HGDIOBJ, DEFAULT_GUI_FONT + 1>();
     if (index < 0 || index >= static_cast<int>(stock.size()))
-    {
         return nullptr;
-    }
     HGDIOBJ& handle = stock[static_cast<std::size_t>(index)];
     if (handle == nullptr)
     {
@@ -116,17 +108,11 @@ BOOL DeleteObject(HGDIOBJ object)
     if (auto* selectable = dynamic_cast<SelectableObject*>(target))
     {
         if (selectable->permanent)
-        {
             return TRUE; // stock objects may be "deleted" without effect
-        }
         if (selectable->selections == 0)
-        {
             return TakeHandle(value) != nullptr;
-        }
         if (selectable->Kind() == HandleKind::Bitmap)
-        {
             return FALSE;
-        }
         selectable->deleteWhenFree = true;
         return TRUE;
     }
@@ -137,13 +123,9 @@ BOOL DeleteObject(HGDIOBJ object)
 int GetObjectW(HANDLE object, int size, LPVOID data)
 {
     if (auto* bitmap = FindObject<BitmapObject>(object))
-    {
         return DescribeBitmap(*bitmap, size, data);
-    }
     if (const auto* font = FindObject<FontObject>(object))
-    {
         return CopyOut(font->logFont, size, data);
-    }
     return Fail(ERROR_INVALID_HANDLE, 0);
 }
 
@@ -161,9 +143,7 @@ HPEN CreatePen(int style, int width, COLORREF color)
 HFONT CreateFontIndirectW(const LOGFONTW* font)
 {
     if (font == nullptr)
-    {
         return Fail(ERROR_INVALID_PARAMETER, static_cast<HFONT>(nullptr));
-    }
     auto object = std::make_unique<FontObject>(*font);
     object->logFont.lfFaceName[std::size(object->logFont.lfFaceName) - 1] = 0;
     return OpenHandle<HFONT>("CreateFontIndirectW", std::move(object));
@@ -188,8 +168,6 @@ HFONT CreateFontW(int height, int width, int escapement, int orientation, int we
                   static_cast<BYTE>(pitchAndFamily),
                   {}};
     for (std::size_t i = 0; faceName != nullptr && faceName[i] != 0 && i + 1 < std::size(font.lfFaceName); ++i)
-    {
         font.lfFaceName[i] = faceName[i];
-    }
     return CreateFontIndirectW(&font);
 }

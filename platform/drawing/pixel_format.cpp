@@ -114,12 +114,8 @@ Surface ReadPixels(BitmapObject& bitmap, std::vector<std::uint32_t>& storage)
     storage.resize(static_cast<std::size_t>(bitmap.width) * static_cast<std::size_t>(bitmap.height));
     const Surface surface{storage.data(), bitmap.width, bitmap.height, bitmap.width};
     for (int y = 0; y < bitmap.height; ++y)
-    {
         for (int x = 0; x < bitmap.width; ++x)
-        {
             *PixelAt(surface, x, y) = ReadPixel(bitmap.Row(y), x, bitmap.bitsPerPixel, bitmap.colors);
-        }
-    }
     return surface;
 }
 
@@ -139,9 +135,7 @@ void WritePixels(const Surface& pixels, BitmapObject& bitmap)
             // An unchanged pixel keeps its index: a table may hold one colour twice.
             const bool same = ReadPixel(bitmap.Row(y), x, bitmap.bitsPerPixel, bitmap.colors) == (from[x] & 0xFFFFFF);
             if (!same)
-            {
                 SetIndexAt(bitmap.Row(y), x, bitmap.bitsPerPixel, nearest(from[x]));
-            }
         }
     }
 }

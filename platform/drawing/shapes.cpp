@@ -16,12 +16,10 @@ namespace
 /// colours are a colour's index + 1.
 std::optional<std::uint32_t> BrushPixel(HBRUSH brush)
 {
-    constexpr std::uintptr_t systemColors = 31;
+    constexpr std::uintptr_t kSystemColors = 31;
     const auto value = reinterpret_cast<std::uintptr_t>(brush);
-    if (value >= 1 && value <= systemColors)
-    {
+    if (value >= 1 && value <= kSystemColors)
         return PixelFromColor(GetSysColor(static_cast<int>(value) - 1));
-    }
     const BrushObject* object = FindObject<BrushObject>(brush);
     return object != nullptr && !object->hollow ? std::optional(PixelFromColor(object->color)) : std::nullopt;
 }
@@ -69,21 +67,15 @@ void DrawLine(const Canvas& canvas, POINT a, POINT b, const PenObject& pen)
 {
     const std::optional<std::uint32_t> pixel = PenPixel(pen);
     if (!pixel)
-    {
         return;
-    }
     const int before = pen.width / 2;
     WalkLine(a, b,
              [&](int x, int y)
              {
                  if (pen.width > 1)
-                 {
                      canvas.Fill(RECT{x - before, y - before, x - before + pen.width, y - before + pen.width}, *pixel);
-                 }
                  else if (canvas.Clip().Contains(x, y))
-                 {
                      *PixelAt(canvas.Pixels(), x, y) = *pixel;
-                 }
              });
 }
 
@@ -97,9 +89,7 @@ std::vector<int> Crossings(std::span<const POINT> points, int y)
         POINT top = points[i];
         POINT bottom = points[(i + 1) % points.size()];
         if (top.y > bottom.y)
-        {
             std::swap(top, bottom);
-        }
         if (y >= top.y && y < bottom.y)
         {
             const std::int64_t height = bottom.y - top.y;
@@ -122,9 +112,7 @@ void FillPolygon(const Canvas& canvas, std::span<const POINT> points, std::uint3
     {
         const std::vector<int> crossings = Crossings(points, y);
         for (std::size_t i = 0; i + 1 < crossings.size(); i += 2)
-        {
             canvas.Fill(RECT{crossings[i], y, crossings[i + 1], y + 1}, pixel);
-        }
     }
 }
 
@@ -136,12 +124,8 @@ void InvertDots(const Canvas& canvas, const RECT& rect)
     for (const pixman_box32_t& box : frame.Boxes())
     {
         for (int y = box.y1; y < box.y2; ++y)
-        {
             for (int x = box.x1 + ((box.x1 + y) & 1); x < box.x2; x += 2)
-            {
                 *PixelAt(canvas.Pixels(), x, y) ^= 0x00FFFFFF;
-            }
-        }
     }
 }
 
@@ -149,9 +133,7 @@ bool PaintRect(HDC dc, const RECT* rect, HBRUSH brush, bool frameOnly)
 {
     DeviceContext* context = FindContext(dc);
     if (context == nullptr || rect == nullptr)
-    {
         return Fail(ERROR_INVALID_HANDLE, false);
-    }
     if (const auto pixel = BrushPixel(brush))
     {
         const RECT target = context->ToSurface(*rect);
@@ -177,9 +159,7 @@ BOOL DrawFocusRect(HDC dc, const RECT* rect)
 {
     DeviceContext* context = FindContext(dc);
     if (context == nullptr || rect == nullptr)
-    {
         return Fail(ERROR_INVALID_HANDLE, FALSE);
-    }
     InvertDots(Canvas(*context), context->ToSurface(*rect));
     return TRUE;
 }
@@ -188,19 +168,13 @@ BOOL Rectangle(HDC dc, int left, int top, int right, int bottom)
 {
     DeviceContext* context = FindContext(dc);
     if (context == nullptr)
-    {
         return Fail(ERROR_INVALID_HANDLE, FALSE);
-    }
     const RECT target = context->ToSurface(RECT{left, top, right, bottom});
     const Canvas canvas(*context);
     if (!context->Brush().hollow)
-    {
         canvas.Fill(target, PixelFromColor(context->Brush().color));
-    }
     if (const auto pixel = PenPixel(context->Pen()))
-    {
         canvas.Fill(FrameOf(target, context->Pen().width), *pixel);
-    }
     return TRUE;
 }
 
@@ -208,21 +182,15 @@ BOOL Polygon(HDC dc, const POINT* points, int count)
 {
     DeviceContext* context = FindContext(dc);
     if (context == nullptr || points == nullptr || count < 2)
-    {
         return Fail(context == nullptr ? ERROR_INVALID_HANDLE : ERROR_INVALID_PARAMETER, FALSE);
-    }
     std::vector<POINT> corners(points, points + count);
     std::transform(corners.begin(), corners.end(), corners.begin(),
                    [&](POINT point) { return context->ToSurface(point); });
     const Canvas canvas(*context);
     if (!context->Brush().hollow)
-    {
         FillPolygon(canvas, corners, PixelFromColor(context->Brush().color));
-    }
     for (std::size_t i = 0; i < corners.size(); ++i)
-    {
         DrawLine(canvas, corners[i], corners[(i + 1) % corners.size()], context->Pen());
-    }
     return TRUE;
 }
 
@@ -230,14 +198,10 @@ BOOL MoveToEx(HDC dc, int x, int y, LPPOINT previous)
 {
     DeviceContext* context = FindContext(dc);
     if (context == nullptr)
-    {
         return Fail(ERROR_INVALID_HANDLE, FALSE);
-    }
     const POINT old = std::exchange(context->state.position, POINT{x, y});
     if (previous != nullptr)
-    {
         *previous = old;
-    }
     return TRUE;
 }
 
@@ -245,9 +209,7 @@ BOOL LineTo(HDC dc, int x, int y)
 {
     DeviceContext* context = FindContext(dc);
     if (context == nullptr)
-    {
         return Fail(ERROR_INVALID_HANDLE, FALSE);
-    }
     const POINT from = std::exchange(context->state.position, POINT{x, y});
     DrawLine(Canvas(*context), context->ToSurface(from), context->ToSurface(POINT{x, y}), context->Pen());
     return TRUE;
@@ -257,14 +219,10 @@ COLORREF SetPixel(HDC dc, int x, int y, COLORREF color)
 {
     DeviceContext* context = FindContext(dc);
     if (context == nullptr)
-    {
         return Fail<COLORREF>(ERROR_INVALID_HANDLE, CLR_INVALID);
-    }
     const POINT at = context->ToSurface(POINT{x, y});
     if (!context->Clip().Contains(at.x, at.y))
-    {
         return CLR_INVALID;
-    }
     Canvas(*context).Fill(RECT{at.x, at.y, at.x + 1, at.y + 1}, PixelFromColor(color));
     return GetPixel(dc, x, y);
 }
@@ -273,13 +231,9 @@ COLORREF GetPixel(HDC dc, int x, int y)
 {
     DeviceContext* context = FindContext(dc);
     if (context == nullptr)
-    {
         return Fail<COLORREF>(ERROR_INVALID_HANDLE, CLR_INVALID);
-    }
     const POINT at = context->ToSurface(POINT{x, y});
     if (!context->Clip().Contains(at.x, at.y))
-    {
         return CLR_INVALID;
-    }
     return ColorFromPixel(*PixelAt(SourcePixels(*context).pixels, at.x, at.y));
 }

@@ -42,9 +42,7 @@ UniqueImage TargetImage(const Canvas& canvas, const RECT* clip)
                                                pixels.stride * static_cast<int>(sizeof(std::uint32_t))));
     ClipRegion visible(canvas.Clip());
     if (clip != nullptr)
-    {
         visible.Intersect(ClipRegion(*clip));
-    }
     pixman_image_set_clip_region32(image.get(), visible.Raw());
     return image;
 }
@@ -77,9 +75,7 @@ void ForGlyphs(GlyphFont& font, std::u16string_view text, POINT position, const 
     {
         const Glyph& glyph = font.GlyphFor(text[i]);
         if (glyph.width != 0)
-        {
             visit(glyph, pen + glyph.left, baseline - glyph.top);
-        }
         pen += spacing != nullptr ? spacing[i] : font.Advance(text[i]);
     }
 }
@@ -112,9 +108,7 @@ void AddGlyph(Mask& mask, const Glyph& glyph, int x, int y)
         unsigned char* to = mask.Row(row);
         const std::uint8_t* from = glyph.coverage.data() + static_cast<std::ptrdiff_t>(row - y) * glyph.width - x;
         for (int column = left; column < right; ++column)
-        {
             to[column] = std::max(to[column], from[column]);
-        }
     }
 }
 
@@ -123,9 +117,7 @@ void DrawGlyphs(const Canvas& canvas, GlyphFont& font, std::u16string_view text,
 {
     const RECT bounds = InkBounds(canvas, font, text, position, spacing);
     if (bounds.right <= bounds.left || bounds.bottom <= bounds.top)
-    {
         return;
-    }
     Mask mask(bounds);
     ForGlyphs(font, text, position, spacing, [&](const Glyph& glyph, int x, int y) { AddGlyph(mask, glyph, x, y); });
     Blend(canvas, mask, color, clip);
@@ -140,19 +132,13 @@ void DrawDecorations(const Canvas& canvas, GlyphFont& font, POINT position, int 
     {
         ClipRegion area(RECT{position.x, top, position.x + width, top + thickness});
         if (clip != nullptr)
-        {
             area.Intersect(ClipRegion(*clip));
-        }
         canvas.Fill(area, PixelFromColor(color));
     };
     if (font.ServiceFont().underline)
-    {
         line(baseline + 1);
-    }
     if (font.ServiceFont().strikeOut)
-    {
         line(baseline - font.EmHeight() / 3);
-    }
 }
 
 /// The service draws on a picture of the line's own size, which is then blended like any other.
@@ -162,9 +148,7 @@ void DrawByService(const Canvas& canvas, GlyphFont& font, std::u16string_view te
     const TextService* service = GetTextService();
     TextExtent extent{};
     if (service == nullptr || !service->measure(&font.ServiceFont(), text.data(), text.size(), &extent))
-    {
         return;
-    }
     // Ink may leave the logical extent; an em on each side is room enough.
     const int margin = font.EmHeight();
     const RECT seen = canvas.Clip().Extents();
@@ -175,16 +159,12 @@ void DrawByService(const Canvas& canvas, GlyphFont& font, std::u16string_view te
     const int width = area.right - area.left;
     const int height = area.bottom - area.top;
     if (width <= 0 || height <= 0)
-    {
         return;
-    }
     std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
     const TextTarget picture{pixels.data(), width, height, width};
     if (!service->draw(&font.ServiceFont(), text.data(), text.size(), &picture, position.x - area.left,
                        baseline - area.top, PixelFromColor(color)))
-    {
         return;
-    }
     const UniqueImage source(pixman_image_create_bits(PIXMAN_a8r8g8b8, width, height, pixels.data(), width * 4));
     const UniqueImage target = TargetImage(canvas, clip);
     pixman_image_composite32(PIXMAN_OP_OVER, source.get(), nullptr, target.get(), 0, 0, 0, 0, area.left, area.top,
@@ -196,9 +176,7 @@ int WidthByService(GlyphFont& font, std::u16string_view text)
     const TextService* service = GetTextService();
     TextExtent extent{};
     if (service != nullptr && service->measure(&font.ServiceFont(), text.data(), text.size(), &extent))
-    {
         return extent.width;
-    }
     return static_cast<int>(text.size()) * font.Metrics().tmAveCharWidth;
 }
 

@@ -20,19 +20,13 @@ BOOL ExtTextOutW(HDC dc, int x, int y, UINT options, const RECT* rect, LPCWSTR t
 {
     DeviceContext* context = FindContext(dc);
     if (context == nullptr || (text == nullptr && length != 0) || FaultPoint("ExtTextOutW"))
-    {
         return Fail(ERROR_INVALID_HANDLE, FALSE);
-    }
     const Canvas canvas(*context);
     const RECT box = rect != nullptr ? context->ToSurface(*rect) : RECT{};
     if (rect != nullptr && (options & ETO_OPAQUE) != 0)
-    {
         FillBackground(*context, canvas, box);
-    }
     if (length == 0)
-    {
         return TRUE;
-    }
     const std::u16string_view line(text, length);
     const POINT position = context->ToSurface(POINT{x, y});
     FontObject& font = context->Font();
@@ -58,9 +52,7 @@ BOOL GetTextExtentPoint32W(HDC dc, LPCWSTR text, int length, LPSIZE size)
     DeviceContext* context = FindContext(dc);
     if (context == nullptr || size == nullptr || length < 0 || (text == nullptr && length != 0) ||
         FaultPoint("GetTextExtentPoint32W"))
-    {
         return Fail(ERROR_INVALID_PARAMETER, FALSE);
-    }
     FontObject& font = context->Font();
     size->cx = TextWidth(font, std::u16string_view(text, static_cast<std::size_t>(length)));
     size->cy = font.Glyphs().Metrics().tmHeight;
@@ -71,9 +63,7 @@ BOOL GetTextMetricsW(HDC dc, TEXTMETRICW* metrics)
 {
     DeviceContext* context = FindContext(dc);
     if (context == nullptr || metrics == nullptr)
-    {
         return Fail(ERROR_INVALID_HANDLE, FALSE);
-    }
     *metrics = context->Font().Glyphs().Metrics();
     return TRUE;
 }

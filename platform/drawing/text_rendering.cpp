@@ -34,13 +34,9 @@ TextRendering CurrentTextRendering()
 int GlyphLoadFlags(const TextRendering& rendering)
 {
     if (rendering.hinting == TextHinting::None)
-    {
         return FT_LOAD_NO_HINTING | (rendering.antialias ? FT_LOAD_TARGET_NORMAL : FT_LOAD_TARGET_MONO);
-    }
     if (!rendering.antialias)
-    {
         return FT_LOAD_TARGET_MONO;
-    }
     return rendering.hinting == TextHinting::Slight ? FT_LOAD_TARGET_LIGHT : FT_LOAD_TARGET_NORMAL;
 }
 

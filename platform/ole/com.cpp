@@ -6,9 +6,7 @@
 HRESULT OleInitialize(LPVOID reserved)
 {
     if (platform::FaultPoint("OleInitialize"))
-    {
         return E_OUTOFMEMORY;
-    }
     return reserved == nullptr ? S_OK : E_INVALIDARG;
 }
 
@@ -17,9 +15,7 @@ void OleUninitialize() {}
 HRESULT CoCreateInstance(REFCLSID, IUnknown*, DWORD, REFIID, LPVOID* object)
 {
     if (object == nullptr)
-    {
         return E_POINTER;
-    }
     *object = nullptr;
     return REGDB_E_CLASSNOTREG;
 }

@@ -16,9 +16,9 @@ namespace
 
 struct KeyObject : platform::HandleObject
 {
-    static constexpr platform::HandleKind handleKind = platform::HandleKind::RegistryKey;
+    static constexpr platform::HandleKind kHandleKind = platform::HandleKind::RegistryKey;
     KeyObject(RegistryStore& s, std::u16string p, REGSAM a)
-        : HandleObject(handleKind), store(s), path(std::move(p)), access(a)
+        : HandleObject(kHandleKind), store(s), path(std::move(p)), access(a)
     {
     }
     RegistryStore& store;
@@ -49,13 +49,9 @@ struct Location
 Location Locate(HKEY key)
 {
     if (key == HKEY_CURRENT_USER)
-    {
         return {&UserHive(), {}, KEY_READ | KEY_WRITE};
-    }
     if (key == HKEY_LOCAL_MACHINE)
-    {
         return {&MachineHive(), {}, KEY_READ | KEY_WRITE};
-    }
     const KeyObject* object = platform::FindObject<KeyObject>(key);
     return object != nullptr ? Location{&object->store, object->path, object->access} : Location{};
 }
@@ -105,19 +101,13 @@ std::u16string_view NameOf(LPCWSTR valueName)
 LSTATUS CopyOut(const platform::RegistryValue& value, LPDWORD type, LPBYTE data, LPDWORD size)
 {
     if (type != nullptr)
-    {
         *type = value.type;
-    }
     if (size == nullptr)
-    {
         return ERROR_SUCCESS;
-    }
     const bool fits = data == nullptr || *size >= value.data.size();
     *size = static_cast<DWORD>(value.data.size());
     if (data != nullptr && fits)
-    {
         std::copy(value.data.begin(), value.data.end(), data);
-    }
     return fits ? ERROR_SUCCESS : ERROR_MORE_DATA;
 }
 
@@ -127,20 +117,14 @@ LSTATUS RegOpenKeyExW(HKEY key, LPCWSTR subKey, DWORD, REGSAM access, HKEY* resu
 {
     Location location = Locate(key);
     if (location.store == nullptr || result == nullptr)
-    {
         return result == nullptr ? ERROR_INVALID_PARAMETER : ERROR_INVALID_HANDLE;
-    }
     *result = nullptr;
     if (platform::FaultPoint("RegOpenKeyExW"))
-    {
         return ERROR_NOT_ENOUGH_MEMORY;
-    }
     Append(location.path, subKey);
     const LSTATUS found = location.store->FindKey(location.path);
     if (found != ERROR_SUCCESS || Refused(*location.store, access))
-    {
         return found != ERROR_SUCCESS ? found : ERROR_ACCESS_DENIED;
-    }
     return OpenHandleOn(std::move(location), access, result);
 }
 
@@ -149,29 +133,19 @@ LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR subKey, DWORD, LPWSTR, DWORD, REGSAM a
 {
     Location location = Locate(key);
     if (location.store == nullptr || result == nullptr || subKey == nullptr)
-    {
         return location.store == nullptr ? ERROR_INVALID_HANDLE : ERROR_INVALID_PARAMETER;
-    }
     *result = nullptr;
     if (platform::FaultPoint("RegCreateKeyExW"))
-    {
         return ERROR_NOT_ENOUGH_MEMORY;
-    }
     Append(location.path, subKey);
     if (Refused(*location.store, access))
-    {
         return ERROR_ACCESS_DENIED;
-    }
     bool created = false;
     const LSTATUS status = location.store->CreateKey(location.path, created);
     if (status != ERROR_SUCCESS)
-    {
         return status;
-    }
     if (disposition != nullptr)
-    {
         *disposition = created ? REG_CREATED_NEW_KEY : REG_OPENED_EXISTING_KEY;
-    }
     return OpenHandleOn(std::move(location), access, result);
 }
 
@@ -179,21 +153,13 @@ LSTATUS RegQueryValueExW(HKEY key, LPCWSTR valueName, LPDWORD reserved, LPDWORD 
 {
     const Location location = Locate(key);
     if (location.store == nullptr)
-    {
         return ERROR_INVALID_HANDLE;
-    }
     if (reserved != nullptr || (data != nullptr && size == nullptr))
-    {
         return ERROR_INVALID_PARAMETER;
-    }
     if ((location.access & KEY_QUERY_VALUE) == 0)
-    {
         return ERROR_ACCESS_DENIED;
-    }
     if (platform::FaultPoint("RegQueryValueExW"))
-    {
         return ERROR_NOT_ENOUGH_MEMORY;
-    }
     platform::RegistryValue value;
     const LSTATUS status = location.store->ReadValue(location.path, NameOf(valueName), value);
     return status == ERROR_SUCCESS ? CopyOut(value, type, data, size) : status;
@@ -203,21 +169,13 @@ LSTATUS RegSetValueExW(HKEY key, LPCWSTR valueName, DWORD, DWORD type, const BYT
 {
     const Location location = Locate(key);
     if (location.store == nullptr)
-    {
         return ERROR_INVALID_HANDLE;
-    }
     if ((data == nullptr && size != 0) || size > static_cast<DWORD>(std::numeric_limits<int>::max()))
-    {
         return ERROR_INVALID_PARAMETER;
-    }
     if (!WantsWrite(location.access))
-    {
         return ERROR_ACCESS_DENIED;
-    }
     if (platform::FaultPoint("RegSetValueExW"))
-    {
         return ERROR_NOT_ENOUGH_MEMORY;
-    }
     return location.store->WriteValue(location.path, NameOf(valueName), type, {data, size});
 }
 
@@ -225,13 +183,9 @@ LSTATUS RegDeleteValueW(HKEY key, LPCWSTR valueName)
 {
     const Location location = Locate(key);
     if (location.store == nullptr)
-    {
         return ERROR_INVALID_HANDLE;
-    }
     if (!WantsWrite(location.access) || platform::FaultPoint("RegDeleteValueW"))
-    {
         return ERROR_ACCESS_DENIED;
-    }
     return location.store->DeleteValue(location.path, NameOf(valueName));
 }
 
@@ -239,13 +193,9 @@ LSTATUS RegDeleteTreeW(HKEY key, LPCWSTR subKey)
 {
     Location location = Locate(key);
     if (location.store == nullptr)
-    {
         return ERROR_INVALID_HANDLE;
-    }
     if (platform::FaultPoint("RegDeleteTreeW"))
-    {
         return ERROR_ACCESS_DENIED;
-    }
     const std::size_t above = location.path.size();
     Append(location.path, subKey);
     return location.store->DeleteTree(location.path, location.path.size() != above);
@@ -254,13 +204,9 @@ LSTATUS RegDeleteTreeW(HKEY key, LPCWSTR subKey)
 LSTATUS RegCloseKey(HKEY key)
 {
     if (key == HKEY_CURRENT_USER || key == HKEY_LOCAL_MACHINE)
-    {
         return ERROR_SUCCESS;
-    }
     if (platform::FindObject<KeyObject>(key) == nullptr)
-    {
         return ERROR_INVALID_HANDLE;
-    }
     platform::TakeHandle(reinterpret_cast<std::uintptr_t>(key));
     return ERROR_SUCCESS;
 }

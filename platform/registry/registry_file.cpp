@@ -33,13 +33,9 @@ std::string ParentOf(const std::string& path)
 int MakeFolder(const std::string& path)
 {
     if (mkdir(path.c_str(), 0700) == 0 || errno == EEXIST)
-    {
         return 0;
-    }
     if (errno != ENOENT)
-    {
         return errno;
-    }
     const int error = MakeFolder(ParentOf(path));
     return error == 0 && mkdir(path.c_str(), 0700) != 0 && errno != EEXIST ? errno : error;
 }
@@ -52,9 +48,7 @@ bool MayAccess(const std::string& path, int how)
 bool RenameToFree(const std::string& from, const std::string& to)
 {
     if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
-    {
         return true;
-    }
     // Some file systems cannot do that in one step.
     const bool unsupported = errno == EINVAL || errno == ENOSYS;
     return unsupported && access(to.c_str(), F_OK) != 0 && std::rename(from.c_str(), to.c_str()) == 0;
@@ -65,9 +59,7 @@ bool RenameToFree(const std::string& from, const std::string& to)
 std::string UserHivePath()
 {
     if (const std::string_view config = Absolute("XDG_CONFIG_HOME"); !config.empty())
-    {
         return std::string(config) + kFile;
-    }
     const std::string_view home = Absolute("HOME");
     return home.empty() ? std::string() : std::string(home) + "/.config" + kFile;
 }
@@ -93,9 +85,7 @@ bool MayWrite(const std::string& path)
     }
     std::string folder = ParentOf(path);
     while (access(folder.c_str(), F_OK) != 0 && folder != "/")
-    {
         folder = ParentOf(folder);
-    }
     return MayAccess(folder, W_OK | X_OK);
 }
 
@@ -110,9 +100,7 @@ bool SetFileAside(const std::string& path)
             return true;
         }
         if (errno != EEXIST)
-        {
             return errno == ENOENT && access(path.c_str(), F_OK) != 0; // another process was quicker
-        }
     }
     return false;
 }

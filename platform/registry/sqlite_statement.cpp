@@ -7,9 +7,7 @@ namespace platform
 int SqliteStatement::Prepare(sqlite3* database, const char* sql)
 {
     if (m_statement != nullptr)
-    {
         return SQLITE_OK;
-    }
     sqlite3_stmt* statement = nullptr;
     const int result = sqlite3_prepare_v3(database, sql, -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
     m_statement.reset(statement);

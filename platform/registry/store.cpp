@@ -125,9 +125,7 @@ int RegistryStore::WaitForLock(void* store, int)
 {
     auto& self = *static_cast<RegistryStore*>(store);
     if (self.m_waitsLeft == 0)
-    {
         return 0;
-    }
     --self.m_waitsLeft;
     const timespec pause{0, kWaitNanoseconds};
     nanosleep(&pause, nullptr);
@@ -145,19 +143,13 @@ void RegistryStore::Close()
 int RegistryStore::Open(int flags)
 {
     if (m_database != nullptr)
-    {
         return SQLITE_OK;
-    }
     struct stat info = {};
     const bool exists = !m_path.empty() && stat(m_path.c_str(), &info) == 0;
     if (!exists && (flags & SQLITE_OPEN_CREATE) == 0)
-    {
         return kNotThere;
-    }
     if (m_path.empty() || (exists && !S_ISREG(info.st_mode)))
-    {
         return SQLITE_CANTOPEN;
-    }
     PrepareSqlite();
     sqlite3* database = nullptr;
     const int result =
@@ -186,9 +178,7 @@ int RegistryStore::ReadWithoutTables(Work work)
 {
     int result = RunOnce("BEGIN");
     if (result != SQLITE_OK)
-    {
         return result;
-    }
     SqliteStatement count;
     result = count.Prepare(m_database.get(), "SELECT count(*) FROM sqlite_master");
     if (result == SQLITE_OK && (result = count.Step()) == SQLITE_ROW)
@@ -205,9 +195,7 @@ int RegistryStore::ReadWithoutTables(Work work)
 int RegistryStore::CheckWhole()
 {
     if (m_checked)
-    {
         return SQLITE_OK;
-    }
     SqliteStatement check;
     int result = check.Prepare(m_database.get(), "PRAGMA quick_check(1)");
     if (result == SQLITE_OK && (result = check.Step()) == SQLITE_ROW)
@@ -223,9 +211,7 @@ int RegistryStore::CheckWhole()
 int RegistryStore::OpenForWriting()
 {
     if (m_database == nullptr && MakeParentFolder(m_path) != 0)
-    {
         return SQLITE_CANTOPEN;
-    }
     const int result = Open(SQLITE_OPEN_CREATE);
     return result == SQLITE_OK ? CheckWhole() : result;
 }
@@ -246,9 +232,7 @@ int RegistryStore::Attempt(Work work)
     m_waitsLeft = m_keepWaiting ? kWaits : 0;
     int result = work();
     if (IsDamage(result) && SetAside())
-    {
         result = work();
-    }
     m_keepWaiting = (result & 0xFF) != SQLITE_BUSY;
     return result;
 }
@@ -270,22 +254,14 @@ int RegistryStore::InTransaction(Work work)
 {
     int result = RunOnce("BEGIN IMMEDIATE");
     if (result != SQLITE_OK)
-    {
         return result;
-    }
     result = RunOnce(kSchema);
     if (result == SQLITE_OK)
-    {
         result = work();
-    }
     if (result == SQLITE_OK)
-    {
         result = RunOnce("COMMIT");
-    }
     if (result != SQLITE_OK && sqlite3_get_autocommit(m_database.get()) == 0)
-    {
         RunOnce("ROLLBACK");
-    }
     return result == SQLITE_ERROR ? SQLITE_NOTADB : result;
 }
 
@@ -303,18 +279,14 @@ LONG RegistryStore::Writing(Work work)
 LONG RegistryStore::FindKey(std::u16string_view path)
 {
     if (path.empty())
-    {
         return ERROR_SUCCESS;
-    }
     const std::string folded = Fold(path);
     return Reading(
         [&]
         {
             const int result = m_findKey.Prepare(m_database.get(), "SELECT 1 FROM keys WHERE path = ?1");
             if (result != SQLITE_OK)
-            {
                 return result;
-            }
             const Using use(m_findKey);
             m_findKey.Bind(1, folded);
             const int step = m_findKey.Step();
@@ -333,17 +305,13 @@ LONG RegistryStore::ReadValue(std::u16string_view path, std::u16string_view name
                 m_readValue.Prepare(m_database.get(), "SELECT type, data FROM \"values\" WHERE folded = ?2"
                                                       " AND key = (SELECT id FROM keys WHERE path = ?1)");
             if (result != SQLITE_OK)
-            {
                 return result;
-            }
             const Using use(m_readValue);
             m_readValue.Bind(1, foldedPath);
             m_readValue.Bind(2, foldedName);
             const int step = m_readValue.Step();
             if (step != SQLITE_ROW)
-            {
                 return step == SQLITE_DONE ? kNotThere : step;
-            }
             value.type = static_cast<DWORD>(m_readValue.Number(0));
             const RegistryBytes data = m_readValue.Data(1);
             value.data.assign(data.begin(), data.end());
@@ -384,13 +352,9 @@ LONG RegistryStore::WriteValue(std::u16string_view path, std::u16string_view nam
     RegistryValue present;
     const LONG found = ReadValue(path, name, present);
     if (found == ERROR_SUCCESS && present.type == type && std::ranges::equal(present.data, data))
-    {
         return ERROR_SUCCESS;
-    }
     if (found != ERROR_SUCCESS && found != ERROR_FILE_NOT_FOUND)
-    {
         return found;
-    }
     const std::string foldedPath = Fold(path);
     const std::string foldedName = Fold(name);
     const std::string spelling = Utf8FromUtf16(name);
@@ -440,9 +404,7 @@ LONG RegistryStore::DeleteTree(std::u16string_view path, bool itself)
 {
     const LONG found = FindKey(path);
     if (found != ERROR_SUCCESS)
-    {
         return found;
-    }
     const std::string folded = Fold(path);
     const Below below(folded);
     // The key itself counts as below, but its row stays unless asked for; the root's row always stays.

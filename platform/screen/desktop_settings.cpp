@@ -39,9 +39,7 @@ std::string SettingsFile()
 {
     const char* config = std::getenv("XDG_CONFIG_HOME");
     if (config != nullptr && config[0] == '/')
-    {
         return std::string(config) + "/gtk-3.0/settings.ini";
-    }
     const char* home = std::getenv("HOME");
     return home != nullptr ? std::string(home) + "/.config/gtk-3.0/settings.ini" : std::string();
 }
@@ -56,17 +54,11 @@ void TakeLine(Settings& settings, std::string_view line)
 {
     const auto equals = line.find('=');
     if (equals == line.npos)
-    {
         return;
-    }
     const std::string_view key = Trimmed(line.substr(0, equals));
     for (const FileKey& known : kFileKeys)
-    {
         if (known.key == key)
-        {
             settings.insert_or_assign(std::string(known.name), std::string(Trimmed(line.substr(equals + 1))));
-        }
-    }
 }
 
 Settings ReadSettingsFile()
@@ -95,9 +87,7 @@ std::optional<std::string> DesktopSetting(std::string_view name)
 {
     const Settings& published = screen::PublishedSettings();
     if (!published.empty())
-    {
         return Find(published, name);
-    }
     static const Settings& file = *new Settings(ReadSettingsFile());
     return Find(file, name);
 }

@@ -12,7 +12,7 @@ namespace
 {
 
 /// Colour without alpha, 0xRRGGBB, or nothing.
-constexpr std::uint32_t nothing = 0xFF000000;
+constexpr std::uint32_t kNothing = 0xFF000000;
 
 struct Box
 {
@@ -26,62 +26,50 @@ using Sampler = std::uint32_t (*)(float x, float y);
 
 std::uint32_t SampleFolder(float x, float y)
 {
-    constexpr Box tab{0.06f, 0.16f, 0.44f, 0.32f};
-    constexpr Box back{0.06f, 0.24f, 0.94f, 0.84f};
-    constexpr Box front{0.06f, 0.36f, 0.94f, 0.84f};
-    constexpr float edge = 0.035f;
-    if (front.Holds(x, y))
-    {
-        return front.Inset(edge).Holds(x, y) ? 0xF2C55C : 0xB98A2B;
-    }
-    return tab.Holds(x, y) || back.Holds(x, y) ? 0xD9A63F : nothing;
+    constexpr Box kTab{0.06f, 0.16f, 0.44f, 0.32f};
+    constexpr Box kBack{0.06f, 0.24f, 0.94f, 0.84f};
+    constexpr Box kFront{0.06f, 0.36f, 0.94f, 0.84f};
+    constexpr float kEdge = 0.035f;
+    if (kFront.Holds(x, y))
+        return kFront.Inset(kEdge).Holds(x, y) ? 0xF2C55C : 0xB98A2B;
+    return kTab.Holds(x, y) || kBack.Holds(x, y) ? 0xD9A63F : kNothing;
 }
 
 std::uint32_t SampleDocument(float x, float y)
 {
-    constexpr Box sheet{0.18f, 0.06f, 0.82f, 0.94f};
-    constexpr float fold = 0.22f;
-    constexpr float edge = 0.035f;
-    const float beyondFold = (x - (sheet.right - fold)) - (y - sheet.top); // > 0 in the corner cut off
-    if (!sheet.Holds(x, y) || beyondFold > 0)
-    {
-        return nothing;
-    }
-    if (!sheet.Inset(edge).Holds(x, y) || beyondFold > -edge * 1.4f)
-    {
+    constexpr Box kSheet{0.18f, 0.06f, 0.82f, 0.94f};
+    constexpr float kFold = 0.22f;
+    constexpr float kEdge = 0.035f;
+    const float beyondFold = (x - (kSheet.right - kFold)) - (y - kSheet.top); // > 0 in the corner cut off
+    if (!kSheet.Holds(x, y) || beyondFold > 0)
+        return kNothing;
+    if (!kSheet.Inset(kEdge).Holds(x, y) || beyondFold > -kEdge * 1.4f)
         return 0x8A8F96;
-    }
-    if (x > sheet.right - fold && y < sheet.top + fold)
-    {
+    if (x > kSheet.right - kFold && y < kSheet.top + kFold)
         return 0xC9CED6;
-    }
     const bool text = x > 0.28f && x < 0.72f && y > 0.38f && y < 0.84f && std::fmod(y - 0.38f, 0.12f) < 0.045f;
     return text ? 0xA9B4C2 : 0xFBFCFD;
 }
 
 std::uint32_t SampleProgram(float x, float y)
 {
-    constexpr float pi = 3.14159265f;
-    constexpr int teeth = 8;
+    constexpr float kPi = 3.14159265f;
+    constexpr int kTeeth = 8;
     const float dx = x - 0.5f;
     const float dy = y - 0.5f;
     const float radius = std::sqrt(dx * dx + dy * dy);
-    const float turn = std::fmod(std::atan2(dy, dx) + 2 * pi, 2 * pi) * teeth / (2 * pi);
+    const float turn = std::fmod(std::atan2(dy, dx) + 2 * kPi, 2 * kPi) * kTeeth / (2 * kPi);
     const float rim = std::abs(turn - std::floor(turn) - 0.5f) < 0.27f ? 0.46f : 0.36f;
     if (radius > rim || radius < 0.13f)
-    {
-        return nothing;
-    }
+        return kNothing;
     return radius > rim - 0.035f || radius < 0.165f ? 0x4D5A6B : 0x8C9BB0;
 }
 
 std::uint32_t SampleLinkMark(float x, float y)
 {
-    constexpr Box sheet{0, 0, 1, 1};
-    if (!sheet.Inset(0.09f).Holds(x, y))
-    {
+    constexpr Box kSheet{0, 0, 1, 1};
+    if (!kSheet.Inset(0.09f).Holds(x, y))
         return 0x6B7785;
-    }
     const bool head = x > 0.42f && y < 0.60f && x - y > 0.14f - 0.02f && x < 0.82f && y > 0.18f;
     const float alongShaft = std::abs((x - 0.24f) - (0.80f - y));
     const bool shaft = alongShaft < 0.17f && x > 0.2f && x < 0.66f && y > 0.34f && y < 0.84f;
@@ -90,25 +78,25 @@ std::uint32_t SampleLinkMark(float x, float y)
 
 IconImage Rasterise(Sampler sample, int size)
 {
-    constexpr int grid = 4;
+    constexpr int kGrid = 4;
     IconImage image{size, size, std::vector<std::uint32_t>(static_cast<std::size_t>(size) * size)};
     for (int pixel = 0; pixel < size * size; ++pixel)
     {
         std::array<std::uint32_t, 4> sums{}; // blue, green, red, covered samples
-        for (int point = 0; point < grid * grid; ++point)
+        for (int point = 0; point < kGrid * kGrid; ++point)
         {
-            const float x = static_cast<float>(pixel % size) + (static_cast<float>(point % grid) + 0.5f) / grid;
-            const float y = static_cast<float>(pixel / size) + (static_cast<float>(point / grid) + 0.5f) / grid;
+            const float x = static_cast<float>(pixel % size) + (static_cast<float>(point % kGrid) + 0.5f) / kGrid;
+            const float y = static_cast<float>(pixel / size) + (static_cast<float>(point / kGrid) + 0.5f) / kGrid;
             const std::uint32_t colour = sample(x / static_cast<float>(size), y / static_cast<float>(size));
-            if (colour != nothing)
+            if (colour != kNothing)
             {
                 sums = {sums[0] + (colour & 0xFF), sums[1] + (colour >> 8 & 0xFF), sums[2] + (colour >> 16),
                         sums[3] + 255};
             }
         }
-        constexpr std::uint32_t samples = grid * grid;
+        constexpr std::uint32_t kSamples = kGrid * kGrid;
         image.pixels[static_cast<std::size_t>(pixel)] =
-            sums[0] / samples | sums[1] / samples << 8 | sums[2] / samples << 16 | sums[3] / samples << 24;
+            sums[0] / kSamples | sums[1] / kSamples << 8 | sums[2] / kSamples << 16 | sums[3] / kSamples << 24;
     }
     return image;
 }

@@ -51,18 +51,14 @@ public:
     bool Notify()
     {
         // A receiver that never reads the folder again is told all the same, only not so often.
-        constexpr std::chrono::seconds forgotten{1};
+        constexpr std::chrono::seconds kForgotten{1};
         const Moment now = std::chrono::steady_clock::now();
         {
             const std::lock_guard lock(m_mutex);
             if (!m_active)
-            {
                 return true;
-            }
-            if (m_undelivered && now - m_posted < forgotten)
-            {
+            if (m_undelivered && now - m_posted < kForgotten)
                 return false;
-            }
             m_undelivered = true;
             m_posted = now;
         }
@@ -73,12 +69,10 @@ public:
     void WatchStarted(std::int64_t modified)
     {
         std::unique_lock lock(m_mutex);
-        const bool missed = m_readStamp != neverRead && m_readStamp != modified;
+        const bool missed = m_readStamp != kNeverRead && m_readStamp != modified;
         lock.unlock();
         if (missed)
-        {
             Notify();
-        }
     }
 
     /// Starts the watch, unless the registration has ended meanwhile.
@@ -86,7 +80,7 @@ public:
     void End();
 
 private:
-    static constexpr std::int64_t neverRead = -2;
+    static constexpr std::int64_t kNeverRead = -2;
 
     const HWND m_window;
     const UINT m_message;
@@ -96,7 +90,7 @@ private:
     bool m_active = true;
     bool m_undelivered = false;
     Moment m_posted;
-    std::int64_t m_readStamp = neverRead;
+    std::int64_t m_readStamp = kNeverRead;
     void* m_watch = nullptr; ///< context of the watch
 };
 
@@ -117,9 +111,7 @@ void Registration::Watch(const Shared& self)
     const std::lock_guard lock(self->m_mutex);
     const WatchService* service = self->m_active ? Service() : nullptr; // no loading of libraries for nothing
     if (service == nullptr)
-    {
         return;
-    }
     const FolderWatcher watcher{
         new Shared(self),
         [](void* context) { return RegistrationOf(context).Notify(); },
@@ -135,9 +127,7 @@ void Registration::End()
     const std::lock_guard lock(m_mutex);
     m_active = false;
     if (m_watch != nullptr)
-    {
         Service()->stop(m_watch);
-    }
 }
 
 /// Starts the watch now, or, where touching the folder may block, from a thread that can afford to wait.
@@ -186,24 +176,16 @@ void FolderWasRead(const FolderListing& listing)
     const std::lock_guard lock(All().mutex);
     All().readStamps[listing.path] = listing.modified;
     for (const auto& [id, registration] : All().byId)
-    {
         if (registration->Path() == listing.path)
-        {
             registration->FolderRead(listing.modified);
-        }
-    }
 }
 
 void FolderHasChanged(const std::string& path)
 {
     const std::lock_guard lock(All().mutex);
     for (const auto& [id, registration] : All().byId)
-    {
         if (registration->Path() == path)
-        {
             registration->Notify();
-        }
-    }
 }
 
 } // namespace platform
@@ -214,18 +196,14 @@ ULONG SHChangeNotifyRegister(HWND window, int sources, LONG events, UINT message
     std::string path;
     const bool valid = entries == 1 && entry != nullptr && entry->pidl != nullptr && sources != 0 && events != 0;
     if (!valid || platform::FaultPoint("SHChangeNotifyRegister") || !platform::AppendListPath(path, entry->pidl))
-    {
         return 0;
-    }
     const bool contents = (events & SHCNE_UPDATEITEM) != 0;
     const auto registration = std::make_shared<platform::Registration>(window, message, path, contents);
     platform::Registrations& all = platform::All();
     const std::lock_guard lock(all.mutex);
     const auto read = all.readStamps.find(path);
     if (read != all.readStamps.end())
-    {
         registration->FolderRead(read->second);
-    }
     all.byId.emplace(++all.lastId, registration);
     platform::Defer([registration] { platform::BeginWatch(registration); });
     return all.lastId;
@@ -238,9 +216,7 @@ BOOL SHChangeNotifyDeregister(ULONG id)
     const auto node = all.byId.extract(id);
     lock.unlock();
     if (node.empty())
-    {
         return FALSE;
-    }
     node.mapped()->End();
     return TRUE;
 }

@@ -16,9 +16,7 @@ public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override
     {
         if (object == nullptr)
-        {
             return E_POINTER;
-        }
         if (!(iid == interfaceId) && !(iid == IID_IUnknown))
         {
             *object = nullptr;

@@ -63,9 +63,7 @@ template <typename C>
 HRESULT CopyText(std::string_view text, C* out, UINT capacity)
 {
     if (out == nullptr || capacity <= text.size())
-    {
         return E_INVALIDARG;
-    }
     std::copy(text.begin(), text.end(), out);
     out[text.size()] = 0;
     return S_OK;
@@ -74,9 +72,7 @@ HRESULT CopyText(std::string_view text, C* out, UINT capacity)
 HRESULT ContextMenu::QueryContextMenu(HMENU menu, UINT position, UINT first, UINT last, UINT flags)
 {
     if (FaultPoint("IContextMenu::QueryContextMenu"))
-    {
         return E_OUTOFMEMORY;
-    }
     const std::span<const Verb> verbs = ShellVerbs();
     const VerbTarget target{m_owner, m_items};
     HRESULT used = 0; // the code of a success is one more than the highest offset inserted
@@ -85,13 +81,9 @@ HRESULT ContextMenu::QueryContextMenu(HMENU menu, UINT position, UINT first, UIN
         const Verb& verb = verbs[offset];
         const bool wanted = (flags & CMF_DEFAULTONLY) == 0 || verb.isDefault;
         if (!wanted || !verb.offered(target, flags))
-        {
             continue;
-        }
         if (!InsertVerb(menu, position, first + offset, verb))
-        {
             return E_FAIL;
-        }
         ++position;
         used = static_cast<HRESULT>(offset + 1);
     }
@@ -101,13 +93,9 @@ HRESULT ContextMenu::QueryContextMenu(HMENU menu, UINT position, UINT first, UIN
 HRESULT ContextMenu::InvokeCommand(CMINVOKECOMMANDINFO* info)
 {
     if (info == nullptr || info->cbSize < sizeof(CMINVOKECOMMANDINFO))
-    {
         return E_INVALIDARG;
-    }
     if (FaultPoint("IContextMenu::InvokeCommand"))
-    {
         return E_OUTOFMEMORY;
-    }
     const Verb* verb = VerbOfInvocation(*info);
     return verb != nullptr ? verb->run({info->hwnd != nullptr ? info->hwnd : m_owner, m_items}) : E_INVALIDARG;
 }
@@ -116,9 +104,7 @@ HRESULT ContextMenu::GetCommandString(UINT_PTR command, UINT type, UINT*, LPSTR 
 {
     const std::span<const Verb> verbs = ShellVerbs();
     if (command >= verbs.size())
-    {
         return E_INVALIDARG;
-    }
     switch (type)
     {
     case GCS_VERBA:

@@ -17,8 +17,8 @@ namespace
 {
 
 // Tokens that tell the two system image lists apart. No image is ever drawn from them.
-constexpr DWORD_PTR largeSystemList = 0x51A0;
-constexpr DWORD_PTR smallSystemList = 0x51A1;
+constexpr DWORD_PTR kLargeSystemList = 0x51A0;
+constexpr DWORD_PTR kSmallSystemList = 0x51A1;
 
 template <std::size_t n>
 void CopyTruncated(WCHAR (&out)[n], std::u16string_view text)
@@ -33,16 +33,12 @@ void FillFileInfo(const ItemId& item, SHFILEINFOW& info, UINT flags)
     if ((flags & (SHGFI_SYSICONINDEX | SHGFI_ICON)) != 0)
     {
         info.iIcon = static_cast<int>(item.icon & 0xFFFFFF);
-        info.iIcon |= overlaid && (flags & SHGFI_ADDOVERLAYS) != 0 ? linkOverlay : 0;
+        info.iIcon |= overlaid && (flags & SHGFI_ADDOVERLAYS) != 0 ? kLinkOverlay : 0;
     }
     if ((flags & SHGFI_TYPENAME) != 0)
-    {
         CopyTruncated(info.szTypeName, TypeName(item.type));
-    }
     if ((flags & SHGFI_DISPLAYNAME) != 0)
-    {
         CopyTruncated(info.szDisplayName, item.DisplayName());
-    }
     if ((flags & SHGFI_ICON) != 0)
     {
         const int metric = (flags & SHGFI_SMALLICON) != 0 ? SM_CXSMICON : SM_CXICON;
@@ -55,13 +51,11 @@ void FillFileInfo(const ItemId& item, SHFILEINFOW& info, UINT flags)
 std::optional<ItemId> ItemOfList(LPCITEMIDLIST list)
 {
     if (list == nullptr || !IsEmptyList(list))
-    {
         return LastItem(list);
-    }
-    ItemId root{ItemKind::Folder, SystemImageIndex(folderIcon), TypeNameIndex(folderTypeName), "/"};
-    static constexpr char16_t rootName[] = u"File System";
-    root.display = reinterpret_cast<const BYTE*>(rootName);
-    root.displayUnits = std::size(rootName) - 1;
+    ItemId root{ItemKind::Folder, SystemImageIndex(kFolderIcon), TypeNameIndex(kFolderTypeName), "/"};
+    static constexpr char16_t kRootName[] = u"File System";
+    root.display = reinterpret_cast<const BYTE*>(kRootName);
+    root.displayUnits = std::size(kRootName) - 1;
     return root;
 }
 
@@ -72,28 +66,18 @@ std::optional<ItemId> ItemOfList(LPCITEMIDLIST list)
 DWORD_PTR SHGetFileInfoW(LPCWSTR path, DWORD, SHFILEINFOW* info, UINT size, UINT flags)
 {
     if (path == nullptr || info == nullptr || size < sizeof *info || platform::FaultPoint("SHGetFileInfoW"))
-    {
         return 0;
-    }
     LPITEMIDLIST parsed = nullptr;
     if ((flags & SHGFI_PIDL) == 0 && FAILED(SHParseDisplayName(path, nullptr, &parsed, 0, nullptr)))
-    {
         return 0;
-    }
     const auto* list = parsed != nullptr ? parsed : reinterpret_cast<LPCITEMIDLIST>(path);
     const auto item = platform::ItemOfList(list);
     if (item)
-    {
         platform::FillFileInfo(*item, *info, flags);
-    }
     ILFree(parsed);
     if (!item || ((flags & SHGFI_ICON) != 0 && info->hIcon == nullptr))
-    {
         return 0;
-    }
     if ((flags & SHGFI_SYSICONINDEX) == 0)
-    {
         return 1;
-    }
-    return (flags & SHGFI_SMALLICON) != 0 ? platform::smallSystemList : platform::largeSystemList;
+    return (flags & SHGFI_SMALLICON) != 0 ? platform::kSmallSystemList : platform::kLargeSystemList;
 }

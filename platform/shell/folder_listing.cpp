@@ -60,8 +60,8 @@ std::uint64_t StampOf(const struct stat& status)
 
 bool IsDesktopEntryName(std::string_view name)
 {
-    constexpr std::string_view suffix = ".desktop";
-    return name.size() > suffix.size() && name.ends_with(suffix);
+    constexpr std::string_view kSuffix = ".desktop";
+    return name.size() > kSuffix.size() && name.ends_with(kSuffix);
 }
 
 /// Takes in what is known of a file: its own status, and for a link the status of what it leads to (st_mode 0 for
@@ -112,8 +112,8 @@ public:
         {
             if (file.kind == ItemKind::Folder && !file.name.empty())
             {
-                file.icon = folderIcon;
-                file.typeName = folderTypeName;
+                file.icon = kFolderIcon;
+                file.typeName = kFolderTypeName;
                 file.display = Keep(DisplayNameOfFile(file.name, ItemKind::Folder));
             }
         }
@@ -124,8 +124,8 @@ public:
 private:
     void ExamineAll()
     {
-        constexpr std::size_t worthHelp = 400; // below, a second thread costs more than it saves
-        std::size_t half = m_pending.size() < worthHelp ? 0 : m_pending.size() / 2;
+        constexpr std::size_t kWorthHelp = 400; // below, a second thread costs more than it saves
+        std::size_t half = m_pending.size() < kWorthHelp ? 0 : m_pending.size() / 2;
         std::vector<std::size_t> links;
         std::vector<std::size_t> helpersLinks;
         std::thread helper;
@@ -139,9 +139,7 @@ private:
         }
         ExamineRange(half, m_pending.size(), links);
         if (helper.joinable())
-        {
             helper.join();
-        }
         links.insert(links.end(), helpersLinks.begin(), helpersLinks.end());
         ExamineWithPatience(links);
         std::erase_if(m_pending,
@@ -182,14 +180,10 @@ private:
     void ExamineWithPatience(const std::vector<std::size_t>& links)
     {
         if (links.empty())
-        {
             return;
-        }
         std::vector<std::string> paths;
         for (const std::size_t link : links)
-        {
             paths.push_back(m_listing.path + "/" + std::string(m_listing.files[m_pending[link].index].name));
-        }
         const std::vector<std::optional<struct stat>> targets = AskWithPatience(std::move(paths));
         for (std::size_t i = 0; i < links.size(); ++i)
         {
@@ -206,14 +200,10 @@ private:
     void DescribeAll()
     {
         if (m_pending.empty())
-        {
             return;
-        }
         std::erase_if(m_pending, [this](const PendingFile& pending) { return DescribeWithoutHelp(pending); });
         if (!m_pending.empty())
-        {
             DescribePending();
-        }
     }
 
     /// Completes a file from the snapshot, or as well as can be when whoever looked closer would be left hanging.
@@ -235,14 +225,10 @@ private:
     void DescribePending()
     {
         for (const PendingFile& pending : m_pending)
-        {
             DescribePlainly(m_listing.files[pending.index]);
-        }
         const auto* service = static_cast<const DescribeService*>(DesktopModuleSymbol("orb_describe_service"));
         if (service == nullptr)
-        {
             return;
-        }
         std::vector<DescribeRequest> requests;
         for (const PendingFile& pending : m_pending)
         {
@@ -263,7 +249,7 @@ private:
     void DescribePlainly(ListedFile& file)
     {
         file.display = Keep(DisplayNameOfFile(file.name, file.kind));
-        file.icon = documentIcon;
+        file.icon = kDocumentIcon;
         file.typeName = u"File";
     }
 
@@ -272,7 +258,7 @@ private:
         if (facts.displayName != nullptr && facts.displayName[0] != '\0')
         {
             std::u16string text = Utf16FromUtf8(facts.displayName);
-            text.resize(std::min(text.size(), maxDisplayUnits));
+            text.resize(std::min(text.size(), kMaxDisplayUnits));
             file.display = Keep(std::move(text));
         }
         const bool program = file.kind == ItemKind::DesktopEntry;
@@ -300,23 +286,19 @@ bool IsDots(const char* name)
 /// Adds every file of the directory. The blocks read stay with the listing, since the names live there.
 int ScanDirectory(FolderListing& listing, int directory, Lister& lister)
 {
-    constexpr std::size_t blockSize = 64 * 1024;
+    constexpr std::size_t kBlockSize = 64 * 1024;
     for (;;)
     {
-        auto block = std::make_unique_for_overwrite<char[]>(blockSize);
-        const long size = syscall(SYS_getdents64, directory, block.get(), blockSize);
+        auto block = std::make_unique_for_overwrite<char[]>(kBlockSize);
+        const long size = syscall(SYS_getdents64, directory, block.get(), kBlockSize);
         if (size <= 0)
-        {
             return size < 0 ? errno : 0;
-        }
         for (long offset = 0; offset < size;)
         {
             const auto* record = reinterpret_cast<const DirectoryRecord*>(block.get() + offset);
             offset += record->size;
             if (!IsDots(record->name))
-            {
                 lister.Add(record->name, record->type);
-            }
         }
         listing.directoryBlocks.push_back(std::move(block));
     }
@@ -330,16 +312,14 @@ UniqueFd OpenDirectory(const std::string& path)
 /// Notes the state of a folder about to be read, unless a change right after the reading might leave no trace in it.
 void NoteStateBeforeReading(FolderListing& listing, int directory)
 {
-    constexpr std::int64_t nanoseconds = 1'000'000'000;
-    constexpr std::int64_t coarsestTick = 20'000'000; // file times move on with the kernel's tick
+    constexpr std::int64_t kNanoseconds = 1'000'000'000;
+    constexpr std::int64_t kCoarsestTick = 20'000'000; // file times move on with the kernel's tick
     struct stat status;
     timespec now;
     if (fstat(directory, &status) != 0 || clock_gettime(CLOCK_REALTIME_COARSE, &now) != 0)
-    {
         return;
-    }
-    const std::int64_t modified = status.st_mtim.tv_sec * nanoseconds + status.st_mtim.tv_nsec;
-    if (now.tv_sec * nanoseconds + now.tv_nsec - modified >= coarsestTick)
+    const std::int64_t modified = status.st_mtim.tv_sec * kNanoseconds + status.st_mtim.tv_nsec;
+    if (now.tv_sec * kNanoseconds + now.tv_nsec - modified >= kCoarsestTick)
     {
         listing.modified = modified;
         listing.folderStamp = StampOf(status);
@@ -365,9 +345,7 @@ std::vector<ListedFile> FilesByName(const FolderListing& listing)
 {
     std::vector<ListedFile> files;
     for (ListingCursor cursor(listing); cursor.Current() != nullptr; cursor.Advance())
-    {
         files.push_back(*cursor.Current());
-    }
     std::sort(files.begin(), files.end(), [](const ListedFile& a, const ListedFile& b) { return a.name < b.name; });
     return files;
 }
@@ -418,9 +396,7 @@ ListingCursor::ListingCursor(const FolderListing& listing)
 const ListedFile* ListingCursor::Current() const
 {
     if (m_read)
-    {
         return &*m_read;
-    }
     return m_index < m_listing->files.size() ? &m_listing->files[m_index] : nullptr;
 }
 
@@ -438,14 +414,10 @@ void ListingCursor::Advance()
 void ListingCursor::ReadFromSnapshot()
 {
     if (!m_listing->fromSnapshot)
-    {
         return;
-    }
     const SnapshotReader& snapshot = m_listing->snapshotReader;
     if (m_index >= snapshot.Size() || !snapshot.Read(m_offset, m_read ? *m_read : m_read.emplace()))
-    {
         m_read.reset();
-    }
 }
 
 std::shared_ptr<FolderListing> ReadFolder(const std::string& path)
@@ -477,13 +449,9 @@ void VerifyListing(const FolderListing& shown)
 {
     const std::shared_ptr<FolderListing> now = ReadFolderWithin(shown.path);
     if (now->error == 0 && SameFiles(shown, *now))
-    {
         return;
-    }
     if (now->error == 0)
-    {
         SaveSnapshot(*now);
-    }
     FolderHasChanged(shown.path);
 }
 
@@ -510,19 +478,15 @@ std::shared_ptr<FolderListing> ReadFile(const std::string& folder, const std::st
 std::shared_ptr<FolderListing> ReadFolderWithin(const std::string& path)
 {
     if (InTrustedPlace(path))
-    {
         return ReadFolder(path);
-    }
-    constexpr std::chrono::milliseconds patience{1000};
+    constexpr std::chrono::milliseconds kPatience{1000};
     WaitingFolders& waiting = Waiting();
     {
         const std::lock_guard lock(waiting.mutex);
         if (!waiting.paths.try_emplace(path, false).second)
-        {
             return FailedListing(path, ETIMEDOUT);
-        }
     }
-    auto listing = CallWithin<FolderListing>(patience,
+    auto listing = CallWithin<FolderListing>(kPatience,
                                              [path, &waiting]
                                              {
                                                  auto answer = ReadFolder(path);
@@ -530,9 +494,7 @@ std::shared_ptr<FolderListing> ReadFolderWithin(const std::string& path)
                                                  const bool late = waiting.paths.extract(path).mapped();
                                                  lock.unlock();
                                                  if (late)
-                                                 {
                                                      FolderHasChanged(path);
-                                                 }
                                                  return answer;
                                              });
     if (listing == nullptr)
@@ -540,9 +502,7 @@ std::shared_ptr<FolderListing> ReadFolderWithin(const std::string& path)
         const std::lock_guard lock(waiting.mutex);
         const auto owed = waiting.paths.find(path);
         if (owed != waiting.paths.end())
-        {
             owed->second = true;
-        }
         listing = FailedListing(path, ETIMEDOUT);
     }
     return listing;

@@ -20,7 +20,7 @@ namespace platform
 namespace
 {
 
-constexpr std::uint64_t formatVersion = 0x4f52'4253'4e41'5003; // raised whenever the format or a description changes
+constexpr std::uint64_t kFormatVersion = 0x4f52'4253'4e41'5003; // raised whenever the format or a description changes
 
 struct Header
 {
@@ -47,12 +47,12 @@ struct Entry
     std::uint16_t reserved;
     // display name (UTF-16), name and a zero follow
 };
-static_assert(maxDisplayUnits <= 0xFFFF);
+static_assert(kMaxDisplayUnits <= 0xFFFF);
 
-constexpr char filePrefix[] = "folder-";
-constexpr std::uint8_t hiddenFlag = 1;
-constexpr std::uint8_t describedFlag = 2;
-constexpr std::size_t checkedFrom = offsetof(Header, environment);
+constexpr char kFilePrefix[] = "folder-";
+constexpr std::uint8_t kHiddenFlag = 1;
+constexpr std::uint8_t kDescribedFlag = 2;
+constexpr std::size_t kCheckedFrom = offsetof(Header, environment);
 
 const char* Variable(const char* name)
 {
@@ -62,11 +62,9 @@ const char* Variable(const char* name)
 
 std::uint64_t ComputeEnvironment()
 {
-    std::uint64_t hash = formatVersion;
+    std::uint64_t hash = kFormatVersion;
     for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG", "LANGUAGE", "XDG_CURRENT_DESKTOP"})
-    {
         hash = HashBytes(Variable(name), hash + 1);
-    }
     for (const std::string& folder : DataFolders())
     {
         struct stat status = {};
@@ -147,7 +145,7 @@ void AppendEntry(std::string& out, TextWriter& texts, const ListedFile& file)
     entry.displayUnits = static_cast<std::uint16_t>(file.display.size());
     entry.nameBytes = static_cast<std::uint16_t>(file.name.size());
     entry.kind = static_cast<std::uint8_t>(file.kind);
-    entry.flags = (file.hidden ? hiddenFlag : 0) | (file.described ? describedFlag : 0);
+    entry.flags = (file.hidden ? kHiddenFlag : 0) | (file.described ? kDescribedFlag : 0);
     Append(out, entry);
     out += Bytes(file.display);
     out += file.name;
@@ -161,9 +159,7 @@ std::vector<const ListedFile*> InDisplayOrder(const std::vector<ListedFile>& fil
     std::vector<const ListedFile*> ordered;
     ordered.reserve(files.size());
     for (const ListedFile& file : files)
-    {
         ordered.push_back(&file);
-    }
     std::sort(ordered.begin(), ordered.end(),
               [](const ListedFile* a, const ListedFile* b)
               { return std::tie(a->display, a->name) < std::tie(b->display, b->name); });
@@ -174,50 +170,44 @@ std::uint32_t BucketCount(std::size_t entries)
 {
     std::uint32_t count = 16;
     while (count < entries * 2)
-    {
         count *= 2;
-    }
     return count;
 }
 
 /// Keeps the cache folder small: when there are many snapshots, the older half goes. What is missed is made again.
 void PruneSnapshots()
 {
-    constexpr std::size_t many = 400;
+    constexpr std::size_t kMany = 400;
     namespace fs = std::filesystem;
     std::error_code error;
     std::vector<std::pair<fs::file_time_type, fs::path>> snapshots;
     for (auto file = fs::directory_iterator(CacheFolder(), error); !error && file != fs::directory_iterator();
          file.increment(error))
     {
-        if (file->path().filename().native().starts_with(filePrefix))
+        if (file->path().filename().native().starts_with(kFilePrefix))
         {
             std::error_code gone;
             snapshots.emplace_back(file->last_write_time(gone), file->path());
         }
     }
-    if (snapshots.size() < many)
-    {
+    if (snapshots.size() < kMany)
         return;
-    }
     std::sort(snapshots.begin(), snapshots.end());
     for (std::size_t i = 0; i < snapshots.size() / 2; ++i)
-    {
         fs::remove(snapshots[i].second, error);
-    }
 }
 
 } // namespace
 
 std::uint64_t HashBytes(std::string_view bytes, std::uint64_t seed)
 {
-    constexpr std::uint64_t multiplier = 0x9E37'79B9'7F4A'7C15;
+    constexpr std::uint64_t kMultiplier = 0x9E37'79B9'7F4A'7C15;
     const auto mix = [](std::uint64_t& hash, std::uint64_t word)
     {
-        hash = (hash ^ word) * multiplier;
+        hash = (hash ^ word) * kMultiplier;
         hash ^= hash >> 29;
     };
-    std::uint64_t hash = (seed ^ bytes.size()) * multiplier;
+    std::uint64_t hash = (seed ^ bytes.size()) * kMultiplier;
     const char* at = bytes.data();
     std::size_t left = bytes.size();
     if (left >= 64)
@@ -229,14 +219,10 @@ std::uint64_t HashBytes(std::string_view bytes, std::uint64_t seed)
             std::uint64_t words[4];
             std::memcpy(words, at, sizeof words);
             for (int i = 0; i < 4; ++i)
-            {
                 mix(lanes[i], words[i]);
-            }
         }
         for (const std::uint64_t lane : lanes)
-        {
             mix(hash, lane);
-        }
     }
     while (left > 0)
     {
@@ -254,15 +240,13 @@ std::uint64_t HashBytes(std::string_view bytes, std::uint64_t seed)
 SnapshotReader::SnapshotReader(std::string_view content, std::string_view folder) : m_content(content)
 {
     if (content.size() < sizeof(Header))
-    {
         return;
-    }
     const Header header = ReadAt<Header>(content, 0);
     const bool powerOfTwo = header.buckets != 0 && (header.buckets & (header.buckets - 1)) == 0;
-    m_valid = header.version == formatVersion && header.environment == Environment() &&
+    m_valid = header.version == kFormatVersion && header.environment == Environment() &&
               header.folder == HashBytes(folder) && powerOfTwo &&
               content.size() >= sizeof(Header) + std::uint64_t{header.buckets} * sizeof(std::uint32_t) &&
-              header.textsOffset <= content.size() && header.checksum == HashBytes(content.substr(checkedFrom));
+              header.textsOffset <= content.size() && header.checksum == HashBytes(content.substr(kCheckedFrom));
     m_bucketMask = header.buckets - 1;
     m_entries = header.entries;
     m_folderStamp = header.folderStamp;
@@ -284,17 +268,15 @@ struct SnapshotReader::Located
         file.display = display;
         file.typeName = typeName;
         file.icon = icon;
-        file.hidden = (entry.flags & hiddenFlag) != 0;
-        file.described = (entry.flags & describedFlag) != 0;
+        file.hidden = (entry.flags & kHiddenFlag) != 0;
+        file.described = (entry.flags & kDescribedFlag) != 0;
     }
 };
 
 std::optional<std::string_view> SnapshotReader::TextAt(std::uint32_t offset) const
 {
     if (std::uint64_t{offset} + sizeof(std::uint32_t) > m_texts.size())
-    {
         return std::nullopt;
-    }
     const auto size = ReadAt<std::uint32_t>(m_texts, offset);
     const std::string_view rest = m_texts.substr(offset + sizeof size);
     return size <= rest.size() ? std::optional(rest.substr(0, size)) : std::nullopt;
@@ -305,18 +287,14 @@ std::optional<std::string_view> SnapshotReader::TextAt(std::uint32_t offset) con
 bool SnapshotReader::Locate(std::size_t offset, Located& located) const
 {
     if (offset % alignof(Entry) != 0 || offset + sizeof(Entry) > m_content.size())
-    {
         return false;
-    }
     const Entry& entry = located.entry = ReadAt<Entry>(m_content, offset);
     const std::size_t wideBytes = entry.displayUnits * sizeof(char16_t);
     const std::size_t end = offset + sizeof(Entry) + wideBytes + entry.nameBytes + 1;
     const std::optional<std::string_view> typeName = TextAt(entry.typeText);
     const std::optional<std::string_view> icon = TextAt(entry.iconText);
     if (end > m_content.size() || entry.nameBytes == 0 || !typeName || !icon)
-    {
         return false;
-    }
     const char* names = m_content.data() + offset + sizeof(Entry);
     // Aligned: entries start at multiples of 8, texts at multiples of 4.
     located.display = {reinterpret_cast<const char16_t*>(names), entry.displayUnits};
@@ -330,9 +308,7 @@ bool SnapshotReader::Locate(std::size_t offset, Located& located) const
 bool SnapshotReader::Describe(ListedFile& file) const
 {
     if (!m_valid)
-    {
         return false;
-    }
     const std::uint64_t hash = HashBytes(file.name);
     for (std::uint32_t step = 0; step <= m_bucketMask; ++step)
     {
@@ -340,19 +316,13 @@ bool SnapshotReader::Describe(ListedFile& file) const
         const auto offset = ReadAt<std::uint32_t>(m_content, sizeof(Header) + bucket * sizeof(std::uint32_t));
         Located located;
         if (offset == 0 || !Locate(offset, located))
-        {
             return false;
-        }
         const Entry& entry = located.entry;
         if (entry.nameHash != hash || file.name != located.name)
-        {
             continue;
-        }
         if (entry.stamp != file.stamp || entry.kind != static_cast<std::uint8_t>(file.kind) ||
-            (entry.flags & describedFlag) == 0)
-        {
+            (entry.flags & kDescribedFlag) == 0)
             return false;
-        }
         located.GiveTo(file);
         return true;
     }
@@ -368,9 +338,7 @@ bool SnapshotReader::Read(std::size_t& offset, ListedFile& file) const
 {
     Located located;
     if (!Locate(offset, located))
-    {
         return false;
-    }
     file.name = located.name;
     file.kind = static_cast<ItemKind>(located.entry.kind);
     file.stamp = located.entry.stamp;
@@ -383,21 +351,17 @@ std::string SnapshotPath(std::string_view folder)
 {
     const std::string& cache = CacheFolder();
     if (cache.empty())
-    {
         return {};
-    }
     char name[24];
     std::snprintf(name, sizeof name, "%016llx", static_cast<unsigned long long>(HashBytes(folder)));
-    return cache + "/" + filePrefix + name;
+    return cache + "/" + kFilePrefix + name;
 }
 
 void SaveSnapshot(const FolderListing& listing)
 {
     const std::string path = SnapshotPath(listing.path);
     if (path.empty())
-    {
         return;
-    }
     const std::vector<const ListedFile*> files = InDisplayOrder(listing.files);
     const std::uint32_t buckets = BucketCount(files.size());
     std::vector<std::uint32_t> table(buckets);
@@ -407,13 +371,11 @@ void SaveSnapshot(const FolderListing& listing)
     {
         std::size_t bucket = HashBytes(file->name) & (buckets - 1);
         while (table[bucket] != 0)
-        {
             bucket = (bucket + 1) & (buckets - 1);
-        }
         table[bucket] = static_cast<std::uint32_t>(out.size());
         AppendEntry(out, texts, *file);
     }
-    Header header{formatVersion,
+    Header header{kFormatVersion,
                   0,
                   Environment(),
                   HashBytes(listing.path),
@@ -424,7 +386,7 @@ void SaveSnapshot(const FolderListing& listing)
     out += texts.Written();
     std::memcpy(out.data(), &header, sizeof header);
     std::memcpy(out.data() + sizeof header, table.data(), buckets * sizeof(std::uint32_t));
-    header.checksum = HashBytes(std::string_view(out).substr(checkedFrom));
+    header.checksum = HashBytes(std::string_view(out).substr(kCheckedFrom));
     std::memcpy(out.data(), &header, sizeof header);
     ReplaceCacheFile(path, out);
     PruneSnapshots();

@@ -15,9 +15,9 @@ namespace platform
 namespace
 {
 
-constexpr std::uint64_t formatVersion = 0x4f52'4249'434f'4e01; // raised whenever the format or the drawing changes
-constexpr std::size_t mostEntries = 4096;
-constexpr int largestSize = 1024;
+constexpr std::uint64_t kFormatVersion = 0x4f52'4249'434f'4e01; // raised whenever the format or the drawing changes
+constexpr std::size_t kMostEntries = 4096;
+constexpr int kLargestSize = 1024;
 
 struct Header
 {
@@ -97,9 +97,7 @@ bool StillHolds(const std::vector<FileWitness>& witnesses)
     {
         const FileWitness now = WitnessOf(witness.path);
         if (now.modified != witness.modified || now.size != witness.size)
-        {
             return false;
-        }
     }
     return true;
 }
@@ -109,15 +107,11 @@ std::string_view IndexOf(std::string_view content, int size)
 {
     Header header;
     if (content.size() < sizeof header)
-    {
         return {};
-    }
     std::memcpy(&header, content.data(), sizeof header);
-    if (header.version != formatVersion || header.size != static_cast<std::uint32_t>(size) ||
+    if (header.version != kFormatVersion || header.size != static_cast<std::uint32_t>(size) ||
         header.indexBytes > content.size() - sizeof header)
-    {
         return {};
-    }
     const std::string_view index = content.substr(sizeof header, header.indexBytes);
     return HashBytes(index) == header.checksum ? index : std::string_view();
 }
@@ -128,9 +122,7 @@ bool DependenciesHold(Reader& reader)
     {
         const std::string path = reader.Text();
         if (reader.Number<std::int64_t>() != ModificationTime(path))
-        {
             return false;
-        }
     }
     return !reader.Failed();
 }
@@ -154,9 +146,7 @@ FileWitness WitnessOf(const std::string& path)
 {
     struct stat status;
     if (stat(path.c_str(), &status) != 0)
-    {
         return {path, 0, 0};
-    }
     const std::int64_t modified = std::int64_t{status.st_mtim.tv_sec} * 1'000'000'000 + status.st_mtim.tv_nsec;
     return {path, modified, static_cast<std::uint64_t>(status.st_size)};
 }
@@ -164,7 +154,7 @@ FileWitness WitnessOf(const std::string& path)
 IconPack::IconPack(std::string themeName, int size) : m_themeName(std::move(themeName)), m_size(size)
 {
     const std::string path = PackPath(size);
-    if (!path.empty() && size <= largestSize)
+    if (!path.empty() && size <= kLargestSize)
     {
         m_file = MappedFile(path);
         Load();
@@ -176,18 +166,14 @@ void IconPack::Load()
     const std::string_view index = IndexOf(m_file.Content(), m_size);
     Reader reader(index);
     if (index.empty() || reader.Text() != SearchIdentity(m_themeName) || !DependenciesHold(reader))
-    {
         return;
-    }
     std::string_view pictures = m_file.Content().substr(sizeof(Header) + index.size());
     for (auto left = reader.Number<std::uint32_t>(); left != 0 && pictures.size() >= PixelBytes(); --left)
     {
         std::string key = reader.Text();
         Entry entry{ReadWitnesses(reader), pictures.data(), reader.Number<std::uint64_t>()};
         if (reader.Failed())
-        {
             return;
-        }
         m_entries.insert_or_assign(std::move(key), std::move(entry));
         pictures.remove_prefix(PixelBytes());
     }
@@ -197,9 +183,7 @@ std::optional<IconImage> IconPack::Find(const std::string& key)
 {
     const auto found = m_entries.find(key);
     if (found == m_entries.end())
-    {
         return std::nullopt;
-    }
     const Entry& entry = found->second;
     if (HashBytes({entry.pixels, PixelBytes()}) != entry.checksum || !StillHolds(entry.witnesses))
     {
@@ -213,10 +197,8 @@ std::optional<IconImage> IconPack::Find(const std::string& key)
 
 void IconPack::Add(const std::string& key, std::vector<FileWitness> witnesses, const IconImage& image)
 {
-    if (image.width != m_size || image.height != m_size || m_size > largestSize || m_added.size() == mostEntries)
-    {
+    if (image.width != m_size || image.height != m_size || m_size > kLargestSize || m_added.size() == kMostEntries)
         return;
-    }
     const char* pixels = reinterpret_cast<const char*>(m_added.emplace_back(image.pixels).data());
     m_entries.insert_or_assign(key, Entry{std::move(witnesses), pixels, HashBytes({pixels, PixelBytes()})});
 }
@@ -225,9 +207,7 @@ void IconPack::Save(const std::vector<DirectoryStamp>& dependencies) const
 {
     const std::string path = PackPath(m_size);
     if (path.empty())
-    {
         return;
-    }
     std::string index;
     AppendText(index, SearchIdentity(m_themeName));
     AppendNumber(index, static_cast<std::uint32_t>(dependencies.size()));
@@ -236,7 +216,7 @@ void IconPack::Save(const std::vector<DirectoryStamp>& dependencies) const
         AppendText(index, stamp.path);
         AppendNumber(index, stamp.modified);
     }
-    const bool addedOnly = m_entries.size() > mostEntries; // what nobody showed this time makes room
+    const bool addedOnly = m_entries.size() > kMostEntries; // what nobody showed this time makes room
     AppendNumber(index, static_cast<std::uint32_t>(addedOnly ? m_added.size() : m_entries.size()));
     std::string pictures;
     for (const auto& [key, entry] : m_entries)
@@ -244,9 +224,7 @@ void IconPack::Save(const std::vector<DirectoryStamp>& dependencies) const
         const bool mapped =
             entry.pixels >= m_file.Content().data() && entry.pixels < m_file.Content().data() + m_file.Content().size();
         if (addedOnly && mapped)
-        {
             continue;
-        }
         AppendText(index, key);
         AppendNumber(index, static_cast<std::uint32_t>(entry.witnesses.size()));
         for (const FileWitness& witness : entry.witnesses)
@@ -258,7 +236,7 @@ void IconPack::Save(const std::vector<DirectoryStamp>& dependencies) const
         AppendNumber(index, entry.checksum);
         pictures.append(entry.pixels, PixelBytes());
     }
-    const Header header{formatVersion, HashBytes(index), static_cast<std::uint32_t>(index.size()),
+    const Header header{kFormatVersion, HashBytes(index), static_cast<std::uint32_t>(index.size()),
                         static_cast<std::uint32_t>(m_size)};
     std::string out(reinterpret_cast<const char*>(&header), sizeof header);
     ReplaceCacheFile(path, out + index + pictures);

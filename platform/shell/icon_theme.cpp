@@ -23,13 +23,9 @@ using IndexFile = std::map<std::string_view, Group>;
 std::string_view Trimmed(std::string_view text)
 {
     while (!text.empty() && (text.front() == ' ' || text.front() == '\t'))
-    {
         text.remove_prefix(1);
-    }
     while (!text.empty() && (text.back() == ' ' || text.back() == '\t' || text.back() == '\r'))
-    {
         text.remove_suffix(1);
-    }
     return text;
 }
 
@@ -42,9 +38,7 @@ void ForEachPart(std::string_view text, char separator, F use)
         const std::string_view part = text.substr(0, text.find(separator));
         text.remove_prefix(std::min(part.size() + 1, text.size()));
         if (!Trimmed(part).empty())
-        {
             use(Trimmed(part));
-        }
     }
 }
 
@@ -56,14 +50,10 @@ IndexFile ParseIndex(std::string_view content)
                 [&](std::string_view line)
                 {
                     if (line.front() == '[' && line.back() == ']')
-                    {
                         group = &index[line.substr(1, line.size() - 2)];
-                    }
                     const std::size_t equals = line.find('=');
                     if (group != nullptr && line.front() != '#' && equals != line.npos)
-                    {
                         (*group)[Trimmed(line.substr(0, equals))] = Trimmed(line.substr(equals + 1));
-                    }
                 });
     return index;
 }
@@ -91,8 +81,8 @@ bool Exists(const std::string& path)
 /// up.
 int Distance(int minSize, int maxSize, int size)
 {
-    constexpr int blowingUp = 4;
-    return size < minSize ? minSize - size : size > maxSize ? (size - maxSize) * blowingUp : 0;
+    constexpr int kBlowingUp = 4;
+    return size < minSize ? minSize - size : size > maxSize ? (size - maxSize) * kBlowingUp : 0;
 }
 
 /// The file of `icon` in one directory, "" when it has none.
@@ -103,9 +93,7 @@ std::string FileIn(const std::string& folder, std::string_view icon)
         std::string path = folder;
         path.append(icon).append(extension);
         if (Exists(path))
-        {
             return path;
-        }
     }
     return {};
 }
@@ -118,19 +106,15 @@ IconTheme::IconTheme(std::string_view name, std::vector<std::string> baseFolders
     Load(name);
     Load("hicolor");
     for (const std::string& folder : m_looseFolders)
-    {
         m_dependencies.push_back({folder, ModificationTime(folder)});
-    }
 }
 
 void IconTheme::Load(std::string_view name)
 {
-    constexpr std::size_t mostThemes = 32;
-    if (name.empty() || name.find('/') != name.npos || m_loaded.size() == mostThemes ||
+    constexpr std::size_t kMostThemes = 32;
+    if (name.empty() || name.find('/') != name.npos || m_loaded.size() == kMostThemes ||
         std::find(m_loaded.begin(), m_loaded.end(), name) != m_loaded.end())
-    {
         return;
-    }
     m_loaded.emplace_back(name);
     std::vector<std::string> roots;
     MappedFile indexFile;
@@ -139,13 +123,9 @@ void IconTheme::Load(std::string_view name)
         const std::string root = base + "/" + m_loaded.back();
         m_dependencies.push_back({root, ModificationTime(root)});
         if (m_dependencies.back().modified == 0)
-        {
             continue;
-        }
         if (indexFile.Content().empty())
-        {
             indexFile = MappedFile(root + "/index.theme"); // the first one found describes the theme everywhere
-        }
         roots.push_back(root + "/");
     }
     m_themes.push_back(ReadIndex(indexFile.Content(), roots));
@@ -154,14 +134,13 @@ void IconTheme::Load(std::string_view name)
     const auto header = index.find("Icon Theme");
     if (header != index.end() && name != "hicolor")
     {
-        ForEachPart(TextOf(header->second, "Inherits"), ',',
-                    [this](std::string_view parent)
-                    {
-                        if (parent != "hicolor") // always the last
-                        {
-                            Load(parent);
-                        }
-                    });
+        ForEachPart(
+            TextOf(header->second, "Inherits"), ',',
+            [this](std::string_view parent)
+            {
+                if (parent != "hicolor") // always the last
+                    Load(parent);
+            });
     }
 }
 
@@ -172,12 +151,8 @@ void IconTheme::WatchUserFolders(const Theme& theme)
     for (const Subfolder& folder : theme)
     {
         for (const std::string& path : folder.paths)
-        {
             if (path.starts_with(home) || path.starts_with(data))
-            {
                 m_dependencies.push_back({path, ModificationTime(path)});
-            }
-        }
     }
 }
 
@@ -187,9 +162,7 @@ IconTheme::Theme IconTheme::ReadIndex(std::string_view content, const std::vecto
     const IndexFile index = ParseIndex(content);
     const auto header = index.find("Icon Theme");
     if (header == index.end())
-    {
         return theme;
-    }
     const auto add = [&](std::string_view name)
     {
         const auto found = index.find(name);
@@ -198,14 +171,10 @@ IconTheme::Theme IconTheme::ReadIndex(std::string_view content, const std::vecto
         {
             std::string path = root + std::string(name) + "/";
             if (found != index.end() && Exists(path))
-            {
                 folder.paths.push_back(std::move(path));
-            }
         }
         if (folder.paths.empty())
-        {
             return;
-        }
         const Group& group = found->second;
         const int scale = std::clamp(NumberOf(group, "Scale", 1), 1, 16);
         const int size = NumberOf(group, "Size", 48);
@@ -241,9 +210,7 @@ std::string IconTheme::FindInTheme(const Theme& theme, std::string_view icon, in
         {
             std::string file = FileIn(path, icon);
             if (!file.empty())
-            {
                 return file;
-            }
         }
     }
     return {};
@@ -252,24 +219,18 @@ std::string IconTheme::FindInTheme(const Theme& theme, std::string_view icon, in
 std::string IconTheme::Find(std::string_view icon, int size) const
 {
     if (icon.empty() || icon.find('/') != icon.npos)
-    {
         return {};
-    }
     for (const Theme& theme : m_themes)
     {
         std::string file = FindInTheme(theme, icon, size);
         if (!file.empty())
-        {
             return file;
-        }
     }
     for (const std::string& folder : m_looseFolders)
     {
         std::string file = FileIn(folder + "/", icon);
         if (!file.empty())
-        {
             return file;
-        }
     }
     return {};
 }
@@ -278,9 +239,7 @@ std::int64_t ModificationTime(const std::string& path)
 {
     struct stat status;
     if (stat(path.c_str(), &status) != 0)
-    {
         return 0;
-    }
     return std::int64_t{status.st_mtim.tv_sec} * 1'000'000'000 + status.st_mtim.tv_nsec;
 }
 
@@ -288,9 +247,7 @@ std::vector<std::string> IconBaseFolders()
 {
     std::vector<std::string> folders{HomeFolder() + "/.icons"};
     for (const std::string& data : DataFolders())
-    {
         folders.push_back(data + "/icons");
-    }
     return folders;
 }
 
@@ -298,9 +255,7 @@ std::vector<std::string> LooseIconFolders()
 {
     std::vector<std::string> folders = IconBaseFolders();
     for (const std::string& data : DataFolders())
-    {
         folders.push_back(data + "/pixmaps");
-    }
     return folders;
 }
 

@@ -31,9 +31,7 @@ bool SameText(std::basic_string_view<C> a, std::basic_string_view<C> b)
 const ListedFile* ItemEnumerator::Current()
 {
     while (m_cursor.Current() != nullptr && !IsWanted(*m_cursor.Current(), m_flags))
-    {
         m_cursor.Advance();
-    }
     return m_cursor.Current();
 }
 
@@ -55,25 +53,19 @@ LPITEMIDLIST ItemEnumerator::MakeItem(const ListedFile& file)
 HRESULT ItemEnumerator::Next(ULONG count, LPITEMIDLIST* items, ULONG* fetched)
 {
     if (items == nullptr || (fetched == nullptr && count != 1))
-    {
         return E_INVALIDARG;
-    }
     ULONG done = 0;
     const ListedFile* file = Current();
     for (; done < count && file != nullptr; file = Current())
     {
         items[done] = FaultPoint("IEnumIDList::Next") ? nullptr : MakeItem(*file);
         if (items[done] == nullptr)
-        {
             break;
-        }
         ++done;
         m_cursor.Advance();
     }
     if (fetched != nullptr)
-    {
         *fetched = done;
-    }
     // Nothing although there is more: that is not the end.
     const bool failed = done == 0 && count != 0 && (file != nullptr || m_cursor.IsBroken());
     return failed ? E_OUTOFMEMORY : done == count ? S_OK : S_FALSE;
@@ -82,9 +74,7 @@ HRESULT ItemEnumerator::Next(ULONG count, LPITEMIDLIST* items, ULONG* fetched)
 HRESULT ItemEnumerator::Skip(ULONG count)
 {
     for (; count > 0 && Current() != nullptr; --count)
-    {
         m_cursor.Advance();
-    }
     return count == 0 ? S_OK : S_FALSE;
 }
 
@@ -97,9 +87,7 @@ HRESULT ItemEnumerator::Reset()
 HRESULT ItemEnumerator::Clone(IEnumIDList** clone)
 {
     if (clone == nullptr)
-    {
         return E_POINTER;
-    }
     auto* copy = new ItemEnumerator(m_listing, m_flags);
     copy->m_cursor = m_cursor;
     *clone = copy;

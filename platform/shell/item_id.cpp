@@ -13,7 +13,7 @@ namespace platform
 namespace
 {
 
-constexpr std::uint8_t signature = 0xFB;
+constexpr std::uint8_t kSignature = 0xFB;
 
 // An identifier is a head and one of two bodies. A folder that looks like any other has the number of its name: most of
 // a path is such folders, and a level keeps the path of every item. Everything else says what it is, followed by the
@@ -37,8 +37,8 @@ struct FileBody
 
 using AnyFolderBody = std::uint32_t;
 
-constexpr std::uint8_t anyFolder = 0x80;     ///< an AnyFolderBody follows
-constexpr std::uint8_t narrowDisplay = 0x40; ///< the display name has one byte a unit
+constexpr std::uint8_t kAnyFolder = 0x80;     ///< an AnyFolderBody follows
+constexpr std::uint8_t kNarrowDisplay = 0x40; ///< the display name has one byte a unit
 
 struct Looks
 {
@@ -48,7 +48,7 @@ struct Looks
 
 const Looks& LooksOfFolders()
 {
-    static const Looks looks{SystemImageIndex(folderIcon), TypeNameIndex(folderTypeName)};
+    static const Looks looks{SystemImageIndex(kFolderIcon), TypeNameIndex(kFolderTypeName)};
     return looks;
 }
 
@@ -68,9 +68,7 @@ bool IsNarrow(std::u16string_view text)
 {
     unsigned bits = 0;
     for (const char16_t unit : text)
-    {
         bits |= unit;
-    }
     return bits <= 0xFF;
 }
 
@@ -80,7 +78,7 @@ class Writer
 public:
     Writer(const ItemId& item, std::u16string_view display)
         : m_item(item),
-          m_display(display.substr(0, maxDisplayUnits)),
+          m_display(display.substr(0, kMaxDisplayUnits)),
           m_anyFolder(LooksLikeAnyFolder(item, display)),
           m_narrow(IsNarrow(m_display))
     {
@@ -94,8 +92,8 @@ public:
 
     void WriteTo(BYTE* out) const
     {
-        const int flags = (m_anyFolder ? anyFolder : 0) | (m_narrow ? narrowDisplay : 0);
-        const Head head{static_cast<std::uint16_t>(m_size), signature,
+        const int flags = (m_anyFolder ? kAnyFolder : 0) | (m_narrow ? kNarrowDisplay : 0);
+        const Head head{static_cast<std::uint16_t>(m_size), kSignature,
                         static_cast<std::uint8_t>(static_cast<int>(m_item.kind) | flags)};
         out[m_size - 1] = 0; // where the padding is, if any
         std::memcpy(out, &head, sizeof head);
@@ -112,13 +110,9 @@ public:
         std::memcpy(out, m_item.name.data(), m_item.name.size());
         out += m_item.name.size();
         if (m_narrow)
-        {
             std::copy(m_display.begin(), m_display.end(), out);
-        }
         else
-        {
             std::memcpy(out, m_display.data(), m_display.size() * sizeof(char16_t));
-        }
     }
 
 private:
@@ -142,9 +136,7 @@ std::optional<ItemId> ReadAnyFolder(const BYTE* body, std::size_t size)
 {
     const std::string* name = size == sizeof(AnyFolderBody) ? FolderName(Take<AnyFolderBody>(body)) : nullptr;
     if (name == nullptr)
-    {
         return std::nullopt;
-    }
     return ItemId{ItemKind::Folder, LooksOfFolders().icon, LooksOfFolders().type, *name};
 }
 
@@ -153,21 +145,15 @@ std::optional<ItemId> ReadAnyFolder(const BYTE* body, std::size_t size)
 void ItemId::CopyDisplay(char16_t* out) const
 {
     if (displayIsNarrow)
-    {
         std::copy_n(display, displayUnits, out);
-    }
     else
-    {
         std::memcpy(out, display, displayUnits * sizeof(char16_t));
-    }
 }
 
 std::u16string ItemId::DisplayName() const
 {
     if (displayUnits == 0)
-    {
         return DisplayNameOfFile(name, kind);
-    }
     std::u16string text(displayUnits, u'\0');
     CopyDisplay(text.data());
     return text;
@@ -176,33 +162,23 @@ std::u16string ItemId::DisplayName() const
 std::optional<ItemId> ReadItemId(LPCITEMIDLIST list)
 {
     if (list == nullptr || list->mkid.cb < sizeof(Head))
-    {
         return std::nullopt;
-    }
     const BYTE* bytes = reinterpret_cast<const BYTE*>(list);
     const auto head = Take<Head>(bytes);
     const std::size_t size = head.size - sizeof head;
-    const auto kind = static_cast<ItemKind>(head.kind & ~(anyFolder | narrowDisplay));
-    if (head.signature != signature || kind < ItemKind::Folder || kind > ItemKind::Other)
-    {
+    const auto kind = static_cast<ItemKind>(head.kind & ~(kAnyFolder | kNarrowDisplay));
+    if (head.signature != kSignature || kind < ItemKind::Folder || kind > ItemKind::Other)
         return std::nullopt;
-    }
-    if ((head.kind & anyFolder) != 0)
-    {
+    if ((head.kind & kAnyFolder) != 0)
         return ReadAnyFolder(bytes, size);
-    }
     if (size < sizeof(FileBody))
-    {
         return std::nullopt;
-    }
     const auto body = Take<FileBody>(bytes);
     if (body.nameBytes == 0 || sizeof body + body.nameBytes > size)
-    {
         return std::nullopt;
-    }
     ItemId item{kind, body.icon, body.type, {reinterpret_cast<const char*>(bytes), body.nameBytes}};
     item.display = bytes + body.nameBytes;
-    item.displayIsNarrow = (head.kind & narrowDisplay) != 0;
+    item.displayIsNarrow = (head.kind & kNarrowDisplay) != 0;
     const std::size_t displayBytes = size - sizeof body - body.nameBytes;
     const bool padded = item.displayIsNarrow && displayBytes > 0 && item.display[displayBytes - 1] == 0;
     item.displayUnits = item.displayIsNarrow ? displayBytes - padded : displayBytes / sizeof(char16_t);
@@ -222,9 +198,7 @@ LPITEMIDLIST MakeItemList(const ItemId& item, std::u16string_view display)
     const Writer writer(item, display);
     BYTE* bytes = AllocateList(writer.Size());
     if (bytes != nullptr)
-    {
         writer.WriteTo(bytes);
-    }
     return reinterpret_cast<LPITEMIDLIST>(bytes);
 }
 
@@ -234,9 +208,7 @@ bool AppendListPath(std::string& path, LPCITEMIDLIST list, LPCITEMIDLIST end)
     {
         const std::optional<ItemId> item = ReadItemId(list);
         if (!item || !IsFileName(item->name))
-        {
             return false;
-        }
         path += '/';
         path += item->name;
     }

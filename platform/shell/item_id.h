@@ -47,7 +47,7 @@ struct ItemId
 };
 
 /// The longest display name kept, in UTF-16 units; longer ones are cut.
-constexpr std::size_t maxDisplayUnits = 512;
+constexpr std::size_t kMaxDisplayUnits = 512;
 
 /// The first identifier of `list` when it is one of ours and well formed. Whether its name can be a file's,
 /// AppendListPath looks.

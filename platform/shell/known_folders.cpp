@@ -32,9 +32,7 @@ std::string AbsoluteFromVariable(const char* name)
 std::string UnquoteUserFolder(std::string_view value)
 {
     if (value.size() < 2 || value.front() != '"')
-    {
         return {};
-    }
     value.remove_prefix(1);
     std::string path;
     if (value.starts_with("$HOME"))
@@ -45,9 +43,7 @@ std::string UnquoteUserFolder(std::string_view value)
     for (; !value.empty() && value.front() != '"'; value.remove_prefix(1))
     {
         if (value.front() == '\\' && value.size() > 1)
-        {
             value.remove_prefix(1);
-        }
         path += value.front();
     }
     return path.starts_with('/') ? path : "";
@@ -57,14 +53,10 @@ bool HasEntries(const std::string& folder)
 {
     DIR* directory = opendir(folder.c_str());
     if (directory == nullptr)
-    {
         return false;
-    }
     int entries = 0;
     while (entries < 3 && readdir(directory) != nullptr)
-    {
         ++entries;
-    }
     closedir(directory);
     return entries > 2; // "." and ".." are always there
 }
@@ -98,13 +90,9 @@ std::string CommonStartMenu()
     {
         const std::string folder = data + "/applications";
         if (HasEntries(folder))
-        {
             return folder;
-        }
         if (fallback.empty() && IsFolder(folder))
-        {
             fallback = folder;
-        }
     }
     return fallback;
 }
@@ -113,22 +101,16 @@ std::string CommonStartMenu()
 LPITEMIDLIST SpecialLocation(const std::string& path, std::u16string_view displayName, std::string_view icon)
 {
     if (!IsFolder(path))
-    {
         return nullptr;
-    }
     std::vector<BYTE> bytes;
     std::vector<std::string> names = SplitPath(path);
     if (names.empty())
-    {
         return nullptr;
-    }
     const std::string last = names.back();
     names.pop_back();
     for (const std::string& name : names)
-    {
         AppendFolderId(bytes, name);
-    }
-    ItemId item{ItemKind::Folder, SystemImageIndex(icon), TypeNameIndex(folderTypeName), last};
+    ItemId item{ItemKind::Folder, SystemImageIndex(icon), TypeNameIndex(kFolderTypeName), last};
     AppendItemId(bytes, item, displayName);
     return MakeItemList(bytes.data(), bytes.size());
 }
@@ -145,7 +127,7 @@ LPITEMIDLIST LocationOf(int csidl)
     case CSIDL_COMMON_STARTMENU:
         return SpecialLocation(CommonStartMenu(), u"Start Menu", "start-here\nfolder\n!folder");
     case CSIDL_APPDATA:
-        return MakeFolders(DataHome()) ? SpecialLocation(DataHome(), {}, folderIcon) : nullptr;
+        return MakeFolders(DataHome()) ? SpecialLocation(DataHome(), {}, kFolderIcon) : nullptr;
     }
     return nullptr;
 }
@@ -161,9 +143,7 @@ std::string HomeFolder()
         home = user != nullptr && user->pw_dir != nullptr ? user->pw_dir : "";
     }
     while (home.ends_with('/'))
-    {
         home.pop_back();
-    }
     return home;
 }
 
@@ -183,9 +163,7 @@ std::vector<std::string> DataFolders()
         const std::string_view folder = rest.substr(0, rest.find(':'));
         rest.remove_prefix(std::min(folder.size() + 1, rest.size()));
         if (folder.starts_with('/'))
-        {
             folders.emplace_back(folder);
-        }
     }
     return folders;
 }
@@ -194,9 +172,7 @@ std::string UserFolder(const char* key)
 {
     std::string config = AbsoluteFromVariable("XDG_CONFIG_HOME");
     if (config.empty())
-    {
         config = HomeFolder() + "/.config";
-    }
     const MappedFile file(config + "/user-dirs.dirs");
     std::string_view rest = file.Content();
     std::string folder;
@@ -206,9 +182,7 @@ std::string UserFolder(const char* key)
         rest.remove_prefix(std::min(line.size() + 1, rest.size()));
         line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
         if (line.starts_with(key) && line.substr(std::strlen(key)).starts_with('='))
-        {
             folder = UnquoteUserFolder(line.substr(std::strlen(key) + 1)); // the last line of a key counts
-        }
     }
     return folder;
 }
@@ -219,9 +193,7 @@ bool MakeFolders(const std::string& path)
     {
         end = path.find('/', end + 1);
         if (mkdir(path.substr(0, end).c_str(), 0700) != 0 && errno != EEXIST)
-        {
             break;
-        }
     }
     return IsFolder(path);
 }
@@ -231,23 +203,15 @@ bool MakeFolders(const std::string& path)
 HRESULT SHGetKnownFolderPath(REFKNOWNFOLDERID id, DWORD, HANDLE, LPWSTR* path)
 {
     if (path == nullptr)
-    {
         return E_POINTER;
-    }
     *path = nullptr;
     if (platform::FaultPoint("SHGetKnownFolderPath"))
-    {
         return E_OUTOFMEMORY;
-    }
     if (!(id == FOLDERID_RoamingAppData))
-    {
         return HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
-    }
     const std::string folder = platform::DataHome();
     if (!platform::MakeFolders(folder))
-    {
         return HRESULT_FROM_WIN32(ERROR_PATH_NOT_FOUND);
-    }
     *path = platform::TaskString(platform::ShellPathFromPosix(folder));
     return *path != nullptr ? S_OK : E_OUTOFMEMORY;
 }
@@ -255,9 +219,7 @@ HRESULT SHGetKnownFolderPath(REFKNOWNFOLDERID id, DWORD, HANDLE, LPWSTR* path)
 HRESULT SHGetFolderLocation(HWND, int csidl, HANDLE, DWORD, LPITEMIDLIST* list)
 {
     if (list == nullptr)
-    {
         return E_POINTER;
-    }
     *list = platform::FaultPoint("SHGetFolderLocation") ? nullptr : platform::LocationOf(csidl);
     return *list != nullptr ? S_OK : HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
 }

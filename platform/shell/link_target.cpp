@@ -33,9 +33,7 @@ std::string TargetPath(const std::string& folder, std::string_view text)
     std::string path = text.starts_with('/') ? std::string(text) : folder + "/" + std::string(text);
     std::string clean;
     for (const std::string& name : SplitPath(path))
-    {
         clean.append("/").append(name);
-    }
     return clean;
 }
 
@@ -45,9 +43,7 @@ bool SafeLinks::IsTrusted(const std::string& folder)
 {
     const auto [place, isNew] = m_trusted.try_emplace(folder, false);
     if (isNew)
-    {
         place->second = InTrustedPlace(folder);
-    }
     return place->second;
 }
 
@@ -57,25 +53,19 @@ std::optional<struct stat> SafeLinks::TargetOf(int directory, const char* name)
     const ssize_t size = readlinkat(directory, name, text, sizeof text);
     const std::string target = TargetPath(m_folder, {text, size > 0 ? static_cast<std::size_t>(size) : 0});
     if (target.empty() || !IsTrusted(target.substr(0, target.rfind('/'))))
-    {
         return std::nullopt;
-    }
     const std::optional<struct statx> status = KnownStatus(target);
     if (!status)
-    {
         return (struct stat){};
-    }
     const bool isFolder = S_ISDIR(status->stx_mode); // what is mounted there does not matter
     if (S_ISLNK(status->stx_mode) || (!isFolder && !OnTrustedDevice(*status)))
-    {
         return std::nullopt;
-    }
     return FromStatx(*status);
 }
 
 std::vector<std::optional<struct stat>> AskWithPatience(std::vector<std::string> paths)
 {
-    constexpr std::chrono::milliseconds patience{200};
+    constexpr std::chrono::milliseconds kPatience{200};
     using Answers = std::vector<std::optional<struct stat>>;
     struct Progress
     {
@@ -84,16 +74,14 @@ std::vector<std::optional<struct stat>> AskWithPatience(std::vector<std::string>
     };
     const auto progress = std::make_shared<Progress>();
     progress->answers.resize(paths.size());
-    CallWithin<Progress>(patience,
+    CallWithin<Progress>(kPatience,
                          [progress, paths = std::move(paths)]
                          {
                              for (std::size_t i = 0; i < paths.size(); ++i)
                              {
                                  struct stat status;
                                  if (stat(paths[i].c_str(), &status) != 0)
-                                 {
                                      status = {};
-                                 }
                                  const std::lock_guard lock(progress->mutex);
                                  progress->answers[i] = status;
                              }

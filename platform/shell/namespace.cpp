@@ -37,9 +37,7 @@ LPWSTR AllocateString(std::size_t units)
 {
     auto* text = static_cast<LPWSTR>(CoTaskMemAlloc((units + 1) * sizeof(WCHAR)));
     if (text != nullptr)
-    {
         text[units] = 0;
-    }
     return text;
 }
 
@@ -49,9 +47,7 @@ LPWSTR TaskString(std::u16string_view text)
 {
     LPWSTR copy = AllocateString(text.size());
     if (copy != nullptr)
-    {
         text.copy(copy, text.size());
-    }
     return copy;
 }
 
@@ -59,9 +55,7 @@ LPWSTR TaskStringOfFileName(std::string_view name)
 {
     LPWSTR text = AllocateString(name.size());
     if (text == nullptr || CopyPlainText(name, text))
-    {
         return text;
-    }
     CoTaskMemFree(text);
     return TaskString(ShellNameFromFileName(name));
 }
@@ -69,23 +63,17 @@ LPWSTR TaskStringOfFileName(std::string_view name)
 LPWSTR TaskStringOfDisplayName(const ItemId& item)
 {
     if (item.displayUnits == 0)
-    {
         return TaskString(item.DisplayName());
-    }
     LPWSTR text = AllocateString(item.displayUnits);
     if (text != nullptr)
-    {
         item.CopyDisplay(text);
-    }
     return text;
 }
 
 HRESULT ResultFromErrno(int error)
 {
     if (error == ENOENT)
-    {
         return HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
-    }
     return error == ENOMEM ? E_OUTOFMEMORY : HRESULT_FROM_WIN32(ErrorFromErrno(error));
 }
 
@@ -97,22 +85,18 @@ std::vector<std::string> SplitPath(std::string_view path)
         const std::string_view name = path.substr(0, path.find('/'));
         path.remove_prefix(std::min(name.size() + 1, path.size()));
         if (name == ".." && !names.empty())
-        {
             names.pop_back();
-        }
         else if (!name.empty() && name != "." && name != "..")
-        {
             names.emplace_back(name);
-        }
     }
     return names;
 }
 
 std::u16string DisplayNameOfFile(std::string_view name, ItemKind kind)
 {
-    constexpr std::string_view desktopSuffix = ".desktop";
-    constexpr std::string_view linkSuffix = ".lnk";
-    for (const std::string_view suffix : {desktopSuffix, linkSuffix})
+    constexpr std::string_view kDesktopSuffix = ".desktop";
+    constexpr std::string_view kLinkSuffix = ".lnk";
+    for (const std::string_view suffix : {kDesktopSuffix, kLinkSuffix})
     {
         if (kind != ItemKind::Folder && name.size() > suffix.size() && name.ends_with(suffix))
         {
@@ -122,18 +106,14 @@ std::u16string DisplayNameOfFile(std::string_view name, ItemKind kind)
     }
     std::u16string display(name.size(), u'\0');
     if (CopyPlainText(name, display.data()))
-    {
         return display;
-    }
     display.clear(); // a backslash shows as itself: only in a path would it separate
     for (std::size_t start = 0;;)
     {
         const std::size_t end = name.find('\\', start);
         display += ShellNameFromFileName(name.substr(start, end - start));
         if (end == name.npos)
-        {
             return display;
-        }
         display += u'\\';
         start = end + 1;
     }
@@ -141,7 +121,7 @@ std::u16string DisplayNameOfFile(std::string_view name, ItemKind kind)
 
 void AppendFolderId(std::vector<BYTE>& bytes, std::string_view name)
 {
-    const ItemId item{ItemKind::Folder, SystemImageIndex(folderIcon), TypeNameIndex(folderTypeName), name};
+    const ItemId item{ItemKind::Folder, SystemImageIndex(kFolderIcon), TypeNameIndex(kFolderTypeName), name};
     AppendItemId(bytes, item, {});
 }
 
@@ -149,9 +129,7 @@ int AppendFileId(std::vector<BYTE>& bytes, const std::string& folder, const std:
 {
     const std::shared_ptr<FolderListing> listing = ReadFile(folder, name);
     if (listing->error != 0)
-    {
         return listing->error;
-    }
     const ListedFile& file = listing->files.front();
     const ItemId item{file.kind, SystemImageIndex(file.icon), TypeNameIndex(file.typeName), file.name};
     AppendItemId(bytes, item, file.display);
@@ -166,13 +144,9 @@ HRESULT ParsePath(const std::string& folder, std::u16string_view shellPath, LPIT
     for (std::size_t i = 0; i < names.size(); ++i)
     {
         if (i + 1 < names.size())
-        {
             AppendFolderId(bytes, names[i]);
-        }
         else if (const int error = AppendFileId(bytes, parent, names[i]); error != 0)
-        {
             return ResultFromErrno(error);
-        }
         parent += '/';
         parent += names[i];
     }
@@ -207,9 +181,7 @@ std::optional<ItemId> LastItem(LPCITEMIDLIST list)
 HRESULT SHGetDesktopFolder(IShellFolder** folder)
 {
     if (folder == nullptr)
-    {
         return E_POINTER;
-    }
     *folder = platform::FaultPoint("SHGetDesktopFolder") ? nullptr : platform::MakeShellFolder({});
     return *folder != nullptr ? S_OK : E_OUTOFMEMORY;
 }
@@ -217,26 +189,16 @@ HRESULT SHGetDesktopFolder(IShellFolder** folder)
 HRESULT SHParseDisplayName(LPCWSTR name, IBindCtx*, LPITEMIDLIST* list, SFGAOF attributesIn, SFGAOF* attributesOut)
 {
     if (list == nullptr)
-    {
         return E_POINTER;
-    }
     *list = nullptr;
     if (attributesOut != nullptr)
-    {
         *attributesOut = 0;
-    }
     if (name == nullptr)
-    {
         return E_INVALIDARG;
-    }
     if (platform::FaultPoint("SHParseDisplayName"))
-    {
         return E_OUTOFMEMORY;
-    }
     if (name[0] != u'\\')
-    {
         return HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND); // only whole paths name something here
-    }
     const HRESULT result = platform::ParsePath({}, name, list);
     if (SUCCEEDED(result) && attributesOut != nullptr)
     {
@@ -249,35 +211,23 @@ HRESULT SHParseDisplayName(LPCWSTR name, IBindCtx*, LPITEMIDLIST* list, SFGAOF a
 HRESULT SHBindToParent(LPCITEMIDLIST list, REFIID iid, void** parent, LPCITEMIDLIST* last)
 {
     if (parent == nullptr)
-    {
         return E_POINTER;
-    }
     *parent = nullptr;
     if (list == nullptr || platform::IsEmptyList(list))
-    {
         return E_INVALIDARG;
-    }
     if (platform::FaultPoint("SHBindToParent"))
-    {
         return E_OUTOFMEMORY;
-    }
     LPCITEMIDLIST lastId = ILFindLastID(list);
     std::string path;
     if (!platform::AppendListPath(path, list, lastId))
-    {
         return E_INVALIDARG;
-    }
     IShellFolder* folder = platform::MakeShellFolder(path);
     if (folder == nullptr)
-    {
         return E_OUTOFMEMORY;
-    }
     const HRESULT result = folder->QueryInterface(iid, parent);
     folder->Release();
     if (SUCCEEDED(result) && last != nullptr)
-    {
         *last = lastId;
-    }
     return result;
 }
 
@@ -285,19 +235,13 @@ BOOL SHGetPathFromIDListW(LPCITEMIDLIST list, LPWSTR path)
 {
     std::string posix;
     if (path == nullptr || list == nullptr || platform::FaultPoint("SHGetPathFromIDListW"))
-    {
         return FALSE;
-    }
     path[0] = 0;
     if (!platform::AppendListPath(posix, list))
-    {
         return FALSE;
-    }
     const std::u16string text = platform::ShellPathFromPosix(posix.empty() ? "/" : posix);
     if (text.size() >= MAX_PATH)
-    {
         return FALSE;
-    }
     std::memcpy(path, text.c_str(), (text.size() + 1) * sizeof(WCHAR));
     return TRUE;
 }
@@ -305,9 +249,7 @@ BOOL SHGetPathFromIDListW(LPCITEMIDLIST list, LPWSTR path)
 HRESULT StrRetToStrW(STRRET* name, PCUITEMID_CHILD item, LPWSTR* text)
 {
     if (name == nullptr || text == nullptr)
-    {
         return E_INVALIDARG;
-    }
     switch (name->uType)
     {
     case STRRET_WSTR:
@@ -330,14 +272,10 @@ HRESULT StrRetToStrW(STRRET* name, PCUITEMID_CHILD item, LPWSTR* text)
 HRESULT SHStrDupW(LPCWSTR text, LPWSTR* copy)
 {
     if (copy == nullptr)
-    {
         return E_POINTER;
-    }
     *copy = nullptr;
     if (text == nullptr)
-    {
         return E_INVALIDARG;
-    }
     *copy = platform::FaultPoint("SHStrDupW") ? nullptr : platform::TaskString(text);
     return *copy != nullptr ? S_OK : E_OUTOFMEMORY;
 }

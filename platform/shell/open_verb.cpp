@@ -19,9 +19,7 @@ std::string OpenPath(const std::string& path)
 {
     const auto* service = static_cast<const LaunchService*>(DesktopModuleSymbol("orb_launch_service"));
     if (service == nullptr)
-    {
         return "The desktop module orb-launcher-desktop.so is missing.";
-    }
     const auto finished = [](void* context) { delete static_cast<ProcessHold*>(context); };
     char reason[1024] = "";
     const bool opened = service->open(path.c_str(), {finished, new ProcessHold}, reason, sizeof reason);

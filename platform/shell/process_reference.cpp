@@ -17,9 +17,7 @@ IUnknown* TakeReference()
 {
     const std::lock_guard lock(g_mutex); // between reading and AddRef it must not be withdrawn
     if (g_reference != nullptr)
-    {
         g_reference->AddRef();
-    }
     return g_reference;
 }
 
@@ -30,9 +28,7 @@ ProcessHold::ProcessHold() : m_reference(TakeReference()) {}
 ProcessHold::~ProcessHold()
 {
     if (m_reference != nullptr)
-    {
         m_reference->Release();
-    }
 }
 
 } // namespace platform

@@ -30,9 +30,7 @@ int CompareText(std::u16string_view a, std::u16string_view b)
 int CompareItems(const ItemId& a, const ItemId& b)
 {
     if ((a.kind == ItemKind::Folder) != (b.kind == ItemKind::Folder))
-    {
         return a.kind == ItemKind::Folder ? -1 : 1;
-    }
     const int names = CompareText(a.DisplayName(), b.DisplayName());
     return names != 0 || a.name == b.name ? names : a.name.compare(b.name);
 }
@@ -40,13 +38,9 @@ int CompareItems(const ItemId& a, const ItemId& b)
 LPWSTR NameOfItem(const std::string& folder, PCUITEMID_CHILD list, const ItemId& item, SHGDNF flags)
 {
     if ((flags & SHGDN_FORPARSING) == 0)
-    {
         return TaskStringOfDisplayName(item);
-    }
     if ((flags & SHGDN_INFOLDER) != 0)
-    {
         return TaskStringOfFileName(item.name);
-    }
     std::string path = folder;
     return AppendListPath(path, list) ? TaskString(ShellPathFromPosix(path)) : nullptr;
 }
@@ -68,23 +62,15 @@ HRESULT ShellFolder::ParseDisplayName(HWND, IBindCtx*, LPWSTR name, ULONG* eaten
                                       ULONG* attributes)
 {
     if (item == nullptr)
-    {
         return E_POINTER;
-    }
     *item = nullptr;
     if (name == nullptr || name[0] == 0)
-    {
         return E_INVALIDARG;
-    }
     if (FaultPoint("IShellFolder::ParseDisplayName"))
-    {
         return E_OUTOFMEMORY;
-    }
     const HRESULT result = ParsePath(m_path, name, item);
     if (SUCCEEDED(result) && eaten != nullptr)
-    {
         *eaten = static_cast<ULONG>(std::u16string_view(name).size());
-    }
     if (SUCCEEDED(result) && attributes != nullptr)
     {
         const std::optional<ItemId> last = LastItem(*item);
@@ -96,55 +82,37 @@ HRESULT ShellFolder::ParseDisplayName(HWND, IBindCtx*, LPWSTR name, ULONG* eaten
 HRESULT ShellFolder::EnumObjects(HWND, SHCONTF flags, IEnumIDList** result)
 {
     if (result == nullptr)
-    {
         return E_POINTER;
-    }
     *result = nullptr;
     if (FaultPoint("IShellFolder::EnumObjects"))
-    {
         return E_OUTOFMEMORY;
-    }
     const std::shared_ptr<FolderListing> listing = ReadFolderWithin(m_path);
     if (listing->error != 0)
-    {
         return ResultFromErrno(listing->error);
-    }
-    constexpr std::size_t keptOfEach = 320; // its identifiers and names, a row of a toolbar
-    PrepareHeap(listing->Size() * keptOfEach);
+    constexpr std::size_t kKeptOfEach = 320; // its identifiers and names, a row of a toolbar
+    PrepareHeap(listing->Size() * kKeptOfEach);
     *result = new ItemEnumerator(listing, flags);
     FolderWasRead(*listing);
     if (listing->worthSaving)
-    {
         Defer([listing] { SaveSnapshot(*listing); });
-    }
     else if (listing->fromSnapshot)
-    {
         Defer([listing] { VerifyListing(*listing); });
-    }
     return S_OK;
 }
 
 HRESULT ShellFolder::BindToObject(PCUIDLIST_RELATIVE item, IBindCtx*, REFIID iid, void** result)
 {
     if (result == nullptr)
-    {
         return E_POINTER;
-    }
     *result = nullptr;
     const std::optional<ItemId> last = LastItem(item);
     std::string path = m_path;
     if (!last || !AppendListPath(path, item))
-    {
         return E_INVALIDARG;
-    }
     if (FaultPoint("IShellFolder::BindToObject"))
-    {
         return E_OUTOFMEMORY;
-    }
     if (last->kind != ItemKind::Folder && last->kind != ItemKind::Link)
-    {
         return E_FAIL;
-    }
     IShellFolder* folder = MakeShellFolder(std::move(path));
     const HRESULT bound = folder->QueryInterface(iid, result);
     folder->Release();
@@ -154,9 +122,7 @@ HRESULT ShellFolder::BindToObject(PCUIDLIST_RELATIVE item, IBindCtx*, REFIID iid
 HRESULT ShellFolder::BindToStorage(PCUIDLIST_RELATIVE, IBindCtx*, REFIID, void** result)
 {
     if (result != nullptr)
-    {
         *result = nullptr;
-    }
     return E_NOTIMPL;
 }
 
@@ -168,56 +134,38 @@ HRESULT ShellFolder::CompareIDs(LPARAM, PCUIDLIST_RELATIVE a, PCUIDLIST_RELATIVE
         const std::optional<ItemId> itemA = ReadItemId(a);
         const std::optional<ItemId> itemB = ReadItemId(b);
         if (!itemA || !itemB)
-        {
             return E_INVALIDARG;
-        }
         order = CompareItems(*itemA, *itemB);
         if (order != 0)
-        {
             break;
-        }
     }
     if (a == nullptr || b == nullptr)
-    {
         return E_INVALIDARG;
-    }
     if (order == 0)
-    {
         order = static_cast<int>(IsEmptyList(b)) - static_cast<int>(IsEmptyList(a)); // the shorter list comes first
-    }
     return order < 0 ? 0xFFFF : order > 0; // the code of a success is the order as a 16-bit number
 }
 
 HRESULT ShellFolder::CreateViewObject(HWND, REFIID, void** result)
 {
     if (result != nullptr)
-    {
         *result = nullptr;
-    }
     return E_NOINTERFACE;
 }
 
 HRESULT ShellFolder::GetAttributesOf(UINT count, PCUITEMID_CHILD_ARRAY items, SFGAOF* attributes)
 {
     if (attributes == nullptr || (items == nullptr && count != 0))
-    {
         return E_INVALIDARG;
-    }
     if (FaultPoint("IShellFolder::GetAttributesOf"))
-    {
         return E_OUTOFMEMORY;
-    }
     if (count == 0)
-    {
         *attributes &= SFGAO_FOLDER | SFGAO_FILESYSTEM;
-    }
     for (UINT i = 0; i < count; ++i)
     {
         const std::optional<ItemId> item = LastItem(items[i]);
         if (!item)
-        {
             return E_INVALIDARG;
-        }
         *attributes &= AttributesOf(*item);
     }
     return S_OK;
@@ -227,33 +175,23 @@ HRESULT ShellFolder::GetUIObjectOf(HWND owner, UINT count, PCUITEMID_CHILD_ARRAY
                                    void** result)
 {
     if (result == nullptr)
-    {
         return E_POINTER;
-    }
     *result = nullptr;
     if (count == 0 || items == nullptr)
-    {
         return E_INVALIDARG;
-    }
     if (FaultPoint("IShellFolder::GetUIObjectOf"))
-    {
         return E_OUTOFMEMORY;
-    }
     std::vector<VerbItem> verbItems;
     for (UINT i = 0; i < count; ++i)
     {
         std::string path = m_path;
         const std::optional<ItemId> last = LastItem(items[i]);
         if (!last || !AppendListPath(path, items[i]))
-        {
             return E_INVALIDARG;
-        }
         verbItems.push_back({std::move(path), last->DisplayName()});
     }
     if (!(iid == IID_IContextMenu))
-    {
         return E_NOINTERFACE;
-    }
     *result = MakeContextMenu(owner, std::move(verbItems));
     return S_OK;
 }
@@ -261,18 +199,12 @@ HRESULT ShellFolder::GetUIObjectOf(HWND owner, UINT count, PCUITEMID_CHILD_ARRAY
 HRESULT ShellFolder::GetDisplayNameOf(PCUITEMID_CHILD item, SHGDNF flags, STRRET* name)
 {
     if (name == nullptr || item == nullptr)
-    {
         return E_INVALIDARG;
-    }
     if (FaultPoint("IShellFolder::GetDisplayNameOf"))
-    {
         return E_OUTOFMEMORY;
-    }
     const std::optional<ItemId> last = LastItem(item);
     if (!last && !IsEmptyList(item))
-    {
         return E_INVALIDARG;
-    }
     name->uType = STRRET_WSTR;
     name->pOleStr = last ? NameOfItem(m_path, item, *last, flags) : NameOfFolder(m_path, flags);
     return name->pOleStr != nullptr ? S_OK : E_OUTOFMEMORY;
@@ -281,9 +213,7 @@ HRESULT ShellFolder::GetDisplayNameOf(PCUITEMID_CHILD item, SHGDNF flags, STRRET
 HRESULT ShellFolder::SetNameOf(HWND, PCUITEMID_CHILD, LPCWSTR, SHGDNF, PITEMID_CHILD* result)
 {
     if (result != nullptr)
-    {
         *result = nullptr;
-    }
     return E_NOTIMPL;
 }
 

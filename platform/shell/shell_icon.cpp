@@ -85,17 +85,13 @@ IconImage RenderIdentity(std::string_view identity, int size, std::vector<FileWi
         const std::string name(identity.substr(0, identity.find('\n')));
         identity.remove_prefix(std::min(name.size() + 1, identity.size()));
         if (name.starts_with('!'))
-        {
             return DrawBuiltinPicture(name, size);
-        }
         const std::string path = name.starts_with('/') ? name : Theme().Find(name, size);
         if (!path.empty())
         {
             witnesses.push_back(WitnessOf(path));
             if (witnesses.back().modified != 0 && RenderFile(path, image))
-            {
                 return image;
-            }
         }
     }
     return DrawBuiltinPicture("!document", size);
@@ -107,13 +103,9 @@ void MarkAsLink(IconImage& image)
     IconImage emblem = EmptyImage(std::max(size, 1));
     const std::string path = Theme().Find("emblem-symbolic-link", size);
     if (!path.empty() && RenderFile(path, emblem))
-    {
         Compose(image, emblem, 0, image.height - emblem.height);
-    }
     else
-    {
         DrawLinkMark(image);
-    }
 }
 
 IconImage MakePicture(const std::string& identity, int size, bool linkOverlay)
@@ -121,15 +113,11 @@ IconImage MakePicture(const std::string& identity, int size, bool linkOverlay)
     SavedPack& saved = PackOfSize(size);
     const std::string key = (linkOverlay ? "link\n" : "\n") + identity;
     if (std::optional<IconImage> kept = saved.Pack().Find(key))
-    {
         return std::move(*kept);
-    }
     std::vector<FileWitness> witnesses;
     IconImage image = RenderIdentity(identity, size, witnesses);
     if (linkOverlay)
-    {
         MarkAsLink(image);
-    }
     saved.Pack().Add(key, std::move(witnesses), image);
     saved.SaveAtLeisure();
     return image;
@@ -146,9 +134,7 @@ public:
     const IconImage& Image() override
     {
         if (m_image.pixels.empty())
-        {
             m_image = MakePicture(m_identity, m_size, m_linkOverlay);
-        }
         return m_image;
     }
 
@@ -163,8 +149,8 @@ private:
 
 std::shared_ptr<IconSource> ShellIcon(std::uint32_t systemImage, int size, bool linkOverlay)
 {
-    constexpr int largest = 1024;
-    return std::make_shared<ThemedIcon>(SystemImageIdentity(systemImage), std::clamp(size, 1, largest), linkOverlay);
+    constexpr int kLargest = 1024;
+    return std::make_shared<ThemedIcon>(SystemImageIdentity(systemImage), std::clamp(size, 1, kLargest), linkOverlay);
 }
 
 } // namespace platform

@@ -19,9 +19,7 @@ public:
     {
         const auto found = m_indexes.find(text);
         if (found != m_indexes.end())
-        {
             return found->second;
-        }
         const auto index = static_cast<std::uint32_t>(m_strings.size());
         m_indexes.emplace(m_strings.emplace_back(text), index); // a deque's elements do not move
         return index;
@@ -64,7 +62,7 @@ std::uint32_t SystemImageIndex(std::string_view identity)
 
 const std::string& SystemImageIdentity(std::uint32_t index)
 {
-    static const auto& document = *new std::string(documentIcon);
+    static const auto& document = *new std::string(kDocumentIcon);
     const std::string* identity = Identities().At(index);
     return identity != nullptr ? *identity : document;
 }

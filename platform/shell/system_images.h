@@ -12,12 +12,12 @@
 namespace platform
 {
 
-constexpr std::string_view folderIcon = "folder\n!folder";
-constexpr std::string_view documentIcon = "text-x-generic\n!document";
-constexpr std::u16string_view folderTypeName = u"Folder";
+constexpr std::string_view kFolderIcon = "folder\n!folder";
+constexpr std::string_view kDocumentIcon = "text-x-generic\n!document";
+constexpr std::u16string_view kFolderTypeName = u"Folder";
 
 /// Bit of the overlay in SHFILEINFOW.iIcon: the arrow of a link.
-constexpr int linkOverlay = 1 << 24;
+constexpr int kLinkOverlay = 1 << 24;
 
 std::uint32_t SystemImageIndex(std::string_view identity);
 /// Documents for an index that was never given out.

@@ -29,11 +29,9 @@ bool IsTrustedFolder(const std::string& path)
 std::optional<struct statx> KnownStatus(const std::string& path)
 {
     struct statx status;
-    constexpr int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_STATX_DONT_SYNC;
-    if (statx(AT_FDCWD, path.c_str(), flags, STATX_BASIC_STATS, &status) != 0)
-    {
+    constexpr int kFlags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_STATX_DONT_SYNC;
+    if (statx(AT_FDCWD, path.c_str(), kFlags, STATX_BASIC_STATS, &status) != 0)
         return std::nullopt;
-    }
     return status;
 }
 
@@ -47,12 +45,8 @@ bool OnTrustedDevice(const struct statx& status)
 bool InTrustedPlace(const std::string& path)
 {
     for (std::size_t end = path.find('/', 1); end != path.npos; end = path.find('/', end + 1))
-    {
         if (!IsTrustedFolder(path.substr(0, end)))
-        {
             return false;
-        }
-    }
     return path.empty() || IsTrustedFolder(path);
 }
 

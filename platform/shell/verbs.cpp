@@ -12,7 +12,7 @@ bool Always(const VerbTarget&, unsigned)
     return true;
 }
 
-constexpr Verb verbs[] = {
+constexpr Verb kVerbs[] = {
     {"open", u"&Open", true, Always, OpenItems},
 };
 
@@ -20,7 +20,7 @@ constexpr Verb verbs[] = {
 
 std::span<const Verb> ShellVerbs()
 {
-    return verbs;
+    return kVerbs;
 }
 
 } // namespace platform

@@ -17,9 +17,7 @@ void ChangeCapture(HWND next)
 {
     const HWND previous = std::exchange(g_capture, next);
     if (previous != next && IsWindow(previous))
-    {
         SendMessageW(previous, WM_CAPTURECHANGED, 0, reinterpret_cast<LPARAM>(next));
-    }
     RequestMouseRefresh();
 }
 
@@ -28,22 +26,16 @@ void ChangeCapture(HWND next)
 void CancelCapture()
 {
     if (IsWindow(g_capture))
-    {
         SendMessageW(g_capture, WM_CANCELMODE, 0, 0);
-    }
     if (g_capture != nullptr)
-    {
         ChangeCapture(nullptr);
-    }
 }
 
 void ForgetCaptureOf(const Window& window)
 {
     const Window* holder = FindObject<Window>(g_capture);
     if (holder == &window || (holder != nullptr && IsDescendant(*holder, window)))
-    {
         ChangeCapture(nullptr);
-    }
 }
 
 } // namespace platform
@@ -53,9 +45,7 @@ using namespace platform;
 HWND SetCapture(HWND window)
 {
     if (RequireWindow(window) == nullptr)
-    {
         return nullptr;
-    }
     const HWND previous = g_capture;
     ChangeCapture(window);
     return previous;
@@ -69,8 +59,6 @@ HWND GetCapture()
 BOOL ReleaseCapture()
 {
     if (g_capture != nullptr)
-    {
         ChangeCapture(nullptr);
-    }
     return TRUE;
 }

@@ -10,7 +10,7 @@ namespace
 
 struct Cursor final : HandleObject
 {
-    static constexpr HandleKind handleKind = HandleKind::Cursor;
+    static constexpr HandleKind kHandleKind = HandleKind::Cursor;
     Cursor() : HandleObject(HandleKind::Cursor) { permanent = true; }
 };
 
@@ -37,9 +37,7 @@ BOOL GetCursorPos(LPPOINT point)
 {
     const auto position = FaultPoint("GetCursorPos") ? std::nullopt : screen::PointerPosition();
     if (!position || point == nullptr)
-    {
         return Fail(ERROR_ACCESS_DENIED, FALSE);
-    }
     *point = *position;
     return TRUE;
 }

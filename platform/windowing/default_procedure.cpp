@@ -31,9 +31,7 @@ void CalculateFrame(const Window& window, RECT& rect)
 LRESULT HitTest(const Window& window, POINT point)
 {
     if (!Contains(ScreenRect(window), point))
-    {
         return HTNOWHERE;
-    }
     const POINT origin = ClientOrigin(window);
     const RECT client{origin.x, origin.y, origin.x + Width(window.client), origin.y + Height(window.client)};
     return Contains(client, point) ? HTCLIENT : kHitBorder;
@@ -42,9 +40,7 @@ LRESULT HitTest(const Window& window, POINT point)
 void DrawFrame(Window& window)
 {
     if (!window.HasFrame())
-    {
         return;
-    }
     const RECT place = ScreenRect(window);
     const RECT root = RootOf(window).rect;
     const POINT client = ClientOrigin(window);
@@ -62,9 +58,7 @@ LRESULT EraseBackground(const Window& window, HDC dc)
     const HBRUSH brush = window.windowClass->background;
     RECT area{};
     if (brush == nullptr || GetClipBox(dc, &area) == ERROR)
-    {
         return 0;
-    }
     FillRect(dc, &area, brush);
     return 1;
 }
@@ -89,14 +83,10 @@ void ReportPlace(HWND handle, const WINDOWPOS& position)
     const bool clientMoved = (position.flags & SWP_NOMOVE) == 0;
     const bool clientSized = (position.flags & (SWP_NOSIZE | SWP_FRAMECHANGED)) != SWP_NOSIZE;
     if (window != nullptr && clientMoved)
-    {
         SendMessageW(handle, WM_MOVE, 0, MAKELPARAM(window->client.left, window->client.top));
-    }
     window = FindObject<Window>(handle);
     if (window != nullptr && clientSized)
-    {
         SendMessageW(handle, WM_SIZE, 0, MAKELPARAM(Width(window->client), Height(window->client)));
-    }
 }
 
 LRESULT AskParent(const Window& window, UINT message, WPARAM wParam, LPARAM lParam)
@@ -109,9 +99,7 @@ LRESULT SetClassCursor(const Window& window, WPARAM wParam, LPARAM lParam)
 {
     // A parent may want to say something about its children's area; it answers TRUE when it has.
     if (AskParent(window, WM_SETCURSOR, wParam, lParam) != 0)
-    {
         return TRUE;
-    }
     const HCURSOR cursor = LOWORD(lParam) == HTCLIENT ? window.windowClass->cursor : nullptr;
     SetCursor(cursor != nullptr ? cursor : LoadCursorW(nullptr, IDC_ARROW));
     return FALSE;
@@ -121,9 +109,7 @@ LRESULT CopyText(const Window& window, WPARAM capacity, LPARAM buffer)
 {
     auto* text = reinterpret_cast<LPWSTR>(buffer);
     if (capacity == 0 || text == nullptr)
-    {
         return 0;
-    }
     const std::size_t copied = window.text.copy(text, capacity - 1);
     text[copied] = 0;
     return static_cast<LRESULT>(copied);
@@ -133,9 +119,7 @@ void StoreText(Window& window, LPCWSTR text)
 {
     window.text = text != nullptr ? text : u"";
     if (window.native != 0)
-    {
         screen::SetNativeTitle(window.native, window.text);
-    }
 }
 
 void SetRedraw(Window& window, bool redraw)
@@ -150,9 +134,7 @@ LRESULT HandleFrameMessage(Window& window, UINT message, WPARAM wParam, LPARAM l
     {
     case WM_NCCREATE:
         if (const auto* create = reinterpret_cast<const CREATESTRUCTW*>(lParam))
-        {
             StoreText(window, IS_INTRESOURCE(create->lpszName) ? nullptr : create->lpszName);
-        }
         return TRUE;
     case WM_NCCALCSIZE:
         CalculateFrame(window, *reinterpret_cast<RECT*>(lParam));
@@ -172,9 +154,7 @@ LRESULT HandleFrameMessage(Window& window, UINT message, WPARAM wParam, LPARAM l
         return 0;
     case WM_ACTIVATE:
         if (LOWORD(wParam) != WA_INACTIVE)
-        {
             SetFocus(handle);
-        }
         return 0;
     case WM_SETREDRAW:
         SetRedraw(window, wParam != 0);
@@ -208,9 +188,7 @@ LRESULT HandleInputMessage(Window& window, UINT message, WPARAM wParam, LPARAM l
         return AskParent(window, message, wParam, lParam);
     case WM_KEYUP:
         if (wParam == VK_APPS)
-        {
             SendMessageW(handle, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(handle), -1);
-        }
         return 0;
     case WM_SYSKEYDOWN:
         if (wParam == VK_F10 && GetKeyState(VK_SHIFT) < 0)
@@ -225,9 +203,7 @@ LRESULT HandleInputMessage(Window& window, UINT message, WPARAM wParam, LPARAM l
         return 0;
     case WM_CANCELMODE:
         if (GetCapture() == handle)
-        {
             ReleaseCapture();
-        }
         return 0;
     default:
         return 0;
@@ -243,9 +219,7 @@ LRESULT DefWindowProcW(HWND handle, UINT message, WPARAM wParam, LPARAM lParam)
 {
     Window* window = RequireWindow(handle);
     if (window == nullptr)
-    {
         return 0;
-    }
     switch (message)
     {
     case WM_PAINT:

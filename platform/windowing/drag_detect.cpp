@@ -7,9 +7,7 @@ using namespace platform;
 BOOL DragDetect(HWND window, POINT point)
 {
     if (RequireWindow(window) == nullptr)
-    {
         return FALSE;
-    }
     ClientToScreen(window, &point);
     RECT still{point.x, point.y, point.x + 1, point.y + 1};
     InflateRect(&still, GetSystemMetrics(SM_CXDRAG), GetSystemMetrics(SM_CYDRAG));

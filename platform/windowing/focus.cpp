@@ -34,53 +34,33 @@ void ChangeFocus(HWND next)
     FocusState& state = State();
     const HWND previous = state.focus;
     if (previous == next)
-    {
         return;
-    }
     state.focus = next;
     if (Window* root = FindObject<Window>(RootHandle(next)))
-    {
         root->lastFocus = next;
-    }
     if (IsWindow(previous))
-    {
         SendMessageW(previous, WM_KILLFOCUS, reinterpret_cast<WPARAM>(next), 0);
-    }
     if (IsWindow(next) && state.focus == next)
-    {
         SendMessageW(next, WM_SETFOCUS, reinterpret_cast<WPARAM>(previous), 0);
-    }
 }
 
 void TellAllOfActivation(BOOL active)
 {
     std::vector<HWND> windows;
     for (const Window* window : TopLevels())
-    {
         if (!window->messageOnly)
-        {
             windows.push_back(window->handle);
-        }
-    }
     for (const HWND window : windows)
-    {
         if (IsWindow(window))
-        {
             SendMessageW(window, WM_ACTIVATEAPP, static_cast<WPARAM>(active), 0);
-        }
-    }
 }
 
 void TellActivation(HWND window, WPARAM how, HWND other)
 {
     if (IsWindow(window))
-    {
         SendMessageW(window, WM_NCACTIVATE, how != WA_INACTIVE, reinterpret_cast<LPARAM>(other));
-    }
     if (IsWindow(window))
-    {
         SendMessageW(window, WM_ACTIVATE, how, reinterpret_cast<LPARAM>(other));
-    }
 }
 
 void BringToTop(HWND window)
@@ -93,9 +73,7 @@ void BringToTop(HWND window)
         if (sameGroup && (other->style & WS_VISIBLE) != 0)
         {
             if (other != found)
-            {
                 SetWindowPos(window, HWND_TOP, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
-            }
             return;
         }
     }
@@ -111,16 +89,10 @@ bool CanBeActive(const Window& window)
 HWND Successor(const Window& leaving)
 {
     if (leaving.owner != nullptr && CanBeActive(*leaving.owner))
-    {
         return leaving.owner->handle;
-    }
     for (const Window* window : TopLevels())
-    {
         if (window != &leaving && CanBeActive(*window))
-        {
             return window->handle;
-        }
-    }
     return nullptr;
 }
 
@@ -135,16 +107,12 @@ void LoseForeground()
     CancelCapture();
     TellActivation(leaving, WA_INACTIVE, nullptr);
     if (wasForeground)
-    {
         TellAllOfActivation(FALSE);
-    }
     if (state.focus == focus)
     {
         state.focus = nullptr;
         if (IsWindow(focus))
-        {
             SendMessageW(focus, WM_KILLFOCUS, 0, 0);
-        }
     }
 }
 
@@ -166,13 +134,9 @@ bool SetActive(HWND next, bool byMouse)
     FocusState& state = State();
     const HWND previous = state.active;
     if (previous == next)
-    {
         return true;
-    }
     if (previous != nullptr)
-    {
         TellActivation(previous, WA_INACTIVE, next);
-    }
     state.active = next;
     if (next == nullptr)
     {
@@ -182,9 +146,7 @@ bool SetActive(HWND next, bool byMouse)
     BringToTop(next);
     TellActivation(next, byMouse ? WA_CLICKACTIVE : WA_ACTIVE, previous);
     if (state.active == next && RootHandle(state.focus) != next && IsWindow(next))
-    {
         ChangeFocus(next);
-    }
     return state.active == next;
 }
 
@@ -193,18 +155,12 @@ bool SetForeground(HWND next, bool byMouse)
     FocusState& state = State();
     const Window* window = FindObject<Window>(next);
     if (window == nullptr)
-    {
         return false;
-    }
     const bool handOver = !state.foreground || (state.active != next && window->IsManaged());
     if (handOver)
-    {
         TakeKeyboardFor(*window);
-    }
     if (!std::exchange(state.foreground, true))
-    {
         TellAllOfActivation(TRUE);
-    }
     return SetActive(next, byMouse);
 }
 
@@ -215,30 +171,22 @@ void OnActivated(Window* managed)
     Window* target = managed != nullptr ? managed : last;
     const bool late = TopLevels().empty(); // the window that asked for the keyboard is gone
     if (late || (state.foreground && (managed == nullptr || state.active == managed->handle)))
-    {
         return;
-    }
     if (!std::exchange(state.foreground, true))
-    {
         TellAllOfActivation(TRUE);
-    }
     if (target != nullptr && CanBeActive(*target))
     {
         const HWND lastFocus = target->lastFocus;
         SetActive(target->handle, false);
         if (state.active == target->handle && IsWindow(lastFocus))
-        {
             SetFocus(lastFocus);
-        }
     }
 }
 
 void OnDeactivated()
 {
     if (State().foreground)
-    {
         LoseForeground();
-    }
 }
 
 void LeaveFocusOf(Window& window)
@@ -248,32 +196,22 @@ void LeaveFocusOf(Window& window)
     if (window.parent != nullptr)
     {
         if (FocusIsIn(window))
-        {
             ChangeFocus(window.parent->handle);
-        }
         return;
     }
     if (state.active != handle)
     {
         if (FocusIsIn(window))
-        {
             ChangeFocus(nullptr);
-        }
         return;
     }
     const HWND successor = Successor(window);
     if (successor == nullptr)
-    {
         LoseForeground();
-    }
     else if (state.foreground)
-    {
         SetForeground(successor, false);
-    }
     else
-    {
         SetActive(successor, false);
-    }
 }
 
 } // namespace platform
@@ -285,9 +223,7 @@ HWND SetFocus(HWND handle)
     FocusState& state = State();
     const HWND previous = state.focus;
     if (handle == previous)
-    {
         return previous;
-    }
     if (handle == nullptr)
     {
         ChangeFocus(nullptr);
@@ -295,14 +231,10 @@ HWND SetFocus(HWND handle)
     }
     const Window* window = RequireWindow(handle);
     if (window == nullptr || !IsReachable(*window))
-    {
         return nullptr;
-    }
     const HWND root = RootOf(*window).handle;
     if (!SetActive(root, false) || !IsWindow(handle) || state.active != root)
-    {
         return nullptr;
-    }
     ChangeFocus(handle);
     return previous;
 }
@@ -316,9 +248,7 @@ HWND SetActiveWindow(HWND handle)
 {
     const Window* window = handle != nullptr ? RequireWindow(handle) : nullptr;
     if (handle != nullptr && (window == nullptr || window->parent != nullptr || (window->style & WS_DISABLED) != 0))
-    {
         return nullptr;
-    }
     const HWND previous = State().active;
     return SetActive(handle, false) ? previous : nullptr;
 }
@@ -331,9 +261,7 @@ HWND GetActiveWindow()
 BOOL SetForegroundWindow(HWND handle)
 {
     if (FaultPoint("SetForegroundWindow"))
-    {
         return Fail(ERROR_ACCESS_DENIED, FALSE);
-    }
     Window* window = RequireWindow(handle);
     return window != nullptr && SetForeground(RootOf(*window).handle, false);
 }

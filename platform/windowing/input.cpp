@@ -53,47 +53,31 @@ struct MouseTarget
 Window* WindowOfNative(screen::NativeWindow native)
 {
     for (Window* window : TopLevels())
-    {
         if (window->native == native && native != 0)
-        {
             return window;
-        }
-    }
     return nullptr;
 }
 
 Window* TopLevelAt(POINT position)
 {
     for (Window* window : TopLevels())
-    {
         if ((window->style & WS_VISIBLE) != 0 && PtInRect(&window->rect, position))
-        {
             return window;
-        }
-    }
     return nullptr;
 }
 
 MouseTarget FindMouseTarget(POINT position)
 {
     if (const HWND capture = GetCapture())
-    {
         return {capture, HTCLIENT};
-    }
     Window* root = TopLevelAt(position);
     if (root == nullptr)
-    {
         return {};
-    }
     if ((root->style & WS_DISABLED) != 0)
-    {
         return {root->handle, kHitError};
-    }
     const Window* window = WindowAtPoint(*root, position);
     if (window == nullptr)
-    {
         return {};
-    }
     const HWND handle = window->handle;
     return {handle, SendMessageW(handle, WM_NCHITTEST, 0, MAKELPARAM(position.x, position.y))};
 }
@@ -124,13 +108,9 @@ UINT MouseMessage(const Event& event, const MouseTarget& target)
 {
     const auto button = static_cast<UINT>(event.button);
     if (event.type == EventType::MouseMove)
-    {
         return WM_MOUSEMOVE;
-    }
     if (event.type == EventType::ButtonUp)
-    {
         return WM_LBUTTONUP + 3 * button;
-    }
     const UINT press = WM_LBUTTONDOWN + 3 * button;
     return IsDoubleClick(event, target, press) ? WM_LBUTTONDBLCLK + 3 * button : press;
 }
@@ -139,9 +119,7 @@ WPARAM KeysAfter(const Event& event)
 {
     const WPARAM keys = MouseKeys();
     if (event.type == EventType::ButtonDown)
-    {
         return keys | ButtonFlag(event.button);
-    }
     return event.type == EventType::ButtonUp ? keys & ~ButtonFlag(event.button) : keys;
 }
 
@@ -168,16 +146,12 @@ bool ActivateByMouse(const MSG& message, const MouseTarget& target)
 {
     Window* window = FindObject<Window>(target.window);
     if (window == nullptr || target.window == GetForegroundWindow())
-    {
         return window != nullptr;
-    }
     const HWND root = RootOf(*window).handle;
     const LRESULT answer = SendMessageW(target.window, WM_MOUSEACTIVATE, reinterpret_cast<WPARAM>(root),
                                         MAKELPARAM(target.hit, message.message));
     if (answer != MA_NOACTIVATE && answer != MA_NOACTIVATEANDEAT && IsWindow(root) && root != GetForegroundWindow())
-    {
         SetForeground(root, true);
-    }
     return answer != MA_ACTIVATEANDEAT && answer != MA_NOACTIVATEANDEAT;
 }
 
@@ -212,9 +186,7 @@ bool CommitPress(const Event& event, const MSG& message, const MouseTarget& targ
     const bool doubled = message.message == press + 2;
     Input().lastPress = doubled ? Press{} : Press{target.window, press, event.time, event.position};
     if (GetCapture() != nullptr)
-    {
         return true;
-    }
     NotifyParentsOfPress(message);
     return ActivateByMouse(message, target);
 }
@@ -223,18 +195,12 @@ bool CommitMouse(const Event& event, const MSG& message, const MouseTarget& targ
 {
     SetMessagePoint(event.position);
     if (event.window != 0)
-    {
         Input().pointerWindow = event.window;
-    }
     TrackPointer(target.window, event.position);
     if (event.type == EventType::ButtonUp)
-    {
         NoteKey(ButtonKey(event.button), false);
-    }
     if (event.type == EventType::ButtonDown && !CommitPress(event, message, target))
-    {
         return false;
-    }
     SetCursorFor(message, target);
     return IsWindow(message.hwnd);
 }
@@ -250,18 +216,14 @@ void Drop(std::size_t index)
 {
     auto& events = Input().events;
     if (index < events.size())
-    {
         events.erase(events.begin() + static_cast<std::ptrdiff_t>(index));
-    }
 }
 
 Outcome TakeMouse(std::size_t index, MSG& message, const MessageFilter& filter, bool remove)
 {
     const Event event = Input().events[index];
     if (event.modifiers != kOwnModifiers)
-    {
         NoteModifiers(event.modifiers);
-    }
     const MouseTarget target = FindMouseTarget(event.position);
     if (target.window == nullptr || target.hit == kHitError || target.hit == HTNOWHERE)
     {
@@ -269,22 +231,16 @@ Outcome TakeMouse(std::size_t index, MSG& message, const MessageFilter& filter, 
         SetMessagePoint(event.position);
         TrackPointer(nullptr, event.position);
         if (event.type != EventType::MouseMove)
-        {
             NoteKey(ButtonKey(event.button), event.type == EventType::ButtonDown);
-        }
         return Outcome::Consumed;
     }
     FillMouseMessage(event, target, message);
     message.time = static_cast<DWORD>(event.time);
     message.pt = event.position;
     if (!filter.Accepts(message.hwnd, message.message))
-    {
         return Outcome::Skipped;
-    }
     if (!remove)
-    {
         return Outcome::Message;
-    }
     Drop(index);
     return CommitMouse(event, message, target) ? Outcome::Message : Outcome::Consumed;
 }
@@ -294,17 +250,13 @@ Outcome TakeForFocus(std::size_t index, MSG& message, const MessageFilter& filte
 {
     const Event event = Input().events[index];
     if (event.modifiers != kOwnModifiers)
-    {
         NoteModifiers(event.modifiers);
-    }
     const Window* target = FindObject<Window>(GetFocus() != nullptr ? GetFocus() : GetActiveWindow());
     if (target == nullptr || (RootOf(*target).style & WS_DISABLED) != 0)
     {
         Drop(index);
         if (event.type != EventType::Wheel)
-        {
             CommitKey(event);
-        }
         return Outcome::Consumed;
     }
     message.hwnd = target->handle;
@@ -321,20 +273,14 @@ Outcome TakeForFocus(std::size_t index, MSG& message, const MessageFilter& filte
         MakeKeyMessage(event, message);
     }
     if (!filter.Accepts(message.hwnd, message.message))
-    {
         return Outcome::Skipped;
-    }
     if (remove)
     {
         Drop(index);
         if (event.type == EventType::Wheel)
-        {
             SetMessagePoint(event.position);
-        }
         else
-        {
             CommitKey(event);
-        }
     }
     return Outcome::Message;
 }
@@ -343,9 +289,7 @@ void HandlePointerLeft(const Event& event)
 {
     Input().pointerWindow = 0;
     if (GetCapture() == nullptr)
-    {
         TrackPointer(nullptr, event.position);
-    }
 }
 
 /// Events that are no messages of their own.
@@ -365,15 +309,11 @@ void HandleScreenEvent(const Event& event)
         break;
     case EventType::CloseRequest:
         if (window != nullptr && (window->style & WS_DISABLED) == 0)
-        {
             PostMessageW(window->handle, WM_CLOSE, 0, 0);
-        }
         break;
     case EventType::Placed:
         if (window != nullptr)
-        {
             FollowPlacement(*window, event.bounds);
-        }
         break;
     default:
         break;
@@ -404,9 +344,7 @@ void CollectEvents()
 {
     InputQueue& input = Input();
     for (Event event; screen::NextEvent(event); event = Event())
-    {
         QueueInput(event);
-    }
     if (std::exchange(input.refresh, false) && input.pointerWindow != 0 && input.events.empty())
     {
         Event event;
@@ -427,21 +365,15 @@ void QueueInput(const Event& event)
     const bool onlyMoved = event.type == EventType::MouseMove && !events.empty() &&
                            events.back().type == EventType::MouseMove && events.back().window == event.window;
     if (onlyMoved)
-    {
         events.back() = event;
-    }
     else
-    {
         events.push_back(event);
-    }
 }
 
 void PointerLosesWindow(screen::NativeWindow window)
 {
     if (Input().pointerWindow == window)
-    {
         Input().pointerWindow = 0;
-    }
 }
 
 void RequestMouseRefresh()

@@ -44,9 +44,7 @@ void SetDown(BYTE virtualKey, bool down)
 {
     BYTE& key = State().keys[virtualKey];
     if (down && (key & kDown) == 0)
-    {
         key ^= kToggled;
-    }
     key = static_cast<BYTE>(down ? key | kDown : key & ~kDown);
 }
 
@@ -67,9 +65,7 @@ constexpr SidedKey kSidedKeys[] = {
 bool IsSystemKey(BYTE virtualKey, bool down)
 {
     if (virtualKey == VK_F10)
-    {
         return !IsDown(VK_CONTROL);
-    }
     const bool alt = IsDown(VK_MENU) || (virtualKey == VK_MENU && down);
     return alt && !IsDown(VK_CONTROL);
 }
@@ -153,9 +149,7 @@ WPARAM MouseKeys()
                                {VK_CONTROL, MK_CONTROL}};
     WPARAM keys = 0;
     for (const Flag& flag : kFlags)
-    {
         keys |= IsDown(flag.key) ? flag.flag : 0;
-    }
     return keys;
 }
 
@@ -187,9 +181,7 @@ BOOL TranslateMessage(const MSG* message)
     const screen::Event& key = State().current;
     const bool isPress = message != nullptr && (message->message == WM_KEYDOWN || message->message == WM_SYSKEYDOWN);
     if (!isPress)
-    {
         return message != nullptr && (message->message == WM_KEYUP || message->message == WM_SYSKEYUP);
-    }
     if (key.type == screen::EventType::KeyDown && key.virtualKey == message->wParam)
     {
         char16_t text[std::size(screen::Event{}.text)] = {};
@@ -212,9 +204,7 @@ SHORT GetKeyState(int virtualKey)
 BOOL GetKeyboardState(BYTE* state)
 {
     if (FaultPoint("GetKeyboardState") || state == nullptr)
-    {
         return Fail(ERROR_INVALID_PARAMETER, FALSE);
-    }
     std::memcpy(state, State().keys, sizeof(State().keys));
     return TRUE;
 }

@@ -32,9 +32,7 @@ std::string Quoted(std::string_view argument)
     for (const char c : argument)
     {
         if (c == '"')
-        {
             quoted.append(backslashes + 1, '\\');
-        }
         backslashes = c == '\\' ? backslashes + 1 : 0;
         quoted += c;
     }

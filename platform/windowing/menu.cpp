@@ -14,28 +14,22 @@ namespace platform
 namespace
 {
 
-constexpr int deepestMenu = 25; ///< levels searched; a menu that contains itself must not hang the search
-constexpr UINT stateFlags = MFS_GRAYED | MFS_CHECKED;
-constexpr UINT noItem = static_cast<UINT>(-1);
+constexpr int kDeepestMenu = 25; ///< levels searched; a menu that contains itself must not hang the search
+constexpr UINT kStateFlags = MFS_GRAYED | MFS_CHECKED;
+constexpr UINT kNoItem = static_cast<UINT>(-1);
 
 MenuPlace FindByCommand(HMENU handle, UINT command, int depth)
 {
     auto* menu = FindObject<Menu>(handle);
-    if (menu == nullptr || depth > deepestMenu)
-    {
+    if (menu == nullptr || depth > kDeepestMenu)
         return {};
-    }
     for (int i = 0; i < menu->Count(); ++i)
     {
         const MenuItem& item = menu->At(i);
         if (item.subMenu == nullptr && item.id == command)
-        {
             return {menu, i};
-        }
         if (const MenuPlace nested = FindByCommand(item.subMenu, command, depth + 1))
-        {
             return nested;
-        }
     }
     return {};
 }
@@ -57,9 +51,7 @@ void ReadItem(const MenuItem& item, MENUITEMINFOW& info)
     const auto read = [&](UINT mask, auto& field, const auto& value)
     {
         if ((info.fMask & mask) != 0)
-        {
             field = value;
-        }
     };
     read(MIIM_FTYPE, info.fType, item.type);
     read(MIIM_STATE, info.fState, item.state);
@@ -68,9 +60,7 @@ void ReadItem(const MenuItem& item, MENUITEMINFOW& info)
     read(MIIM_DATA, info.dwItemData, item.data);
     read(MIIM_BITMAP, info.hbmpItem, item.bitmap);
     if ((info.fMask & MIIM_STRING) != 0)
-    {
         CopyString(item.text, info);
-    }
 }
 
 void WriteItem(Menu& menu, int position, const MENUITEMINFOW& info)
@@ -79,9 +69,7 @@ void WriteItem(Menu& menu, int position, const MENUITEMINFOW& info)
     const auto write = [&](UINT mask, auto& field, const auto& value)
     {
         if ((info.fMask & mask) != 0)
-        {
             field = value;
-        }
     };
     write(MIIM_FTYPE, item.type, info.fType);
     write(MIIM_ID, item.id, info.wID);
@@ -89,16 +77,12 @@ void WriteItem(Menu& menu, int position, const MENUITEMINFOW& info)
     write(MIIM_DATA, item.data, info.dwItemData);
     write(MIIM_BITMAP, item.bitmap, info.hbmpItem);
     if ((info.fMask & MIIM_STRING) != 0)
-    {
         item.text = info.dwTypeData != nullptr ? info.dwTypeData : u"";
-    }
     if ((info.fMask & MIIM_STATE) != 0)
     {
-        item.state = info.fState & stateFlags;
+        item.state = info.fState & kStateFlags;
         if ((info.fState & MFS_DEFAULT) != 0)
-        {
             menu.SetDefault(position);
-        }
     }
 }
 
@@ -113,9 +97,7 @@ bool IsInfo(const MENUITEMINFOW* info)
 Menu::~Menu()
 {
     for (const MenuItem& item : items)
-    {
         DestroyMenu(item.subMenu);
-    }
 }
 
 void Menu::SetDefault(int position)
@@ -130,9 +112,7 @@ void Menu::SetDefault(int position)
 MenuPlace FindMenuItem(HMENU handle, UINT item, bool byPosition)
 {
     if (!byPosition)
-    {
         return FindByCommand(handle, item, 0);
-    }
     auto* menu = FindObject<Menu>(handle);
     const int position = static_cast<int>(item);
     return menu != nullptr && menu->Has(position) ? MenuPlace{menu, position} : MenuPlace{};
@@ -145,18 +125,14 @@ using namespace platform;
 HMENU CreatePopupMenu()
 {
     if (FaultPoint("CreatePopupMenu"))
-    {
         return Fail<HMENU>(ERROR_NOT_ENOUGH_MEMORY, nullptr);
-    }
     return reinterpret_cast<HMENU>(InsertHandle(std::make_unique<Menu>()));
 }
 
 BOOL DestroyMenu(HMENU menu)
 {
     if (FindObject<Menu>(menu) == nullptr)
-    {
         return Fail(ERROR_INVALID_HANDLE, FALSE);
-    }
     // Taken out of the table before its sub-menus go, so that a menu in itself is destroyed once.
     return TakeHandle(reinterpret_cast<std::uintptr_t>(menu)) != nullptr;
 }
@@ -165,16 +141,12 @@ BOOL AppendMenuW(HMENU handle, UINT flags, UINT_PTR idOrSubMenu, LPCWSTR text)
 {
     auto* menu = FindObject<Menu>(handle);
     if (menu == nullptr || FaultPoint("AppendMenuW"))
-    {
         return Fail(menu == nullptr ? ERROR_INVALID_HANDLE : ERROR_NOT_ENOUGH_MEMORY, FALSE);
-    }
     MenuItem item;
     item.type = flags & MF_SEPARATOR;
-    item.state = flags & stateFlags;
+    item.state = flags & kStateFlags;
     if ((flags & MF_POPUP) != 0)
-    {
         item.subMenu = reinterpret_cast<HMENU>(idOrSubMenu);
-    }
     item.id = static_cast<UINT>(idOrSubMenu);
     item.text = text != nullptr && !item.IsSeparator() ? text : u"";
     menu->items.push_back(std::move(item));
@@ -185,13 +157,9 @@ BOOL InsertMenuItemW(HMENU handle, UINT item, BOOL byPosition, const MENUITEMINF
 {
     auto* menu = FindObject<Menu>(handle);
     if (menu == nullptr || !IsInfo(info))
-    {
         return Fail(menu == nullptr ? ERROR_INVALID_HANDLE : ERROR_INVALID_PARAMETER, FALSE);
-    }
     if (FaultPoint("InsertMenuItemW"))
-    {
         return Fail(ERROR_NOT_ENOUGH_MEMORY, FALSE);
-    }
     const MenuPlace before = FindMenuItem(handle, item, byPosition != FALSE);
     Menu& target = before ? *before.menu : *menu;
     const int position = before ? before.position : target.Count();
@@ -204,9 +172,7 @@ BOOL SetMenuItemInfoW(HMENU handle, UINT item, BOOL byPosition, const MENUITEMIN
 {
     const MenuPlace place = FindMenuItem(handle, item, byPosition != FALSE);
     if (!place || !IsInfo(info) || FaultPoint("SetMenuItemInfoW"))
-    {
         return Fail(ERROR_INVALID_PARAMETER, FALSE);
-    }
     WriteItem(*place.menu, place.position, *info);
     return TRUE;
 }
@@ -215,9 +181,7 @@ BOOL GetMenuItemInfoW(HMENU handle, UINT item, BOOL byPosition, MENUITEMINFOW* i
 {
     const MenuPlace place = FindMenuItem(handle, item, byPosition != FALSE);
     if (!place || !IsInfo(info) || FaultPoint("GetMenuItemInfoW"))
-    {
         return Fail(ERROR_INVALID_PARAMETER, FALSE);
-    }
     ReadItem(place.Item(), *info);
     return TRUE;
 }
@@ -226,15 +190,11 @@ BOOL DeleteMenu(HMENU handle, UINT item, UINT flags)
 {
     const MenuPlace place = FindMenuItem(handle, item, (flags & MF_BYPOSITION) != 0);
     if (!place || FaultPoint("DeleteMenu"))
-    {
         return Fail(ERROR_INVALID_PARAMETER, FALSE);
-    }
     const HMENU subMenu = place.Item().subMenu;
     place.menu->items.erase(place.menu->items.begin() + place.position);
     if (subMenu != nullptr)
-    {
         DestroyMenu(subMenu);
-    }
     return TRUE;
 }
 
@@ -247,26 +207,22 @@ int GetMenuItemCount(HMENU handle)
 UINT GetMenuItemID(HMENU handle, int position)
 {
     const MenuPlace place = FindMenuItem(handle, static_cast<UINT>(position), true);
-    return place && place.Item().subMenu == nullptr ? place.Item().id : noItem;
+    return place && place.Item().subMenu == nullptr ? place.Item().id : kNoItem;
 }
 
 BOOL SetMenuDefaultItem(HMENU handle, UINT item, UINT byPosition)
 {
     auto* menu = FindObject<Menu>(handle);
     if (menu == nullptr)
-    {
         return Fail(ERROR_INVALID_HANDLE, FALSE);
-    }
-    if (item == noItem)
+    if (item == kNoItem)
     {
         menu->SetDefault(-1);
         return TRUE;
     }
     const MenuPlace place = FindMenuItem(handle, item, byPosition != 0);
     if (place.menu != menu)
-    {
         return Fail(ERROR_INVALID_PARAMETER, FALSE);
-    }
     menu->SetDefault(place.position);
     return TRUE;
 }
@@ -278,19 +234,15 @@ UINT GetMenuDefaultItem(HMENU handle, UINT byPosition, UINT flags)
     {
         const MenuItem& item = menu->At(i);
         if ((item.state & MFS_DEFAULT) == 0)
-        {
             continue;
-        }
         if (item.subMenu != nullptr && (flags & GMDI_GOINTOPOPUPS) != 0)
         {
             const UINT nested = GetMenuDefaultItem(item.subMenu, byPosition, flags);
-            if (nested != noItem)
-            {
+            if (nested != kNoItem)
                 return nested;
-            }
         }
         const bool counts = item.IsEnabled() || (flags & GMDI_USEDISABLED) != 0;
-        return !counts ? noItem : byPosition != 0 ? static_cast<UINT>(i) : item.id;
+        return !counts ? kNoItem : byPosition != 0 ? static_cast<UINT>(i) : item.id;
     }
-    return noItem;
+    return kNoItem;
 }

@@ -29,9 +29,9 @@ struct MenuItem
 class Menu final : public HandleObject
 {
 public:
-    static constexpr HandleKind handleKind = HandleKind::Menu;
+    static constexpr HandleKind kHandleKind = HandleKind::Menu;
 
-    Menu() : HandleObject(handleKind) {}
+    Menu() : HandleObject(kHandleKind) {}
     /// Destroys the sub-menus of its items.
     ~Menu() override;
 

@@ -19,11 +19,11 @@ namespace platform
 namespace
 {
 
-constexpr LPCWSTR className = TEXT("OrbMessageBox");
-constexpr DWORD boxStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU;
-constexpr DWORD boxExStyle = WS_EX_DLGMODALFRAME | WS_EX_TOPMOST;
-constexpr UINT setButtonStyle = 0x00F4; ///< BM_SETSTYLE; 1 is a default push button, 0 another one
-constexpr UINT clickButton = 0x00F5;    ///< BM_CLICK
+constexpr LPCWSTR kClassName = TEXT("OrbMessageBox");
+constexpr DWORD kBoxStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU;
+constexpr DWORD kBoxExStyle = WS_EX_DLGMODALFRAME | WS_EX_TOPMOST;
+constexpr UINT kSetButtonStyle = 0x00F4; ///< BM_SETSTYLE; 1 is a default push button, 0 another one
+constexpr UINT kClickButton = 0x00F5;    ///< BM_CLICK
 
 class MessageBox
 {
@@ -70,15 +70,13 @@ void RegisterBoxClass()
 {
     static bool registered = false;
     if (registered)
-    {
         return;
-    }
     WNDCLASSEXW windowClass = {};
     windowClass.cbSize = sizeof(windowClass);
     windowClass.lpfnWndProc = MessageBox::Procedure;
     windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     windowClass.hbrBackground = reinterpret_cast<HBRUSH>(static_cast<INT_PTR>(COLOR_BTNFACE + 1));
-    windowClass.lpszClassName = className;
+    windowClass.lpszClassName = kClassName;
     registered = RegisterClassExW(&windowClass) != 0;
 }
 
@@ -112,23 +110,17 @@ MessageBox::MessageBox(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type)
 MessageBox::~MessageBox()
 {
     if (m_window != nullptr)
-    {
         DestroyWindow(m_window);
-    }
     DeleteObject(m_font);
 }
 
 int MessageBox::Run()
 {
     if (!Create())
-    {
         return 0;
-    }
     const bool ownerWasEnabled = m_owner != nullptr && IsWindowEnabled(m_owner);
     if (ownerWasEnabled)
-    {
         EnableWindow(m_owner, FALSE);
-    }
     ShowWindow(m_window, SW_SHOW);
     SetForegroundWindow(m_window);
     FocusButton(static_cast<int>(m_first));
@@ -170,17 +162,16 @@ bool MessageBox::Create()
     RegisterBoxClass();
     m_layout = Measure();
     RECT frame = {0, 0, m_layout.client.cx, m_layout.client.cy};
-    AdjustWindowRectEx(&frame, boxStyle, FALSE, boxExStyle);
+    AdjustWindowRectEx(&frame, kBoxStyle, FALSE, kBoxExStyle);
     const LONG width = frame.right - frame.left;
     const LONG height = frame.bottom - frame.top;
     const RECT work = WorkAreaOf(m_owner);
-    m_window = CreateWindowExW(
-        boxExStyle, className, m_caption.c_str(), boxStyle, std::max(work.left, (work.left + work.right - width) / 2),
-        std::max(work.top, (work.top + work.bottom - height) / 2), width, height, m_owner, nullptr, nullptr, this);
+    m_window = CreateWindowExW(kBoxExStyle, kClassName, m_caption.c_str(), kBoxStyle,
+                               std::max(work.left, (work.left + work.right - width) / 2),
+                               std::max(work.top, (work.top + work.bottom - height) / 2), width, height, m_owner,
+                               nullptr, nullptr, this);
     if (m_window == nullptr)
-    {
         return false;
-    }
     return CreateButtons();
 }
 
@@ -194,9 +185,7 @@ bool MessageBox::CreateButtons()
                                       rect.top, rect.right - rect.left, rect.bottom - rect.top, m_window,
                                       reinterpret_cast<HMENU>(static_cast<INT_PTR>(button.id)), nullptr, nullptr);
         if (window == nullptr)
-        {
             return false;
-        }
         SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(m_font), FALSE);
         m_buttons.push_back(window);
     }
@@ -230,15 +219,13 @@ void MessageBox::Loop()
 bool MessageBox::HandleKey(const MSG& message)
 {
     if (message.message != WM_KEYDOWN && message.message != WM_SYSKEYDOWN)
-    {
         return false;
-    }
     const int count = static_cast<int>(m_buttons.size());
     const int focused = FocusedButton();
     switch (message.wParam)
     {
     case VK_RETURN:
-        SendMessageW(m_buttons[static_cast<std::size_t>(focused)], clickButton, 0, 0);
+        SendMessageW(m_buttons[static_cast<std::size_t>(focused)], kClickButton, 0, 0);
         return true;
     case VK_ESCAPE:
         Cancel();
@@ -268,13 +255,9 @@ int MessageBox::FocusedButton() const
 void MessageBox::FocusButton(int index)
 {
     for (int i = 0; i < static_cast<int>(m_buttons.size()); ++i)
-    {
-        SendMessageW(m_buttons[static_cast<std::size_t>(i)], setButtonStyle, i == index ? 1 : 0, TRUE);
-    }
+        SendMessageW(m_buttons[static_cast<std::size_t>(i)], kSetButtonStyle, i == index ? 1 : 0, TRUE);
     if (index < static_cast<int>(m_buttons.size()))
-    {
         SetFocus(m_buttons[static_cast<std::size_t>(index)]);
-    }
 }
 
 bool MessageBox::PressMnemonic(WCHAR letter)
@@ -287,7 +270,7 @@ bool MessageBox::PressMnemonic(WCHAR letter)
             reinterpret_cast<ULONG_PTR>(mark < label.size() ? CharUpperW(MAKEINTRESOURCEW(label[mark + 1])) : nullptr));
         if (key != 0 && key == letter)
         {
-            SendMessageW(m_buttons[i], clickButton, 0, 0);
+            SendMessageW(m_buttons[i], kClickButton, 0, 0);
             return true;
         }
     }
@@ -298,9 +281,7 @@ void MessageBox::Cancel()
 {
     // A question that has no such answer has to be answered.
     if (m_kind.cancel != 0)
-    {
         m_result = m_kind.cancel;
-    }
 }
 
 LRESULT MessageBox::Handle(UINT message, WPARAM wParam, LPARAM lParam)
@@ -355,9 +336,7 @@ LRESULT CALLBACK MessageBox::Procedure(HWND window, UINT message, WPARAM wParam,
     }
     auto* box = reinterpret_cast<MessageBox*>(GetWindowLongPtrW(window, GWLP_USERDATA));
     if (box == nullptr)
-    {
         return DefWindowProcW(window, message, wParam, lParam);
-    }
     const LRESULT result = box->Handle(message, wParam, lParam);
     if (message == WM_NCDESTROY)
     {
@@ -374,12 +353,8 @@ LRESULT CALLBACK MessageBox::Procedure(HWND window, UINT message, WPARAM wParam,
 int MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type)
 {
     if (platform::FaultPoint("MessageBoxW"))
-    {
         return platform::Fail(ERROR_NOT_ENOUGH_MEMORY, 0);
-    }
     if (owner != nullptr && !IsWindow(owner))
-    {
         return platform::Fail(ERROR_INVALID_WINDOW_HANDLE, 0);
-    }
     return platform::MessageBox(owner, text, caption, type).Run();
 }

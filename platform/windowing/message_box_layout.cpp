@@ -9,30 +9,30 @@ namespace platform
 namespace
 {
 
-constexpr int idAbort = 3;
-constexpr int idRetry = 4;
-constexpr int idIgnore = 5;
+constexpr int kIdAbort = 3;
+constexpr int kIdRetry = 4;
+constexpr int kIdIgnore = 5;
 
-constexpr MessageBoxButton okButtons[] = {{IDOK, TEXT("OK")}};
-constexpr MessageBoxButton okCancelButtons[] = {{IDOK, TEXT("OK")}, {IDCANCEL, TEXT("Cancel")}};
-constexpr MessageBoxButton abortRetryIgnoreButtons[] = {
-    {idAbort, TEXT("&Abort")}, {idRetry, TEXT("&Retry")}, {idIgnore, TEXT("&Ignore")}};
-constexpr MessageBoxButton yesNoCancelButtons[] = {
+constexpr MessageBoxButton kOkButtons[] = {{IDOK, TEXT("OK")}};
+constexpr MessageBoxButton kOkCancelButtons[] = {{IDOK, TEXT("OK")}, {IDCANCEL, TEXT("Cancel")}};
+constexpr MessageBoxButton kAbortRetryIgnoreButtons[] = {
+    {kIdAbort, TEXT("&Abort")}, {kIdRetry, TEXT("&Retry")}, {kIdIgnore, TEXT("&Ignore")}};
+constexpr MessageBoxButton kYesNoCancelButtons[] = {
     {IDYES, TEXT("&Yes")}, {IDNO, TEXT("&No")}, {IDCANCEL, TEXT("Cancel")}};
-constexpr MessageBoxButton yesNoButtons[] = {{IDYES, TEXT("&Yes")}, {IDNO, TEXT("&No")}};
-constexpr MessageBoxButton retryCancelButtons[] = {{idRetry, TEXT("&Retry")}, {IDCANCEL, TEXT("Cancel")}};
+constexpr MessageBoxButton kYesNoButtons[] = {{IDYES, TEXT("&Yes")}, {IDNO, TEXT("&No")}};
+constexpr MessageBoxButton kRetryCancelButtons[] = {{kIdRetry, TEXT("&Retry")}, {IDCANCEL, TEXT("Cancel")}};
 
 /// In the order of the type's low four bits: MB_OK, MB_OKCANCEL, MB_ABORTRETRYIGNORE, …
-constexpr MessageBoxKind kinds[] = {
-    {okButtons, IDOK}, {okCancelButtons, IDCANCEL},   {abortRetryIgnoreButtons, 0}, {yesNoCancelButtons, IDCANCEL},
-    {yesNoButtons, 0}, {retryCancelButtons, IDCANCEL}};
+constexpr MessageBoxKind kKinds[] = {
+    {kOkButtons, IDOK}, {kOkCancelButtons, IDCANCEL},   {kAbortRetryIgnoreButtons, 0}, {kYesNoCancelButtons, IDCANCEL},
+    {kYesNoButtons, 0}, {kRetryCancelButtons, IDCANCEL}};
 
 } // namespace
 
 const MessageBoxKind& KindOfMessageBox(UINT type)
 {
     const UINT kind = type & 0xf;
-    return kinds[kind < std::size(kinds) ? kind : 0];
+    return kKinds[kind < std::size(kKinds) ? kind : 0];
 }
 
 RECT MessageBoxLayout::ButtonRect(std::size_t index) const

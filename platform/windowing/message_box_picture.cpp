@@ -13,9 +13,9 @@ namespace platform
 namespace
 {
 
-constexpr COLORREF errorColor = RGB(200, 40, 40);
-constexpr COLORREF noteColor = RGB(40, 100, 190);
-constexpr COLORREF warningColor = RGB(245, 190, 40);
+constexpr COLORREF kErrorColor = RGB(200, 40, 40);
+constexpr COLORREF kNoteColor = RGB(40, 100, 190);
+constexpr COLORREF kWarningColor = RGB(245, 190, 40);
 
 /// How far inside its outline a shape has a point, in pixels; negative outside.
 using Depth = std::function<double(double x, double y)>;
@@ -106,20 +106,20 @@ void DrawMessageBoxPicture(HDC dc, const RECT& rect, MessageBoxPicture picture)
     case MessageBoxPicture::None:
         return;
     case MessageBoxPicture::Error:
-        DrawShape(dc, rect, errorColor, Disc(size));
+        DrawShape(dc, rect, kErrorColor, Disc(size));
         DrawShape(dc, rect, RGB(255, 255, 255), Cross(size));
         return;
     case MessageBoxPicture::Warning:
-        DrawShape(dc, rect, warningColor, Triangle(size));
+        DrawShape(dc, rect, kWarningColor, Triangle(size));
         DrawMark(dc, {rect.left, rect.top + (rect.bottom - rect.top) / 4, rect.right, rect.bottom}, TEXT("!"),
                  RGB(0, 0, 0));
         return;
     case MessageBoxPicture::Question:
-        DrawShape(dc, rect, noteColor, Disc(size));
+        DrawShape(dc, rect, kNoteColor, Disc(size));
         DrawMark(dc, rect, TEXT("?"), RGB(255, 255, 255));
         return;
     case MessageBoxPicture::Information:
-        DrawShape(dc, rect, noteColor, Disc(size));
+        DrawShape(dc, rect, kNoteColor, Disc(size));
         DrawMark(dc, rect, TEXT("i"), RGB(255, 255, 255));
         return;
     }

@@ -51,15 +51,11 @@ bool Post(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
     {
         const std::lock_guard lock(queue.mutex);
         if (queue.posted.size() >= kMaxPosted)
-        {
             return Fail(ERROR_NOT_ENOUGH_QUOTA, false);
-        }
         queue.posted.push_back({window, message, wParam, lParam, static_cast<DWORD>(NowMs()), {}});
     }
     if (!OnUserInterfaceThread())
-    {
         WakeQueue();
-    }
     return true;
 }
 
@@ -75,15 +71,11 @@ bool TakePosted(MSG& message, const MessageFilter& filter, bool remove)
         found = std::find_if(queue.posted.erase(found), queue.posted.end(), accepted);
     }
     if (found == queue.posted.end())
-    {
         return false;
-    }
     message = *found;
     message.pt = MessagePoint();
     if (remove)
-    {
         queue.posted.erase(found);
-    }
     return true;
 }
 
@@ -91,9 +83,7 @@ bool TakeQuit(MSG& message, bool remove)
 {
     Queue& queue = TheQueue();
     if (!queue.quit)
-    {
         return false;
-    }
     message = {nullptr, WM_QUIT, static_cast<WPARAM>(queue.exitCode), 0, static_cast<DWORD>(NowMs()), MessagePoint()};
     queue.quit = !remove;
     return true;
@@ -102,9 +92,7 @@ bool TakeQuit(MSG& message, bool remove)
 bool TakePaint(MSG& message, const MessageFilter& filter)
 {
     if (!filter.AcceptsMessage(WM_PAINT))
-    {
         return false;
-    }
     Window* window = NextWindowToPaint();
     while (window != nullptr && window->update.Empty())
     {
@@ -112,9 +100,7 @@ bool TakePaint(MSG& message, const MessageFilter& filter)
         window = NextWindowToPaint();
     }
     if (window == nullptr || !filter.AcceptsWindow(window->handle))
-    {
         return false;
-    }
     message = {window->handle, WM_PAINT, 0, 0, static_cast<DWORD>(NowMs()), MessagePoint()};
     return true;
 }
@@ -122,14 +108,10 @@ bool TakePaint(MSG& message, const MessageFilter& filter)
 bool FindMessage(MSG& message, const MessageFilter& filter, bool remove)
 {
     if (TakePosted(message, filter, remove) || TakeQuit(message, remove) || TakeInput(message, filter, remove))
-    {
         return true;
-    }
     CheckHover();
     if (TakePosted(message, filter, remove) || TakePaint(message, filter))
-    {
         return true;
-    }
     // Nothing is left to paint: one picture of all that has changed goes out.
     PresentAll();
     return TakeTimer(message, filter, remove);
@@ -140,9 +122,7 @@ bool Retrieve(MSG& message, const MessageFilter& filter, bool remove)
     Queue& queue = TheQueue();
     queue.thread = GetCurrentThreadId();
     if (!FindMessage(message, filter, remove))
-    {
         return false;
-    }
     if (remove)
     {
         queue.anyMessage = true;
@@ -156,16 +136,12 @@ bool Retrieve(MSG& message, const MessageFilter& filter, bool remove)
 /// compositor are busy putting it on the screen, and with few processors they would have to wait for this work.
 std::optional<std::uint64_t> DeferredDue()
 {
-    constexpr std::uint64_t patience = 20; // milliseconds: longer than a frame at 60 Hz
+    constexpr std::uint64_t kPatience = 20; // milliseconds: longer than a frame at 60 Hz
     std::optional<std::uint64_t>& due = TheQueue().deferredDue;
     if (!HasDeferredWork())
-    {
         due.reset();
-    }
     else if (!due)
-    {
-        due = NowMs() + patience;
-    }
+        due = NowMs() + kPatience;
     return due;
 }
 
@@ -179,9 +155,7 @@ std::optional<std::uint64_t> Earlier(std::optional<std::uint64_t> a, std::option
 bool MessageFilter::AcceptsWindow(HWND candidate) const
 {
     if (window == nullptr)
-    {
         return true;
-    }
     return window == kThreadMessages ? candidate == nullptr : window == candidate || IsChild(window, candidate);
 }
 
@@ -206,9 +180,7 @@ POINT MessagePoint()
 {
     Queue& queue = TheQueue();
     if (!queue.point)
-    {
         queue.point = screen::PointerPosition().value_or(POINT{});
-    }
     return *queue.point;
 }
 
@@ -231,13 +203,9 @@ using namespace platform;
 BOOL GetMessageW(LPMSG message, HWND window, UINT first, UINT last)
 {
     if (message == nullptr || (window != nullptr && window != kThreadMessages && RequireWindow(window) == nullptr))
-    {
         return -1;
-    }
     while (!Retrieve(*message, {window, first, last}, true))
-    {
         WaitForMessage();
-    }
     return message->message != WM_QUIT;
 }
 
@@ -260,9 +228,7 @@ LRESULT CallWindowProcW(WNDPROC procedure, HWND window, UINT message, WPARAM wPa
 LRESULT DispatchMessageW(const MSG* message)
 {
     if (message == nullptr)
-    {
         return 0;
-    }
     if (message->message == WM_TIMER && message->lParam != 0)
     {
         const auto procedure = reinterpret_cast<TIMERPROC>(message->lParam);
@@ -276,23 +242,17 @@ LRESULT DispatchMessageW(const MSG* message)
 BOOL PostMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (FaultPoint("PostMessageW"))
-    {
         return Fail(ERROR_NOT_ENOUGH_QUOTA, FALSE);
-    }
     // The handle table belongs to the user-interface thread; for others the check is made when the message is taken.
     if (window != nullptr && OnUserInterfaceThread() && RequireWindow(window) == nullptr)
-    {
         return FALSE;
-    }
     return Post(window, message, wParam, lParam);
 }
 
 BOOL PostThreadMessageW(DWORD thread, UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (thread != TheQueue().thread)
-    {
         return Fail(ERROR_INVALID_THREAD_ID, FALSE);
-    }
     return Post(nullptr, message, wParam, lParam);
 }
 

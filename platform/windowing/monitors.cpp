@@ -80,9 +80,7 @@ HMONITOR MonitorFromWindow(HWND window, DWORD flags)
 {
     RECT rect{};
     if (GetWindowRect(window, &rect))
-    {
         return MonitorFromRect(&rect, flags);
-    }
     return flags == MONITOR_DEFAULTTONULL ? nullptr : HandleOfMonitor(0);
 }
 
@@ -90,9 +88,7 @@ BOOL GetMonitorInfoW(HMONITOR monitor, MONITORINFO* info)
 {
     const screen::Monitor* found = FaultPoint("GetMonitorInfoW") ? nullptr : FindMonitor(monitor);
     if (found == nullptr || info == nullptr || info->cbSize < sizeof(MONITORINFO))
-    {
         return FALSE;
-    }
     info->rcMonitor = found->bounds;
     info->rcWork = found->workArea;
     info->dwFlags = found == screen::Monitors().data() ? MONITORINFOF_PRIMARY : 0;
@@ -102,14 +98,10 @@ BOOL GetMonitorInfoW(HMONITOR monitor, MONITORINFO* info)
 HRESULT GetDpiForMonitor(HMONITOR monitor, MONITOR_DPI_TYPE, UINT* dpiX, UINT* dpiY)
 {
     if (FaultPoint("GetDpiForMonitor"))
-    {
         return E_FAIL;
-    }
     const screen::Monitor* found = FindMonitor(monitor);
     if (found == nullptr || dpiX == nullptr || dpiY == nullptr)
-    {
         return E_INVALIDARG;
-    }
     *dpiX = *dpiY = found->dpi;
     return S_OK;
 }

@@ -38,9 +38,7 @@ void Leave()
 {
     Tracking& state = State();
     if ((state.flags & TME_LEAVE) != 0)
-    {
         PostMessageW(state.window, WM_MOUSELEAVE, 0, 0);
-    }
     state = {};
 }
 
@@ -50,9 +48,7 @@ void TrackPointer(HWND under, POINT position)
 {
     Tracking& state = State();
     if (state.window == nullptr)
-    {
         return;
-    }
     if (under != state.window)
     {
         Leave();
@@ -77,9 +73,7 @@ void CheckHover()
 {
     const auto due = NextHover();
     if (!due || *due > NowMs())
-    {
         return;
-    }
     Tracking& state = State();
     POINT client = state.resting;
     ScreenToClient(state.window, &client);
@@ -90,9 +84,7 @@ void CheckHover()
 void ForgetTrackingOf(HWND window)
 {
     if (State().window == window)
-    {
         State() = {};
-    }
 }
 
 } // namespace platform
@@ -102,28 +94,20 @@ using namespace platform;
 BOOL TrackMouseEvent(TRACKMOUSEEVENT* event)
 {
     if (event == nullptr || event->cbSize != sizeof(TRACKMOUSEEVENT) || RequireWindow(event->hwndTrack) == nullptr)
-    {
         return FALSE;
-    }
     Tracking& state = State();
     if ((event->dwFlags & TME_CANCEL) != 0)
     {
         if (state.window == event->hwndTrack)
-        {
             state.flags &= ~event->dwFlags;
-        }
         return TRUE;
     }
     UINT hoverTime = event->dwHoverTime;
     if (hoverTime == 0 || hoverTime == 0xFFFFFFFF)
-    {
         SystemParametersInfoW(SPI_GETMOUSEHOVERTIME, 0, &hoverTime, 0);
-    }
     const DWORD kept = state.window == event->hwndTrack ? state.flags : 0;
     state = {event->hwndTrack, kept | event->dwFlags, hoverTime, NowMs(), MessagePoint()};
     if (WindowUnderPointer(MessagePoint()) != event->hwndTrack)
-    {
         Leave();
-    }
     return TRUE;
 }

@@ -42,9 +42,7 @@ void InvalidateTree(Window& window, Region area, bool erase, Children children);
 void InvalidateChildren(Window& window, const Region& area, bool erase, Children children)
 {
     if (children == Children::Never || (children == Children::IfNotClipped && (window.style & WS_CLIPCHILDREN) != 0))
-    {
         return;
-    }
     for (Window* child : window.children)
     {
         Region part = area;
@@ -61,15 +59,11 @@ void InvalidateChildren(Window& window, const Region& area, bool erase, Children
 void InvalidateTree(Window& window, Region area, bool erase, Children children)
 {
     if ((window.style & WS_VISIBLE) == 0 || !window.redraw)
-    {
         return;
-    }
     area.Intersect(Region(ClientArea(window)));
     g_mayPaint = true;
     if (area.Empty())
-    {
         return;
-    }
     window.erasePending |= erase;
     window.update.Add(area);
     InvalidateChildren(window, area, erase, children);
@@ -85,17 +79,11 @@ Window* FirstToPaint(const std::vector<Window*>& windows)
     for (Window* window : windows)
     {
         if ((window->style & WS_VISIBLE) == 0)
-        {
             continue;
-        }
         if (NeedsPaint(*window))
-        {
             return window;
-        }
         if (Window* child = FirstToPaint(window->children))
-        {
             return child;
-        }
     }
     return nullptr;
 }
@@ -104,17 +92,11 @@ void PaintNow(HWND handle)
 {
     const Window* window = FindObject<Window>(handle);
     if (window == nullptr || !IsShown(*window))
-    {
         return;
-    }
     if (!window->update.Empty())
-    {
         SendMessageW(handle, WM_PAINT, 0, 0);
-    }
     else if (window->framePending)
-    {
         PaintFrame(*FindObject<Window>(handle));
-    }
 }
 
 void PaintTree(HWND handle)
@@ -123,16 +105,10 @@ void PaintTree(HWND handle)
     const Window* window = FindObject<Window>(handle);
     std::vector<HWND> children;
     for (const Window* child : window != nullptr ? window->children : std::vector<Window*>())
-    {
         children.push_back(child->handle);
-    }
     for (const HWND child : children)
-    {
         if (IsWindow(child))
-        {
             PaintTree(child);
-        }
-    }
 }
 
 /// A parent that does not clip its children would erase what a child has painted before it.
@@ -140,25 +116,17 @@ void PaintParentsFirst(const Window& window)
 {
     std::vector<HWND> parents;
     for (const Window* w = window.parent; w != nullptr; w = w->parent)
-    {
         if ((w->style & WS_CLIPCHILDREN) == 0 && NeedsPaint(*w))
-        {
             parents.insert(parents.begin(), w->handle);
-        }
-    }
     for (const HWND parent : parents)
-    {
         PaintNow(parent);
-    }
 }
 
 void UpdateNow(HWND handle)
 {
     const Window* window = FindObject<Window>(handle);
     if (window == nullptr || !IsShown(*window))
-    {
         return;
-    }
     PaintParentsFirst(*window);
     PaintTree(handle);
     if (Window* painted = FindObject<Window>(handle))
@@ -176,9 +144,7 @@ bool IsNative(const Window& root)
 void InvalidateAllTopLevels()
 {
     for (Window* window : TopLevels())
-    {
         InvalidateWhole(*window);
-    }
 }
 
 /// Erases the background but where children that are about to be painted will have it done.
@@ -191,9 +157,7 @@ bool Erase(const Window& window, HDC dc)
                                  (child->windowClass->style & kErasedByParent) != 0 &&
                                  (window.style & WS_CLIPCHILDREN) == 0;
         if (erasesLater)
-        {
             ExcludeClipRect(dc, child->client.left, child->client.top, child->client.right, child->client.bottom);
-        }
     }
     const LRESULT erased = SendMessageW(window.handle, WM_ERASEBKGND, reinterpret_cast<WPARAM>(dc), 0);
     RestoreDC(dc, saved);
@@ -239,16 +203,12 @@ void PaintFrame(Window& window)
 void PresentWindow(Window& root)
 {
     if (root.damage.Empty() || !IsNative(root))
-    {
         return;
-    }
     const Surface& surface = screen::WindowSurface(root.native);
     root.damage.Intersect(Region(RECT{0, 0, surface.width, surface.height}));
     std::vector<RECT> rects;
     for (const auto& box : root.damage.Boxes())
-    {
         rects.push_back({box.x1, box.y1, box.x2, box.y2});
-    }
     screen::Present(root.native, rects);
     root.damage.Clear();
 }
@@ -256,9 +216,7 @@ void PresentWindow(Window& root)
 void PresentAll()
 {
     for (Window* root : TopLevels())
-    {
         PresentWindow(*root);
-    }
     screen::Commit();
 }
 
@@ -269,23 +227,17 @@ using namespace platform;
 HDC BeginPaint(HWND handle, PAINTSTRUCT* paint)
 {
     if (FaultPoint("BeginPaint"))
-    {
         return Fail<HDC>(ERROR_NOT_ENOUGH_MEMORY, nullptr);
-    }
     Window* window = paint != nullptr ? RequireWindow(handle) : nullptr;
     if (window == nullptr)
-    {
         return nullptr;
-    }
     *paint = {};
     if (window->framePending)
     {
         PaintFrame(*window);
         window = RequireWindow(handle);
         if (window == nullptr)
-        {
             return nullptr;
-        }
     }
     Region region = std::exchange(window->update, Region());
     const bool erase = std::exchange(window->erasePending, false);
@@ -299,18 +251,14 @@ HDC BeginPaint(HWND handle, PAINTSTRUCT* paint)
     paint->rcPaint = Moved(bounds, root.left - origin.x, root.top - origin.y);
     paint->hdc = OpenContext(*window, true, region, region);
     if (paint->hdc != nullptr && erase)
-    {
         paint->fErase = !Erase(*window, paint->hdc);
-    }
     return paint->hdc;
 }
 
 BOOL EndPaint(HWND, const PAINTSTRUCT* paint)
 {
     if (paint != nullptr)
-    {
         CloseContext(paint->hdc);
-    }
     return TRUE;
 }
 
@@ -323,9 +271,7 @@ BOOL InvalidateRect(HWND handle, const RECT* rect, BOOL erase)
     }
     Window* window = RequireWindow(handle);
     if (window == nullptr)
-    {
         return FALSE;
-    }
     if (IsShown(*window))
     {
         Region area(rect != nullptr ? *rect : ClientArea(*window));
@@ -339,9 +285,7 @@ BOOL ValidateRect(HWND handle, const RECT* rect)
 {
     Window* window = RequireWindow(handle);
     if (window == nullptr)
-    {
         return FALSE;
-    }
     window->update.Remove(Region(rect != nullptr ? *rect : ClientArea(*window)));
     window->erasePending &= !window->update.Empty();
     return TRUE;
@@ -351,13 +295,9 @@ BOOL GetUpdateRect(HWND handle, LPRECT rect, BOOL erase)
 {
     Window* window = RequireWindow(handle);
     if (window == nullptr)
-    {
         return FALSE;
-    }
     if (rect != nullptr)
-    {
         *rect = window->update.Bounds();
-    }
     const bool pending = !window->update.Empty();
     if (erase && pending && window->erasePending)
     {
@@ -373,9 +313,7 @@ BOOL GetUpdateRect(HWND handle, LPRECT rect, BOOL erase)
 BOOL UpdateWindow(HWND handle)
 {
     if (RequireWindow(handle) == nullptr)
-    {
         return FALSE;
-    }
     UpdateNow(handle);
     return TRUE;
 }
@@ -384,24 +322,18 @@ BOOL RedrawWindow(HWND handle, const RECT* rect, HRGN region, UINT flags)
 {
     Window* window = RequireWindow(handle);
     if (window == nullptr)
-    {
         return FALSE;
-    }
     if ((flags & RDW_INVALIDATE) != 0 && IsShown(*window))
     {
         RECT box = rect != nullptr ? *rect : ClientArea(*window);
         if (region != nullptr)
-        {
             GetRgnBox(region, &box);
-        }
         Region area(box);
         ClipToParents(*window, area);
         const Children children = (flags & RDW_ALLCHILDREN) != 0 ? Children::Always : Children::IfNotClipped;
         InvalidateTree(*window, std::move(area), (flags & RDW_ERASE) != 0, children);
     }
     if ((flags & RDW_UPDATENOW) != 0)
-    {
         UpdateNow(handle);
-    }
     return TRUE;
 }

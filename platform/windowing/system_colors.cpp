@@ -57,16 +57,12 @@ HBRUSH GetSysColorBrush(int index)
 {
     static HBRUSH brushes[kCount] = {};
     if (!IsColor(index))
-    {
         return nullptr;
-    }
     if (brushes[index] == nullptr)
     {
         brushes[index] = CreateSolidBrush(kColors[index]);
         if (auto* object = platform::FindHandle(reinterpret_cast<std::uintptr_t>(brushes[index])))
-        {
             object->permanent = true;
-        }
     }
     return brushes[index];
 }

@@ -23,9 +23,7 @@ RECT VirtualScreen()
 {
     RECT all{};
     for (const screen::Monitor& monitor : screen::Monitors())
-    {
         UnionRect(&all, &all, &monitor.bounds);
-    }
     return all;
 }
 
@@ -57,9 +55,7 @@ NamedFont ParseFontName(std::string_view name)
         }
     }
     while (font.face.ends_with(',') || font.face.ends_with(' '))
-    {
         font.face.remove_suffix(1);
-    }
     return font;
 }
 
@@ -79,9 +75,7 @@ template <typename T>
 BOOL Store(LPVOID data, const T& value)
 {
     if (data == nullptr)
-    {
         return Fail(ERROR_INVALID_PARAMETER, FALSE);
-    }
     *static_cast<T*>(data) = value;
     return TRUE;
 }
@@ -170,9 +164,7 @@ UINT GetDoubleClickTime()
 BOOL SystemParametersInfoW(UINT action, UINT, LPVOID data, UINT)
 {
     if (FaultPoint("SystemParametersInfoW"))
-    {
         return Fail(ERROR_NOT_ENOUGH_MEMORY, FALSE);
-    }
     switch (action)
     {
     case SPI_GETWORKAREA:
@@ -189,9 +181,7 @@ BOOL SystemParametersInfoW(UINT action, UINT, LPVOID data, UINT)
         return Store(data, InterfaceFont());
     case SPI_GETNONCLIENTMETRICS:
         if (data == nullptr || static_cast<NONCLIENTMETRICSW*>(data)->cbSize != sizeof(NONCLIENTMETRICSW))
-        {
             return Fail(ERROR_INVALID_PARAMETER, FALSE);
-        }
         FillNonClientMetrics(*static_cast<NONCLIENTMETRICSW*>(data));
         return TRUE;
     default:

@@ -40,9 +40,7 @@ UINT_PTR UnusedId()
 {
     UINT_PTR id = 0x7FFF;
     while (FindTimer(nullptr, id) != Timers().end())
-    {
         --id;
-    }
     return id;
 }
 
@@ -56,22 +54,14 @@ bool DueBefore(const Timer& a, const Timer& b)
 bool TakeTimer(MSG& message, const MessageFilter& filter, bool remove)
 {
     if (!filter.AcceptsMessage(WM_TIMER) || Timers().empty())
-    {
         return false;
-    }
     const std::uint64_t now = NowMs();
     Timer* next = nullptr;
     for (Timer& timer : Timers())
-    {
         if (timer.due <= now && filter.AcceptsWindow(timer.window) && (next == nullptr || DueBefore(timer, *next)))
-        {
             next = &timer;
-        }
-    }
     if (next == nullptr)
-    {
         return false;
-    }
     message = {next->window,  WM_TIMER, next->id, reinterpret_cast<LPARAM>(next->procedure), static_cast<DWORD>(now),
                MessagePoint()};
     if (remove)
@@ -91,7 +81,8 @@ std::optional<std::uint64_t> NextTimer()
 
 void ForgetTimersOf(HWND window)
 {
-    std::erase_if(Timers(), [&](const Timer& timer) { return timer.window == window; });
+    std::erase_if(
+        Timers(), [&](const Timer& timer) { return timer.window == window; });
 }
 
 } // namespace platform
@@ -101,13 +92,9 @@ using namespace platform;
 UINT_PTR SetTimer(HWND window, UINT_PTR id, UINT elapse, TIMERPROC procedure)
 {
     if (FaultPoint("SetTimer"))
-    {
         return Fail<UINT_PTR>(ERROR_NOT_ENOUGH_MEMORY, 0);
-    }
     if (window != nullptr && RequireWindow(window) == nullptr)
-    {
         return 0;
-    }
     const UINT period = std::clamp(elapse, kShortest, kLongest);
     auto found = FindTimer(window, id);
     if (found == Timers().end())
@@ -126,9 +113,7 @@ BOOL KillTimer(HWND window, UINT_PTR id)
 {
     const auto found = FindTimer(window, id);
     if (found == Timers().end())
-    {
         return Fail(ERROR_INVALID_PARAMETER, FALSE);
-    }
     Timers().erase(found);
     return TRUE;
 }

@@ -20,7 +20,7 @@ namespace platform
 
 struct Window final : HandleObject
 {
-    static constexpr HandleKind handleKind = HandleKind::Window;
+    static constexpr HandleKind kHandleKind = HandleKind::Window;
 
     Window() : HandleObject(HandleKind::Window) {}
 

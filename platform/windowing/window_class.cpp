@@ -32,12 +32,8 @@ WindowClass* FindRegistered(LPCWSTR nameOrAtom)
 {
     const auto atom = static_cast<ATOM>(reinterpret_cast<ULONG_PTR>(nameOrAtom));
     for (const auto& candidate : Classes())
-    {
         if (IS_INTRESOURCE(nameOrAtom) ? candidate->atom == atom : SameName(candidate->name, nameOrAtom))
-        {
             return candidate.get();
-        }
-    }
     return nullptr;
 }
 
@@ -46,9 +42,7 @@ WindowClass* FindRegistered(LPCWSTR nameOrAtom)
 WindowClass* FindWindowClass(LPCWSTR nameOrAtom)
 {
     if (nameOrAtom == nullptr)
-    {
         return nullptr;
-    }
     WindowClass* found = FindRegistered(nameOrAtom);
     if (found == nullptr && !IS_INTRESOURCE(nameOrAtom))
     {
@@ -65,19 +59,13 @@ using namespace platform;
 ATOM RegisterClassExW(const WNDCLASSEXW* windowClass)
 {
     if (FaultPoint("RegisterClassExW"))
-    {
         return Fail<ATOM>(ERROR_NOT_ENOUGH_MEMORY, 0);
-    }
     if (windowClass == nullptr || windowClass->cbSize != sizeof(WNDCLASSEXW) || windowClass->lpszClassName == nullptr ||
         IS_INTRESOURCE(windowClass->lpszClassName) || windowClass->lpfnWndProc == nullptr ||
         windowClass->cbWndExtra < 0)
-    {
         return Fail<ATOM>(ERROR_INVALID_PARAMETER, 0);
-    }
     if (FindRegistered(windowClass->lpszClassName) != nullptr)
-    {
         return Fail<ATOM>(ERROR_CLASS_ALREADY_EXISTS, 0);
-    }
     auto made = std::make_unique<WindowClass>();
     made->name = windowClass->lpszClassName;
     made->style = windowClass->style;
@@ -90,9 +78,7 @@ ATOM RegisterClassExW(const WNDCLASSEXW* windowClass)
     made->atom = static_cast<ATOM>(kFirstAtom + Classes().size());
     // An unregistered class leaves a gap: look for the first atom that nobody has.
     while (FindRegistered(MAKEINTRESOURCEW(made->atom)) != nullptr)
-    {
         ++made->atom;
-    }
     Classes().push_back(std::move(made));
     return Classes().back()->atom;
 }
@@ -101,13 +87,9 @@ BOOL UnregisterClassW(LPCWSTR className, HINSTANCE)
 {
     const WindowClass* found = className != nullptr ? FindRegistered(className) : nullptr;
     if (found == nullptr)
-    {
         return Fail(ERROR_CLASS_DOES_NOT_EXIST, FALSE);
-    }
     if (found->windows != 0)
-    {
         return Fail(ERROR_CLASS_HAS_WINDOWS, FALSE);
-    }
     std::erase_if(Classes(), [&](const auto& candidate) { return candidate.get() == found; });
     return TRUE;
 }
@@ -116,9 +98,7 @@ BOOL GetClassInfoExW(HINSTANCE, LPCWSTR className, WNDCLASSEXW* windowClass)
 {
     const WindowClass* found = FindWindowClass(className);
     if (found == nullptr || windowClass == nullptr)
-    {
         return Fail(ERROR_CLASS_DOES_NOT_EXIST, FALSE);
-    }
     *windowClass = {sizeof(WNDCLASSEXW), found->style,    found->procedure,    0,
                     found->windowExtra,  found->instance, found->icon,         found->cursor,
                     found->background,   nullptr,         found->name.c_str(), nullptr};

@@ -48,15 +48,11 @@ void Disable(HWND handle)
 {
     Window* window = FindObject<Window>(handle);
     if (window == nullptr || (window->style & WS_DISABLED) != 0)
-    {
         return;
-    }
     window->style |= WS_DISABLED;
     ForgetCaptureOf(*window);
     if (GetFocus() == handle)
-    {
         SetFocus(nullptr);
-    }
     SendMessageW(handle, WM_ENABLE, FALSE, 0);
 }
 
@@ -69,9 +65,7 @@ LONG_PTR SetWindowLongPtrW(HWND window, int index, LONG_PTR value)
 {
     Window* found = RequireWindow(window);
     if (found == nullptr)
-    {
         return 0;
-    }
     switch (index)
     {
     case GWL_STYLE:
@@ -93,9 +87,7 @@ LONG_PTR SetWindowLongPtrW(HWND window, int index, LONG_PTR value)
     }
     BYTE* bytes = ExtraBytes(*found, index);
     if (bytes == nullptr)
-    {
         return Fail<LONG_PTR>(ERROR_INVALID_INDEX, 0);
-    }
     LONG_PTR old = 0;
     std::memcpy(&old, bytes, sizeof(old));
     std::memcpy(bytes, &value, sizeof(value));
@@ -106,9 +98,7 @@ LONG_PTR GetWindowLongPtrW(HWND window, int index)
 {
     Window* found = RequireWindow(window);
     if (found == nullptr)
-    {
         return 0;
-    }
     switch (index)
     {
     case GWL_STYLE:
@@ -130,9 +120,7 @@ LONG_PTR GetWindowLongPtrW(HWND window, int index)
     }
     const BYTE* bytes = ExtraBytes(*found, index);
     if (bytes == nullptr)
-    {
         return Fail<LONG_PTR>(ERROR_INVALID_INDEX, 0);
-    }
     LONG_PTR value = 0;
     std::memcpy(&value, bytes, sizeof(value));
     return value;
@@ -142,9 +130,7 @@ int GetClassNameW(HWND window, LPWSTR name, int capacity)
 {
     const Window* found = RequireWindow(window);
     if (found == nullptr || name == nullptr || capacity <= 0)
-    {
         return 0;
-    }
     const std::size_t copied = found->windowClass->name.copy(name, static_cast<std::size_t>(capacity) - 1);
     name[copied] = 0;
     return static_cast<int>(copied);
@@ -158,9 +144,7 @@ BOOL SetWindowTextW(HWND window, LPCWSTR text)
 int GetWindowTextW(HWND window, LPWSTR text, int capacity)
 {
     if (RequireWindow(window) == nullptr || text == nullptr || capacity <= 0)
-    {
         return 0;
-    }
     text[0] = 0;
     return static_cast<int>(
         SendMessageW(window, WM_GETTEXT, static_cast<WPARAM>(capacity), reinterpret_cast<LPARAM>(text)));
@@ -175,9 +159,7 @@ BOOL EnableWindow(HWND handle, BOOL enable)
 {
     Window* window = RequireWindow(handle);
     if (window == nullptr)
-    {
         return FALSE;
-    }
     const bool wasDisabled = (window->style & WS_DISABLED) != 0;
     if (enable && wasDisabled)
     {

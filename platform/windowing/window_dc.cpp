@@ -35,14 +35,10 @@ void RemoveSiblingsAbove(Region& visible, const Window& window, POINT parentOrig
     for (const Window* sibling : window.parent->children)
     {
         if (sibling == &window)
-        {
             return;
-        }
         const bool covers = (sibling->style & WS_VISIBLE) != 0 && (sibling->exStyle & WS_EX_TRANSPARENT) == 0;
         if (covers)
-        {
             visible.Remove(Region(Moved(sibling->rect, parentOrigin.x, parentOrigin.y)));
-        }
     }
 }
 
@@ -52,9 +48,7 @@ HRGN MakeRgn(const Region& region)
     const RECT bounds = region.Bounds();
     const auto boxes = region.Boxes();
     if (boxes.size() <= 1)
-    {
         return CreateRectRgn(bounds.left, bounds.top, bounds.right, bounds.bottom);
-    }
     const HRGN whole = CreateRectRgn(0, 0, 0, 0);
     for (const auto& box : boxes)
     {
@@ -75,18 +69,14 @@ void AddDamage(HWND handle, const Region& damage)
 {
     Window* window = FindObject<Window>(handle);
     if (window != nullptr && IsShown(*window))
-    {
         RootOf(*window).damage.Add(damage);
-    }
 }
 
 HDC WindowContext(HWND handle, bool clientOnly)
 {
     Window* window = handle != nullptr ? RequireWindow(handle) : nullptr;
     if (handle != nullptr && window == nullptr)
-    {
         return nullptr;
-    }
     if (window == nullptr)
     {
         // The screen's own context measures; it has no pixels.
@@ -104,9 +94,7 @@ Region VisibleRegion(const Window& window, bool clientOnly)
     const POINT offset = SurfaceOffset(window);
     const Window& root = RootOf(window);
     if (!IsShown(window) || root.native == 0 || !window.redraw)
-    {
         return {};
-    }
     const POINT parentOrigin = window.parent != nullptr ? ClientOrigin(*window.parent) : POINT{};
     const RECT own = clientOnly ? window.client : window.rect;
     Region visible(Moved(own, parentOrigin.x - offset.x, parentOrigin.y - offset.y));
@@ -122,12 +110,8 @@ Region VisibleRegion(const Window& window, bool clientOnly)
     {
         const POINT screenOrigin = ClientOrigin(window);
         for (const Window* child : window.children)
-        {
             if ((child->style & WS_VISIBLE) != 0)
-            {
                 visible.Remove(Region(Moved(child->rect, screenOrigin.x - offset.x, screenOrigin.y - offset.y)));
-            }
-        }
     }
     return visible;
 }
@@ -143,9 +127,7 @@ HDC OpenContext(Window& window, bool clientOrigin, const Region& clip, Region da
         CreateSurfaceDC(screen::WindowSurface(root.native), {origin.x - offset.x, origin.y - offset.y}, region);
     DeleteObject(region);
     if (dc != nullptr)
-    {
         OpenContexts().push_back({dc, window.handle, std::move(damage), screen::KeepSurface(root.native)});
-    }
     return dc;
 }
 
@@ -153,9 +135,7 @@ bool CloseContext(HDC dc)
 {
     const auto found = FindOpen(dc);
     if (found == OpenContexts().end())
-    {
         return false;
-    }
     AddDamage(found->window, found->damage);
     OpenContexts().erase(found);
     DeleteSurfaceDC(dc);
@@ -175,9 +155,7 @@ void CloseContextsOf(HWND window)
     {
         const auto found = std::find_if(open.begin(), open.end(), [&](const OpenDC& c) { return c.window == window; });
         if (found == open.end())
-        {
             return;
-        }
         CloseContext(found->dc);
     }
 }

@@ -25,19 +25,13 @@ struct Parents
 Parents ResolveParents(HWND parent, DWORD style)
 {
     if (parent == HWND_MESSAGE)
-    {
         return {nullptr, nullptr, true, true};
-    }
     const bool child = (style & (WS_CHILD | WS_POPUP)) == WS_CHILD;
     if (parent == nullptr)
-    {
         return child ? Fail(ERROR_TLW_WITH_WSCHILD, Parents{nullptr, nullptr, false, false}) : Parents{};
-    }
     Window* found = RequireWindow(parent);
     if (found == nullptr)
-    {
         return {nullptr, nullptr, false, false};
-    }
     return child ? Parents{found, nullptr, false, true} : Parents{nullptr, &RootOf(*found), false, true};
 }
 
@@ -53,9 +47,7 @@ RECT InitialRect(int x, int y, int width, int height)
 DWORD NormalStyle(DWORD style)
 {
     if ((style & WS_CHILD) == 0 || (style & WS_POPUP) != 0)
-    {
         style |= WS_CLIPSIBLINGS;
-    }
     // A window that is neither child nor pop-up is an overlapped one, which always has a caption.
     return (style & (WS_CHILD | WS_POPUP)) == 0 ? style | WS_CAPTION : style;
 }
@@ -75,22 +67,16 @@ std::unique_ptr<Window> MakeWindow(WindowClass& windowClass, const CREATESTRUCTW
     window->rect = {create.x, create.y, create.x + create.cx, create.y + create.cy};
     window->client = window->rect;
     if ((create.style & (WS_CHILD | WS_POPUP)) == WS_CHILD)
-    {
         window->id = reinterpret_cast<UINT_PTR>(create.hMenu);
-    }
     return window;
 }
 
 void SendSizeAndMove(HWND handle)
 {
     if (const Window* window = FindObject<Window>(handle))
-    {
         SendMessageW(handle, WM_SIZE, 0, MAKELPARAM(Width(window->client), Height(window->client)));
-    }
     if (const Window* window = FindObject<Window>(handle))
-    {
         SendMessageW(handle, WM_MOVE, 0, MAKELPARAM(window->client.left, window->client.top));
-    }
 }
 
 void NotifyParents(HWND handle, UINT event)
@@ -98,9 +84,7 @@ void NotifyParents(HWND handle, UINT event)
     const Window* window = FindObject<Window>(handle);
     if (window == nullptr || !window->IsChild() || (window->exStyle & kNoParentNotify) != 0 ||
         window->parent == nullptr)
-    {
         return;
-    }
     SendMessageW(window->parent->handle, kParentNotify, MAKEWPARAM(event, window->id),
                  reinterpret_cast<LPARAM>(handle));
 }
@@ -110,21 +94,15 @@ void FreeWindow(HWND handle)
 {
     Window* window = FindObject<Window>(handle);
     if (window == nullptr)
-    {
         return;
-    }
     CloseContextsOf(handle);
     ForgetTimersOf(handle);
     ForgetMessagesOf(handle);
     ForgetTrackingOf(handle);
     RemoveFromZOrder(*window);
     for (Window* other : TopLevels())
-    {
         if (other->owner == window)
-        {
             other->owner = nullptr;
-        }
-    }
     if (window->native != 0)
     {
         PointerLosesWindow(window->native);
@@ -140,12 +118,8 @@ void SendDestroyMessages(HWND handle)
     if (const Window* window = FindObject<Window>(handle))
     {
         for (const Window* child : std::vector<Window*>(window->children))
-        {
             if (FindObject<Window>(HandleOf(child)) != nullptr)
-            {
                 SendDestroyMessages(child->handle);
-            }
-        }
     }
 }
 
@@ -176,9 +150,7 @@ void DestroyOwned(HWND handle)
             std::find_if(all.begin(), all.end(),
                          [&](const Window* w) { return owner != nullptr && w->owner == owner && !w->destroying; });
         if (owned == all.end())
-        {
             return;
-        }
         DestroyWindow((*owned)->handle);
     }
 }
@@ -203,9 +175,7 @@ bool SendCreationMessages(HWND handle, CREATESTRUCTW& create)
         // An overlapped window hears of its place when it is first shown.
         window->sizeReported = (window->style & (WS_CHILD | WS_POPUP)) != 0;
         if (window->sizeReported)
-        {
             SendSizeAndMove(handle);
-        }
     }
     NotifyParents(handle, WM_CREATE);
     return FindObject<Window>(handle) != nullptr;
@@ -220,19 +190,13 @@ HWND CreateWindowExW(DWORD exStyle, LPCWSTR className, LPCWSTR windowName, DWORD
                      int height, HWND parent, HMENU menuOrId, HINSTANCE instance, LPVOID param)
 {
     if (FaultPoint("CreateWindowExW"))
-    {
         return Fail<HWND>(ERROR_NOT_ENOUGH_MEMORY, nullptr);
-    }
     WindowClass* windowClass = FindWindowClass(className);
     if (windowClass == nullptr)
-    {
         return Fail<HWND>(ERROR_CANNOT_FIND_WND_CLASS, nullptr);
-    }
     const Parents parents = ResolveParents(parent, style);
     if (!parents.valid)
-    {
         return nullptr;
-    }
     const RECT rect = InitialRect(x, y, width, height);
     CREATESTRUCTW create{param,      instance,     menuOrId,
                          parent,     Height(rect), Width(rect),
@@ -242,21 +206,15 @@ HWND CreateWindowExW(DWORD exStyle, LPCWSTR className, LPCWSTR windowName, DWORD
     Window& window = *made;
     const auto value = InsertHandle(std::move(made));
     if (value == 0)
-    {
         return Fail<HWND>(ERROR_NOT_ENOUGH_MEMORY, nullptr);
-    }
     const HWND handle = reinterpret_cast<HWND>(value);
     window.handle = handle;
     ++windowClass->windows;
     PutInZOrder(window, window.parent != nullptr ? HWND_BOTTOM : HWND_TOP);
     if (!SendCreationMessages(handle, create))
-    {
         return nullptr;
-    }
     if ((style & WS_VISIBLE) != 0)
-    {
         ShowWindow(handle, SW_SHOW);
-    }
     return IsWindow(handle) ? handle : nullptr;
 }
 
@@ -264,13 +222,9 @@ BOOL DestroyWindow(HWND handle)
 {
     Window* window = RequireWindow(handle);
     if (window == nullptr)
-    {
         return FALSE;
-    }
     if (window->destroying)
-    {
         return TRUE;
-    }
     window->destroying = true;
     NotifyParents(handle, WM_DESTROY);
     DestroyOwned(handle);

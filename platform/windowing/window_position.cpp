@@ -22,25 +22,19 @@ struct ClientCalculation
 void SyncNativePlace(Window& window)
 {
     if (window.native != 0)
-    {
         screen::PlaceNativeWindow(window.native, window.rect);
-    }
 }
 
 void SyncNativeStack(const Window& window)
 {
     if (window.native == 0)
-    {
         return;
-    }
     const auto& all = TopLevels();
     const Window* above = nullptr;
     for (const Window* other : all)
     {
         if (other == &window)
-        {
             break;
-        }
         above = other->native != 0 && (other->style & WS_VISIBLE) != 0 ? other : above;
     }
     screen::StackNativeWindow(window.native, above != nullptr ? above->native : 0);
@@ -78,9 +72,7 @@ void ApplyZOrder(Window& window, WINDOWPOS& position)
     }
     SyncNativeStack(window);
     if (window.parent != nullptr && IsShown(window))
-    {
         InvalidateWhole(window);
-    }
 }
 
 void ApplyPlace(Window& window, const WINDOWPOS& position)
@@ -90,9 +82,7 @@ void ApplyPlace(Window& window, const WINDOWPOS& position)
     window.rect = {position.x, position.y, position.x + position.cx, position.y + position.cy};
     window.client = Moved(window.client, dx, dy);
     if ((position.flags & (SWP_NOSIZE | SWP_FRAMECHANGED)) != SWP_NOSIZE)
-    {
         CalculateClient(window.handle, TRUE);
-    }
 }
 
 void ApplyVisibility(Window& window, UINT flags)
@@ -125,27 +115,19 @@ void InvalidateChange(Window& window, const RECT& before, bool wasShown, UINT fl
     const bool visibility = (flags & (SWP_SHOWWINDOW | SWP_HIDEWINDOW)) != 0;
     const bool shown = IsShown(window);
     if ((flags & SWP_NOREDRAW) != 0 || (!placed && !visibility && (flags & SWP_FRAMECHANGED) == 0))
-    {
         return;
-    }
     if (window.parent != nullptr)
     {
         RequestMouseRefresh();
         if (wasShown)
-        {
             InvalidateUncovered(*window.parent, before);
-        }
         if (shown)
-        {
             InvalidateWhole(window);
-        }
         return;
     }
     const bool onlyMoved = !visibility && (flags & (SWP_NOSIZE | SWP_FRAMECHANGED)) == SWP_NOSIZE;
     if (shown && !onlyMoved)
-    {
         InvalidateWhole(window);
-    }
 }
 
 void Activate(HWND handle, UINT flags)
@@ -154,9 +136,7 @@ void Activate(HWND handle, UINT flags)
     const bool wanted = window != nullptr && (flags & SWP_NOACTIVATE) == 0 && !window->IsChild() &&
                         (window->style & WS_VISIBLE) != 0 && !window->messageOnly;
     if (wanted)
-    {
         SetForegroundWindow(handle);
-    }
 }
 
 bool ChangesNothing(UINT flags)
@@ -173,9 +153,7 @@ void LeaveIfHidden(HWND handle, UINT flags)
         ForgetCaptureOf(*window);
         // With SWP_NOACTIVATE the focus is the caller's business, as it is while a window is being destroyed.
         if ((flags & SWP_NOACTIVATE) == 0 || window->IsChild())
-        {
             LeaveFocusOf(*window);
-        }
     }
 }
 
@@ -185,15 +163,11 @@ void CalculateClient(HWND handle, BOOL why)
 {
     const Window* window = FindObject<Window>(handle);
     if (window == nullptr)
-    {
         return;
-    }
     ClientCalculation calculation{{window->rect, window->rect, window->client}, nullptr};
     SendMessageW(handle, WM_NCCALCSIZE, static_cast<WPARAM>(why), reinterpret_cast<LPARAM>(&calculation));
     if (Window* after = FindObject<Window>(handle))
-    {
         after->client = calculation.rects[0];
-    }
 }
 
 bool EnsureNativeWindow(Window& window)
@@ -224,44 +198,30 @@ using namespace platform;
 BOOL SetWindowPos(HWND handle, HWND insertAfter, int x, int y, int width, int height, UINT flags)
 {
     if (RequireWindow(handle) == nullptr)
-    {
         return FALSE;
-    }
     WINDOWPOS position{handle, insertAfter, x, y, width, height, flags};
     if ((flags & SWP_NOSENDCHANGING) == 0)
-    {
         SendMessageW(handle, WM_WINDOWPOSCHANGING, 0, reinterpret_cast<LPARAM>(&position));
-    }
     Window* window = RequireWindow(handle);
     if (window == nullptr)
-    {
         return FALSE;
-    }
     NormalizeFlags(*window, position);
     const RECT before = window->rect;
     const bool wasShown = IsShown(*window);
     if ((position.flags & SWP_NOZORDER) == 0)
-    {
         ApplyZOrder(*window, position);
-    }
     ApplyPlace(*window, position);
     window = FindObject<Window>(handle);
     if (window == nullptr)
-    {
         return FALSE; // destroyed by its own WM_NCCALCSIZE
-    }
     if (!EqualRect(&before, &window->rect))
-    {
         SyncNativePlace(*window);
-    }
     ApplyVisibility(*window, position.flags);
     InvalidateChange(*window, before, wasShown, position.flags);
     LeaveIfHidden(handle, position.flags);
     Activate(handle, position.flags);
     if (!ChangesNothing(position.flags) && IsWindow(handle))
-    {
         SendMessageW(handle, WM_WINDOWPOSCHANGED, 0, reinterpret_cast<LPARAM>(&position));
-    }
     return TRUE;
 }
 
@@ -275,15 +235,11 @@ BOOL ShowWindow(HWND handle, int command)
 {
     const Window* window = RequireWindow(handle);
     if (window == nullptr)
-    {
         return FALSE;
-    }
     const bool wasVisible = (window->style & WS_VISIBLE) != 0;
     const bool show = command != SW_HIDE;
     if (show == wasVisible)
-    {
         return wasVisible;
-    }
     const bool quiet = window->IsChild() || command == SW_SHOWNOACTIVATE || command == SW_SHOWNA;
     const bool firstSize = !window->sizeReported;
     SendMessageW(handle, WM_SHOWWINDOW, show, 0);
@@ -330,9 +286,7 @@ HWND SetParent(HWND childHandle, HWND parentHandle)
 BOOL GetWindowRect(HWND handle, LPRECT rect)
 {
     if (FaultPoint("GetWindowRect"))
-    {
         return Fail(ERROR_NOT_ENOUGH_MEMORY, FALSE);
-    }
     if (const Window* window = FindObject<Window>(handle))
     {
         *rect = ScreenRect(*window);
@@ -344,9 +298,7 @@ BOOL GetWindowRect(HWND handle, LPRECT rect)
                             ? screen::ForeignWindowBounds(static_cast<std::uint32_t>(value))
                             : std::nullopt;
     if (!bounds)
-    {
         return Fail(ERROR_INVALID_WINDOW_HANDLE, FALSE);
-    }
     *rect = *bounds;
     return TRUE;
 }
@@ -355,9 +307,7 @@ BOOL GetClientRect(HWND handle, LPRECT rect)
 {
     const Window* window = RequireWindow(handle);
     if (window == nullptr)
-    {
         return FALSE;
-    }
     *rect = {0, 0, Width(window->client), Height(window->client)};
     return TRUE;
 }
@@ -377,9 +327,7 @@ BOOL ClientToScreen(HWND window, LPPOINT point)
 {
     const Window* found = RequireWindow(window);
     if (found == nullptr)
-    {
         return FALSE;
-    }
     const POINT origin = ClientOrigin(*found);
     *point = {point->x + origin.x, point->y + origin.y};
     return TRUE;
@@ -389,9 +337,7 @@ BOOL ScreenToClient(HWND window, LPPOINT point)
 {
     const Window* found = RequireWindow(window);
     if (found == nullptr)
-    {
         return FALSE;
-    }
     const POINT origin = ClientOrigin(*found);
     *point = {point->x - origin.x, point->y - origin.y};
     return TRUE;
@@ -402,15 +348,11 @@ int MapWindowPoints(HWND from, HWND to, LPPOINT points, UINT count)
     const Window* source = from != nullptr ? RequireWindow(from) : nullptr;
     const Window* target = to != nullptr ? RequireWindow(to) : nullptr;
     if ((from != nullptr && source == nullptr) || (to != nullptr && target == nullptr))
-    {
         return 0;
-    }
     const POINT a = source != nullptr ? ClientOrigin(*source) : POINT{};
     const POINT b = target != nullptr ? ClientOrigin(*target) : POINT{};
     const POINT offset{a.x - b.x, a.y - b.y};
     for (UINT i = 0; i < count; ++i)
-    {
         points[i] = {points[i].x + offset.x, points[i].y + offset.y};
-    }
     return MAKELONG(offset.x, offset.y);
 }

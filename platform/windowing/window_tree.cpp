@@ -21,8 +21,9 @@ std::size_t IndexIn(const std::vector<Window*>& list, const Window* window)
 /// Index behind the topmost windows of a list that does not hold the window itself.
 std::size_t FirstNotTopmost(const std::vector<Window*>& list)
 {
-    return static_cast<std::size_t>(
-        std::find_if(list.begin(), list.end(), [](const Window* w) { return !IsTopmost(*w); }) - list.begin());
+    return static_cast<std::size_t>(std::find_if(
+                                        list.begin(), list.end(), [](const Window* w) { return !IsTopmost(*w); }) -
+                                    list.begin());
 }
 
 /// Where in `list` (which does not hold the window) it goes.
@@ -35,21 +36,15 @@ std::size_t PlaceInList(const std::vector<Window*>& list, Window& window, HWND i
         return 0;
     }
     if (topLevel && (insertAfter == HWND_NOTOPMOST || insertAfter == HWND_BOTTOM))
-    {
         window.exStyle &= ~static_cast<DWORD>(WS_EX_TOPMOST);
-    }
     const std::size_t firstNotTopmost = topLevel ? FirstNotTopmost(list) : 0;
     const std::size_t top = IsTopmost(window) ? 0 : firstNotTopmost;
     if (insertAfter == HWND_BOTTOM)
-    {
         return list.size();
-    }
     const Window* above = FindObject<Window>(insertAfter);
     const std::size_t index = above != nullptr ? IndexIn(list, above) : list.size();
     if (index == list.size())
-    {
         return top;
-    }
     // A window cannot leave its group: the topmost stay above the others.
     return topLevel && IsTopmost(window) ? std::min(index + 1, firstNotTopmost) : std::max(index + 1, top);
 }
@@ -66,9 +61,7 @@ Window* ChildAtPoint(Window& window, POINT point)
     const POINT inClient{point.x - origin.x, point.y - origin.y};
     const RECT area{0, 0, Width(window.client), Height(window.client)};
     if (!PtInRect(&area, inClient))
-    {
         return nullptr;
-    }
     for (Window* child : std::vector<Window*>(window.children))
     {
         const bool candidate = (child->style & WS_VISIBLE) != 0 && (child->style & WS_DISABLED) == 0;
@@ -76,13 +69,9 @@ Window* ChildAtPoint(Window& window, POINT point)
         {
             const HWND handle = child->handle;
             if (Window* found = WindowAtPoint(*child, point))
-            {
                 return found;
-            }
             if (FindObject<Window>(handle) == nullptr)
-            {
                 return nullptr; // destroyed by its own hit test
-            }
         }
     }
     return nullptr;
@@ -105,9 +94,7 @@ Window& RootOf(Window& window)
 {
     Window* root = &window;
     while (root->parent != nullptr)
-    {
         root = root->parent;
-    }
     return *root;
 }
 
@@ -119,36 +106,24 @@ const Window& RootOf(const Window& window)
 bool IsDescendant(const Window& window, const Window& ancestor)
 {
     for (const Window* w = window.parent; w != nullptr; w = w->parent)
-    {
         if (w == &ancestor)
-        {
             return true;
-        }
-    }
     return false;
 }
 
 bool IsShown(const Window& window)
 {
     for (const Window* w = &window; w != nullptr; w = w->parent)
-    {
         if ((w->style & WS_VISIBLE) == 0)
-        {
             return false;
-        }
-    }
     return true;
 }
 
 bool IsReachable(const Window& window)
 {
     for (const Window* w = &window; w != nullptr; w = w->parent)
-    {
         if ((w->style & WS_DISABLED) != 0)
-        {
             return false;
-        }
-    }
     return true;
 }
 
@@ -166,9 +141,7 @@ POINT ClientOrigin(const Window& window)
 RECT ScreenRect(const Window& window)
 {
     if (window.parent == nullptr)
-    {
         return window.rect;
-    }
     const POINT origin = ClientOrigin(*window.parent);
     return Moved(window.rect, origin.x, origin.y);
 }
@@ -178,9 +151,7 @@ bool PutInZOrder(Window& window, HWND insertAfter)
     auto& list = SiblingsOf(window);
     const std::size_t before = IndexIn(list, &window);
     if (before != list.size())
-    {
         list.erase(list.begin() + static_cast<std::ptrdiff_t>(before));
-    }
     const std::size_t place = PlaceInList(list, window, insertAfter);
     list.insert(list.begin() + static_cast<std::ptrdiff_t>(place), &window);
     return place != before;
@@ -194,9 +165,7 @@ void RemoveFromZOrder(Window& window)
 Window* WindowAtPoint(Window& root, POINT point)
 {
     if (Window* child = ChildAtPoint(root, point))
-    {
         return child;
-    }
     return root.parent != nullptr && IsTransparentToHits(root, point) ? nullptr : &root;
 }
 
@@ -232,9 +201,7 @@ HWND GetParent(HWND window)
 {
     const Window* found = RequireWindow(window);
     if (found == nullptr)
-    {
         return nullptr;
-    }
     return HandleOf(found->IsChild() ? found->parent : found->owner);
 }
 
@@ -242,9 +209,7 @@ HWND GetAncestor(HWND window, UINT flags)
 {
     Window* found = RequireWindow(window);
     if (found == nullptr)
-    {
         return nullptr;
-    }
     return flags == GA_ROOT ? RootOf(*found).handle : Fail<HWND>(ERROR_INVALID_PARAMETER, nullptr);
 }
 
@@ -252,13 +217,9 @@ HWND GetWindow(HWND window, UINT command)
 {
     const Window* found = RequireWindow(window);
     if (found == nullptr)
-    {
         return nullptr;
-    }
     if (command == GW_CHILD)
-    {
         return found->children.empty() ? nullptr : found->children.front()->handle;
-    }
     if (command == GW_HWNDNEXT)
     {
         const auto& list = SiblingsOf(*found);
@@ -272,16 +233,10 @@ HWND GetDlgItem(HWND window, int id)
 {
     const Window* found = RequireWindow(window);
     if (found == nullptr)
-    {
         return nullptr;
-    }
     for (const Window* child : found->children)
-    {
         if (static_cast<int>(child->id) == id)
-        {
             return child->handle;
-        }
-    }
     return Fail<HWND>(ERROR_CONTROL_ID_NOT_FOUND, nullptr);
 }
 
@@ -294,11 +249,7 @@ int GetDlgCtrlID(HWND window)
 HWND WindowFromPoint(POINT point)
 {
     for (Window* window : std::vector<Window*>(TopLevels()))
-    {
         if ((window->style & WS_VISIBLE) != 0 && PtInRect(&window->rect, point))
-        {
             return HandleOf(WindowAtPoint(*window, point));
-        }
-    }
     return nullptr;
 }

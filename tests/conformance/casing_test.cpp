@@ -23,9 +23,7 @@ std::map<unsigned, unsigned> Expected()
 {
     std::map<unsigned, unsigned> expected;
     for (const CasePair& pair : kChanged)
-    {
         expected[static_cast<unsigned>(pair.unit)] = static_cast<unsigned>(pair.upper);
-    }
     return expected;
 }
 
@@ -73,17 +71,15 @@ TEST(Casing, CharactersOfTwoUnitsAreUpperCasedToo)
         unsigned last;
         unsigned distance;
     };
-    constexpr Range ranges[] = {
+    constexpr Range kRanges[] = {
 #include "casing_pairs_expectation.inc"
     };
     unsigned changed = 0;
     for (unsigned character = 0x10000; character < 0x110000; ++character)
     {
         unsigned expected = character;
-        for (const Range& range : ranges)
-        {
+        for (const Range& range : kRanges)
             expected -= character >= range.first && character <= range.last ? range.distance : 0;
-        }
         const auto high = static_cast<WCHAR>(0xD800 + ((character - 0x10000) >> 10));
         WCHAR text[] = {high, static_cast<WCHAR>(0xDC00 + (character & 0x3FF)), 0};
         CharUpperW(text);

@@ -41,9 +41,7 @@ inline bool PumpUntil(const std::function<bool()>& condition)
     for (PumpMessages(); !condition(); PumpMessages())
     {
         if (GetTickCount() - start > 5000)
-        {
             return false;
-        }
         // A timer bounds the wait for the next message.
         const UINT_PTR tick = SetTimer(nullptr, 0, 10, nullptr);
         MSG message;
@@ -78,7 +76,7 @@ struct Drawn
 class Desk
 {
 public:
-    static constexpr int firstCommand = 1000;
+    static constexpr int kFirstCommand = 1000;
 
     Desk()
     {
@@ -103,7 +101,7 @@ public:
                                   reinterpret_cast<HMENU>(static_cast<UINT_PTR>(2)), nullptr, nullptr);
         SetWindowTheme(toolbar, TEXT(""), TEXT(""));
         Send(TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON));
-        images = ImageList_Create(imageSize, imageSize, ILC_COLOR32 | ILC_MASK, 1, 16);
+        images = ImageList_Create(kImageSize, kImageSize, ILC_COLOR32 | ILC_MASK, 1, 16);
         Send(TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(images));
     }
 
@@ -128,10 +126,10 @@ public:
         TBBUTTON button = {};
         const int index = Count();
         button.iBitmap = separator;
-        button.idCommand = firstCommand + index;
+        button.idCommand = kFirstCommand + index;
         button.fsState = TBSTATE_ENABLED | TBSTATE_WRAP;
         button.fsStyle = separator != 0 ? BTNS_SEP : BTNS_BUTTON;
-        button.dwData = static_cast<DWORD_PTR>(firstCommand + index);
+        button.dwData = static_cast<DWORD_PTR>(kFirstCommand + index);
         button.iString = reinterpret_cast<INT_PTR>(text.c_str());
         Send(TB_INSERTBUTTONW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&button));
     }
@@ -197,7 +195,7 @@ public:
 
     std::vector<HotChange> TakeHotChanges() { return std::exchange(hotChanges, {}); }
 
-    static constexpr int imageSize = 16;
+    static constexpr int kImageSize = 16;
     HWND level = nullptr;
     HWND toolbar = nullptr;
     HWND pager = nullptr;
@@ -233,9 +231,7 @@ private:
         case NM_CLICK:
             clicks.push_back(*reinterpret_cast<NMMOUSE*>(header));
             if (onClick)
-            {
                 onClick();
-            }
             return 0;
         case NM_KEYDOWN:
             keys.push_back(reinterpret_cast<NMKEY*>(header)->nVKey);
@@ -276,9 +272,7 @@ private:
     {
         auto* desk = reinterpret_cast<Desk*>(GetWindowLongPtrW(window, GWLP_USERDATA));
         if (desk != nullptr && message == WM_NOTIFY)
-        {
             return desk->OnNotify(reinterpret_cast<NMHDR*>(lParam));
-        }
         if (desk != nullptr && message == WM_CONTEXTMENU)
         {
             desk->contextMenus.push_back(reinterpret_cast<HWND>(wParam));

@@ -48,9 +48,7 @@ public:
     void Fill(std::uint32_t pixel)
     {
         for (int i = 0; i < m_width * m_height; ++i)
-        {
             m_bits[i] = pixel;
-        }
     }
     /// One character a pixel: '#' for the given colour, '.' for anything else.
     std::vector<std::string> Map(COLORREF color) const
@@ -60,9 +58,7 @@ public:
         {
             std::string row;
             for (int x = 0; x < m_width; ++x)
-            {
                 row += GetPixel(m_dc, x, y) == color ? '#' : '.';
-            }
             rows.push_back(row);
         }
         return rows;
@@ -268,9 +264,7 @@ TEST(Shapes, AFocusRectangleDrawnTwiceIsGone)
     DrawFocusRect(sheet.Dc(), &rect);
     int changed = 0;
     for (int x = 0; x < 6; ++x)
-    {
         changed += GetPixel(sheet.Dc(), x, 0) != RGB(0x80, 0x80, 0x80);
-    }
     EXPECT_EQ(changed, 3) << "every second pixel";
     EXPECT_EQ(GetPixel(sheet.Dc(), 2, 2), RGB(0x80, 0x80, 0x80));
     DrawFocusRect(sheet.Dc(), &rect);
@@ -295,9 +289,7 @@ TEST(Blits, ScrollWithinOneBitmap)
     {
         Sheet sheet(4, 4);
         for (int i = 0; i < 16; ++i)
-        {
             sheet(i % 4, i / 4) = static_cast<std::uint32_t>(i);
-        }
         BitBlt(sheet.Dc(), 1 + dx, 1 + dy, 2, 2, sheet.Dc(), 1, 1, SRCCOPY);
         GdiFlush();
         for (int i = 0; i < 4; ++i)
@@ -525,13 +517,9 @@ TEST(Text, AlignmentPlacesTheInk)
         for (int y = 0; y < 60; ++y)
         {
             for (int x = 0; x < 80; ++x)
-            {
                 if (GetPixel(sheet.Dc(), x, y) != kBlack)
-                {
                     found = {x < found.left ? x : found.left, y < found.top ? y : found.top,
                              x + 1 > found.right ? x + 1 : found.right, y + 1 > found.bottom ? y + 1 : found.bottom};
-                }
-            }
         }
         EXPECT_GT(found.right, found.left) << "nothing drawn";
         return found;
@@ -557,12 +545,8 @@ TEST(Text, IsClippedToItsRectangleUnlessSwitchedOff)
         DrawTextW(sheet.Dc(), TEXT("MMMM"), 4, &rect, DT_SINGLELINE | (clipped ? 0u : UINT{DT_NOCLIP}));
         bool outside = false;
         for (int y = 0; y < 30; ++y)
-        {
             for (int x = 10; x < 100; ++x)
-            {
                 outside = outside || GetPixel(sheet.Dc(), x, y) != kBlack;
-            }
-        }
         EXPECT_EQ(outside, !clipped);
     }
 }

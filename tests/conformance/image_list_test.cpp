@@ -44,13 +44,13 @@ class ImageListTest : public testing::Test
 protected:
     void SetUp() override
     {
-        icon = LoadPicture(16);
-        ASSERT_NE(icon, nullptr);
+        m_icon = LoadPicture(16);
+        ASSERT_NE(m_icon, nullptr);
     }
     void TearDown() override
     {
-        DestroyIcon(icon);
-        ImageList_Destroy(list);
+        DestroyIcon(m_icon);
+        ImageList_Destroy(m_list);
     }
 
     /// Half-transparent green.
@@ -60,30 +60,30 @@ protected:
             LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(114), IMAGE_ICON, size, size, LR_DEFAULTCOLOR));
     }
 
-    HIMAGELIST list = ImageList_Create(16, 16, ILC_COLOR32 | ILC_MASK, 1, 16);
-    HICON icon = nullptr;
+    HIMAGELIST m_list = ImageList_Create(16, 16, ILC_COLOR32 | ILC_MASK, 1, 16);
+    HICON m_icon = nullptr;
 };
 
 } // namespace
 
 TEST_F(ImageListTest, IconsAreAppendedAndReplaced)
 {
-    EXPECT_EQ(ImageList_GetImageCount(list), 0) << "the initial size is room, not images";
-    EXPECT_EQ(ImageList_ReplaceIcon(list, -1, icon), 0);
-    EXPECT_EQ(ImageList_ReplaceIcon(list, -1, icon), 1);
-    EXPECT_EQ(ImageList_ReplaceIcon(list, 0, icon), 0);
-    EXPECT_EQ(ImageList_ReplaceIcon(list, -1, nullptr), -1);
-    EXPECT_EQ(ImageList_ReplaceIcon(list, -2, icon), -1);
-    EXPECT_EQ(ImageList_ReplaceIcon(nullptr, -1, icon), -1);
-    EXPECT_EQ(ImageList_GetImageCount(list), 2);
+    EXPECT_EQ(ImageList_GetImageCount(m_list), 0) << "the initial size is room, not images";
+    EXPECT_EQ(ImageList_ReplaceIcon(m_list, -1, m_icon), 0);
+    EXPECT_EQ(ImageList_ReplaceIcon(m_list, -1, m_icon), 1);
+    EXPECT_EQ(ImageList_ReplaceIcon(m_list, 0, m_icon), 0);
+    EXPECT_EQ(ImageList_ReplaceIcon(m_list, -1, nullptr), -1);
+    EXPECT_EQ(ImageList_ReplaceIcon(m_list, -2, m_icon), -1);
+    EXPECT_EQ(ImageList_ReplaceIcon(nullptr, -1, m_icon), -1);
+    EXPECT_EQ(ImageList_GetImageCount(m_list), 2);
 }
 
 TEST_F(ImageListTest, SizeIsTheListsWhateverTheIcons)
 {
-    ImageList_ReplaceIcon(list, -1, icon);
+    ImageList_ReplaceIcon(m_list, -1, m_icon);
     int width = 0;
     int height = 0;
-    EXPECT_TRUE(ImageList_GetIconSize(list, &width, &height));
+    EXPECT_TRUE(ImageList_GetIconSize(m_list, &width, &height));
     EXPECT_EQ(width, 16);
     EXPECT_EQ(height, 16);
 }
@@ -91,10 +91,10 @@ TEST_F(ImageListTest, SizeIsTheListsWhateverTheIcons)
 TEST_F(ImageListTest, OnlyImagesThereAreAreDrawn)
 {
     const Picture picture;
-    ImageList_ReplaceIcon(list, -1, icon);
-    EXPECT_TRUE(ImageList_Draw(list, 0, picture.Context(), 8, 4, ILD_NORMAL));
-    EXPECT_FALSE(ImageList_Draw(list, 1, picture.Context(), 0, 0, ILD_NORMAL));
-    EXPECT_FALSE(ImageList_Draw(list, I_IMAGENONE, picture.Context(), 0, 0, ILD_NORMAL));
+    ImageList_ReplaceIcon(m_list, -1, m_icon);
+    EXPECT_TRUE(ImageList_Draw(m_list, 0, picture.Context(), 8, 4, ILD_NORMAL));
+    EXPECT_FALSE(ImageList_Draw(m_list, 1, picture.Context(), 0, 0, ILD_NORMAL));
+    EXPECT_FALSE(ImageList_Draw(m_list, I_IMAGENONE, picture.Context(), 0, 0, ILD_NORMAL));
     for (const POINT inside : {POINT{8, 4}, POINT{23, 19}})
     {
         const COLORREF color = GetPixel(picture.Context(), inside.x, inside.y);
@@ -107,10 +107,10 @@ TEST_F(ImageListTest, OnlyImagesThereAreAreDrawn)
 
 TEST_F(ImageListTest, AnIconTakenOutIsTheCallers)
 {
-    ImageList_ReplaceIcon(list, -1, icon);
-    HICON copy = ImageList_GetIcon(list, 0, ILD_NORMAL);
+    ImageList_ReplaceIcon(m_list, -1, m_icon);
+    HICON copy = ImageList_GetIcon(m_list, 0, ILD_NORMAL);
     EXPECT_NE(copy, nullptr);
-    EXPECT_EQ(ImageList_GetIcon(list, 1, ILD_NORMAL), nullptr);
+    EXPECT_EQ(ImageList_GetIcon(m_list, 1, ILD_NORMAL), nullptr);
     EXPECT_TRUE(DestroyIcon(copy));
 }
 

@@ -13,9 +13,7 @@ std::vector<USHORT> Handmade(std::initializer_list<USHORT> values)
 {
     std::vector<USHORT> words;
     for (const USHORT value : values)
-    {
         words.insert(words.end(), {4, value});
-    }
     words.push_back(0);
     return words;
 }
@@ -75,16 +73,16 @@ TEST(ItemList, TheLastIdentifierIsFoundAndRemoved)
 
 TEST_F(ShellDesk, ListsOfOnePathAreEqualHoweverTheyWereMade)
 {
-    const List whole = ParsePath(ShellPath(root) + TEXT("\\One.txt"));
+    const List whole = ParsePath(ShellPath(m_root) + TEXT("\\One.txt"));
     ASSERT_NE(whole, nullptr);
     const List child = Child(TEXT("One.txt"));
     ASSERT_NE(child, nullptr);
-    const List combined(ILCombine(rootList.get(), child.get()));
+    const List combined(ILCombine(m_rootList.get(), child.get()));
     EXPECT_TRUE(ILIsEqual(whole.get(), combined.get()));
-    std::ofstream(root / "One.txt") << "content of another length";
-    EXPECT_TRUE(ILIsEqual(whole.get(), ParsePath(ShellPath(root) + TEXT("\\One.txt")).get()));
-    EXPECT_FALSE(ILIsEqual(whole.get(), ParsePath(ShellPath(root) + TEXT("\\two")).get()));
-    EXPECT_FALSE(ILIsEqual(whole.get(), rootList.get()));
+    std::ofstream(m_root / "One.txt") << "content of another length";
+    EXPECT_TRUE(ILIsEqual(whole.get(), ParsePath(ShellPath(m_root) + TEXT("\\One.txt")).get()));
+    EXPECT_FALSE(ILIsEqual(whole.get(), ParsePath(ShellPath(m_root) + TEXT("\\two")).get()));
+    EXPECT_FALSE(ILIsEqual(whole.get(), m_rootList.get()));
     ILRemoveLastID(combined.get());
-    EXPECT_TRUE(ILIsEqual(combined.get(), rootList.get()));
+    EXPECT_TRUE(ILIsEqual(combined.get(), m_rootList.get()));
 }

@@ -13,10 +13,10 @@ using Text = std::basic_string<WCHAR>;
 class MenuTest : public testing::Test
 {
 protected:
-    void SetUp() override { ASSERT_NE(menu, nullptr); }
-    void TearDown() override { DestroyMenu(menu); }
+    void SetUp() override { ASSERT_NE(m_menu, nullptr); }
+    void TearDown() override { DestroyMenu(m_menu); }
 
-    void Append(UINT id, const Text& text) { ASSERT_TRUE(AppendMenuW(menu, MF_STRING, id, text.c_str())); }
+    void Append(UINT id, const Text& text) { ASSERT_TRUE(AppendMenuW(m_menu, MF_STRING, id, text.c_str())); }
 
     Text TextOf(UINT item, BOOL byPosition)
     {
@@ -26,12 +26,12 @@ protected:
         info.fMask = MIIM_STRING;
         info.dwTypeData = buffer;
         info.cch = 64;
-        EXPECT_TRUE(GetMenuItemInfoW(menu, item, byPosition, &info));
+        EXPECT_TRUE(GetMenuItemInfoW(m_menu, item, byPosition, &info));
         EXPECT_EQ(Text(buffer).size(), info.cch);
         return buffer;
     }
 
-    HMENU menu = CreatePopupMenu();
+    HMENU m_menu = CreatePopupMenu();
 };
 
 MENUITEMINFOW Info(UINT mask)
@@ -47,21 +47,21 @@ MENUITEMINFOW Info(UINT mask)
 TEST_F(MenuTest, ItemsAreFoundByPositionAndByCommand)
 {
     Append(11, TEXT("Open"));
-    ASSERT_TRUE(AppendMenuW(menu, MF_SEPARATOR, 0, nullptr));
+    ASSERT_TRUE(AppendMenuW(m_menu, MF_SEPARATOR, 0, nullptr));
     Append(12, TEXT("Delete"));
-    EXPECT_EQ(GetMenuItemCount(menu), 3);
-    EXPECT_EQ(GetMenuItemID(menu, 0), 11u);
-    EXPECT_EQ(GetMenuItemID(menu, 1), 0u);
-    EXPECT_EQ(GetMenuItemID(menu, 3), static_cast<UINT>(-1));
+    EXPECT_EQ(GetMenuItemCount(m_menu), 3);
+    EXPECT_EQ(GetMenuItemID(m_menu, 0), 11u);
+    EXPECT_EQ(GetMenuItemID(m_menu, 1), 0u);
+    EXPECT_EQ(GetMenuItemID(m_menu, 3), static_cast<UINT>(-1));
     EXPECT_EQ(TextOf(2, TRUE), TEXT("Delete"));
     EXPECT_EQ(TextOf(11, FALSE), TEXT("Open"));
 
-    EXPECT_TRUE(DeleteMenu(menu, 1, MF_BYPOSITION));
-    EXPECT_TRUE(DeleteMenu(menu, 11, MF_BYCOMMAND));
-    EXPECT_FALSE(DeleteMenu(menu, 11, MF_BYCOMMAND));
-    EXPECT_FALSE(DeleteMenu(menu, 5, MF_BYPOSITION));
-    EXPECT_EQ(GetMenuItemCount(menu), 1);
-    EXPECT_EQ(GetMenuItemID(menu, 0), 12u);
+    EXPECT_TRUE(DeleteMenu(m_menu, 1, MF_BYPOSITION));
+    EXPECT_TRUE(DeleteMenu(m_menu, 11, MF_BYCOMMAND));
+    EXPECT_FALSE(DeleteMenu(m_menu, 11, MF_BYCOMMAND));
+    EXPECT_FALSE(DeleteMenu(m_menu, 5, MF_BYPOSITION));
+    EXPECT_EQ(GetMenuItemCount(m_menu), 1);
+    EXPECT_EQ(GetMenuItemID(m_menu, 0), 12u);
 }
 
 TEST_F(MenuTest, InsertionGoesBeforeTheNamedItem)
@@ -74,18 +74,16 @@ TEST_F(MenuTest, InsertionGoesBeforeTheNamedItem)
     info.dwTypeData = text.data();
     info.fState = MFS_CHECKED;
     info.dwItemData = 77;
-    EXPECT_TRUE(InsertMenuItemW(menu, 2, FALSE, &info));
+    EXPECT_TRUE(InsertMenuItemW(m_menu, 2, FALSE, &info));
     info.wID = 4;
-    EXPECT_TRUE(InsertMenuItemW(menu, 0, TRUE, &info));
+    EXPECT_TRUE(InsertMenuItemW(m_menu, 0, TRUE, &info));
     info.wID = 5;
-    EXPECT_TRUE(InsertMenuItemW(menu, static_cast<UINT>(-1), TRUE, &info));
+    EXPECT_TRUE(InsertMenuItemW(m_menu, static_cast<UINT>(-1), TRUE, &info));
     const UINT expected[] = {4, 1, 3, 2, 5};
     for (int i = 0; i < 5; ++i)
-    {
-        EXPECT_EQ(GetMenuItemID(menu, i), expected[i]) << "position " << i;
-    }
+        EXPECT_EQ(GetMenuItemID(m_menu, i), expected[i]) << "position " << i;
     MENUITEMINFOW read = Info(MIIM_ID | MIIM_STATE | MIIM_DATA | MIIM_FTYPE);
-    ASSERT_TRUE(GetMenuItemInfoW(menu, 3, FALSE, &read));
+    ASSERT_TRUE(GetMenuItemInfoW(m_menu, 3, FALSE, &read));
     EXPECT_EQ(read.wID, 3u);
     EXPECT_EQ(read.fState, static_cast<UINT>(MFS_CHECKED));
     EXPECT_EQ(read.dwItemData, 77u);
@@ -97,25 +95,25 @@ TEST_F(MenuTest, AnItemChangesOnlyWhatTheMaskNames)
     Append(9, TEXT("Show it"));
     MENUITEMINFOW info = Info(MIIM_STATE);
     info.fState = MFS_CHECKED | MFS_GRAYED;
-    EXPECT_TRUE(SetMenuItemInfoW(menu, 9, FALSE, &info));
+    EXPECT_TRUE(SetMenuItemInfoW(m_menu, 9, FALSE, &info));
     EXPECT_EQ(TextOf(9, FALSE), TEXT("Show it"));
     MENUITEMINFOW read = Info(MIIM_STATE);
-    ASSERT_TRUE(GetMenuItemInfoW(menu, 0, TRUE, &read));
+    ASSERT_TRUE(GetMenuItemInfoW(m_menu, 0, TRUE, &read));
     EXPECT_EQ(read.fState, static_cast<UINT>(MFS_CHECKED | MFS_GRAYED));
-    EXPECT_FALSE(SetMenuItemInfoW(menu, 10, FALSE, &info));
+    EXPECT_FALSE(SetMenuItemInfoW(m_menu, 10, FALSE, &info));
 }
 
 TEST_F(MenuTest, TextIsCutToTheBufferAndItsLengthIsToldWithoutOne)
 {
     Append(9, TEXT("Properties"));
     MENUITEMINFOW info = Info(MIIM_STRING);
-    ASSERT_TRUE(GetMenuItemInfoW(menu, 9, FALSE, &info));
+    ASSERT_TRUE(GetMenuItemInfoW(m_menu, 9, FALSE, &info));
     EXPECT_EQ(info.cch, 10u);
     WCHAR small[5] = {};
     info = Info(MIIM_STRING);
     info.dwTypeData = small;
     info.cch = 5;
-    ASSERT_TRUE(GetMenuItemInfoW(menu, 9, FALSE, &info));
+    ASSERT_TRUE(GetMenuItemInfoW(m_menu, 9, FALSE, &info));
     EXPECT_EQ(Text(small), TEXT("Prop"));
     EXPECT_EQ(info.cch, 4u);
 }
@@ -124,31 +122,31 @@ TEST_F(MenuTest, OneItemIsTheDefault)
 {
     Append(11, TEXT("Open"));
     Append(12, TEXT("Edit"));
-    EXPECT_EQ(GetMenuDefaultItem(menu, FALSE, 0), static_cast<UINT>(-1));
-    EXPECT_TRUE(SetMenuDefaultItem(menu, 12, FALSE));
-    EXPECT_EQ(GetMenuDefaultItem(menu, FALSE, 0), 12u);
-    EXPECT_TRUE(SetMenuDefaultItem(menu, 0, TRUE));
-    EXPECT_EQ(GetMenuDefaultItem(menu, TRUE, 0), 0u);
-    EXPECT_FALSE(SetMenuDefaultItem(menu, 99, FALSE));
+    EXPECT_EQ(GetMenuDefaultItem(m_menu, FALSE, 0), static_cast<UINT>(-1));
+    EXPECT_TRUE(SetMenuDefaultItem(m_menu, 12, FALSE));
+    EXPECT_EQ(GetMenuDefaultItem(m_menu, FALSE, 0), 12u);
+    EXPECT_TRUE(SetMenuDefaultItem(m_menu, 0, TRUE));
+    EXPECT_EQ(GetMenuDefaultItem(m_menu, TRUE, 0), 0u);
+    EXPECT_FALSE(SetMenuDefaultItem(m_menu, 99, FALSE));
     MENUITEMINFOW info = Info(MIIM_STATE);
     info.fState = MFS_DEFAULT;
-    EXPECT_TRUE(SetMenuItemInfoW(menu, 12, FALSE, &info));
-    EXPECT_EQ(GetMenuDefaultItem(menu, FALSE, 0), 12u) << "it takes over";
-    EXPECT_TRUE(SetMenuDefaultItem(menu, static_cast<UINT>(-1), FALSE));
-    EXPECT_EQ(GetMenuDefaultItem(menu, FALSE, 0), static_cast<UINT>(-1));
+    EXPECT_TRUE(SetMenuItemInfoW(m_menu, 12, FALSE, &info));
+    EXPECT_EQ(GetMenuDefaultItem(m_menu, FALSE, 0), 12u) << "it takes over";
+    EXPECT_TRUE(SetMenuDefaultItem(m_menu, static_cast<UINT>(-1), FALSE));
+    EXPECT_EQ(GetMenuDefaultItem(m_menu, FALSE, 0), static_cast<UINT>(-1));
 }
 
 TEST_F(MenuTest, SubMenusBelongToTheirParent)
 {
     HMENU child = CreatePopupMenu();
     AppendMenuW(child, MF_STRING, 21, TEXT("Nested"));
-    ASSERT_TRUE(AppendMenuW(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(child), TEXT("More")));
-    EXPECT_EQ(GetMenuItemID(menu, 0), static_cast<UINT>(-1)) << "an item that opens a menu has no command";
+    ASSERT_TRUE(AppendMenuW(m_menu, MF_POPUP, reinterpret_cast<UINT_PTR>(child), TEXT("More")));
+    EXPECT_EQ(GetMenuItemID(m_menu, 0), static_cast<UINT>(-1)) << "an item that opens a menu has no command";
     MENUITEMINFOW info = Info(MIIM_SUBMENU);
-    ASSERT_TRUE(GetMenuItemInfoW(menu, 0, TRUE, &info));
+    ASSERT_TRUE(GetMenuItemInfoW(m_menu, 0, TRUE, &info));
     EXPECT_EQ(info.hSubMenu, child);
     EXPECT_EQ(GetMenuItemCount(child), 1);
-    EXPECT_TRUE(DeleteMenu(menu, 0, MF_BYPOSITION));
+    EXPECT_TRUE(DeleteMenu(m_menu, 0, MF_BYPOSITION));
     EXPECT_EQ(GetMenuItemCount(child), -1);
 }
 

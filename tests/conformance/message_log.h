@@ -68,9 +68,7 @@ inline std::string NameOf(UINT message)
 inline testing::AssertionResult SameLines(const char*, const char*, const Lines& expected, const Lines& actual)
 {
     if (expected == actual)
-    {
         return testing::AssertionSuccess();
-    }
     auto result = testing::AssertionFailure();
     for (std::size_t i = 0; i < std::max(expected.size(), actual.size()); ++i)
     {
@@ -107,12 +105,8 @@ protected:
     ~MessageTest() override
     {
         for (const auto& window : m_windows)
-        {
             if (IsWindow(window.first))
-            {
                 DestroyWindow(window.first);
-            }
-        }
         s_test = nullptr;
         Pump();
         UnregisterClassW(TEXT("LoggedWindow"), GetModuleHandleW(nullptr));
@@ -139,9 +133,7 @@ protected:
     {
         MSG message;
         while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
-        {
             DispatchMessageW(&message);
-        }
     }
 
     /// From now on only these messages are written down.
@@ -166,9 +158,7 @@ private:
             if (handler != s_test->m_handlers.end())
             {
                 if (const auto answer = handler->second(window, wParam, lParam))
-                {
                     return *answer;
-                }
             }
         }
         return DefWindowProcW(window, message, wParam, lParam);
@@ -178,17 +168,11 @@ private:
     {
         auto known = m_windows.find(window);
         if (known == m_windows.end())
-        {
             known = m_windows.emplace(window, m_creating).first;
-        }
         else if (!m_creating.empty() && message == WM_NCCREATE)
-        {
             known->second = m_creating; // the handle of a window that has gone
-        }
         if (std::find(m_watched.begin(), m_watched.end(), message) == m_watched.end())
-        {
             return;
-        }
         std::string line = known->second + ": " + NameOf(message);
         const bool state = message == WM_ACTIVATE || message == WM_ACTIVATEAPP || message == WM_NCACTIVATE ||
                            message == WM_SHOWWINDOW || message == WM_ENABLE;

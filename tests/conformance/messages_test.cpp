@@ -19,9 +19,7 @@ protected:
             lines.push_back(conformance::NameOf(message.message) + " " + std::to_string(message.wParam));
             DispatchMessageW(&message);
             if (message.message == WM_QUIT)
-            {
                 break;
-            }
         }
         return lines;
     }

@@ -30,9 +30,7 @@ public:
     ~Key()
     {
         if (status == ERROR_SUCCESS)
-        {
             RegCloseKey(handle);
-        }
     }
     Key(const Key&) = delete;
     Key& operator=(const Key&) = delete;
@@ -52,9 +50,7 @@ LSTATUS OpenStatus(const WCHAR* path, HKEY under = HKEY_CURRENT_USER)
     HKEY key = nullptr;
     const LSTATUS status = RegOpenKeyExW(under, path, 0, KEY_READ, &key);
     if (status == ERROR_SUCCESS)
-    {
         RegCloseKey(key);
-    }
     return status;
 }
 
@@ -133,9 +129,7 @@ TEST_F(Registry, LargeValuesComeBackWhole)
     const Key key(kRoot);
     std::vector<BYTE> large(1 << 20);
     for (std::size_t i = 0; i < large.size(); ++i)
-    {
         large[i] = static_cast<BYTE>(i * 7 + i / 256);
-    }
     ASSERT_EQ(key.Set(TEXT("large"), REG_BINARY, large), ERROR_SUCCESS);
     EXPECT_TRUE(Query(key.handle, TEXT("large"), 1 << 20).data == large);
 }

@@ -44,9 +44,7 @@ public:
     ~Picture()
     {
         if (m_previous != nullptr)
-        {
             SelectObject(m_dc, m_previous);
-        }
         DeleteDC(m_dc);
         DeleteObject(m_bitmap);
     }
@@ -119,12 +117,8 @@ TEST(Resources, BitmapsKeepTheirDepthAndPixels)
         EXPECT_EQ(section.dsBm.bmBitsPixel, bits);
         EXPECT_NE(section.dsBm.bmBits, nullptr);
         for (int y = 0; y < 2; ++y)
-        {
             for (int x = 0; x < 3; ++x)
-            {
                 EXPECT_EQ(picture.Pixel(x, y), flag[y][x]) << x << "," << y;
-            }
-        }
     }
 }
 

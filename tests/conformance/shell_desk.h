@@ -64,9 +64,7 @@ inline Text NameOf(IShellFolder* folder, const ITEMIDLIST* item, DWORD flags)
     STRRET name;
     WCHAR* text = nullptr;
     if (FAILED(folder->GetDisplayNameOf(item, flags, &name)) || FAILED(StrRetToStrW(&name, item, &text)))
-    {
         return TEXT("(no name)");
-    }
     Text result(text);
     CoTaskMemFree(text);
     return result;
@@ -80,39 +78,37 @@ protected:
     {
         static int count = 0;
         const std::string name = "orb-conformance-" + std::to_string(GetTickCount()) + "-" + std::to_string(++count);
-        root = std::filesystem::temp_directory_path() / name;
-        std::filesystem::create_directories(root / "Folder");
-        std::filesystem::create_directories(root / "Folder.x");
+        m_root = std::filesystem::temp_directory_path() / name;
+        std::filesystem::create_directories(m_root / "Folder");
+        std::filesystem::create_directories(m_root / "Folder.x");
         for (const char* file : {"One.txt", "two", "Folder.x/inner"})
-        {
-            std::ofstream(root / file) << "content";
-        }
-        rootList = ParsePath(ShellPath(root));
-        ASSERT_NE(rootList, nullptr);
+            std::ofstream(m_root / file) << "content";
+        m_rootList = ParsePath(ShellPath(m_root));
+        ASSERT_NE(m_rootList, nullptr);
         IShellFolder* bound = nullptr;
-        ASSERT_EQ(
-            DesktopFolder()->BindToObject(rootList.get(), nullptr, IID_IShellFolder, reinterpret_cast<void**>(&bound)),
-            S_OK);
-        folder.reset(bound);
+        ASSERT_EQ(DesktopFolder()->BindToObject(m_rootList.get(), nullptr, IID_IShellFolder,
+                                                reinterpret_cast<void**>(&bound)),
+                  S_OK);
+        m_folder.reset(bound);
     }
 
     void TearDown() override
     {
-        folder.reset();
-        std::filesystem::remove_all(root);
+        m_folder.reset();
+        std::filesystem::remove_all(m_root);
     }
 
     List Child(const WCHAR* name)
     {
         ITEMIDLIST* child = nullptr;
         Text text(name);
-        folder->ParseDisplayName(nullptr, nullptr, text.data(), nullptr, &child, nullptr);
+        m_folder->ParseDisplayName(nullptr, nullptr, text.data(), nullptr, &child, nullptr);
         return List(child);
     }
 
-    std::filesystem::path root;
-    List rootList;
-    Com<IShellFolder> folder;
+    std::filesystem::path m_root;
+    List m_rootList;
+    Com<IShellFolder> m_folder;
 };
 
 } // namespace conformance

@@ -12,9 +12,7 @@ std::set<Text> Listed(IShellFolder* folder, DWORD flags)
     std::set<Text> names;
     IEnumIDList* raw = nullptr;
     if (folder->EnumObjects(nullptr, flags, &raw) != S_OK)
-    {
         return {TEXT("(not enumerated)")};
-    }
     const Com<IEnumIDList> items(raw);
     ITEMIDLIST* item = nullptr;
     while (items->Next(1, &item, nullptr) == S_OK)
@@ -27,27 +25,27 @@ std::set<Text> Listed(IShellFolder* folder, DWORD flags)
 
 ULONG AttributesOf(IShellFolder* folder, const List& item)
 {
-    constexpr ULONG mask = SFGAO_FOLDER | SFGAO_STREAM | SFGAO_LINK;
-    ULONG attributes = mask;
+    constexpr ULONG kMask = SFGAO_FOLDER | SFGAO_STREAM | SFGAO_LINK;
+    ULONG attributes = kMask;
     const ITEMIDLIST* items[] = {item.get()};
     EXPECT_EQ(folder->GetAttributesOf(1, items, &attributes), S_OK);
-    return attributes & mask;
+    return attributes & kMask;
 }
 
 } // namespace
 
 TEST_F(ShellDesk, EnumerationListsFoldersAndFilesAsAsked)
 {
-    EXPECT_EQ(Listed(folder.get(), SHCONTF_FOLDERS | SHCONTF_NONFOLDERS),
+    EXPECT_EQ(Listed(m_folder.get(), SHCONTF_FOLDERS | SHCONTF_NONFOLDERS),
               (std::set<Text>{TEXT("Folder"), TEXT("Folder.x"), TEXT("One.txt"), TEXT("two")}));
-    EXPECT_EQ(Listed(folder.get(), SHCONTF_FOLDERS), (std::set<Text>{TEXT("Folder"), TEXT("Folder.x")}));
-    EXPECT_EQ(Listed(folder.get(), SHCONTF_NONFOLDERS), (std::set<Text>{TEXT("One.txt"), TEXT("two")}));
+    EXPECT_EQ(Listed(m_folder.get(), SHCONTF_FOLDERS), (std::set<Text>{TEXT("Folder"), TEXT("Folder.x")}));
+    EXPECT_EQ(Listed(m_folder.get(), SHCONTF_NONFOLDERS), (std::set<Text>{TEXT("One.txt"), TEXT("two")}));
 }
 
 TEST_F(ShellDesk, AnEnumeratorGoesForwardAndBackToItsStart)
 {
     IEnumIDList* raw = nullptr;
-    ASSERT_EQ(folder->EnumObjects(nullptr, SHCONTF_FOLDERS | SHCONTF_NONFOLDERS, &raw), S_OK);
+    ASSERT_EQ(m_folder->EnumObjects(nullptr, SHCONTF_FOLDERS | SHCONTF_NONFOLDERS, &raw), S_OK);
     const Com<IEnumIDList> items(raw);
     ITEMIDLIST* batch[8] = {};
     ULONG fetched = 99;
@@ -67,7 +65,7 @@ TEST_F(ShellDesk, AnEmptyFolderEnumeratesNothing)
 {
     const List empty = Child(TEXT("Folder"));
     IShellFolder* bound = nullptr;
-    ASSERT_EQ(folder->BindToObject(empty.get(), nullptr, IID_IShellFolder, reinterpret_cast<void**>(&bound)), S_OK);
+    ASSERT_EQ(m_folder->BindToObject(empty.get(), nullptr, IID_IShellFolder, reinterpret_cast<void**>(&bound)), S_OK);
     const Com<IShellFolder> owner(bound);
     EXPECT_EQ(Listed(bound, SHCONTF_FOLDERS | SHCONTF_NONFOLDERS), std::set<Text>{});
 }
@@ -76,26 +74,26 @@ TEST_F(ShellDesk, NamesInTheFolderAndWhole)
 {
     const List file = Child(TEXT("One.txt"));
     ASSERT_NE(file, nullptr);
-    EXPECT_EQ(NameOf(folder.get(), file.get(), SHGDN_INFOLDER | SHGDN_FORPARSING), TEXT("One.txt"));
-    EXPECT_EQ(NameOf(folder.get(), file.get(), SHGDN_FORPARSING), ShellPath(root) + TEXT("\\One.txt"));
-    EXPECT_EQ(NameOf(folder.get(), Child(TEXT("Folder.x")).get(), SHGDN_INFOLDER), TEXT("Folder.x"));
+    EXPECT_EQ(NameOf(m_folder.get(), file.get(), SHGDN_INFOLDER | SHGDN_FORPARSING), TEXT("One.txt"));
+    EXPECT_EQ(NameOf(m_folder.get(), file.get(), SHGDN_FORPARSING), ShellPath(m_root) + TEXT("\\One.txt"));
+    EXPECT_EQ(NameOf(m_folder.get(), Child(TEXT("Folder.x")).get(), SHGDN_INFOLDER), TEXT("Folder.x"));
     WCHAR path[MAX_PATH];
-    const List whole(ILCombine(rootList.get(), file.get()));
+    const List whole(ILCombine(m_rootList.get(), file.get()));
     ASSERT_TRUE(SHGetPathFromIDListW(whole.get(), path));
-    EXPECT_EQ(path, ShellPath(root) + TEXT("\\One.txt"));
+    EXPECT_EQ(path, ShellPath(m_root) + TEXT("\\One.txt"));
 }
 
 TEST_F(ShellDesk, AttributesTellFoldersFromFiles)
 {
-    EXPECT_EQ(AttributesOf(folder.get(), Child(TEXT("Folder"))), ULONG{SFGAO_FOLDER});
-    EXPECT_EQ(AttributesOf(folder.get(), Child(TEXT("Folder.x"))), ULONG{SFGAO_FOLDER});
-    EXPECT_EQ(AttributesOf(folder.get(), Child(TEXT("two"))) & (SFGAO_FOLDER | SFGAO_LINK), 0u);
+    EXPECT_EQ(AttributesOf(m_folder.get(), Child(TEXT("Folder"))), ULONG{SFGAO_FOLDER});
+    EXPECT_EQ(AttributesOf(m_folder.get(), Child(TEXT("Folder.x"))), ULONG{SFGAO_FOLDER});
+    EXPECT_EQ(AttributesOf(m_folder.get(), Child(TEXT("two"))) & (SFGAO_FOLDER | SFGAO_LINK), 0u);
 }
 
 TEST_F(ShellDesk, WhatIsNotThereIsNotParsed)
 {
     ITEMIDLIST* list = reinterpret_cast<ITEMIDLIST*>(1);
-    EXPECT_EQ(SHParseDisplayName((ShellPath(root) + TEXT("\\absent")).c_str(), nullptr, &list, 0, nullptr),
+    EXPECT_EQ(SHParseDisplayName((ShellPath(m_root) + TEXT("\\absent")).c_str(), nullptr, &list, 0, nullptr),
               HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND));
     EXPECT_EQ(list, nullptr);
     EXPECT_EQ(Child(TEXT("absent")), nullptr);
@@ -103,7 +101,7 @@ TEST_F(ShellDesk, WhatIsNotThereIsNotParsed)
 
 TEST_F(ShellDesk, TheParentIsBoundAndTheLastIdentifierIsPartOfTheList)
 {
-    const List whole = ParsePath(ShellPath(root) + TEXT("\\Folder.x\\inner"));
+    const List whole = ParsePath(ShellPath(m_root) + TEXT("\\Folder.x\\inner"));
     ASSERT_NE(whole, nullptr);
     IShellFolder* raw = nullptr;
     PCUITEMID_CHILD last = nullptr;
@@ -122,17 +120,15 @@ std::string DefaultVerb(IShellFolder* folder, const List& item, UINT flags)
     const ITEMIDLIST* items[] = {item.get()};
     IContextMenu* raw = nullptr;
     if (FAILED(folder->GetUIObjectOf(nullptr, 1, items, IID_IContextMenu, nullptr, reinterpret_cast<void**>(&raw))))
-    {
         return "(no menu object)";
-    }
     const Com<IContextMenu> contextMenu(raw);
     const HMENU menu = CreatePopupMenu();
-    constexpr UINT first = 11;
-    EXPECT_GE(contextMenu->QueryContextMenu(menu, 0, first, 0x7FFF, flags), 0);
+    constexpr UINT kFirst = 11;
+    EXPECT_GE(contextMenu->QueryContextMenu(menu, 0, kFirst, 0x7FFF, flags), 0);
     const UINT id = GetMenuDefaultItem(menu, FALSE, 0);
     char verb[256] = "";
     EXPECT_TRUE(id == UINT_MAX ||
-                contextMenu->GetCommandString(id - first, GCS_VERBA, nullptr, verb, sizeof verb) == S_OK);
+                contextMenu->GetCommandString(id - kFirst, GCS_VERBA, nullptr, verb, sizeof verb) == S_OK);
     EXPECT_TRUE(FAILED(contextMenu->GetCommandString(0x7000, GCS_VERBA, nullptr, verb + 128, 128)));
     DestroyMenu(menu);
     return verb;
@@ -142,35 +138,33 @@ std::string DefaultVerb(IShellFolder* folder, const List& item, UINT flags)
 
 TEST_F(ShellDesk, TheMenuMarksTheDefaultCommand)
 {
-    EXPECT_EQ(DefaultVerb(folder.get(), Child(TEXT("Folder")), CMF_NORMAL), "open");
-    EXPECT_EQ(DefaultVerb(folder.get(), Child(TEXT("One.txt")), CMF_NORMAL), "open");
+    EXPECT_EQ(DefaultVerb(m_folder.get(), Child(TEXT("Folder")), CMF_NORMAL), "open");
+    EXPECT_EQ(DefaultVerb(m_folder.get(), Child(TEXT("One.txt")), CMF_NORMAL), "open");
 }
 
 TEST_F(ShellDesk, TheDefaultMenuHoldsTheDefaultCommand)
 {
     if (OnWine())
-    {
         GTEST_SKIP() << "Wine's context menus stay empty with CMF_DEFAULTONLY";
-    }
-    EXPECT_EQ(DefaultVerb(folder.get(), Child(TEXT("Folder")), CMF_DEFAULTONLY), "open");
-    EXPECT_EQ(DefaultVerb(folder.get(), Child(TEXT("One.txt")), CMF_DEFAULTONLY), "open");
+    EXPECT_EQ(DefaultVerb(m_folder.get(), Child(TEXT("Folder")), CMF_DEFAULTONLY), "open");
+    EXPECT_EQ(DefaultVerb(m_folder.get(), Child(TEXT("One.txt")), CMF_DEFAULTONLY), "open");
 }
 
 TEST_F(ShellDesk, FileInformationNamesTypeAndImage)
 {
     const auto info = [&](const WCHAR* name, UINT flags, SHFILEINFOW& result)
     {
-        const List item(ILCombine(rootList.get(), Child(name).get()));
+        const List item(ILCombine(m_rootList.get(), Child(name).get()));
         return SHGetFileInfoW(reinterpret_cast<const WCHAR*>(item.get()), 0, &result, sizeof result,
                               SHGFI_PIDL | flags);
     };
-    constexpr UINT asked = SHGFI_ADDOVERLAYS | SHGFI_TYPENAME | SHGFI_SYSICONINDEX;
+    constexpr UINT kAsked = SHGFI_ADDOVERLAYS | SHGFI_TYPENAME | SHGFI_SYSICONINDEX;
     SHFILEINFOW one{}, another{}, file{}, smallOne{};
-    const DWORD_PTR list = info(TEXT("Folder"), asked, one);
+    const DWORD_PTR list = info(TEXT("Folder"), kAsked, one);
     EXPECT_NE(list, 0u);
-    EXPECT_EQ(info(TEXT("Folder.x"), asked, another), list);
-    EXPECT_NE(info(TEXT("One.txt"), asked, file), 0u);
-    EXPECT_NE(info(TEXT("Folder"), asked | SHGFI_SMALLICON, smallOne), list);
+    EXPECT_EQ(info(TEXT("Folder.x"), kAsked, another), list);
+    EXPECT_NE(info(TEXT("One.txt"), kAsked, file), 0u);
+    EXPECT_NE(info(TEXT("Folder"), kAsked | SHGFI_SMALLICON, smallOne), list);
     EXPECT_EQ(one.iIcon, another.iIcon);
     EXPECT_NE(one.iIcon, file.iIcon);
     EXPECT_EQ(Text(one.szTypeName), another.szTypeName);

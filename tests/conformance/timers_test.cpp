@@ -61,21 +61,19 @@ TEST_F(Timers, RepeatUntilTheirWindowGoes)
     SetTimer(popup, 9, 10, nullptr);
     MSG message;
     while (GetMessageW(&message, nullptr, 0, 0) > 0)
-    {
         DispatchMessageW(&message);
-    }
     EXPECT_EQ(fired, 3);
 }
 
 TEST_F(Timers, ProcedureIsCalledByDispatch)
 {
-    static int s_called;
-    s_called = 0;
+    static int called;
+    called = 0;
     const TIMERPROC procedure = [](HWND window, UINT message, UINT_PTR, DWORD)
     {
         EXPECT_EQ(window, nullptr);
         EXPECT_EQ(message, static_cast<UINT>(WM_TIMER));
-        ++s_called;
+        ++called;
     };
     const UINT_PTR first = SetTimer(nullptr, 0, 10, procedure);
     const UINT_PTR second = SetTimer(nullptr, 0, 60000, procedure);
@@ -84,7 +82,7 @@ TEST_F(Timers, ProcedureIsCalledByDispatch)
     MSG message;
     GetMessageW(&message, nullptr, WM_TIMER, WM_TIMER);
     DispatchMessageW(&message);
-    EXPECT_EQ(s_called, 1);
+    EXPECT_EQ(called, 1);
     EXPECT_TRUE(KillTimer(nullptr, first));
     EXPECT_TRUE(KillTimer(nullptr, second));
 }

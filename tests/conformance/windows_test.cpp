@@ -222,10 +222,10 @@ TEST_F(Windows, StylesIdsTextAndData)
 TEST_F(Windows, ProcedureCanBeReplaced)
 {
     const HWND popup = Popup();
-    static WNDPROC s_previous;
-    s_previous = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(popup, GWLP_WNDPROC));
+    static WNDPROC previous;
+    previous = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(popup, GWLP_WNDPROC));
     const WNDPROC replacement = [](HWND window, UINT message, WPARAM wParam, LPARAM lParam) -> LRESULT
-    { return message == WM_USER ? 77 : CallWindowProcW(s_previous, window, message, wParam, lParam); };
+    { return message == WM_USER ? 77 : CallWindowProcW(previous, window, message, wParam, lParam); };
     SetWindowLongPtrW(popup, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(replacement));
     EXPECT_EQ(SendMessageW(popup, WM_USER, 0, 0), 77);
     EXPECT_EQ(GetWindowTextLengthW(popup), 4) << "the rest goes on to the previous procedure";

@@ -29,9 +29,7 @@ public:
         Begin(data.size() * 2, 8 + (ids + 3) / 4 * 4 + 16);
         Number(type);
         for (const char16_t unit : name)
-        {
             Put16(unit);
-        }
         Put16(0);
         End(data);
     }
@@ -49,9 +47,7 @@ private:
         Align();
         bytes.resize(bytes.size() + 16);
         for (const std::uint16_t unit : data)
-        {
             Put16(unit);
-        }
         Align();
     }
     void Number(std::uint16_t value)
@@ -77,9 +73,7 @@ std::vector<ResourceEntry> ReadAll(ResourceBytes file)
     std::vector<ResourceEntry> entries;
     std::size_t offset = 0;
     while (auto entry = NextResource(file, offset))
-    {
         entries.push_back(std::move(*entry));
-    }
     return entries;
 }
 
@@ -120,8 +114,8 @@ TEST(ResourceFile, ReadsIdentifiers)
 TEST(ResourceFile, SurvivesTruncationAndDamage)
 {
     const std::vector<unsigned char> good = Sample().bytes;
-    constexpr std::size_t padding = 2;
-    for (std::size_t size = 0; size < good.size() - padding; ++size)
+    constexpr std::size_t kPadding = 2;
+    for (std::size_t size = 0; size < good.size() - kPadding; ++size)
     {
         const std::vector<unsigned char> cut(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(size));
         EXPECT_LT(ReadAll(cut).size(), 4u) << "cut to " << size;
@@ -131,12 +125,8 @@ TEST(ResourceFile, SurvivesTruncationAndDamage)
     {
         std::vector<unsigned char> damaged = good;
         for (int hit = 0; hit < 3; ++hit)
-        {
             damaged[random() % damaged.size()] = static_cast<unsigned char>(random() % 3 != 0 ? random() : 0xFF);
-        }
         for (const ResourceEntry& entry : ReadAll(damaged))
-        {
             StringInBlock(entry.data, static_cast<unsigned>(random()));
-        }
     }
 }

@@ -20,8 +20,8 @@ namespace
 
 struct TestMenu : HandleObject
 {
-    static constexpr HandleKind handleKind = HandleKind::Menu;
-    TestMenu() : HandleObject(handleKind) {}
+    static constexpr HandleKind kHandleKind = HandleKind::Menu;
+    TestMenu() : HandleObject(kHandleKind) {}
 };
 
 /// A folder of this test's own, removed afterwards.

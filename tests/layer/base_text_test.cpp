@@ -46,9 +46,7 @@ TEST(ShellPath, EveryNameSurvivesTheRoundTrip)
     {
         std::string name;
         for (unsigned length = random() % 12; length != 0; --length)
-        {
             name += pieces[random() % pieces.size()];
-        }
         names.push_back(name);
     }
     for (const std::string& name : names)

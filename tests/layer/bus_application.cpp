@@ -9,10 +9,10 @@
 namespace
 {
 
-constexpr char interfaces[] = "<node><interface name='org.freedesktop.Application'>"
-                              "<method name='Activate'><arg type='a{sv}' direction='in'/></method>"
-                              "<method name='Open'><arg type='as' direction='in'/><arg type='a{sv}' direction='in'/>"
-                              "</method></interface></node>";
+constexpr char kInterfaces[] = "<node><interface name='org.freedesktop.Application'>"
+                               "<method name='Activate'><arg type='a{sv}' direction='in'/></method>"
+                               "<method name='Open'><arg type='as' direction='in'/><arg type='a{sv}' direction='in'/>"
+                               "</method></interface></node>";
 
 GMainLoop* g_loop;
 std::string g_report;
@@ -34,10 +34,8 @@ void OnBus(GDBusConnection* bus, const char* name, gpointer)
     static const GDBusInterfaceVTable table = {OnCall, nullptr, nullptr, {}};
     std::string path = std::string("/") + name;
     for (char& c : path)
-    {
         c = c == '.' ? '/' : c == '-' ? '_' : c;
-    }
-    GDBusNodeInfo* info = g_dbus_node_info_new_for_xml(interfaces, nullptr);
+    GDBusNodeInfo* info = g_dbus_node_info_new_for_xml(kInterfaces, nullptr);
     g_dbus_connection_register_object(bus, path.c_str(), info->interfaces[0], &table, nullptr, nullptr, nullptr);
     g_dbus_node_info_unref(info);
 }
@@ -47,9 +45,7 @@ void OnBus(GDBusConnection* bus, const char* name, gpointer)
 int main(int argc, char** argv)
 {
     if (argc != 3)
-    {
         return 2;
-    }
     g_report = argv[2];
     g_loop = g_main_loop_new(nullptr, FALSE);
     g_bus_own_name(G_BUS_TYPE_SESSION, argv[1], G_BUS_NAME_OWNER_FLAGS_NONE, OnBus, nullptr, nullptr, nullptr, nullptr);

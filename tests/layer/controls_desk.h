@@ -190,9 +190,7 @@ private:
         {
             auto& draw = reinterpret_cast<NMTBCUSTOMDRAW&>(header);
             if (draw.nmcd.dwDrawStage == CDDS_ITEMPREPAINT)
-            {
                 drawnItems.push_back(draw.nmcd.dwItemSpec);
-            }
             return draw.nmcd.dwDrawStage == CDDS_PREPAINT ? CDRF_NOTIFYITEMDRAW
                                                           : (onDraw ? onDraw(draw) : LRESULT{CDRF_DODEFAULT});
         }

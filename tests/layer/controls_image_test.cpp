@@ -9,9 +9,7 @@ platform::IconImage Checkerboard(int size)
 {
     platform::IconImage image{size, size, {}};
     for (int i = 0; i < size * size; ++i)
-    {
         image.pixels.push_back((i / size + i % size) % 2 != 0 ? 0xFFFFFFFFu : 0xFF000000u);
-    }
     return image;
 }
 
@@ -32,9 +30,7 @@ TEST(ImageScaling, GrowingKeepsPlainAreasPlain)
 {
     const platform::IconImage plain{2, 2, std::vector<std::uint32_t>(4, 0x80402010u)};
     for (const std::uint32_t pixel : platform::ScaleImage(plain, 7, 5).pixels)
-    {
         EXPECT_EQ(pixel, 0x80402010u);
-    }
 }
 
 TEST(ImageScaling, AnEmptyPictureIsTransparent)

@@ -140,9 +140,7 @@ TEST_F(MessageBoxes, ALongTextIsBrokenToFitTheScreen)
 {
     std::u16string text;
     for (int i = 0; i < 60; ++i)
-    {
         text += u"Error opening a rather long path. ";
-    }
     const auto look = []
     {
         RECT box{};

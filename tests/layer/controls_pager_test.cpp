@@ -16,9 +16,7 @@ struct PagerOnScreen : ControlsDesk
     PagerOnScreen()
     {
         for (int i = 0; i < kItems; ++i)
-        {
             Add(u"Item");
-        }
         SizeButtons(kWidth - 20, kItem);
         Page(kWidth, kHeight, kButton);
         Show();

@@ -54,9 +54,7 @@ TEST_F(ToolbarDrawing, TheHotItemIsFilledWithTheOwnersColourAndNothingElse)
     Show();
     for (const POINT corner :
          {POINT{0, kHeight}, POINT{kWidth - 1, kHeight}, POINT{0, 2 * kHeight - 1}, POINT{kWidth - 1, 2 * kHeight - 1}})
-    {
         EXPECT_EQ(Pixel(corner.x, corner.y), 0x000080u) << corner.x << ", " << corner.y;
-    }
     EXPECT_EQ(Pixel(0, kHeight - 1), kBackground);
     EXPECT_EQ(Pixel(0, 2 * kHeight), kBackground);
     EXPECT_EQ(Pixel(kWidth, kHeight + 5), kBackground);
@@ -188,25 +186,23 @@ TEST_F(ToolbarDrawing, AClickThatLosesTheMouseIsNone)
 
 TEST_F(ControlsDesk, TenThousandItemsCostWhatIsShown)
 {
-    constexpr int count = 10000;
+    constexpr int kCount = 10000;
     constexpr int kRow = 25;
-    for (int i = 0; i < count; ++i)
-    {
+    for (int i = 0; i < kCount; ++i)
         Add(u"Item", AddIcon(kImage, kIconColor));
-    }
     SizeButtons(kWidth, kRow);
     Page(kWidth + 20, 200, 10);
     Show();
     EXPECT_LE(drawnItems.size(), 200u / kRow + 1);
     EXPECT_LE(PlainIcon::made, 200 / kRow + 1);
     drawnItems.clear();
-    SendMessageW(pager, PGM_SETPOS, 0, count * kRow);
+    SendMessageW(pager, PGM_SETPOS, 0, kCount * kRow);
     Pump();
     ASSERT_FALSE(drawnItems.empty());
-    EXPECT_EQ(drawnItems.back(), 1000u + count - 1);
+    EXPECT_EQ(drawnItems.back(), 1000u + kCount - 1);
     EXPECT_LE(drawnItems.size(), 2 * (200u / kRow + 1));
-    POINT point = {5, (count - 1) * kRow + 3};
-    EXPECT_EQ(Send(TB_HITTEST, 0, reinterpret_cast<LPARAM>(&point)), count - 1);
+    POINT point = {5, (kCount - 1) * kRow + 3};
+    EXPECT_EQ(Send(TB_HITTEST, 0, reinterpret_cast<LPARAM>(&point)), kCount - 1);
 }
 
 TEST_F(ControlsDesk, AHiddenButtonTakesNoRoom)
@@ -227,9 +223,7 @@ TEST_F(ControlsDesk, AHiddenButtonTakesNoRoom)
 TEST_F(ControlsDesk, TheHotItemFollowsInsertionsAndDeletions)
 {
     for (const char16_t* text : {u"a", u"b", u"c"})
-    {
         Add(text);
-    }
     Send(TB_SETHOTITEM, 1);
     Send(TB_DELETEBUTTON, 0);
     EXPECT_EQ(Hot(), 0);

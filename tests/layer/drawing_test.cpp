@@ -69,17 +69,13 @@ FileBytes IconPicture(const FileBytes& file, std::size_t n)
 void DamageAndRead(const FileBytes& good, void (*read)(Bytes))
 {
     for (std::size_t size = 0; size < good.size(); size += 1 + good.size() / 200)
-    {
         read({good.data(), size});
-    }
     std::mt19937 random(3);
     for (int round = 0; round < 2000; ++round)
     {
         FileBytes bad = good;
         for (int hit = 0; hit < 4; ++hit)
-        {
             bad[random() % std::min<std::size_t>(bad.size(), 80)] = static_cast<unsigned char>(random());
-        }
         read(bad);
     }
 }
@@ -199,7 +195,8 @@ TEST(Pictures, IconsComePremultipliedWithTheirMask)
     ASSERT_TRUE(large);
     EXPECT_EQ(large->pixels[0], 0u) << "masked out";
     EXPECT_EQ(large->pixels[31], 0xFFFF0000u);
-    DamageAndRead(IconPicture(file, 0), [](Bytes bytes) { ReadIconImage(bytes); });
+    DamageAndRead(
+        IconPicture(file, 0), [](Bytes bytes) { ReadIconImage(bytes); });
     DamageAndRead(IconPicture(file, 1), [](Bytes bytes) { ReadIconImage(bytes); });
 }
 

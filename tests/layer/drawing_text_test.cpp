@@ -64,12 +64,8 @@ public:
         EXPECT_TRUE(TextOutW(m_dc, 20, 20, text.data(), static_cast<int>(text.size())));
         std::pair<int, int> ink{kWidth, 0};
         for (int i = 0; i < kWidth * kHeight; ++i)
-        {
             if ((m_bits[i] & 0xFFFFFF) != 0)
-            {
                 ink = {std::min(ink.first, i % kWidth), std::max(ink.second, i % kWidth + 1)};
-            }
-        }
         return ink;
     }
     int Width(std::u16string_view text) const
@@ -109,9 +105,7 @@ TEST(TextPaths, PlainTextStaysOffTheService)
     EXPECT_FALSE(NeedsShaping(u'字')) << "one glyph each, if the font has it";
     for (const char16_t unit : {u'\u0301', u'א', u'ع', u'न', u'ก', u'\u200D', u'\uFE0F', char16_t{0xD83D},
                                 char16_t{0xDE00}, u'\u202E', u'\uFEFF'})
-    {
         EXPECT_TRUE(NeedsShaping(unit)) << std::hex << static_cast<unsigned>(unit);
-    }
     GlyphFont& font = GlyphFont::For(LogFont(-14));
     EXPECT_TRUE(font.Measure(u"Plain name (2)"));
     EXPECT_TRUE(font.Measure(u"tab\there")) << "control characters show as blanks";

@@ -109,11 +109,9 @@ constexpr fs::perms kEnterable = fs::perms::owner_exec | fs::perms::group_exec |
 /// Becomes an ordinary user, for good: for the child process of a death test.
 void DropPrivileges()
 {
-    constexpr uid_t nobody = 65534;
-    if (geteuid() == 0 && setuid(nobody) != 0)
-    {
+    constexpr uid_t kNobody = 65534;
+    if (geteuid() == 0 && setuid(kNobody) != 0)
         _exit(99);
-    }
 }
 
 } // namespace
@@ -208,13 +206,9 @@ TEST_F(RegistryFile, TruncationAndDamageLoseNothing)
         SCOPED_TRACE(step);
         std::string bad = good;
         if (step % 2 == 0)
-        {
             bad.resize(good.size() * step / 24);
-        }
         else
-        {
             bad.replace(good.size() * step / 24, 64, std::string(64, '\xEE'));
-        }
         fs::remove_all(m_path.parent_path());
         WriteFile(m_path, bad);
         RegistryStore store(m_path);
@@ -222,10 +216,7 @@ TEST_F(RegistryFile, TruncationAndDamageLoseNothing)
         const LONG saved = Save(store, {1});
         EXPECT_EQ(saved, ERROR_SUCCESS);
         EXPECT_EQ(Load(store), Data{1});
-        if (loaded.empty() && !bad.empty())
-        {
-            EXPECT_TRUE(ReadFile(Aside(1)) == bad);
-        }
+        EXPECT_TRUE(!loaded.empty() || bad.empty() || ReadFile(Aside(1)) == bad);
     }
 }
 
@@ -239,9 +230,7 @@ TEST_F(RegistryFile, ALockedStoreIsWaitedForBrieflyAndOnce)
     Load(store);
     EXPECT_EQ(m_status, ERROR_LOCK_VIOLATION);
     for (int i = 0; i < 20; ++i)
-    {
         EXPECT_EQ(Save(store, {9}), ERROR_LOCK_VIOLATION);
-    }
     const auto taken = std::chrono::steady_clock::now() - start;
     EXPECT_GT(taken, std::chrono::milliseconds(100)) << "another launcher's save is worth waiting for";
     EXPECT_LT(taken, std::chrono::milliseconds(1500)) << "but not once for each call";
@@ -313,19 +302,13 @@ TEST_F(RegistryFile, AWriterKilledAtAnyMomentLeavesAWholeStore)
         {
             RegistryStore store(m_path);
             for (unsigned char i = 1;; ++i)
-            {
                 if (Save(store, Data(3000, i)) != ERROR_SUCCESS || write(saves[1], "s", 1) != 1)
-                {
                     _exit(1);
-                }
-            }
         }
         // After a varying number of saves the next one is under way.
         char byte = 0;
         for (int i = 0; i <= round % 5; ++i)
-        {
             EXPECT_EQ(read(saves[0], &byte, 1), 1);
-        }
         kill(child, SIGKILL);
         waitpid(child, nullptr, 0);
         close(saves[0]);
@@ -343,12 +326,12 @@ TEST_F(RegistryFile, AWriterKilledAtAnyMomentLeavesAWholeStore)
 // Two processes that start at the same time on a machine that has no store yet.
 TEST_F(RegistryFile, WritersAtTheSameTimeShareTheStore)
 {
-    constexpr int writers = 4;
+    constexpr int kWriters = 4;
     for (int round = 0; round < 5; ++round)
     {
         fs::remove_all(m_path.parent_path());
         std::vector<pid_t> children;
-        for (int i = 0; i < writers; ++i)
+        for (int i = 0; i < kWriters; ++i)
         {
             const pid_t child = fork();
             if (child == 0)
@@ -373,7 +356,7 @@ TEST_F(RegistryFile, WritersAtTheSameTimeShareTheStore)
             EXPECT_EQ(status, 0);
         }
         EXPECT_FALSE(fs::exists(Aside(1))) << "a store that is being made is no damaged one";
-        EXPECT_EQ(RawDatabase{m_path}("SELECT count(*) FROM keys WHERE name LIKE 'Writer%'"), std::to_string(writers));
+        EXPECT_EQ(RawDatabase{m_path}("SELECT count(*) FROM keys WHERE name LIKE 'Writer%'"), std::to_string(kWriters));
     }
 }
 
@@ -400,8 +383,6 @@ TEST_F(RegistryFile, TheMachinesHiveRefusesOrdinaryUsersAtOnce)
         _exit((reads ? 0 : 1) + (refuses ? 0 : 2));
     };
     if (geteuid() != 0)
-    {
         GTEST_SKIP() << "needs root to become somebody else than the files' owner";
-    }
     EXPECT_EXIT(asUser(), testing::ExitedWithCode(0), "");
 }

@@ -19,9 +19,7 @@ public:
         for (const auto& [variable, folder] :
              {std::array{"XDG_CONFIG_HOME", "/config"}, std::array{"XDG_CACHE_HOME", "/cache"},
               std::array{"XDG_DATA_HOME", "/data"}, std::array{"XDG_CONFIG_DIRS", "/machine"}})
-        {
             setenv(variable, (m_path + folder).c_str(), 1);
-        }
     }
     ~ScratchHome() override { std::filesystem::remove_all(m_path); }
 

@@ -37,9 +37,7 @@ void Paint(HWND window)
 void OnKey(HWND window, WPARAM key)
 {
     if (key == VK_ESCAPE)
-    {
         PostMessageW(window, WM_CLOSE, 0, 0);
-    }
     if (key == 'L')
     {
         // The key left of V, as an event reports it while the second layout is active.
@@ -103,9 +101,7 @@ LRESULT CALLBACK MenuProcedure(HWND window, UINT message, WPARAM wParam, LPARAM 
     case WM_ACTIVATEAPP:
         Say("active", static_cast<long>(wParam));
         if (!wParam && !g_stay && IsWindowEnabled(window))
-        {
             PostMessageW(window, WM_CLOSE, 0, 0);
-        }
         return 0;
     case WM_DESTROY:
         Say("closed", 0);

@@ -45,9 +45,7 @@ int PrintPixel(xcb_connection_t* xcb, int x, int y)
                                       static_cast<short>(y), 1, 1, ~0U);
     const auto reply = Own(xcb_get_image_reply(xcb, cookie, nullptr));
     if (reply == nullptr)
-    {
         return 1;
-    }
     const auto* bytes = xcb_get_image_data(reply.get());
     std::printf("0x%02x%02x%02x\n", bytes[2], bytes[1], bytes[0]);
     return 0;
@@ -150,27 +148,17 @@ int main(int argc, char** argv)
                                                                                     &xcb_disconnect);
     xcb_connection_t* xcb = connection.get();
     if (xcb_connection_has_error(xcb) != 0 || argc < 2)
-    {
         return 2;
-    }
     const std::string mode = argv[1];
     const int x = argc > 2 ? std::atoi(argv[2]) : 0;
     const int y = argc > 3 ? std::atoi(argv[3]) : 0;
     if (mode == "pixel")
-    {
         return PrintPixel(xcb, x, y);
-    }
     if (mode == "grabs")
-    {
         return ReportGrabs(xcb);
-    }
     if (mode == "focus")
-    {
         return PrintFocus(xcb);
-    }
     if (mode == "manager")
-    {
         return HasManager(xcb) ? 0 : 1;
-    }
     return RunClient(xcb, x, y, mode == "tooltip", argc > 4);
 }

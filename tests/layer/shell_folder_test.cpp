@@ -22,9 +22,7 @@ std::set<std::string> FileNames(const std::vector<Item>& items)
 {
     std::set<std::string> names;
     for (const Item& item : items)
-    {
         names.insert(item.fileName);
-    }
     return names;
 }
 
@@ -47,9 +45,7 @@ TEST(ShellFolder, EveryNameIsListedAndFoundAgain)
     {
         const auto folder = NewFolder();
         for (const std::string& name : names)
-        {
             asFolders ? static_cast<void>(std::filesystem::create_directory(folder / name)) : Write(folder / name, "x");
-        }
         const std::vector<Item> items = Items(folder);
         EXPECT_EQ(FileNames(items), names);
         for (const Item& item : items)
@@ -64,9 +60,7 @@ TEST(ShellFolder, EveryNameIsListedAndFoundAgain)
         }
         for (const char* name :
              {"back\\slash", "co:lon", "na\u00EFve \u00FF", "\u05E9\u05DC\u05D5\u05DD", "\U0001F600 smile"})
-        {
             EXPECT_EQ(Find(items, name)->display, name);
-        }
     }
 }
 
@@ -137,7 +131,7 @@ TEST(ShellFolder, DesktopEntriesShowTheirNameInTheUsersLanguage)
         ASSERT_NE(Find(items, name + std::string(".desktop")), nullptr) << name;
         EXPECT_EQ(Find(items, name + std::string(".desktop"))->display, name);
     }
-    EXPECT_EQ(Find(items, "long.desktop")->display, std::string(platform::maxDisplayUnits, 'x'));
+    EXPECT_EQ(Find(items, "long.desktop")->display, std::string(platform::kMaxDisplayUnits, 'x'));
 }
 
 TEST(ShellFolder, HiddenItemsAreListedOnlyOnRequest)
@@ -200,9 +194,7 @@ TEST(ShellFolder, MalformedListsAreRefused)
         const auto* item = reinterpret_cast<LPCITEMIDLIST>(bytes.data());
         STRRET name{};
         if (SUCCEEDED(parent->GetDisplayNameOf(item, SHGDN_INFOLDER, &name)))
-        {
             CoTaskMemFree(name.pOleStr);
-        }
         SHFILEINFOW info{};
         SHGetFileInfoW(reinterpret_cast<LPCWSTR>(item), 0, &info, sizeof info, SHGFI_PIDL | SHGFI_TYPENAME);
         WCHAR path[MAX_PATH];
@@ -212,8 +204,8 @@ TEST(ShellFolder, MalformedListsAreRefused)
     for (const std::string_view name : {"a/b/"sv, "...."sv, "a\0bc"sv})
     {
         std::vector<BYTE> bytes = good;
-        constexpr std::string_view real = "file";
-        std::copy(name.begin(), name.end(), std::search(bytes.begin(), bytes.end(), real.begin(), real.end()));
+        constexpr std::string_view kReal = "file";
+        std::copy(name.begin(), name.end(), std::search(bytes.begin(), bytes.end(), kReal.begin(), kReal.end()));
         const auto* item = reinterpret_cast<LPCITEMIDLIST>(bytes.data());
         WCHAR path[MAX_PATH];
         EXPECT_EQ(SHGetPathFromIDListW(item, path) != FALSE, name == "....") << name;
@@ -221,9 +213,7 @@ TEST(ShellFolder, MalformedListsAreRefused)
         EXPECT_EQ(SUCCEEDED(parent->GetUIObjectOf(nullptr, 1, &item, IID_IContextMenu, nullptr, &menu)),
                   name == "....");
         if (menu != nullptr)
-        {
             static_cast<IContextMenu*>(menu)->Release();
-        }
     }
     BYTE foreign[] = {6, 0, 1, 2, 3, 4, 0, 0};
     STRRET name;

@@ -24,8 +24,8 @@ std::string Square(const std::string& colour)
            "'/></svg>";
 }
 
-constexpr std::uint32_t red = 0xFFFF0000;
-constexpr std::uint32_t blue = 0xFF0000FF;
+constexpr std::uint32_t kRed = 0xFFFF0000;
+constexpr std::uint32_t kBlue = 0xFF0000FF;
 
 /// The pixel in the middle of a shell icon made anew.
 std::uint32_t Middle(const std::string& identity, int size)
@@ -39,8 +39,8 @@ std::uint32_t Middle(const std::string& identity, int size)
 
 bool IsDrawn(const IconImage& image)
 {
-    return std::any_of(image.pixels.begin(), image.pixels.end(),
-                       [](std::uint32_t pixel) { return pixel >> 24 == 255; });
+    return std::any_of(
+        image.pixels.begin(), image.pixels.end(), [](std::uint32_t pixel) { return pixel >> 24 == 255; });
 }
 
 void Touch(const std::filesystem::path& folder, const std::string& name)
@@ -69,9 +69,7 @@ TEST(IconTheme, PicksTheFolderThatSuitsTheSizeAndTheNearestTheme)
     std::filesystem::create_directories(base / "hicolor");
     Write(base / "hicolor/index.theme", "[Icon Theme]\nDirectories=48/apps\n[48/apps]\nSize=48\n");
     for (const char* folder : {"orb/16/apps", "orb/32/apps", "orb/64/apps"})
-    {
         Touch(base / folder, "app.png");
-    }
     Touch(base / "orb/big/apps", "app.svg");
     Touch(base / "orb/16@2/apps", "scaled.png");
     Touch(base / "orb/64/apps", "large.xpm");
@@ -114,9 +112,7 @@ TEST(ShellIcons, BrokenAndMissingPicturesGiveWayToTheNextBest)
     Write(folder / "good.svg", Square("red"));
     const std::string good = (folder / "good.svg").native();
     for (const char* bad : {"bad.png", "bad.svg", "absent.png"})
-    {
-        EXPECT_EQ(Middle((folder / bad).native() + "\n" + good, 24), red) << bad;
-    }
+        EXPECT_EQ(Middle((folder / bad).native() + "\n" + good, 24), kRed) << bad;
     for (const char* builtin : {"!folder", "!document", "!program"})
     {
         for (const int size : {1, 16, 32, 48, 100})
@@ -133,16 +129,16 @@ TEST(ShellIcons, APictureIsMadeAgainWhenItsFileChanges)
     const auto folder = NewFolder();
     const std::string path = (folder / "icon.svg").native();
     Write(path, Square("red"));
-    EXPECT_EQ(Middle(path, 20), red);
+    EXPECT_EQ(Middle(path, 20), kRed);
     RunDeferred();
-    EXPECT_EQ(Middle(path, 20), red);
+    EXPECT_EQ(Middle(path, 20), kRed);
     Write(path, Square("blue"));
-    EXPECT_EQ(Middle(path, 20), blue);
+    EXPECT_EQ(Middle(path, 20), kBlue);
     std::filesystem::remove(path);
     const std::uint32_t missing = Middle(path, 20);
-    EXPECT_NE(missing, blue);
+    EXPECT_NE(missing, kBlue);
     Write(path, Square("blue"));
-    EXPECT_EQ(Middle(path, 20), blue) << "a file that was missing has appeared";
+    EXPECT_EQ(Middle(path, 20), kBlue) << "a file that was missing has appeared";
 }
 
 TEST(ShellIcons, LinksCarryAMarkAndSharePicturesWithNothingElse)
@@ -181,21 +177,21 @@ TEST(ShellIcons, TheSameIconHasOneIndexAndAHandleOnRequest)
 
 TEST(IconPack, KeepsPicturesForTheThemeAsItWasFound)
 {
-    constexpr int size = 11;
+    constexpr int kSize = 11;
     const auto themes = NewFolder();
     const auto file = themes / "file";
     Write(file, "1");
     const std::vector<platform::DirectoryStamp> found{{themes.native(), platform::ModificationTime(themes.native())},
                                                       {(themes / "absent").native(), 0}};
-    const IconImage image{size, size, std::vector<std::uint32_t>(size * size, red)};
-    platform::IconPack made("theme", size);
+    const IconImage image{kSize, kSize, std::vector<std::uint32_t>(kSize * kSize, kRed)};
+    platform::IconPack made("theme", kSize);
     made.Add("key", {platform::WitnessOf(file.native())}, image);
     made.Add("other", {}, image);
     made.Save(found);
 
-    EXPECT_EQ(platform::IconPack("theme", size).Find("key")->pixels, image.pixels);
-    EXPECT_FALSE(platform::IconPack("another theme", size).Find("key"));
-    EXPECT_FALSE(platform::IconPack("theme", size).Find("absent"));
+    EXPECT_EQ(platform::IconPack("theme", kSize).Find("key")->pixels, image.pixels);
+    EXPECT_FALSE(platform::IconPack("another theme", kSize).Find("key"));
+    EXPECT_FALSE(platform::IconPack("theme", kSize).Find("absent"));
 
     const std::filesystem::path pack = Home() / "cache/orb-launcher/icons-11";
     std::ifstream stream(pack);
@@ -210,16 +206,16 @@ TEST(IconPack, KeepsPicturesForTheThemeAsItWasFound)
         std::string bad = good;
         bad[at] = static_cast<char>(bad[at] ^ 0x10);
         replace(bad);
-        const auto kept = platform::IconPack("theme", size).Find("key");
+        const auto kept = platform::IconPack("theme", kSize).Find("key");
         ASSERT_TRUE(!kept || kept->pixels == image.pixels) << "byte " << at;
         replace(good.substr(0, at));
-        const auto cut = platform::IconPack("theme", size).Find("key");
+        const auto cut = platform::IconPack("theme", kSize).Find("key");
         ASSERT_TRUE(!cut || cut->pixels == image.pixels) << at << " bytes";
     }
     replace(good);
     Write(file, "22");
-    EXPECT_FALSE(platform::IconPack("theme", size).Find("key")) << "its file has changed";
-    EXPECT_TRUE(platform::IconPack("theme", size).Find("other"));
+    EXPECT_FALSE(platform::IconPack("theme", kSize).Find("key")) << "its file has changed";
+    EXPECT_TRUE(platform::IconPack("theme", kSize).Find("other"));
     std::filesystem::create_directory(themes / "absent");
-    EXPECT_FALSE(platform::IconPack("theme", size).Find("other")) << "a theme folder has appeared";
+    EXPECT_FALSE(platform::IconPack("theme", kSize).Find("other")) << "a theme folder has appeared";
 }

@@ -29,9 +29,7 @@ std::string Open(const std::filesystem::path& path, std::atomic<int>* ended = nu
     const auto* service =
         static_cast<const platform::LaunchService*>(platform::DesktopModuleSymbol("orb_launch_service"));
     if (service == nullptr)
-    {
         return "the desktop module is missing";
-    }
     char reason[512] = "";
     const auto finished = [](void* count) { ++*static_cast<std::atomic<int>*>(count); };
     service->open(path.c_str(), {finished, ended != nullptr ? ended : &ignored}, reason, sizeof reason);
@@ -54,41 +52,39 @@ protected:
 
     void SetUp() override
     {
-        folder = NewFolder();
-        report = folder / "report";
+        m_folder = NewFolder();
+        m_report = m_folder / "report";
         // Tells what it was started as, whole or not at all.
-        Write(folder / "tell.sh",
+        Write(m_folder / "tell.sh",
               "#!/bin/sh\n{\nfor a in \"$@\"; do echo \"arg $a\"; done\n"
               "echo \"cwd $PWD\"\necho \"sid $(cut -d' ' -f6 /proc/$$/stat)\"\necho \"pid $$\"\n"
               "echo \"id $DESKTOP_STARTUP_ID$XDG_ACTIVATION_TOKEN\"\n"
               "grep -E 'SigBlk|SigIgn' /proc/self/status\n"
               "for f in /proc/$$/fd/*; do echo \"fd ${f##*/} $(readlink \"$f\")\"; done\n} > '" +
-                  report.native() + ".part'\nmv '" + report.native() + ".part' '" + report.native() + "'\n",
+                  m_report.native() + ".part'\nmv '" + m_report.native() + ".part' '" + m_report.native() + "'\n",
               0755);
     }
 
     std::filesystem::path Entry(const std::string& lines)
     {
-        const auto path = folder / "entry.desktop";
+        const auto path = m_folder / "entry.desktop";
         Write(path, "[Desktop Entry]\nType=Application\nName=A Tool\nIcon=tool\n" + lines);
         return path;
     }
 
-    std::string Tell() const { return "\"" + (folder / "tell.sh").native() + "\""; }
+    std::string Tell() const { return "\"" + (m_folder / "tell.sh").native() + "\""; }
 
     /// The report's lines, once it is there.
     std::string Report() const
     {
-        if (!WaitFor([this] { return std::filesystem::exists(report); }))
-        {
+        if (!WaitFor([this] { return std::filesystem::exists(m_report); }))
             return "the program was not started";
-        }
-        std::ifstream file(report);
+        std::ifstream file(m_report);
         return {std::istreambuf_iterator<char>(file), {}};
     }
 
-    std::filesystem::path folder;
-    std::filesystem::path report;
+    std::filesystem::path m_folder;
+    std::filesystem::path m_report;
 };
 
 /// A session bus of the tests' own, as long as the process: GIO keeps to the first one that it has met.
@@ -123,9 +119,7 @@ private:
         std::string address = "--address=" + Address();
         std::vector<char*> arguments;
         for (const char* argument : {"dbus-daemon", "--session", "--nofork", "--nopidfile", address.c_str()})
-        {
             arguments.push_back(const_cast<char*>(argument));
-        }
         arguments.push_back(nullptr);
         posix_spawnp(&m_process, arguments[0], nullptr, nullptr, arguments.data(), environ);
     }
@@ -151,7 +145,7 @@ std::string ValueOf(const std::string& report, const std::string& key)
 
 TEST_F(ShellLaunch, AStartedProgramIsOnItsOwn)
 {
-    const auto path = folder / "path with %s";
+    const auto path = m_folder / "path with %s";
     std::filesystem::create_directory(path);
     setenv("DESKTOP_STARTUP_ID", "ours", 1);
     setenv("XDG_ACTIVATION_TOKEN", "ours", 1);
@@ -171,7 +165,7 @@ TEST_F(ShellLaunch, AStartedProgramIsOnItsOwn)
     close(leaked);
     const std::string text = Report();
     EXPECT_TRUE(text.starts_with("arg plain\narg two words\narg %\narg --icon\narg tool\narg A Tool\narg " +
-                                 (folder / "entry.desktop").native() + "\ncwd "))
+                                 (m_folder / "entry.desktop").native() + "\ncwd "))
         << text;
     EXPECT_EQ(ValueOf(text, "cwd"), path.native());
     EXPECT_NE(ValueOf(text, "sid"), std::to_string(getsid(0)));
@@ -188,18 +182,18 @@ TEST_F(ShellLaunch, AStartedProgramIsOnItsOwn)
 
 TEST_F(ShellLaunch, ProgramsAndLinksToThemRun)
 {
-    std::filesystem::create_symlink("tell.sh", folder / "link.lnk");
-    EXPECT_EQ(Open(folder / "link.lnk"), "");
+    std::filesystem::create_symlink("tell.sh", m_folder / "link.lnk");
+    EXPECT_EQ(Open(m_folder / "link.lnk"), "");
     const std::string text = Report();
-    EXPECT_EQ(ValueOf(text, "cwd"), folder.native());
+    EXPECT_EQ(ValueOf(text, "cwd"), m_folder.native());
     EXPECT_NE(ValueOf(text, "sid"), std::to_string(getsid(0)));
 }
 
 TEST_F(ShellLaunch, ALinkToADesktopEntryRunsIt)
 {
     Entry("Exec=" + Tell() + " through\n");
-    std::filesystem::create_symlink("entry.desktop", folder / "link.lnk");
-    EXPECT_EQ(Open(folder / "link.lnk"), "");
+    std::filesystem::create_symlink("entry.desktop", m_folder / "link.lnk");
+    EXPECT_EQ(Open(m_folder / "link.lnk"), "");
     EXPECT_EQ(ValueOf(Report(), "arg"), "through");
 }
 
@@ -209,13 +203,14 @@ TEST_F(ShellLaunch, TerminalProgramsRunInTheUsersTerminal)
     Write(terminal, "#!/bin/sh\ntest \"$1\" = -e && shift && exec \"$@\" in-terminal\n", 0755);
     EXPECT_EQ(Open(Entry("Exec=" + Tell() + " %k %%\nTerminal=true\n")), "");
     const std::string text = Report();
-    EXPECT_TRUE(text.starts_with("arg " + (folder / "entry.desktop").native() + "\narg %\narg in-terminal\n")) << text;
+    EXPECT_TRUE(text.starts_with("arg " + (m_folder / "entry.desktop").native() + "\narg %\narg in-terminal\n"))
+        << text;
     std::filesystem::remove(terminal);
 }
 
 TEST_F(ShellLaunch, AnApplicationThatNoBusCanActivateIsRun)
 {
-    const auto entry = folder / "org.example.Unknown.desktop";
+    const auto entry = m_folder / "org.example.Unknown.desktop";
     std::filesystem::rename(Entry("Exec=" + Tell() + " by-command\nDBusActivatable=true\n"), entry);
     std::atomic<int> ended = 0;
     EXPECT_EQ(Open(entry, &ended), "");
@@ -226,14 +221,14 @@ TEST_F(ShellLaunch, AnApplicationThatNoBusCanActivateIsRun)
 TEST_F(ShellLaunch, AnActivatableApplicationIsAskedOverTheBus)
 {
     const std::string name = "org.example.Orb-Test";
-    report = Home() / "bus-report";
-    std::filesystem::remove(report);
+    m_report = Home() / "bus-report";
+    std::filesystem::remove(m_report);
     // The bus reads it when it starts.
     std::filesystem::create_directories(Home() / "data/dbus-1/services");
     Write(Home() / "data/dbus-1/services" / (name + ".service"), "[D-BUS Service]\nName=" + name +
                                                                      "\nExec=" + ORB_BUS_APPLICATION + " " + name +
-                                                                     " " + report.native() + "\n");
-    const auto entry = folder / (name + ".desktop");
+                                                                     " " + m_report.native() + "\n");
+    const auto entry = m_folder / (name + ".desktop");
     Write(entry,
           "[Desktop Entry]\nType=Application\nName=On the Bus\nExec=" + Tell() + " by-command\nDBusActivatable=true\n");
     const SessionBus& bus = SessionBus::Of();
@@ -245,9 +240,9 @@ TEST_F(ShellLaunch, AnActivatableApplicationIsAskedOverTheBus)
     EXPECT_TRUE(WaitFor([&] { return ended == 1; })) << "the process was held until the answer";
 
     // What the bus cannot have started is started by its command line.
-    const auto unknown = folder / "org.example.Unknown.desktop";
+    const auto unknown = m_folder / "org.example.Unknown.desktop";
     std::filesystem::rename(entry, unknown);
-    report = folder / "report";
+    m_report = m_folder / "report";
     EXPECT_EQ(Open(unknown), "");
     EXPECT_EQ(ValueOf(Report(), "arg"), "by-command");
     setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus", 1);
@@ -255,7 +250,7 @@ TEST_F(ShellLaunch, AnActivatableApplicationIsAskedOverTheBus)
 
 TEST_F(ShellLaunch, DocumentsOpenWithTheirApplication)
 {
-    const auto odd = folder / "o%dd #nam\xFF";
+    const auto odd = m_folder / "o%dd #nam\xFF";
     std::filesystem::create_directory(odd);
     EXPECT_EQ(Open(odd), "");
     EXPECT_EQ(ValueOf(Report(), "arg"), odd.native());
@@ -281,11 +276,11 @@ TEST_F(ShellLaunch, TheMenuOpensItemsAndTellsTheUserWhatFails)
     };
     EXPECT_EQ(invoke(Entry("Exec=" + Tell() + " by-offset\n"), MAKEINTRESOURCEA(0)), S_OK);
     EXPECT_EQ(ValueOf(Report(), "arg"), "by-offset");
-    std::filesystem::remove(report);
-    EXPECT_EQ(invoke(folder / "entry.desktop", "OPEN"), S_OK);
+    std::filesystem::remove(m_report);
+    EXPECT_EQ(invoke(m_folder / "entry.desktop", "OPEN"), S_OK);
     EXPECT_EQ(ValueOf(Report(), "arg"), "by-offset");
-    EXPECT_EQ(invoke(folder / "entry.desktop", "fly"), E_INVALIDARG);
-    EXPECT_EQ(invoke(folder / "entry.desktop", MAKEINTRESOURCEA(999)), E_INVALIDARG);
+    EXPECT_EQ(invoke(m_folder / "entry.desktop", "fly"), E_INVALIDARG);
+    EXPECT_EQ(invoke(m_folder / "entry.desktop", MAKEINTRESOURCEA(999)), E_INVALIDARG);
 
     std::u16string caption;
     platform::headless::SetIdleHandler(
@@ -312,29 +307,29 @@ TEST_F(ShellLaunch, FailuresAreExplained)
         EXPECT_NE(reason.find(part), reason.npos) << path << ": " << (reason.empty() ? "(started)" : reason);
         EXPECT_TRUE(WaitFor([&] { return ended == 1; })) << path;
     };
-    std::filesystem::create_symlink("nowhere", folder / "dangling");
-    std::filesystem::create_symlink("loop", folder / "loop");
-    mkfifo((folder / "pipe").c_str(), 0600);
-    Write(folder / "nonsense.desktop", "no key file");
-    Write(folder / "unknown.q7z9", std::string("\x01\x02\x00\x03", 4));
-    Write(folder / "noformat.sh", "#!/nonexistent/interpreter\n", 0755);
-    expect(folder / "dangling", "not there");
-    expect(folder / "loop", "leads back to itself");
-    expect(folder / "gone", "not there any more");
-    expect(folder / "pipe", "neither a file nor a folder");
-    expect(folder / "nonsense.desktop", "not a valid desktop entry");
-    expect(folder / "unknown.q7z9", "No application");
-    expect(folder / "noformat.sh", "noformat.sh");
+    std::filesystem::create_symlink("nowhere", m_folder / "dangling");
+    std::filesystem::create_symlink("loop", m_folder / "loop");
+    mkfifo((m_folder / "pipe").c_str(), 0600);
+    Write(m_folder / "nonsense.desktop", "no key file");
+    Write(m_folder / "unknown.q7z9", std::string("\x01\x02\x00\x03", 4));
+    Write(m_folder / "noformat.sh", "#!/nonexistent/interpreter\n", 0755);
+    expect(m_folder / "dangling", "not there");
+    expect(m_folder / "loop", "leads back to itself");
+    expect(m_folder / "gone", "not there any more");
+    expect(m_folder / "pipe", "neither a file nor a folder");
+    expect(m_folder / "nonsense.desktop", "not a valid desktop entry");
+    expect(m_folder / "unknown.q7z9", "No application");
+    expect(m_folder / "noformat.sh", "noformat.sh");
     expect(Entry("Exec=no-such-program-here\n"), "\u201Cno-such-program-here\u201D is not installed");
     expect(Entry("Exec=true\nTryExec=no-such-trial\n"), "\u201Cno-such-trial\u201D is not installed");
     expect(Entry("Exec=\"unclosed\n"), "malformed");
     expect(Entry(""), "which program");
     expect(Entry("Exec=true\nPath=/nonexistent/folder\n"), "/nonexistent/folder");
     expect(Entry("Exec=no-such-program-here\nDBusActivatable=true\n"), "not installed");
-    Write(folder / "typeless.desktop", "[Desktop Entry]\nExec=true\nName=x\n");
-    expect(folder / "typeless.desktop", "no application");
-    Write(folder / "url.desktop", "[Desktop Entry]\nType=Link\nURL=file:///nonexistent/file\n");
-    expect(folder / "url.desktop", "not there");
-    Write(folder / "nourl.desktop", "[Desktop Entry]\nType=Link\n");
-    expect(folder / "nourl.desktop", "where it leads");
+    Write(m_folder / "typeless.desktop", "[Desktop Entry]\nExec=true\nName=x\n");
+    expect(m_folder / "typeless.desktop", "no application");
+    Write(m_folder / "url.desktop", "[Desktop Entry]\nType=Link\nURL=file:///nonexistent/file\n");
+    expect(m_folder / "url.desktop", "not there");
+    Write(m_folder / "nourl.desktop", "[Desktop Entry]\nType=Link\n");
+    expect(m_folder / "nourl.desktop", "where it leads");
 }

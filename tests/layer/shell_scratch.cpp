@@ -35,9 +35,7 @@ public:
         }
         for (const char* variable :
              {"LC_ALL", "LANG", "LANGUAGE", "LC_MESSAGES", "DBUS_SESSION_BUS_ADDRESS", "DISPLAY"})
-        {
             unsetenv(variable);
-        }
         setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus", 1);
         std::filesystem::create_directory(home / "bin");
         setenv("PATH", ((home / "bin").native() + ":" + getenv("PATH")).c_str(), 1);
@@ -79,9 +77,7 @@ std::vector<Item> Items(const std::filesystem::path& path, SHCONTF flags)
     const Com<IShellFolder> folder = list != nullptr ? Bind(list.get()) : nullptr;
     IEnumIDList* enumeration = nullptr;
     if (folder == nullptr || folder->EnumObjects(nullptr, flags, &enumeration) != S_OK)
-    {
         return items;
-    }
     LPITEMIDLIST child;
     while (enumeration->Next(1, &child, nullptr) == S_OK)
     {
@@ -104,12 +100,8 @@ std::vector<Item> Items(const std::filesystem::path& path, SHCONTF flags)
 const Item* Find(const std::vector<Item>& items, const std::string& fileName)
 {
     for (const Item& item : items)
-    {
         if (item.fileName == fileName)
-        {
             return &item;
-        }
-    }
     return nullptr;
 }
 

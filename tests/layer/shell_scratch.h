@@ -52,9 +52,7 @@ bool WaitFor(F condition)
     for (int attempt = 0; attempt < 5000; ++attempt)
     {
         if (condition())
-        {
             return true;
-        }
         poll(nullptr, 0, 2);
     }
     return false;
@@ -88,9 +86,7 @@ inline std::u16string NameOf(IShellFolder& folder, const ITEMIDLIST* item, SHGDN
     STRRET name;
     LPWSTR text = nullptr;
     if (FAILED(folder.GetDisplayNameOf(item, flags, &name)) || FAILED(StrRetToStrW(&name, item, &text)))
-    {
         return u"(no name)";
-    }
     std::u16string result(text);
     CoTaskMemFree(text);
     return result;

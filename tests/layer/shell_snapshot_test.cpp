@@ -24,27 +24,27 @@ class ShellSnapshot : public testing::Test
 protected:
     void SetUp() override
     {
-        folder = NewFolder();
+        m_folder = NewFolder();
         WriteEntry("First");
-        Write(folder / "readme.txt", "text");
-        std::filesystem::create_symlink("readme.txt", folder / "link");
-        Items(folder);
+        Write(m_folder / "readme.txt", "text");
+        std::filesystem::create_symlink("readme.txt", m_folder / "link");
+        Items(m_folder);
         RunDeferred();
-        snapshot = platform::SnapshotPath(folder.native());
-        ASSERT_TRUE(std::filesystem::exists(snapshot));
+        m_snapshot = platform::SnapshotPath(m_folder.native());
+        ASSERT_TRUE(std::filesystem::exists(m_snapshot));
     }
 
     /// Writes in place, with names of one length, so that neither inode nor size give the change away.
     void WriteEntry(const std::string& name)
     {
-        Write(folder / "entry.desktop", "[Desktop Entry]\nType=Application\nExec=true\nName=" + name + "\n");
+        Write(m_folder / "entry.desktop", "[Desktop Entry]\nType=Application\nExec=true\nName=" + name + "\n");
     }
 
-    std::string EntryName() const { return Find(Items(folder), "entry.desktop")->display; }
+    std::string EntryName() const { return Find(Items(m_folder), "entry.desktop")->display; }
     /// Whether reading the folder now takes every description from the snapshot.
     bool SnapshotServes() const
     {
-        const auto listing = platform::ReadFolder(folder.native());
+        const auto listing = platform::ReadFolder(m_folder.native());
         const std::string_view content = listing->snapshot.Content();
         // Whether the listing is worth saving also depends on how long ago the folder itself was changed.
         return std::all_of(listing->files.begin(), listing->files.end(),
@@ -57,18 +57,18 @@ protected:
 
     std::string Content() const
     {
-        std::ifstream file(snapshot);
+        std::ifstream file(m_snapshot);
         return {std::istreambuf_iterator<char>(file), {}};
     }
 
     void Replace(const std::string& content) const
     {
-        std::filesystem::remove(snapshot); // truncating a file makes some file systems write the old one out
-        Write(snapshot, content);
+        std::filesystem::remove(m_snapshot); // truncating a file makes some file systems write the old one out
+        Write(m_snapshot, content);
     }
 
-    std::filesystem::path folder;
-    std::filesystem::path snapshot;
+    std::filesystem::path m_folder;
+    std::filesystem::path m_snapshot;
 };
 
 } // namespace
@@ -77,10 +77,10 @@ TEST_F(ShellSnapshot, ServesAnUnchangedFolderWhole)
 {
     EXPECT_TRUE(SnapshotServes());
     EXPECT_EQ(EntryName(), "First");
-    const std::vector<Item> items = Items(folder);
+    const std::vector<Item> items = Items(m_folder);
     EXPECT_EQ(Find(items, "readme.txt")->attributes, SFGAO_STREAM);
     EXPECT_EQ(Find(items, "link")->attributes, SFGAO_LINK | SFGAO_STREAM);
-    std::filesystem::remove(folder / "link");
+    std::filesystem::remove(m_folder / "link");
     EXPECT_TRUE(SnapshotServes()) << "a file less needs no new description";
 }
 
@@ -91,24 +91,24 @@ TEST_F(ShellSnapshot, SeesEveryChange)
     RunDeferred();
     EXPECT_TRUE(SnapshotServes());
 
-    chmod((folder / "readme.txt").c_str(), 0755); // now a program, and the link leads to one
+    chmod((m_folder / "readme.txt").c_str(), 0755); // now a program, and the link leads to one
     EXPECT_FALSE(SnapshotServes());
-    Items(folder);
+    Items(m_folder);
     RunDeferred();
 
-    std::filesystem::remove(folder / "readme.txt"); // the link dangles
+    std::filesystem::remove(m_folder / "readme.txt"); // the link dangles
     EXPECT_FALSE(SnapshotServes());
-    Items(folder);
+    Items(m_folder);
     RunDeferred();
 
-    Write(folder / "new.txt", "");
+    Write(m_folder / "new.txt", "");
     EXPECT_FALSE(SnapshotServes());
 }
 
 TEST_F(ShellSnapshot, ForgetsThatAFileWasHidden)
 {
-    Write(folder / "entry.desktop", "[Desktop Entry]\nType=Application\nExec=true\nName=First\nNoDisplay=true\n");
-    EXPECT_EQ(Find(Items(folder), "entry.desktop"), nullptr);
+    Write(m_folder / "entry.desktop", "[Desktop Entry]\nType=Application\nExec=true\nName=First\nNoDisplay=true\n");
+    EXPECT_EQ(Find(Items(m_folder), "entry.desktop"), nullptr);
     RunDeferred();
     WriteEntry("Shown");
     EXPECT_EQ(EntryName(), "Shown");
@@ -130,7 +130,7 @@ TEST_F(ShellSnapshot, DamageIsNoticedWhereverItIs)
         Replace(good.substr(0, size));
         EXPECT_EQ(EntryName(), "First") << size << " bytes";
     }
-    std::filesystem::remove(snapshot);
+    std::filesystem::remove(m_snapshot);
     EXPECT_EQ(EntryName(), "First");
     RunDeferred();
     EXPECT_TRUE(SnapshotServes()) << "rebuilt";
@@ -139,8 +139,8 @@ TEST_F(ShellSnapshot, DamageIsNoticedWhereverItIs)
 TEST_F(ShellSnapshot, IsGoodForItsFolderAlone)
 {
     const auto other = NewFolder();
-    std::filesystem::rename(folder / "entry.desktop", other / "entry.desktop");
-    std::filesystem::copy_file(snapshot, platform::SnapshotPath(other.native()));
+    std::filesystem::rename(m_folder / "entry.desktop", other / "entry.desktop");
+    std::filesystem::copy_file(m_snapshot, platform::SnapshotPath(other.native()));
     EXPECT_TRUE(platform::ReadFolder(other.native())->worthSaving);
 }
 
@@ -204,9 +204,7 @@ TEST(ShellSnapshots, TheLookLeavesAListThatHoldsAlone)
     ASSERT_TRUE(listing->fromSnapshot);
     std::vector<std::u16string> names;
     for (platform::ListingCursor cursor(*listing); cursor.Current() != nullptr; cursor.Advance())
-    {
         names.emplace_back(cursor.Current()->display);
-    }
     EXPECT_EQ(names.size(), 50u);
     EXPECT_TRUE(std::is_sorted(names.begin(), names.end()));
     platform::VerifyListing(*listing);
@@ -223,10 +221,10 @@ TEST(ShellSnapshots, AListThatBreaksOffIsNotTakenForWhole)
     const std::filesystem::path snapshot = platform::SnapshotPath(folder.native());
     std::ifstream file(snapshot);
     std::string content{std::istreambuf_iterator<char>(file), {}};
-    constexpr std::size_t checksumAt = 8, checkedFrom = 16, entriesAt = 44;
-    ++content[entriesAt];
-    const std::uint64_t checksum = platform::HashBytes(std::string_view(content).substr(checkedFrom));
-    std::memcpy(content.data() + checksumAt, &checksum, sizeof checksum);
+    constexpr std::size_t kChecksumAt = 8, kCheckedFrom = 16, kEntriesAt = 44;
+    ++content[kEntriesAt];
+    const std::uint64_t checksum = platform::HashBytes(std::string_view(content).substr(kCheckedFrom));
+    std::memcpy(content.data() + kChecksumAt, &checksum, sizeof checksum);
     Write(snapshot, content);
 
     IEnumIDList* enumerator = nullptr;
@@ -259,9 +257,7 @@ TEST(ShellSnapshots, DoNotPileUp)
 {
     const std::filesystem::path cache = std::filesystem::path(platform::SnapshotPath("any")).parent_path();
     for (int i = 0; i < 450; ++i)
-    {
         Write(cache / ("folder-old" + std::to_string(i)), "");
-    }
     Write(cache / "something else", "");
     const auto folder = NewFolder();
     Write(folder / "file.txt", "");
@@ -286,9 +282,7 @@ TEST(ShellSpeed, LargeFoldersAreListedWhole)
         const std::vector<Item> items = Items(folder);
         ASSERT_EQ(items.size(), 1500u);
         for (const Item& item : items)
-        {
             ASSERT_EQ("entry" + item.display.substr(5) + ".desktop", item.fileName);
-        }
         RunDeferred();
     }
 }

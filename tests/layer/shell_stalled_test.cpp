@@ -18,7 +18,7 @@ namespace
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-constexpr UINT notice = WM_APP + 2;
+constexpr UINT kNotice = WM_APP + 2;
 
 class StalledMount
 {
@@ -39,13 +39,9 @@ public:
     void TakeDown()
     {
         if (m_device >= 0)
-        {
             close(std::exchange(m_device, -1));
-        }
         if (std::exchange(m_mounted, false))
-        {
             umount2(m_place.c_str(), MNT_DETACH);
-        }
     }
 
 private:
@@ -59,10 +55,8 @@ class ShellStalled : public testing::Test
 protected:
     void SetUp() override
     {
-        if (!mount.Mounted())
-        {
+        if (!m_mount.Mounted())
             GTEST_SKIP() << "only root may mount here, or there is no /dev/fuse";
-        }
     }
 
     /// What `work` took.
@@ -74,28 +68,28 @@ protected:
         return std::chrono::duration_cast<milliseconds>(Clock::now() - start);
     }
 
-    std::filesystem::path folder = NewFolder();
-    StalledMount mount{folder / "stalled"};
+    std::filesystem::path m_folder = NewFolder();
+    StalledMount m_mount{m_folder / "stalled"};
 };
 
 } // namespace
 
 TEST_F(ShellStalled, AFolderThatHoldsItIsListedAtOnce)
 {
-    Write(folder / "file", "");
+    Write(m_folder / "file", "");
     std::vector<Item> items;
-    EXPECT_LT(Taken([&] { items = Items(folder); }), milliseconds(200));
+    EXPECT_LT(Taken([&] { items = Items(m_folder); }), milliseconds(200));
     ASSERT_EQ(items.size(), 2u);
     EXPECT_EQ(Find(items, "stalled")->attributes, SFGAO_FOLDER);
 }
 
 TEST_F(ShellStalled, LinksIntoItAreListedAllTheSame)
 {
-    std::filesystem::create_symlink("stalled/inside", folder / "into");
-    std::filesystem::create_symlink("stalled", folder / "onto");
-    std::filesystem::create_symlink(folder / "stalled/app.desktop", folder / "app.desktop");
+    std::filesystem::create_symlink("stalled/inside", m_folder / "into");
+    std::filesystem::create_symlink("stalled", m_folder / "onto");
+    std::filesystem::create_symlink(m_folder / "stalled/app.desktop", m_folder / "app.desktop");
     std::vector<Item> items;
-    EXPECT_LT(Taken([&] { items = Items(folder); }), milliseconds(1000));
+    EXPECT_LT(Taken([&] { items = Items(m_folder); }), milliseconds(1000));
     for (const char* link : {"into", "onto", "app.desktop"})
     {
         ASSERT_NE(Find(items, link), nullptr) << link;
@@ -114,7 +108,7 @@ TEST_F(ShellStalled, OpeningItIsGivenUpAndMadeGoodWhenItAnswers)
         CreateWindowExW(0, TEXT("StalledTest"), TEXT(""), WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
 
     List list;
-    EXPECT_LT(Taken([&] { list = Parse(folder / "stalled"); }), milliseconds(200));
+    EXPECT_LT(Taken([&] { list = Parse(m_folder / "stalled"); }), milliseconds(200));
     ASSERT_NE(list, nullptr);
     const Com<IShellFolder> bound = Bind(list.get());
     IEnumIDList* items = nullptr;
@@ -125,12 +119,12 @@ TEST_F(ShellStalled, OpeningItIsGivenUpAndMadeGoodWhenItAnswers)
         << "the first reader still hangs, so there is no use in waiting again";
 
     const SHChangeNotifyEntry entry{list.get(), FALSE};
-    const ULONG id = SHChangeNotifyRegister(window, SHCNRF_ShellLevel, SHCNE_CREATE, notice, 1, &entry);
+    const ULONG id = SHChangeNotifyRegister(window, SHCNRF_ShellLevel, SHCNE_CREATE, kNotice, 1, &entry);
     EXPECT_NE(id, 0u);
     EXPECT_LT(Taken(RunDeferred), milliseconds(1000));
-    mount.TakeDown();
+    m_mount.TakeDown();
     MSG message;
-    EXPECT_TRUE(WaitFor([&] { return PeekMessageW(&message, window, notice, notice, PM_REMOVE) != FALSE; }))
+    EXPECT_TRUE(WaitFor([&] { return PeekMessageW(&message, window, kNotice, kNotice, PM_REMOVE) != FALSE; }))
         << "the reader came back";
     EXPECT_TRUE(SHChangeNotifyDeregister(id));
     DestroyWindow(window);

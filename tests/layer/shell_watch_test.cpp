@@ -14,9 +14,9 @@ using namespace shell_test;
 namespace
 {
 
-constexpr UINT notice = WM_APP + 2;
-constexpr UINT otherNotice = WM_APP + 3;
-constexpr LONG menuEvents =
+constexpr UINT kNotice = WM_APP + 2;
+constexpr UINT kOtherNotice = WM_APP + 3;
+constexpr LONG kMenuEvents =
     SHCNE_RENAMEITEM | SHCNE_CREATE | SHCNE_DELETE | SHCNE_MKDIR | SHCNE_RMDIR | SHCNE_RENAMEFOLDER;
 
 int g_notices = 0;
@@ -24,8 +24,8 @@ int g_otherNotices = 0;
 
 LRESULT CALLBACK CountNotices(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    g_notices += message == notice;
-    g_otherNotices += message == otherNotice;
+    g_notices += message == kNotice;
+    g_otherNotices += message == kOtherNotice;
     return DefWindowProcW(window, message, wParam, lParam);
 }
 
@@ -50,34 +50,34 @@ protected:
         windowClass.lpfnWndProc = CountNotices;
         windowClass.lpszClassName = TEXT("WatchTest");
         RegisterClassExW(&windowClass);
-        window =
+        m_window =
             CreateWindowExW(0, TEXT("WatchTest"), TEXT(""), WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
-        ASSERT_NE(window, nullptr);
-        folder = NewFolder();
-        other = NewFolder();
+        ASSERT_NE(m_window, nullptr);
+        m_folder = NewFolder();
+        m_other = NewFolder();
         g_notices = 0;
         g_otherNotices = 0;
     }
 
     void TearDown() override
     {
-        SHChangeNotifyDeregister(id);
-        SHChangeNotifyDeregister(otherId);
-        DestroyWindow(window);
+        SHChangeNotifyDeregister(m_id);
+        SHChangeNotifyDeregister(m_otherId);
+        DestroyWindow(m_window);
     }
 
     ULONG Registered(const std::filesystem::path& path, UINT message)
     {
         const List list = Parse(path);
         const SHChangeNotifyEntry entry{list.get(), FALSE};
-        return SHChangeNotifyRegister(window, SHCNRF_InterruptLevel | SHCNRF_ShellLevel | SHCNRF_NewDelivery,
-                                      menuEvents, message, 1, &entry);
+        return SHChangeNotifyRegister(m_window, SHCNRF_InterruptLevel | SHCNRF_ShellLevel | SHCNRF_NewDelivery,
+                                      kMenuEvents, message, 1, &entry);
     }
 
     void Register(const std::filesystem::path& path)
     {
-        id = Registered(path, notice);
-        ASSERT_NE(id, 0u);
+        m_id = Registered(path, kNotice);
+        ASSERT_NE(m_id, 0u);
     }
 
     /// Registers and waits until the watch works. Nothing is noticed meanwhile.
@@ -86,11 +86,11 @@ protected:
         MakeOld(path);
         Items(path);
         Register(path);
-        MakeOld(other);
-        Items(other);
-        otherId = Registered(other, otherNotice);
+        MakeOld(m_other);
+        Items(m_other);
+        m_otherId = Registered(m_other, kOtherNotice);
         // Its watch starts after the first folder's and finds this change.
-        Write(other / "first", "");
+        Write(m_other / "first", "");
         RunDeferred();
         ASSERT_TRUE(WaitFor([] { return OtherNoticed(); }));
         ASSERT_FALSE(Noticed());
@@ -103,8 +103,8 @@ protected:
         // watch has put off meanwhile.
         for (int i = 0; i < 2; ++i)
         {
-            Items(other);
-            Write(other / std::to_string(++others), "");
+            Items(m_other);
+            Write(m_other / std::to_string(++m_others), "");
             EXPECT_TRUE(WaitFor([] { return OtherNoticed(); }));
         }
     }
@@ -123,9 +123,7 @@ protected:
     {
         MSG message;
         while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
-        {
             DispatchMessageW(&message);
-        }
     }
 
     /// Dispatches what was posted; whether a notice was among it since the last call.
@@ -140,56 +138,56 @@ protected:
         return std::exchange(g_otherNotices, 0) != 0;
     }
 
-    HWND window = nullptr;
-    ULONG id = 0;
-    ULONG otherId = 0;
-    std::filesystem::path folder;
-    std::filesystem::path other;
-    int others = 0;
+    HWND m_window = nullptr;
+    ULONG m_id = 0;
+    ULONG m_otherId = 0;
+    std::filesystem::path m_folder;
+    std::filesystem::path m_other;
+    int m_others = 0;
 };
 
 } // namespace
 
 TEST_F(ShellWatch, ComingGoingAndRenamingAreNoticed)
 {
-    RegisterAndSettle(folder);
+    RegisterAndSettle(m_folder);
     const std::pair<const char*, std::function<void()>> changes[] = {
-        {"a file comes", [&] { Write(folder / "file", ""); }},
-        {"it is renamed", [&] { std::filesystem::rename(folder / "file", folder / "other"); }},
-        {"it goes", [&] { std::filesystem::remove(folder / "other"); }},
-        {"a folder comes", [&] { std::filesystem::create_directory(folder / "sub"); }},
-        {"an entry comes", [&] { Write(folder / "a.desktop", "[Desktop Entry]\nName=One\n"); }},
-        {"its name changes", [&] { Write(folder / "a.desktop", "[Desktop Entry]\nName=Two\n"); }},
-        {"a link comes", [&] { std::filesystem::create_symlink("/", folder / "link"); }},
-        {"a folder goes", [&] { std::filesystem::remove(folder / "sub"); }},
+        {"a file comes", [&] { Write(m_folder / "file", ""); }},
+        {"it is renamed", [&] { std::filesystem::rename(m_folder / "file", m_folder / "other"); }},
+        {"it goes", [&] { std::filesystem::remove(m_folder / "other"); }},
+        {"a folder comes", [&] { std::filesystem::create_directory(m_folder / "sub"); }},
+        {"an entry comes", [&] { Write(m_folder / "a.desktop", "[Desktop Entry]\nName=One\n"); }},
+        {"its name changes", [&] { Write(m_folder / "a.desktop", "[Desktop Entry]\nName=Two\n"); }},
+        {"a link comes", [&] { std::filesystem::create_symlink("/", m_folder / "link"); }},
+        {"a folder goes", [&] { std::filesystem::remove(m_folder / "sub"); }},
     };
     for (const auto& [what, change] : changes)
     {
         change();
         EXPECT_TRUE(WaitFor(Noticed)) << what;
-        Settle(folder);
+        Settle(m_folder);
     }
 }
 
 TEST_F(ShellWatch, WhatDoesNotShowIsNotNoticed)
 {
-    Write(folder / "file", "");
-    std::filesystem::create_directory(folder / "sub");
-    RegisterAndSettle(folder);
-    Write(folder / "file", "other content");
-    Write(folder / ".hidden", "");
-    Write(folder / "backup~", "");
-    Write(folder / "sub/inside", "");
+    Write(m_folder / "file", "");
+    std::filesystem::create_directory(m_folder / "sub");
+    RegisterAndSettle(m_folder);
+    Write(m_folder / "file", "other content");
+    Write(m_folder / ".hidden", "");
+    Write(m_folder / "backup~", "");
+    Write(m_folder / "sub/inside", "");
     CatchUp();
     EXPECT_FALSE(Noticed());
-    Write(folder / "shown", "");
+    Write(m_folder / "shown", "");
     CatchUp();
     EXPECT_TRUE(Noticed()) << "catching up tells what there is to tell";
 }
 
 TEST_F(ShellWatch, ABurstIsToldAFewTimes)
 {
-    RegisterAndSettle(folder);
+    RegisterAndSettle(m_folder);
     int reloads = 0;
     std::size_t shown = 0;
     const auto allIsShown = [&]
@@ -197,14 +195,14 @@ TEST_F(ShellWatch, ABurstIsToldAFewTimes)
         if (Noticed())
         {
             ++reloads;
-            shown = Items(folder).size(); // a menu reads the folder anew
+            shown = Items(m_folder).size(); // a menu reads the folder anew
         }
         return shown == 1000;
     };
     const auto start = std::chrono::steady_clock::now();
     for (int i = 0; i < 1000; ++i)
     {
-        Write(folder / ("file" + std::to_string(i)), "");
+        Write(m_folder / ("file" + std::to_string(i)), "");
         allIsShown();
     }
     EXPECT_TRUE(WaitFor(allIsShown)) << "the last change must be told as well";
@@ -214,26 +212,26 @@ TEST_F(ShellWatch, ABurstIsToldAFewTimes)
 
 TEST_F(ShellWatch, OneNoticeAtATimeWaitsToBeServed)
 {
-    RegisterAndSettle(folder);
+    RegisterAndSettle(m_folder);
     const auto start = std::chrono::steady_clock::now();
-    Write(folder / "first", "");
+    Write(m_folder / "first", "");
     ASSERT_TRUE(WaitFor(Noticed));
-    Write(folder / "second", "");
+    Write(m_folder / "second", "");
     CatchUp();
     const bool again = Noticed();
     // On a machine so busy that this took a second, the change is rightly told again.
     EXPECT_TRUE(!again || std::chrono::steady_clock::now() - start >= std::chrono::seconds(1))
         << "the first was not served yet";
-    Items(folder);
+    Items(m_folder);
     EXPECT_TRUE(again || WaitFor(Noticed)) << "the second was put off, not lost";
 }
 
 TEST_F(ShellWatch, AChangeBeforeTheWatchStartsIsNotLost)
 {
-    MakeOld(folder);
-    Items(folder);
-    Register(folder);
-    Write(folder / "in between", "");
+    MakeOld(m_folder);
+    Items(m_folder);
+    Register(m_folder);
+    Write(m_folder / "in between", "");
     EXPECT_FALSE(Noticed());
     RunDeferred();
     EXPECT_TRUE(WaitFor(Noticed));
@@ -241,26 +239,26 @@ TEST_F(ShellWatch, AChangeBeforeTheWatchStartsIsNotLost)
 
 TEST_F(ShellWatch, AFolderReachedThroughALinkIsWatched)
 {
-    const auto alias = folder.parent_path() / "alias";
-    std::filesystem::create_directory_symlink(folder, alias);
+    const auto alias = m_folder.parent_path() / "alias";
+    std::filesystem::create_directory_symlink(m_folder, alias);
     RegisterAndSettle(alias);
-    Write(folder / "by its own name", "");
+    Write(m_folder / "by its own name", "");
     EXPECT_TRUE(WaitFor(Noticed));
     std::filesystem::remove(alias);
 }
 
 TEST_F(ShellWatch, AFolderThatGoesAndComesBackIsNoticed)
 {
-    RegisterAndSettle(folder);
-    std::filesystem::remove(folder);
+    RegisterAndSettle(m_folder);
+    std::filesystem::remove(m_folder);
     EXPECT_TRUE(WaitFor(Noticed)) << "it went";
-    Settle(folder);
-    std::filesystem::create_directory(folder);
+    Settle(m_folder);
+    std::filesystem::create_directory(m_folder);
     EXPECT_TRUE(WaitFor(
         [&]
         {
-            Write(folder / "probe", "");
-            std::filesystem::remove(folder / "probe");
+            Write(m_folder / "probe", "");
+            std::filesystem::remove(m_folder / "probe");
             return Noticed();
         }))
         << "it is watched again";
@@ -268,10 +266,10 @@ TEST_F(ShellWatch, AFolderThatGoesAndComesBackIsNoticed)
 
 TEST_F(ShellWatch, NothingComesAfterDeregistration)
 {
-    RegisterAndSettle(folder);
-    EXPECT_TRUE(SHChangeNotifyDeregister(id));
-    EXPECT_FALSE(SHChangeNotifyDeregister(id));
-    Write(folder / "late", "");
+    RegisterAndSettle(m_folder);
+    EXPECT_TRUE(SHChangeNotifyDeregister(m_id));
+    EXPECT_FALSE(SHChangeNotifyDeregister(m_id));
+    Write(m_folder / "late", "");
     CatchUp();
     EXPECT_FALSE(Noticed());
 }

@@ -42,12 +42,8 @@ struct Desk : ::testing::Test
     ~Desk() override
     {
         for (const HWND window : m_windows)
-        {
             if (IsWindow(window))
-            {
                 DestroyWindow(window);
-            }
-        }
         Pump();
         UnregisterClassW(TEXT("DeskWindow"), nullptr);
         EXPECT_EQ(platform::LiveHandles(platform::HandleKind::Window), 0U);
@@ -99,9 +95,7 @@ struct Desk : ::testing::Test
     {
         int count = 0;
         for (const Record& record : m_records)
-        {
             count += record.window == window && record.message == message;
-        }
         return count;
     }
 
@@ -109,9 +103,7 @@ struct Desk : ::testing::Test
     {
         const Record* last = nullptr;
         for (const Record& record : m_records)
-        {
             last = record.window == window && record.message == message ? &record : last;
-        }
         return last;
     }
 
@@ -129,9 +121,7 @@ private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
     {
         if (s_desk == nullptr)
-        {
             return DefWindowProcW(window, message, wParam, lParam);
-        }
         s_desk->m_records.push_back({window, message, wParam, lParam});
         const auto handler = s_desk->m_handlers.find(message);
         const auto answer =

@@ -71,9 +71,7 @@ TEST_F(Input, QueuedMovesAreOne)
     const HWND window = ShownPopup(0, 0, 100, 100);
     m_records.clear();
     for (int x = 0; x < 100; ++x)
-    {
         headless::MoveMouse(x, 7);
-    }
     Pump();
     EXPECT_EQ(Count(window, WM_MOUSEMOVE), 1);
     EXPECT_EQ(GET_X_LPARAM(Last(window, WM_MOUSEMOVE)->lParam), 99);

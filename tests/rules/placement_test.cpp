@@ -38,10 +38,8 @@ TEST(DpiScale, RoundsAsThePlatformDoes)
     for (const int a : numbers)
     {
         for (const int b : numbers)
-        {
             for (const int c : {1, -1, 2, -2, 3, 100, 2147483647})
                 EXPECT_EQ(RoundedRatio(a, b, c), MulDiv(a, b, c)) << a << " * " << b << " / " << c;
-        }
     }
     EXPECT_EQ(RoundedRatio(1, 1, 0), -1);
 }

@@ -54,7 +54,7 @@ protected:
     }
     ~LinkedFolders() override
     {
-        desk.End();
+        m_desk.End();
         m_hadBefore ? setenv("XDG_DATA_DIRS", m_before.c_str(), 1) : unsetenv("XDG_DATA_DIRS");
         for (const char* folder : {"Desktop", "data/applications", "system"})
             fs::remove_all(m_home / folder);
@@ -62,18 +62,18 @@ protected:
 
     const MenuItem& Item(const std::string& label, int level)
     {
-        return desk.Level(level).m_items.at(static_cast<std::size_t>(desk.IndexOf(label, level)));
+        return m_desk.Level(level).m_items.at(static_cast<std::size_t>(m_desk.IndexOf(label, level)));
     }
 
     const fs::path m_home = std::getenv("HOME");
     std::string m_before;
     bool m_hadBefore = false;
-    Desk desk;
+    Desk m_desk;
 };
 
 TEST_F(LinkedFolders, AreShownAsTheOptionsSay)
 {
-    desk.MakeFile("a");
+    m_desk.MakeFile("a");
     const std::pair<std::uint32_t, Labels> cases[] = {
         {0, {"a"}},
         {OPTION_START_MENU, {"Start Menu", "a"}},
@@ -82,57 +82,57 @@ TEST_F(LinkedFolders, AreShownAsTheOptionsSay)
     };
     for (const auto& [options, items] : cases)
     {
-        desk.StoreOrder(kRoot, {});
-        desk.StoreOptions(options);
-        desk.Launch();
-        EXPECT_EQ(desk.Items(), items);
-        desk.End();
+        m_desk.StoreOrder(kRoot, {});
+        m_desk.StoreOptions(options);
+        m_desk.Launch();
+        EXPECT_EQ(m_desk.Items(), items);
+        m_desk.End();
     }
 }
 
 TEST_F(LinkedFolders, TheStartMenuIsTwoFoldersInOneDownToTheirSubFolders)
 {
-    desk.MakeFolder("own folder");
-    desk.StoreOptions(OPTION_START_MENU | OPTION_DESKTOP);
-    desk.Launch("100,700,0");
-    constexpr std::uint32_t linked = MIF_FOLDER | MIF_LINKED | MIF_PROTECTED;
-    EXPECT_EQ(Item("Desktop", 0).flags, linked);
-    EXPECT_EQ(Item("Start Menu", 0).flags, linked | MIF_STARTMENU);
+    m_desk.MakeFolder("own folder");
+    m_desk.StoreOptions(OPTION_START_MENU | OPTION_DESKTOP);
+    m_desk.Launch("100,700,0");
+    constexpr std::uint32_t kLinked = MIF_FOLDER | MIF_LINKED | MIF_PROTECTED;
+    EXPECT_EQ(Item("Desktop", 0).flags, kLinked);
+    EXPECT_EQ(Item("Start Menu", 0).flags, kLinked | MIF_STARTMENU);
     EXPECT_EQ(Item("own folder", 0).flags, std::uint32_t{MIF_FOLDER});
-    desk.Click("Start Menu");
-    ASSERT_EQ(desk.Items(1), (Labels{"Games", "mine", "theirs"}));
+    m_desk.Click("Start Menu");
+    ASSERT_EQ(m_desk.Items(1), (Labels{"Games", "mine", "theirs"}));
     EXPECT_EQ(Item("Games", 1).flags, std::uint32_t{MIF_FOLDER | MIF_PROTECTED});
     EXPECT_EQ(Item("mine", 1).flags, 0u) << "only folders are protected";
-    desk.Click("Games", 1);
-    EXPECT_EQ(desk.Items(2), (Labels{"common", "own"}));
-    EXPECT_FALSE(desk.Level(2).m_protectFolders) << "only the Start Menu's own level protects";
-    EXPECT_EQ(desk.StoredBytes(kRoot + TEXT("\\Start Menu\\Games")), Order({"common", "own"}));
+    m_desk.Click("Games", 1);
+    EXPECT_EQ(m_desk.Items(2), (Labels{"common", "own"}));
+    EXPECT_FALSE(m_desk.Level(2).m_protectFolders) << "only the Start Menu's own level protects";
+    EXPECT_EQ(m_desk.StoredBytes(kRoot + TEXT("\\Start Menu\\Games")), Order({"common", "own"}));
     // Both folders are watched.
-    desk.Idle();
+    m_desk.Idle();
     for (const char* folder : {"system", "data"})
     {
         const std::string name = std::string("late in ") + folder;
         const auto shows = [&]
         {
-            const Labels items = desk.Items(1);
+            const Labels items = m_desk.Items(1);
             return std::find(items.begin(), items.end(), name) != items.end();
         };
         std::ofstream(m_home / folder / "applications" / name);
-        EXPECT_TRUE(desk.WaitFor(shows)) << name;
+        EXPECT_TRUE(m_desk.WaitFor(shows)) << name;
     }
-    desk.Click("Desktop", 0);
-    EXPECT_EQ(desk.Items(1), Labels{"on the desk"});
+    m_desk.Click("Desktop", 0);
+    EXPECT_EQ(m_desk.Items(1), Labels{"on the desk"});
 }
 
 TEST_F(LinkedFolders, AFolderOfTheirNameTakesThemIn)
 {
-    desk.MakeFile("Start Menu/inside");
-    desk.StoreOptions(OPTION_START_MENU);
-    desk.Launch("100,700,0");
-    ASSERT_EQ(desk.Items(), Labels{"Start Menu"});
+    m_desk.MakeFile("Start Menu/inside");
+    m_desk.StoreOptions(OPTION_START_MENU);
+    m_desk.Launch("100,700,0");
+    ASSERT_EQ(m_desk.Items(), Labels{"Start Menu"});
     EXPECT_EQ(Item("Start Menu", 0).flags, std::uint32_t{MIF_FOLDER});
-    desk.Click("Start Menu");
-    EXPECT_EQ(desk.Items(1), (Labels{"Games", "inside", "theirs"})) << "never more than two folders";
+    m_desk.Click("Start Menu");
+    EXPECT_EQ(m_desk.Items(1), (Labels{"Games", "inside", "theirs"})) << "never more than two folders";
 }
 
 TEST(Orders, OfSubLevelsAreKeptUnderTheNamesThatLeadThere)

@@ -44,10 +44,8 @@ void LetFoldersAge(const fs::path& top)
     fs::last_write_time(top, then, ignored);
     for (auto place = fs::recursive_directory_iterator(top, fs::directory_options::skip_permission_denied, ignored);
          place != fs::recursive_directory_iterator(); place.increment(ignored))
-    {
         if (place->is_directory(ignored) && !place->is_symlink(ignored))
             fs::last_write_time(place->path(), then, ignored);
-    }
 }
 
 std::vector<std::string>& AskedBoxes()
@@ -307,10 +305,10 @@ void Desk::AnswerBoxes()
         [this]
         {
             const auto windows = platform::headless::Windows();
-            const bool box =
-                std::any_of(windows.begin(), windows.end(),
-                            [](const auto& window)
-                            { return window.visible && window.kind == platform::screen::WindowKind::Managed; });
+            const bool box = std::any_of(
+                windows.begin(), windows.end(),
+                [](const auto& window)
+                { return window.visible && window.kind == platform::screen::WindowKind::Managed; });
             if (!box)
                 return false;
             ++m_boxes;

@@ -16,128 +16,128 @@ class MovingThrough : public testing::Test
 protected:
     MovingThrough()
     {
-        desk.MakeFile("Games/Arcade/pong");
-        desk.MakeFile("Games/chess");
-        desk.MakeFolder("Office");
-        desk.MakeFile("readme");
-        desk.Launch("100,700,0");
+        m_desk.MakeFile("Games/Arcade/pong");
+        m_desk.MakeFile("Games/chess");
+        m_desk.MakeFolder("Office");
+        m_desk.MakeFile("readme");
+        m_desk.Launch("100,700,0");
     }
 
-    Desk desk;
+    Desk m_desk;
 };
 
 TEST_F(MovingThrough, RestingOnAFolderOpensItAfterTheMenuDelay)
 {
-    desk.RestOn("Games");
-    desk.Advance(390ms);
-    EXPECT_EQ(desk.Levels(), 1);
-    desk.Advance(20ms);
-    ASSERT_EQ(desk.Levels(), 2);
-    EXPECT_EQ(desk.Items(), (Labels{"Arcade", "chess"}));
-    EXPECT_EQ(desk.Hot(0), "Games");
-    EXPECT_EQ(desk.Hot(1), "") << "opened by mouse, nothing is highlighted";
-    EXPECT_EQ(desk.Bounds(1).left, desk.ItemBounds("Games", 0).right);
-    EXPECT_EQ(desk.Bounds(1).top, desk.ItemBounds("Games", 0).top);
+    m_desk.RestOn("Games");
+    m_desk.Advance(390ms);
+    EXPECT_EQ(m_desk.Levels(), 1);
+    m_desk.Advance(20ms);
+    ASSERT_EQ(m_desk.Levels(), 2);
+    EXPECT_EQ(m_desk.Items(), (Labels{"Arcade", "chess"}));
+    EXPECT_EQ(m_desk.Hot(0), "Games");
+    EXPECT_EQ(m_desk.Hot(1), "") << "opened by mouse, nothing is highlighted";
+    EXPECT_EQ(m_desk.Bounds(1).left, m_desk.ItemBounds("Games", 0).right);
+    EXPECT_EQ(m_desk.Bounds(1).top, m_desk.ItemBounds("Games", 0).top);
 }
 
 TEST_F(MovingThrough, MovingOnReplacesTheSubLevel)
 {
-    desk.RestOn("Games");
-    desk.Advance(500ms);
-    ASSERT_EQ(desk.Levels(), 2);
-    desk.RestOn("Arcade", 1);
-    desk.Advance(500ms);
-    ASSERT_EQ(desk.Levels(), 3);
-    EXPECT_EQ(desk.Hot(0), "Games");
-    desk.RestOn("Office", 0);
-    desk.Advance(500ms);
-    ASSERT_EQ(desk.Levels(), 2);
-    EXPECT_EQ(desk.Items(), Labels{"(Empty)"});
-    EXPECT_EQ(desk.Hot(0), "Office");
+    m_desk.RestOn("Games");
+    m_desk.Advance(500ms);
+    ASSERT_EQ(m_desk.Levels(), 2);
+    m_desk.RestOn("Arcade", 1);
+    m_desk.Advance(500ms);
+    ASSERT_EQ(m_desk.Levels(), 3);
+    EXPECT_EQ(m_desk.Hot(0), "Games");
+    m_desk.RestOn("Office", 0);
+    m_desk.Advance(500ms);
+    ASSERT_EQ(m_desk.Levels(), 2);
+    EXPECT_EQ(m_desk.Items(), Labels{"(Empty)"});
+    EXPECT_EQ(m_desk.Hot(0), "Office");
 }
 
 TEST_F(MovingThrough, RestingOnAPlainItemClosesTheSubLevel)
 {
-    desk.RestOn("Games");
-    desk.Advance(500ms);
-    desk.RestOn("readme", 0);
-    EXPECT_EQ(desk.Levels(), 2);
-    desk.Advance(500ms);
-    EXPECT_EQ(desk.Levels(), 1);
-    EXPECT_EQ(desk.Hot(), "readme");
+    m_desk.RestOn("Games");
+    m_desk.Advance(500ms);
+    m_desk.RestOn("readme", 0);
+    EXPECT_EQ(m_desk.Levels(), 2);
+    m_desk.Advance(500ms);
+    EXPECT_EQ(m_desk.Levels(), 1);
+    EXPECT_EQ(m_desk.Hot(), "readme");
 }
 
 TEST_F(MovingThrough, TheOpenerStaysHighlightedWhenTheMouseLeaves)
 {
-    desk.RestOn("Games");
-    desk.Advance(500ms);
-    desk.MoveTo({1500, 100});
-    desk.Advance(100ms);
-    EXPECT_EQ(desk.Hot(0), "Games");
-    EXPECT_EQ(desk.Levels(), 2);
+    m_desk.RestOn("Games");
+    m_desk.Advance(500ms);
+    m_desk.MoveTo({1500, 100});
+    m_desk.Advance(100ms);
+    EXPECT_EQ(m_desk.Hot(0), "Games");
+    EXPECT_EQ(m_desk.Levels(), 2);
 }
 
 TEST_F(MovingThrough, ClicksOpenFoldersAtOnce)
 {
-    desk.Click("Games");
-    EXPECT_EQ(desk.Levels(), 2);
-    const HWND child = desk.Level(1).m_hWnd;
-    desk.Click("Games", 0);
-    ASSERT_EQ(desk.Levels(), 2);
-    EXPECT_EQ(desk.Level(1).m_hWnd, child) << "a click on the open folder changes nothing";
-    desk.Click("Office", 0);
-    EXPECT_EQ(desk.Items(), Labels{"(Empty)"});
+    m_desk.Click("Games");
+    EXPECT_EQ(m_desk.Levels(), 2);
+    const HWND child = m_desk.Level(1).m_hWnd;
+    m_desk.Click("Games", 0);
+    ASSERT_EQ(m_desk.Levels(), 2);
+    EXPECT_EQ(m_desk.Level(1).m_hWnd, child) << "a click on the open folder changes nothing";
+    m_desk.Click("Office", 0);
+    EXPECT_EQ(m_desk.Items(), Labels{"(Empty)"});
 }
 
 TEST_F(MovingThrough, KeysWalkOpenAndClose)
 {
-    desk.Press(VK_DOWN);
-    EXPECT_EQ(desk.Hot(), "Games");
-    desk.Press(VK_RIGHT);
-    ASSERT_EQ(desk.Levels(), 2);
-    EXPECT_EQ(desk.Hot(), "Arcade") << "opened by key, the first item is highlighted";
-    desk.Press(VK_RETURN);
-    ASSERT_EQ(desk.Levels(), 3);
-    EXPECT_EQ(desk.Hot(), "pong");
-    desk.Press(VK_LEFT);
-    EXPECT_EQ(desk.Levels(), 2);
-    EXPECT_EQ(desk.Hot(1), "Arcade");
-    desk.Press(VK_ESCAPE);
-    EXPECT_EQ(desk.Levels(), 1);
-    desk.Press(VK_LEFT);
-    EXPECT_TRUE(desk.IsOpen()) << "Left never ends the program";
-    desk.Press(VK_ESCAPE);
-    EXPECT_FALSE(desk.IsOpen());
+    m_desk.Press(VK_DOWN);
+    EXPECT_EQ(m_desk.Hot(), "Games");
+    m_desk.Press(VK_RIGHT);
+    ASSERT_EQ(m_desk.Levels(), 2);
+    EXPECT_EQ(m_desk.Hot(), "Arcade") << "opened by key, the first item is highlighted";
+    m_desk.Press(VK_RETURN);
+    ASSERT_EQ(m_desk.Levels(), 3);
+    EXPECT_EQ(m_desk.Hot(), "pong");
+    m_desk.Press(VK_LEFT);
+    EXPECT_EQ(m_desk.Levels(), 2);
+    EXPECT_EQ(m_desk.Hot(1), "Arcade");
+    m_desk.Press(VK_ESCAPE);
+    EXPECT_EQ(m_desk.Levels(), 1);
+    m_desk.Press(VK_LEFT);
+    EXPECT_TRUE(m_desk.IsOpen()) << "Left never ends the program";
+    m_desk.Press(VK_ESCAPE);
+    EXPECT_FALSE(m_desk.IsOpen());
 }
 
 TEST_F(MovingThrough, ShiftMovesAnItemAndTheOrderIsKept)
 {
-    desk.Press(VK_DOWN);
-    desk.Hold(VK_SHIFT);
-    desk.Press(VK_DOWN);
-    desk.LetGo(VK_SHIFT);
-    EXPECT_EQ(desk.Items(), (Labels{"Office", "Games", "readme"}));
-    EXPECT_EQ(desk.Hot(), "Games");
-    desk.Press(VK_DOWN);
-    EXPECT_EQ(desk.Hot(), "readme");
-    desk.Hold('S');
-    EXPECT_EQ(desk.Hot(), "readme");
-    desk.LetGo('S');
-    EXPECT_EQ(desk.Items(), (Labels{"Office", "Games", "|", "readme"}));
-    EXPECT_EQ(desk.Hot(), "readme");
+    m_desk.Press(VK_DOWN);
+    m_desk.Hold(VK_SHIFT);
+    m_desk.Press(VK_DOWN);
+    m_desk.LetGo(VK_SHIFT);
+    EXPECT_EQ(m_desk.Items(), (Labels{"Office", "Games", "readme"}));
+    EXPECT_EQ(m_desk.Hot(), "Games");
+    m_desk.Press(VK_DOWN);
+    EXPECT_EQ(m_desk.Hot(), "readme");
+    m_desk.Hold('S');
+    EXPECT_EQ(m_desk.Hot(), "readme");
+    m_desk.LetGo('S');
+    EXPECT_EQ(m_desk.Items(), (Labels{"Office", "Games", "|", "readme"}));
+    EXPECT_EQ(m_desk.Hot(), "readme");
 }
 
 TEST_F(MovingThrough, AnotherProgramClosesTheMenuUnlessItIsDisabled)
 {
-    desk.RestOn("Games");
-    desk.Advance(500ms);
-    desk.Level(0).EnableMenu(false);
-    desk.SwitchToOtherProgram();
-    EXPECT_EQ(desk.Levels(), 2) << "a menu that waits for its own operation stays";
-    desk.Level(0).EnableMenu(true);
-    desk.SwitchToOtherProgram();
-    EXPECT_EQ(desk.Levels(), 0);
-    EXPECT_FALSE(desk.IsOpen());
+    m_desk.RestOn("Games");
+    m_desk.Advance(500ms);
+    m_desk.Level(0).EnableMenu(false);
+    m_desk.SwitchToOtherProgram();
+    EXPECT_EQ(m_desk.Levels(), 2) << "a menu that waits for its own operation stays";
+    m_desk.Level(0).EnableMenu(true);
+    m_desk.SwitchToOtherProgram();
+    EXPECT_EQ(m_desk.Levels(), 0);
+    EXPECT_FALSE(m_desk.IsOpen());
 }
 
 TEST(MovingAcross, SubLevelsOpenToTheLeftAndUpwardAtTheEdges)

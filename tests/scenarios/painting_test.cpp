@@ -34,10 +34,8 @@ public:
     {
         int count = 0;
         for (LONG y = within.top; y < within.bottom; ++y)
-        {
             for (LONG x = within.left; x < within.right; ++x)
                 count += At(x, y) == color;
-        }
         return count;
     }
 
@@ -146,7 +144,7 @@ TEST_P(AtScale, TheBannerCarriesItsColoursAndTheTitle)
 
 TEST(Painting, TheSkinMayReachIntoTheBody)
 {
-    constexpr int bodyColumn = 5;
+    constexpr int kBodyColumn = 5;
     Desk desk;
     for (int i = 0; i < 9; ++i)
         desk.MakeFile("item " + std::to_string(i));
@@ -158,7 +156,7 @@ TEST(Painting, TheSkinMayReachIntoTheBody)
     BITMAP skin{};
     ASSERT_NE(GetObjectW(g_launcher.m_bannerSkin.Get(), sizeof(skin), &skin), 0);
     for (LONG y = 0; y < skin.bmHeight; ++y)
-        static_cast<std::uint32_t*>(skin.bmBits)[y * skin.bmWidth + bodyColumn] = 0xFF204060;
+        static_cast<std::uint32_t*>(skin.bmBits)[y * skin.bmWidth + kBodyColumn] = 0xFF204060;
     desk.Level().RequestRefresh();
     const Look look(desk);
     EXPECT_EQ(look.At(inBody.x, inBody.y), 0x204060u);
@@ -279,7 +277,7 @@ TEST(Painting, ASubLevelIsPlainAndBordered)
 
 TEST(Painting, ScrollingAndRefreshingLeaveNothingUndrawn)
 {
-    constexpr std::uint32_t undrawn = 0xFF00FF;
+    constexpr std::uint32_t kUndrawn = 0xFF00FF;
     Desk desk("800x600+0+0");
     for (int i = 0; i < 50; ++i)
         desk.MakeFile("item " + std::to_string(100 + i));
@@ -292,15 +290,15 @@ TEST(Painting, ScrollingAndRefreshingLeaveNothingUndrawn)
     };
     desk.RestOn("item 110");
     desk.Wheel(-120);
-    EXPECT_EQ(Look(desk).Count(whole(), undrawn), 0);
+    EXPECT_EQ(Look(desk).Count(whole(), kUndrawn), 0);
     for (int i = 10; i < 50; ++i)
         std::filesystem::remove(desk.Folder() / ("item " + std::to_string(100 + i)));
     desk.SendNotice();
-    EXPECT_EQ(Look(desk).Count(whole(), undrawn), 0);
+    EXPECT_EQ(Look(desk).Count(whole(), kUndrawn), 0);
     desk.MakeFile("a name that makes all of it wider");
     desk.SendNotice();
     const Look look(desk);
-    EXPECT_EQ(look.Count(whole(), undrawn), 0);
+    EXPECT_EQ(look.Count(whole(), kUndrawn), 0);
 }
 
 TEST(Painting, AMoveOfTheHighlightRedrawsTwoItemsOnly)

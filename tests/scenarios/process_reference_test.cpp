@@ -16,48 +16,48 @@ class ProcessReference : public testing::Test
 protected:
     ~ProcessReference() override { platform::headless::SetIdleHandler(nullptr); }
 
-    ShellProcessReference reference;
+    ShellProcessReference m_reference;
 };
 
 TEST_F(ProcessReference, WithoutOutstandingWorkTheProcessEndsAtOnce)
 {
     bool waited = false;
     platform::headless::SetIdleHandler([&] { return waited = true; });
-    reference.Drain();
+    m_reference.Drain();
     EXPECT_FALSE(waited);
 }
 
 TEST_F(ProcessReference, TheLastReleaseEndsTheWaitFromWhateverThread)
 {
-    EXPECT_EQ(reference.AddRef(), 2u);
-    EXPECT_EQ(reference.AddRef(), 3u);
+    EXPECT_EQ(m_reference.AddRef(), 2u);
+    EXPECT_EQ(m_reference.AddRef(), 3u);
     int waits = 0;
     std::thread worker;
     platform::headless::SetIdleHandler(
         [&]
         {
             if (++waits == 1)
-                reference.Release();
+                m_reference.Release();
             else if (waits == 2)
-                worker = std::thread([this] { reference.Release(); });
+                worker = std::thread([this] { m_reference.Release(); });
             return waits == 1;
         });
-    reference.Drain();
+    m_reference.Drain();
     worker.join();
     EXPECT_GE(waits, 2) << "the first release left one outstanding";
 }
 
 TEST_F(ProcessReference, QuittingEndsTheWaitAllTheSame)
 {
-    reference.AddRef();
+    m_reference.AddRef();
     platform::headless::SetIdleHandler(
         []
         {
             PostQuitMessage(0);
             return true;
         });
-    reference.Drain();
-    EXPECT_EQ(reference.Release(), 0u);
+    m_reference.Drain();
+    EXPECT_EQ(m_reference.Release(), 0u);
     MSG message;
     PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE);
 }
@@ -67,18 +67,18 @@ TEST_F(ProcessReference, WindowsGoOnWorkingMeanwhile)
     static int timers;
     timers = 0;
     platform::headless::SetIdleHandler(nullptr);
-    reference.AddRef();
+    m_reference.AddRef();
     const HWND window =
         CreateWindowExW(0, TEXT("Static"), TEXT(""), WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
     static ShellProcessReference* held;
-    held = &reference;
+    held = &m_reference;
     SetTimer(window, 7, 10,
              [](HWND, UINT, UINT_PTR, DWORD)
              {
                  if (++timers == 3)
                      held->Release();
              });
-    reference.Drain();
+    m_reference.Drain();
     EXPECT_EQ(timers, 3);
     KillTimer(window, 7);
     DestroyWindow(window);
@@ -87,11 +87,11 @@ TEST_F(ProcessReference, WindowsGoOnWorkingMeanwhile)
 TEST_F(ProcessReference, OffersIUnknownAlone)
 {
     void* object = &object;
-    EXPECT_EQ(reference.QueryInterface(IID_IDropTarget, &object), E_NOINTERFACE);
+    EXPECT_EQ(m_reference.QueryInterface(IID_IDropTarget, &object), E_NOINTERFACE);
     EXPECT_EQ(object, nullptr);
-    EXPECT_EQ(reference.QueryInterface(IID_IUnknown, &object), S_OK);
-    EXPECT_EQ(object, &reference);
-    EXPECT_EQ(reference.Release(), 1u);
+    EXPECT_EQ(m_reference.QueryInterface(IID_IUnknown, &object), S_OK);
+    EXPECT_EQ(object, &m_reference);
+    EXPECT_EQ(m_reference.Release(), 1u);
 }
 
 } // namespace

@@ -164,16 +164,16 @@ TEST(Starting, OptionsOfOddSizesAreReadAsFarAsTheyGo)
 
 TEST(Starting, ManyThousandsOfItemsShowAndScrollToTheLast)
 {
-    constexpr int count = 10000;
+    constexpr int kCount = 10000;
     Desk desk("1280x1024+0+0");
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < kCount; ++i)
         desk.MakeFile("item " + std::to_string(10000 + i));
     desk.Launch("0,1024,0");
-    ASSERT_EQ(desk.Items().size(), static_cast<std::size_t>(count));
+    ASSERT_EQ(desk.Items().size(), static_cast<std::size_t>(kCount));
     ASSERT_NE(desk.Level().m_pager, nullptr);
     EXPECT_EQ(desk.Bounds().bottom - desk.Bounds().top, 1024 + 2) << "the work area and its frame";
 
-    desk.Level().OnItemCommand(ItemCommandMode::Select, count - 1);
+    desk.Level().OnItemCommand(ItemCommandMode::Select, kCount - 1);
     const RECT last = desk.ItemBounds("item 19999");
     EXPECT_GE(last.top, 0);
     EXPECT_LE(last.bottom, 1024);

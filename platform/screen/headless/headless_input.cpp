@@ -75,9 +75,7 @@ void EnterTarget(screen::NativeWindow target)
 {
     State& state = TheState();
     if (state.pointerWindow != 0 && state.pointerWindow != target)
-    {
         Queue(EventType::MouseLeave, state.pointerWindow);
-    }
     state.pointerWindow = target;
 }
 
@@ -108,9 +106,7 @@ void MoveMouse(int x, int y)
     const screen::NativeWindow target = MouseTarget();
     EnterTarget(target);
     if (target != 0)
-    {
         Queue(EventType::MouseMove, target);
-    }
 }
 
 void PointerMayHaveChangedWindow()
@@ -118,14 +114,10 @@ void PointerMayHaveChangedWindow()
     State& state = TheState();
     const screen::NativeWindow target = MouseTarget();
     if (target == state.pointerWindow)
-    {
         return;
-    }
     EnterTarget(target);
     if (target != 0)
-    {
         Queue(EventType::MouseMove, target);
-    }
 }
 
 void PressButton(screen::Button button)
@@ -147,9 +139,7 @@ void ReleaseButton(screen::Button button)
     State& state = TheState();
     const unsigned bit = 1U << static_cast<unsigned>(button);
     if ((state.pressedButtons & bit) == 0)
-    {
         return;
-    }
     state.pressedButtons &= ~bit;
     Queue(EventType::ButtonUp, state.pressedWindow).button = button;
     if (state.pressedButtons == 0)
@@ -163,17 +153,13 @@ void TurnWheel(int delta)
 {
     const screen::NativeWindow target = MouseTarget();
     if (target != 0)
-    {
         Queue(EventType::Wheel, target).wheel = delta;
-    }
 }
 
 void PressKey(BYTE virtualKey, std::u16string_view text)
 {
     if (!HasKeyboard())
-    {
         return;
-    }
     Event& event = Queue(EventType::KeyDown, 0);
     event.virtualKey = virtualKey;
     event.extended = IsExtended(virtualKey);
@@ -220,9 +206,7 @@ bool NextEvent(Event& event)
 {
     State& state = TheState();
     if (state.events.empty())
-    {
         return false;
-    }
     event = state.events.front();
     state.events.pop_front();
     return true;

@@ -18,9 +18,7 @@ std::vector<screen::Monitor> ParseMonitors(std::string_view text, UINT dpi)
         int width = 0, height = 0, x = 0, y = 0, used = 0;
         const int fields = std::sscanf(part.c_str(), "%dx%d%d%d%n", &width, &height, &x, &y, &used);
         if (fields != 4 || static_cast<std::size_t>(used) != part.size() || width <= 0 || height <= 0)
-        {
             return {};
-        }
         const RECT bounds{x, y, x + width, y + height};
         monitors.push_back({bounds, bounds, dpi});
     }
@@ -44,9 +42,7 @@ bool SetMonitors(std::string_view text, UINT dpi)
 {
     auto monitors = ParseMonitors(text, dpi);
     if (monitors.empty())
-    {
         return false;
-    }
     TheState().monitors = std::move(monitors);
     return true;
 }
@@ -70,9 +66,7 @@ void SetForeignWindow(std::uint32_t id, const RECT& bounds)
 {
     TheState().foreignWindows.erase(id);
     if (bounds.right > bounds.left && bounds.bottom > bounds.top)
-    {
         TheState().foreignWindows.emplace(id, bounds);
-    }
 }
 
 void Reset()

@@ -45,24 +45,16 @@ Picture::Picture(int width, int height)
 HeadlessWindow* FindWindow(screen::NativeWindow window)
 {
     for (HeadlessWindow& candidate : TheState().windows)
-    {
         if (candidate.info.id == window)
-        {
             return &candidate;
-        }
-    }
     return nullptr;
 }
 
 screen::NativeWindow WindowAt(POINT point)
 {
     for (const HeadlessWindow& window : TheState().windows)
-    {
         if (window.info.visible && Contains(window.info.bounds, point))
-        {
             return window.info.id;
-        }
-    }
     return 0;
 }
 
@@ -70,9 +62,7 @@ std::vector<WindowInfo> Windows()
 {
     std::vector<WindowInfo> result;
     for (const HeadlessWindow& window : TheState().windows)
-    {
         result.push_back(window.info);
-    }
     return result;
 }
 
@@ -85,9 +75,7 @@ std::uint32_t PixelAt(int x, int y)
 {
     const HeadlessWindow* window = FindWindow(WindowAt({x, y}));
     if (window == nullptr)
-    {
         return kDesktopColor;
-    }
     const Surface& shown = window->shown->surface;
     const std::uint32_t pixel =
         shown.pixels[(y - window->info.bounds.top) * shown.stride + x - window->info.bounds.left];
@@ -151,7 +139,8 @@ void DestroyNativeWindow(NativeWindow window)
 {
     ShowNativeWindow(window, false);
     State& state = TheState();
-    std::erase_if(state.windows, [&](const HeadlessWindow& candidate) { return candidate.info.id == window; });
+    std::erase_if(
+        state.windows, [&](const HeadlessWindow& candidate) { return candidate.info.id == window; });
     std::erase_if(state.events, [&](const Event& event) { return event.window == window; });
 }
 
@@ -160,9 +149,7 @@ void ShowNativeWindow(NativeWindow window, bool show)
     State& state = TheState();
     HeadlessWindow* found = FindWindow(window);
     if (found == nullptr || found->info.visible == show)
-    {
         return;
-    }
     found->info.visible = show;
     if (!show && state.pressedWindow == window)
     {
@@ -170,9 +157,7 @@ void ShowNativeWindow(NativeWindow window, bool show)
         state.pressedButtons = 0;
     }
     if (std::none_of(state.windows.begin(), state.windows.end(), [](const auto& other) { return other.info.visible; }))
-    {
         state.hasKeyboard = false;
-    }
     headless::PointerMayHaveChangedWindow();
 }
 
@@ -180,9 +165,7 @@ void PlaceNativeWindow(NativeWindow window, const RECT& bounds)
 {
     HeadlessWindow* found = FindWindow(window);
     if (found == nullptr)
-    {
         return;
-    }
     const int width = bounds.right - bounds.left;
     const int height = bounds.bottom - bounds.top;
     if (width != found->drawn->surface.width || height != found->drawn->surface.height)
@@ -200,9 +183,7 @@ void StackNativeWindow(NativeWindow window, NativeWindow above)
     const auto is = [](NativeWindow id) { return [id](const HeadlessWindow& w) { return w.info.id == id; }; };
     const auto found = std::find_if(windows.begin(), windows.end(), is(window));
     if (found == windows.end())
-    {
         return;
-    }
     HeadlessWindow moved = std::move(*found);
     windows.erase(found);
     const auto place = std::find_if(windows.begin(), windows.end(), is(above));
@@ -213,9 +194,7 @@ void StackNativeWindow(NativeWindow window, NativeWindow above)
 void SetNativeTitle(NativeWindow window, std::u16string_view title)
 {
     if (HeadlessWindow* found = FindWindow(window))
-    {
         found->info.title = title;
-    }
 }
 
 const Surface& WindowSurface(NativeWindow window)
@@ -256,9 +235,7 @@ void TakeKeyboard(NativeWindow window)
 {
     State& state = TheState();
     if (state.hasKeyboard)
-    {
         return;
-    }
     state.hasKeyboard = true;
     Event event;
     event.type = EventType::Activated;

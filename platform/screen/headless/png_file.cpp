@@ -19,9 +19,7 @@ using Bytes = std::vector<std::uint8_t>;
 void AppendBigEndian(Bytes& bytes, std::uint32_t value)
 {
     for (int shift = 24; shift >= 0; shift -= 8)
-    {
         bytes.push_back(static_cast<std::uint8_t>(value >> shift));
-    }
 }
 
 std::uint32_t Crc(const std::uint8_t* data, std::size_t size)
@@ -33,17 +31,13 @@ std::uint32_t Crc(const std::uint8_t* data, std::size_t size)
         {
             made[n] = n;
             for (int bit = 0; bit < 8; ++bit)
-            {
                 made[n] = (made[n] & 1) != 0 ? 0xEDB88320U ^ (made[n] >> 1) : made[n] >> 1;
-            }
         }
         return made;
     }();
     std::uint32_t crc = 0xFFFFFFFF;
     for (std::size_t i = 0; i < size; ++i)
-    {
         crc = table[(crc ^ data[i]) & 0xFF] ^ (crc >> 8);
-    }
     return ~crc;
 }
 
@@ -97,9 +91,7 @@ Bytes Rows(const Surface& picture)
         {
             const std::uint32_t pixel = picture.pixels[y * picture.stride + x];
             for (const int shift : {16, 8, 0})
-            {
                 rows.push_back(static_cast<std::uint8_t>(pixel >> shift));
-            }
         }
     }
     return rows;

@@ -59,9 +59,7 @@ Connection::Connection()
     }
     auto screens = xcb_setup_roots_iterator(xcb_get_setup(m_xcb));
     for (int i = 0; i < m_screenNumber; ++i)
-    {
         xcb_screen_next(&screens);
-    }
     m_screen = screens.data;
     SendFirstBatch();
 }
@@ -69,9 +67,7 @@ Connection::Connection()
 void Connection::SendFirstBatch()
 {
     for (xcb_extension_t* extension : {&xcb_randr_id, &xcb_input_id, &xcb_shm_id, &xcb_xkb_id})
-    {
         xcb_prefetch_extension_data(m_xcb, extension);
-    }
     xcb_prefetch_maximum_request_length(m_xcb);
     for (std::size_t i = 0; i < m_atoms.size(); ++i)
     {
@@ -98,9 +94,7 @@ void Connection::CollectAtoms()
 xcb_atom_t Connection::operator[](Atom atom)
 {
     if (!m_atomsCollected)
-    {
         CollectAtoms();
-    }
     return m_atoms[static_cast<std::size_t>(atom)];
 }
 
@@ -122,9 +116,7 @@ const std::string& Connection::Resources()
 std::optional<POINT> Connection::TakeFirstPointer()
 {
     if (std::exchange(m_pointerTaken, true))
-    {
         return std::nullopt;
-    }
     const auto reply = Collect(xcb_query_pointer_reply, m_pointerCookie);
     return reply != nullptr ? std::optional(POINT{reply->root_x, reply->root_y}) : std::nullopt;
 }
@@ -138,9 +130,7 @@ const xcb_query_extension_reply_t* Connection::Extension(xcb_extension_t& extens
 void Connection::SendSecondBatch()
 {
     if (std::exchange(m_secondBatchSent, true))
-    {
         return;
-    }
     if (Extension(xcb_randr_id) != nullptr)
     {
         xcb_discard_reply(m_xcb, xcb_randr_query_version(m_xcb, 1, 5).sequence);
@@ -156,9 +146,7 @@ void Connection::AskMonitors()
 {
     monitorsAsked = Extension(xcb_randr_id) != nullptr;
     if (monitorsAsked)
-    {
         monitors = xcb_randr_get_monitors(m_xcb, Root(), 1);
-    }
     workArea = AskProperty(m_xcb, Root(), (*this)[Atom::NetWorkArea], XCB_ATOM_CARDINAL);
     currentDesktop = AskProperty(m_xcb, Root(), (*this)[Atom::NetCurrentDesktop], XCB_ATOM_CARDINAL);
     clientList = AskProperty(m_xcb, Root(), (*this)[Atom::NetClientList], XCB_ATOM_WINDOW);

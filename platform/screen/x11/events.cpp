@@ -46,9 +46,7 @@ std::uint64_t ClockTime(xcb_timestamp_t serverTime)
     const auto server = static_cast<std::int64_t>(serverTime);
     // Taken anew when the server's time has wrapped (after 49 days) or the clock has been changed.
     if (!offset || server + *offset > now || now - (server + *offset) > 10000)
-    {
         offset = now - server;
-    }
     return static_cast<std::uint64_t>(server + *offset);
 }
 
@@ -96,22 +94,16 @@ void Add(Event event)
     const bool onlyMoved = event.type == EventType::MouseMove && !ready.empty() &&
                            ready.back().type == EventType::MouseMove && ready.back().window == event.window;
     if (onlyMoved)
-    {
         ready.back() = event;
-    }
     else
-    {
         ready.push_back(event);
-    }
 }
 
 void OnButton(const xcb_button_press_event_t& from, bool down)
 {
     const bool wheel = from.detail == XCB_BUTTON_INDEX_4 || from.detail == XCB_BUTTON_INDEX_5;
     if (down)
-    {
         OnOwnPress(from.time);
-    }
     if (wheel && down)
     {
         Event event = MouseEvent(EventType::Wheel, from);
@@ -124,9 +116,7 @@ void OnButton(const xcb_button_press_event_t& from, bool down)
     unsigned& pressed = TheEvents().pressed;
     // A release without its press belongs to a click that began elsewhere, such as the one that opened the menu.
     if (!button || (!down && (pressed & bit) == 0))
-    {
         return;
-    }
     pressed = down ? pressed | bit : pressed & ~bit;
     Event event = MouseEvent(down ? EventType::ButtonDown : EventType::ButtonUp, from);
     event.button = *button;
@@ -153,13 +143,9 @@ void OnKey(const xcb_key_press_event_t& from, bool down)
     // evdev's key codes are those of the PC keyboard for all keys that it had.
     event.scanCode = static_cast<BYTE>(from.detail - 8);
     if (down)
-    {
         std::copy(std::begin(meaning.text), std::end(meaning.text), event.text);
-    }
     if (event.virtualKey != 0 || event.text[0] != 0)
-    {
         Add(event);
-    }
 }
 
 void OnExpose(const xcb_expose_event_t& from)
@@ -167,18 +153,14 @@ void OnExpose(const xcb_expose_event_t& from)
     NativeWindowState* window = FindNative(from.window);
     // What the mapping itself has exposed is covered by the picture that was sent right behind it.
     if (window != nullptr && from.sequence != window->mapSequence)
-    {
         Repaint(*window, {from.x, from.y, from.x + from.width, from.y + from.height});
-    }
 }
 
 void OnConfigure(const xcb_configure_notify_event_t& from)
 {
     NativeWindowState* window = FindNative(from.window);
     if (window == nullptr)
-    {
         return;
-    }
     constexpr std::uint8_t kSent = 0x80;
     POINT origin{from.x, from.y};
     if ((from.response_type & kSent) == 0 && window->frame != 0)
@@ -209,9 +191,7 @@ void OnMapped(xcb_window_t id)
         window->viewable = true;
         PutPopupsBelow(*window);
         if (window->keyboardWanted)
-        {
             FocusManaged(*window);
-        }
     }
 }
 
@@ -232,17 +212,13 @@ void OnExtensionEvent(const xcb_ge_generic_event_t& from)
 {
     const auto* input = TheConnection().Extension(xcb_input_id);
     if (input == nullptr || from.extension != input->major_opcode)
-    {
         return;
-    }
     if (from.event_type == XCB_INPUT_RAW_BUTTON_PRESS)
     {
         const auto& press = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(from);
         const bool wheel = press.detail >= 4 && press.detail <= 7;
         if (!wheel)
-        {
             OnRawPress(press.time);
-        }
     }
     else if (from.event_type == XCB_INPUT_RAW_MOTION)
     {
@@ -311,9 +287,7 @@ void HandleWindowEvent(const xcb_generic_event_t& event, std::uint8_t type)
     {
         const auto& reparent = reinterpret_cast<const xcb_reparent_notify_event_t&>(event);
         if (NativeWindowState* window = FindNative(reparent.window))
-        {
             window->frame = reparent.parent != TheConnection().Root() ? reparent.parent : 0;
-        }
         break;
     }
     case XCB_MAP_NOTIFY:
@@ -343,25 +317,15 @@ void Handle(const xcb_generic_event_t& event)
 {
     const std::uint8_t type = event.response_type & 0x7F;
     if (type == 0)
-    {
         OnError(reinterpret_cast<const xcb_generic_error_t&>(event));
-    }
     else if (HandleInputEvent(event, type))
-    {
         return;
-    }
     else if (IsExtensionEvent(type, xcb_randr_id, XCB_RANDR_SCREEN_CHANGE_NOTIFY))
-    {
         RereadMonitors();
-    }
     else if (IsExtensionEvent(type, xcb_xkb_id, 0)) // all of XKB's events have this one number
-    {
         ForgetKeymap();
-    }
     else
-    {
         HandleWindowEvent(event, type);
-    }
 }
 
 /// True when there was anything.
@@ -390,9 +354,7 @@ void HandleUpToNow()
 bool Pump()
 {
     if (!TheConnection().IsOpen())
-    {
         return false;
-    }
     bool any = HandleArrived();
     while (FocusCheckPending())
     {
@@ -408,9 +370,7 @@ bool Pump()
 int TimeoutUntil(std::optional<std::uint64_t> deadline)
 {
     if (!deadline)
-    {
         return -1;
-    }
     const std::uint64_t now = NowMs();
     return *deadline > now ? static_cast<int>(std::min<std::uint64_t>(*deadline - now, 1U << 30)) : 0;
 }
@@ -425,13 +385,9 @@ bool NextEvent(Event& event)
 {
     auto& ready = x11::TheEvents().ready;
     if (ready.empty())
-    {
         x11::Pump();
-    }
     if (ready.empty())
-    {
         return false;
-    }
     event = ready.front();
     ready.pop_front();
     return true;
@@ -447,9 +403,7 @@ void Wait(std::optional<std::uint64_t> deadline)
         Commit();
     } while (x11::Pump());
     if (!events.ready.empty())
-    {
         return;
-    }
     const bool open = x11::TheConnection().IsOpen();
     pollfd fds[] = {{events.wakeFd, POLLIN, 0},
                     {open ? xcb_get_file_descriptor(x11::TheConnection().Xcb()) : -1, POLLIN, 0}};

@@ -71,9 +71,7 @@ void CreateKeyWindow()
 {
     FocusState& state = State();
     if (state.keyWindow != 0)
-    {
         return;
-    }
     Connection& connection = TheConnection();
     state.keyWindow = xcb_generate_id(connection.Xcb());
     const std::uint32_t values[] = {1, XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE |
@@ -114,9 +112,7 @@ void LearnPrevious()
 {
     FocusState& state = State();
     if (!std::exchange(state.previousAsked, false))
-    {
         return;
-    }
     const auto reply = Collect(xcb_get_input_focus_reply, state.previousCookie);
     const xcb_window_t holder = reply != nullptr && !IsOurs(reply->focus) ? reply->focus : kPointerRoot;
     // Between two turns of ours (a message box has been closed) the focus may be nobody's; that is no news of who had
@@ -127,9 +123,7 @@ void LearnPrevious()
 bool IsViewable(xcb_window_t window)
 {
     if (window <= kPointerRoot)
-    {
         return false;
-    }
     xcb_connection_t* xcb = TheConnection().Xcb();
     const auto reply = Collect(xcb_get_window_attributes_reply, xcb_get_window_attributes(xcb, window));
     return reply != nullptr && reply->map_state == XCB_MAP_STATE_VIEWABLE;
@@ -139,9 +133,7 @@ xcb_window_t WhoGetsItBack()
 {
     const FocusState& state = State();
     if (IsViewable(state.previous))
-    {
         return state.previous;
-    }
     const xcb_window_t handed = HandedFocus(state.keyWindow).value_or(0);
     return IsViewable(handed) ? handed : kPointerRoot;
 }
@@ -180,9 +172,7 @@ void DescribeLoss(xcb_window_t newFocus)
 void LoseKeyboard(std::deque<screen::Event>& out)
 {
     if (std::exchange(State().active, false))
-    {
         out.push_back(MakeEvent(screen::EventType::Deactivated, 0));
-    }
 }
 
 void TakeBack()
@@ -200,24 +190,18 @@ void CheckLoss(std::deque<screen::Event>& out)
     FocusState& state = State();
     const auto reply = Collect(xcb_get_input_focus_reply, xcb_get_input_focus(TheConnection().Xcb()));
     if (reply == nullptr || IsOurs(reply->focus))
-    {
         return;
-    }
     // What a managed window loses is the window manager's decision; only the menu itself insists.
     const bool menu = state.focused == state.keyWindow && AnyShown() && state.active;
     if (menu)
-    {
         DescribeLoss(reply->focus);
-    }
     if (menu && AnswerFocusLoss(state.loss) == FocusAnswer::TakeBack)
     {
         TakeBack();
         return;
     }
     if (menu && state.loss.focusIsLaunchers)
-    {
         SetHandedFocus(reply->focus, WhoGetsItBack());
-    }
     state.focused = 0;
     LoseKeyboard(out);
 }
@@ -230,9 +214,7 @@ void CheckPress(std::deque<screen::Event>& out)
     state.loss.press = NowMs();
     const bool managed = FindNative(state.focused) != nullptr;
     if (!managed)
-    {
         LoseKeyboard(out);
-    }
 }
 
 } // namespace
@@ -241,9 +223,7 @@ void SelectRawEvents(bool movements)
 {
     Connection& connection = TheConnection();
     if (connection.Extension(xcb_input_id) == nullptr)
-    {
         return;
-    }
     struct
     {
         xcb_input_event_mask_t head;
@@ -261,9 +241,7 @@ void TakeWantedKeyboard()
 {
     FocusState& state = State();
     if (!state.wanted || !AnyShown())
-    {
         return;
-    }
     state.wanted = false;
     CreateKeyWindow();
     if (!IsOurs(state.focused))
@@ -285,9 +263,7 @@ void ReleaseKeyboard()
 {
     FocusState& state = State();
     if (state.keyWindow == 0)
-    {
         return;
-    }
     LearnPrevious();
     const auto now = Collect(xcb_get_input_focus_reply, xcb_get_input_focus(TheConnection().Xcb()));
     // It is nobody's between the end of a message box of ours and the moment in which the menu would take it again.
@@ -314,16 +290,12 @@ void OnFocusIn(const xcb_focus_in_event_t& event, std::deque<screen::Event>& out
         return;
     }
     if (event.detail == XCB_NOTIFY_DETAIL_POINTER)
-    {
         return;
-    }
     state.suspectLoss = false;
     state.focused = event.event;
     const bool managed = FindNative(event.event) != nullptr;
     if (!std::exchange(state.active, true) || managed)
-    {
         out.push_back(MakeEvent(screen::EventType::Activated, managed ? event.event : 0));
-    }
 }
 
 void OnFocusOut(const xcb_focus_out_event_t& event)
@@ -348,9 +320,7 @@ void OnRawPress(xcb_timestamp_t time)
 void OnOwnPress(xcb_timestamp_t time)
 {
     if (State().press == time)
-    {
         State().press.reset();
-    }
 }
 
 void OnRawMove()
@@ -361,13 +331,9 @@ void OnRawMove()
 void OnPointerInside(bool inside)
 {
     if (!inside)
-    {
         OnRawMove(); // it has left by moving
-    }
     if (State().keyWindow != 0 && State().moves == inside)
-    {
         SelectRawEvents(!inside);
-    }
 }
 
 bool FocusCheckPending()
@@ -381,13 +347,9 @@ void CheckFocus(std::deque<screen::Event>& out)
     FocusState& state = State();
     LearnPrevious();
     if (state.press)
-    {
         CheckPress(out);
-    }
     if (std::exchange(state.suspectLoss, false))
-    {
         CheckLoss(out);
-    }
 }
 
 } // namespace platform::x11

@@ -33,9 +33,7 @@ FocusAnswer AnswerFocusLoss(const FocusLoss& loss)
     const bool meant = Within(loss.press, kIntentMs, loss.now) || Within(loss.keyGrab, kIntentMs, loss.now);
     const bool hopeless = IsQuickRetake(loss) && loss.quickRetakes >= kMostQuickRetakes;
     if (meant || hopeless || loss.focusIsLaunchers)
-    {
         return FocusAnswer::AnotherProgram;
-    }
     const bool settling = loss.now - loss.taken <= kSettlingMs;
     const bool follows = loss.pointerOverNewFocus && Within(loss.pointerMove, kFollowingMs, loss.now);
     // A window manager falls back to the root window when what had the focus is gone; that is nobody's turn.

@@ -110,21 +110,13 @@ char32_t OldKeysymCharacter(Keysym keysym)
 VirtualKey VirtualKeyOf(Keysym keysym)
 {
     if (keysym >= 'a' && keysym <= 'z')
-    {
         return {static_cast<BYTE>(keysym - 'a' + 'A'), false};
-    }
     if ((keysym >= 'A' && keysym <= 'Z') || (keysym >= '0' && keysym <= '9'))
-    {
         return {static_cast<BYTE>(keysym), false};
-    }
     if (keysym >= 0xFFB0 && keysym <= 0xFFB9) // KP_0 to KP_9
-    {
         return {static_cast<BYTE>(VK_NUMPAD0 + keysym - 0xFFB0), false};
-    }
     if (keysym >= 0xFFBE && keysym <= 0xFFD5) // F1 to F24
-    {
         return {static_cast<BYTE>(VK_F1 + keysym - 0xFFBE), false};
-    }
     const auto* found = std::find_if(std::begin(kNamedKeys), std::end(kNamedKeys),
                                      [&](const Entry& entry) { return entry.keysym == keysym; });
     return found != std::end(kNamedKeys) ? VirtualKey{found->code, found->extended} : VirtualKey{};
@@ -136,9 +128,7 @@ BYTE VirtualKeyOfPlace(std::uint8_t keycode)
     {
         const std::size_t index = static_cast<std::size_t>(keycode) - row.first;
         if (keycode >= row.first && index < std::char_traits<char>::length(row.keys))
-        {
             return static_cast<BYTE>(row.keys[index]);
-        }
     }
     return 0;
 }
@@ -146,17 +136,11 @@ BYTE VirtualKeyOfPlace(std::uint8_t keycode)
 char32_t CharacterOf(Keysym keysym)
 {
     if ((keysym >= 0x20 && keysym <= 0x7E) || (keysym >= 0xA0 && keysym <= 0xFF))
-    {
         return keysym; // Latin-1
-    }
     if (keysym >= kUnicode + 0x100 && keysym <= kUnicode + 0x10FFFF)
-    {
         return keysym - kUnicode;
-    }
     if (keysym >= 0xFFAA && keysym <= 0xFFB9) // the number pad
-    {
         return keysym - 0xFF80;
-    }
     constexpr Keysym kFirstFunctionKey = 0xFD00;
     return keysym >= 0x100 && keysym < kFirstFunctionKey ? OldKeysymCharacter(keysym) : 0;
 }

@@ -25,12 +25,8 @@ struct KeyType
     std::size_t LevelFor(std::uint16_t state) const
     {
         for (const LevelRule& rule : rules)
-        {
             if (rule.modifiers == (state & modifiers))
-            {
                 return rule.level;
-            }
-        }
         return 0;
     }
 };
@@ -65,12 +61,8 @@ void ReadTypes(const xcb_xkb_get_map_reply_t& reply, const xcb_xkb_get_map_map_t
         made.modifiers = type.data->mods_mask;
         auto rule = xcb_xkb_key_type_map_iterator(type.data);
         for (; rule.rem > 0; xcb_xkb_kt_map_entry_next(&rule))
-        {
             if (rule.data->active != 0)
-            {
                 made.rules.push_back({rule.data->mods_mask, rule.data->level});
-            }
-        }
     }
 }
 
@@ -112,16 +104,12 @@ Keymap ReadKeymap()
 {
     Connection& connection = TheConnection();
     if (connection.Extension(xcb_xkb_id) == nullptr)
-    {
         return ReadCoreMap();
-    }
     constexpr std::uint16_t kParts = XCB_XKB_MAP_PART_KEY_TYPES | XCB_XKB_MAP_PART_KEY_SYMS;
     const auto reply = Collect(xcb_xkb_get_map_reply, xcb_xkb_get_map(connection.Xcb(), XCB_XKB_ID_USE_CORE_KBD, kParts,
                                                                       0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0));
     if (reply == nullptr)
-    {
         return ReadCoreMap();
-    }
     Keymap keymap;
     keymap.firstKey = reply->firstKeySym;
     xcb_xkb_get_map_map_t map{};
@@ -138,9 +126,7 @@ const KeyGroups* FindKey(std::uint8_t keycode)
 {
     auto& keymap = TheKeymap();
     if (!keymap)
-    {
         keymap = ReadKeymap();
-    }
     const std::size_t index = static_cast<std::size_t>(keycode) - keymap->firstKey;
     return keycode >= keymap->firstKey && index < keymap->keys.size() ? &keymap->keys[index] : nullptr;
 }
@@ -170,21 +156,15 @@ VirtualKey NameKey(const KeyGroups& key, std::size_t group, std::uint8_t keycode
     // Layouts whose digits need Shift (French) still have the digit keys.
     const VirtualKey shifted = VirtualKeyOf(KeysymAt(key, group, 1));
     if (shifted.code >= '0' && shifted.code <= '9')
-    {
         return shifted;
-    }
     const VirtualKey active = VirtualKeyOf(KeysymAt(key, group, 0));
     if (active.code != 0)
-    {
         return active;
-    }
     for (std::size_t other = 0; other < key.groups; ++other)
     {
         const VirtualKey named = VirtualKeyOf(KeysymAt(key, other, 0));
         if (IsLetterOrDigit(named.code))
-        {
             return named;
-        }
     }
     return {VirtualKeyOfPlace(keycode), false};
 }
@@ -209,9 +189,7 @@ KeyMeaning TranslateKey(std::uint8_t keycode, std::uint16_t state)
     KeyMeaning meaning;
     const KeyGroups* key = FindKey(keycode);
     if (key == nullptr || key->groups == 0)
-    {
         return meaning;
-    }
     const std::size_t group = ((state >> 13) & 3U) % key->groups;
     const Keysym typed = KeysymAt(*key, group, LevelOf(*key, group, state));
     // Num Lock decides which key of the number pad it is, not only what it types.

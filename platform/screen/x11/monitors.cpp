@@ -34,9 +34,7 @@ UINT ResourceDpi(std::string_view resources)
     constexpr std::string_view kName = "Xft.dpi:";
     const auto line = resources.starts_with(kName) ? 0 : resources.find("\nXft.dpi:");
     if (line == resources.npos)
-    {
         return 0;
-    }
     resources.remove_prefix(resources.find(':', line) + 1);
     resources.remove_prefix(std::min(resources.find_first_not_of(" \t"), resources.size()));
     double dpi = 0;
@@ -47,9 +45,7 @@ UINT ResourceDpi(std::string_view resources)
 UINT ReadDpi()
 {
     if (const UINT dpi = ResourceDpi(TheConnection().Resources()))
-    {
         return dpi;
-    }
     const auto& published = screen::PublishedSettings();
     const auto found = published.find("Xft/DPI");
     const long scaled = found != published.end() ? std::strtol(found->second.c_str(), nullptr, 10) : 0;
@@ -76,9 +72,7 @@ std::vector<Monitor> ReadMonitors()
         monitors.insert(info.data->primary != 0 ? monitors.begin() : monitors.end(), {bounds, bounds, kDefaultDpi});
     }
     if (monitors.empty())
-    {
         monitors.push_back({RootBounds(), RootBounds(), kDefaultDpi});
-    }
     return monitors;
 }
 
@@ -86,9 +80,7 @@ std::vector<std::uint32_t> Numbers(xcb_get_property_cookie_t cookie)
 {
     const auto reply = Collect(xcb_get_property_reply, cookie);
     if (reply == nullptr || reply->format != 32)
-    {
         return {};
-    }
     const auto* values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
     return {values, values + xcb_get_property_value_length(reply.get()) / 4};
 }
@@ -102,21 +94,13 @@ void ApplyStrut(Monitor& monitor, const std::vector<std::uint32_t>& strut, const
     const RECT& b = monitor.bounds;
     RECT& work = monitor.workArea;
     if (at(0) > 0 && meets(4, b.top, b.bottom) && at(0) < b.right)
-    {
         work.left = std::max(work.left, at(0));
-    }
     if (at(1) > 0 && meets(6, b.top, b.bottom) && root.right - at(1) > b.left)
-    {
         work.right = std::min(work.right, root.right - at(1));
-    }
     if (at(2) > 0 && meets(8, b.left, b.right) && at(2) < b.bottom)
-    {
         work.top = std::max(work.top, at(2));
-    }
     if (at(3) > 0 && meets(10, b.left, b.right) && root.bottom - at(3) > b.top)
-    {
         work.bottom = std::min(work.bottom, root.bottom - at(3));
-    }
 }
 
 void ApplyStruts(std::vector<Monitor>& monitors, const std::vector<xcb_window_t>& clients)
@@ -132,9 +116,7 @@ void ApplyStruts(std::vector<Monitor>& monitors, const std::vector<xcb_window_t>
     {
         const auto strut = Numbers(cookie);
         for (Monitor& monitor : strut.size() == 12 ? std::span(monitors) : std::span<Monitor>())
-        {
             ApplyStrut(monitor, strut, RootBounds());
-        }
     }
 }
 
@@ -142,9 +124,7 @@ void ApplyStruts(std::vector<Monitor>& monitors, const std::vector<xcb_window_t>
 bool ApplyWorkArea(Monitor& monitor, const std::vector<std::uint32_t>& areas, std::size_t desktop)
 {
     if (areas.size() < 4)
-    {
         return false;
-    }
     const std::size_t first = desktop * 4 + 4 <= areas.size() ? desktop * 4 : 0;
     const auto at = [&](std::size_t index) { return static_cast<LONG>(areas[first + index]); };
     const RECT area{at(0), at(1), at(0) + at(2), at(1) + at(3)};
@@ -163,26 +143,20 @@ void ReadWorkAreas(std::vector<Monitor>& monitors)
     const auto clients = Numbers(connection.clientList);
     const bool known = monitors.size() == 1 && ApplyWorkArea(monitors[0], areas, desktop.empty() ? 0 : desktop[0]);
     if (!known)
-    {
         ApplyStruts(monitors, clients);
-    }
 }
 
 std::vector<Monitor> Read()
 {
     Connection& connection = TheConnection();
     if (!connection.IsOpen())
-    {
         return {{RECT{0, 0, 1024, 768}, RECT{0, 0, 1024, 768}, kDefaultDpi}};
-    }
     connection.SendSecondBatch();
     auto monitors = ReadMonitors();
     ReadWorkAreas(monitors);
     const UINT dpi = ReadDpi();
     for (Monitor& monitor : monitors)
-    {
         monitor.dpi = dpi;
-    }
     return monitors;
 }
 
@@ -192,9 +166,7 @@ void RereadMonitors()
 {
     State& state = TheState();
     if (!std::exchange(state.stale, true))
-    {
         TheConnection().AskMonitors();
-    }
 }
 
 } // namespace platform::x11
@@ -206,9 +178,7 @@ const std::vector<Monitor>& Monitors()
 {
     auto& state = x11::TheState();
     if (std::exchange(state.stale, false))
-    {
         state.monitors = x11::Read();
-    }
     return state.monitors;
 }
 

@@ -47,17 +47,13 @@ void* MapPrivate(std::size_t size)
 /// populating, maps its neighbours with it.
 void* MapShared(std::size_t size, int fd)
 {
-    constexpr std::size_t neighbourhood = 64 * 1024; // Linux' default; with less, writing faults for the others
+    constexpr std::size_t kNeighbourhood = 64 * 1024; // Linux' default; with less, writing faults for the others
     void* memory = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
     if (memory == MAP_FAILED)
-    {
         return nullptr;
-    }
     const auto* bytes = static_cast<const volatile char*>(memory);
-    for (std::size_t offset = 0; offset < size; offset += neighbourhood)
-    {
+    for (std::size_t offset = 0; offset < size; offset += kNeighbourhood)
         static_cast<void>(bytes[offset]);
-    }
     static_cast<void>(bytes[size - 1]); // neighbourhoods begin at multiples of their size, the memory anywhere
     return memory;
 }
@@ -66,12 +62,10 @@ void* MapShared(std::size_t size, int fd)
 /// by being touched.
 bool Extend(int fd, std::size_t size)
 {
-    static constexpr std::array<char, 64 * 1024> zeros{};
+    static constexpr std::array<char, 64 * 1024> kZeros{};
     bool whole = true;
-    for (std::size_t left = size; whole && left > 0; left -= std::min(left, zeros.size()))
-    {
-        whole = WriteAll(fd, {zeros.data(), std::min(left, zeros.size())});
-    }
+    for (std::size_t left = size; whole && left > 0; left -= std::min(left, kZeros.size()))
+        whole = WriteAll(fd, {kZeros.data(), std::min(left, kZeros.size())});
     return whole;
 }
 
@@ -83,9 +77,7 @@ PixelBuffer::PixelBuffer(int width, int height)
     height = std::max(height, 1);
     m_size = static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * sizeof(std::uint32_t);
     if (!CanShare() || !Share(m_size))
-    {
         m_surface.pixels = static_cast<std::uint32_t*>(MapPrivate(m_size));
-    }
     if (m_surface.pixels != nullptr)
     {
         m_surface.width = m_surface.stride = width;
@@ -96,22 +88,16 @@ PixelBuffer::PixelBuffer(int width, int height)
 PixelBuffer::~PixelBuffer()
 {
     if (m_segment != 0)
-    {
         IgnoreErrors(xcb_shm_detach_checked(TheConnection().Xcb(), m_segment));
-    }
     if (m_surface.pixels != nullptr)
-    {
         munmap(m_surface.pixels, m_size);
-    }
 }
 
 bool PixelBuffer::Share(std::size_t size)
 {
     const int fd = memfd_create("orb-launcher-window", MFD_CLOEXEC);
     if (fd < 0)
-    {
         return false;
-    }
     m_surface.pixels = Extend(fd, size) ? static_cast<std::uint32_t*>(MapShared(size, fd)) : nullptr;
     if (m_surface.pixels == nullptr)
     {
@@ -126,9 +112,7 @@ bool PixelBuffer::Share(std::size_t size)
 void PixelBuffer::Send(xcb_window_t window, xcb_gcontext_t gc, const RECT& rect)
 {
     if (m_surface.pixels == nullptr)
-    {
         return;
-    }
     if (m_segment == 0 || g_sharingRefused)
     {
         SendPlain(window, gc, rect);

@@ -15,9 +15,7 @@ std::optional<POINT> AskPointer()
 {
     Connection& connection = TheConnection();
     if (const auto first = connection.TakeFirstPointer())
-    {
         return first;
-    }
     const auto reply = Collect(xcb_query_pointer_reply, xcb_query_pointer(connection.Xcb(), connection.Root()));
     return reply != nullptr ? std::optional(POINT{reply->root_x, reply->root_y}) : std::nullopt;
 }
@@ -33,9 +31,7 @@ std::optional<POINT> PointerPosition()
     static std::optional<POINT> last;
     static std::uint64_t asked = 0;
     if (!x11::TheConnection().IsOpen())
-    {
         return std::nullopt;
-    }
     const std::uint64_t now = NowMs();
     if (!last || now - asked > x11::kFreshMs)
     {
@@ -60,17 +56,13 @@ std::optional<RECT> ForeignWindowBounds(std::uint32_t id)
 {
     x11::Connection& connection = x11::TheConnection();
     if (!connection.IsOpen())
-    {
         return std::nullopt;
-    }
     const auto geometryCookie = xcb_get_geometry(connection.Xcb(), id);
     const auto originCookie = xcb_translate_coordinates(connection.Xcb(), id, connection.Root(), 0, 0);
     const auto geometry = x11::Collect(xcb_get_geometry_reply, geometryCookie);
     const auto origin = x11::Collect(xcb_translate_coordinates_reply, originCookie);
     if (geometry == nullptr || origin == nullptr)
-    {
         return std::nullopt;
-    }
     return RECT{origin->dst_x, origin->dst_y, origin->dst_x + geometry->width, origin->dst_y + geometry->height};
 }
 

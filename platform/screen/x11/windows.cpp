@@ -41,9 +41,7 @@ xcb_visualid_t FindVisual()
         {
             const bool fits = visual.data->_class == XCB_VISUAL_CLASS_TRUE_COLOR && visual.data->red_mask == 0xFF0000;
             if (fits && (found == 0 || visual.data->visual_id == screen.root_visual))
-            {
                 found = visual.data->visual_id;
-            }
         }
     }
     return found;
@@ -108,9 +106,7 @@ void SetAtoms(xcb_window_t window, Atom property, std::initializer_list<Atom> va
 {
     std::vector<xcb_atom_t> atoms;
     for (const Atom value : values)
-    {
         atoms.push_back(TheConnection()[value]);
-    }
     SetProperty<xcb_atom_t>(window, TheConnection()[property], XCB_ATOM_ATOM, atoms);
 }
 
@@ -159,9 +155,7 @@ void SetProperties(const NativeWindowState& window, const screen::WindowOptions&
     SetFixedSize(window);
     const NativeWindowState* owner = FindNative(options.transientFor);
     if (owner != nullptr && owner->kind == screen::WindowKind::Managed)
-    {
         SetProperty<xcb_window_t>(window.id, XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW, {&owner->id, 1});
-    }
 }
 
 xcb_gcontext_t GraphicsContext(xcb_window_t window)
@@ -188,12 +182,8 @@ void Configure(xcb_window_t window, std::uint16_t mask, std::initializer_list<st
 NativeWindowState* FindNative(xcb_window_t id)
 {
     for (NativeWindowState& window : TheWindows().all)
-    {
         if (window.id == id && id != 0)
-        {
             return &window;
-        }
-    }
     return nullptr;
 }
 
@@ -222,29 +212,21 @@ void Repaint(NativeWindowState& window, const RECT& rect)
     const RECT inside{std::max<LONG>(rect.left, 0), std::max<LONG>(rect.top, 0),
                       std::min<LONG>(rect.right, pixels.width), std::min<LONG>(rect.bottom, pixels.height)};
     if (inside.left < inside.right && inside.top < inside.bottom)
-    {
         window.pixels->Send(window.id, GraphicsContext(window.id), inside);
-    }
 }
 
 void RepaintAll()
 {
     for (NativeWindowState& window : TheWindows().all)
-    {
         if (window.shown && !window.mapPending)
-        {
             Repaint(window, {0, 0, window.pixels->Pixels().width, window.pixels->Pixels().height});
-        }
-    }
 }
 
 void FocusManaged(NativeWindowState& window)
 {
     window.keyboardWanted = !window.viewable;
     if (!window.viewable)
-    {
         return;
-    }
     Connection& connection = TheConnection();
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;
@@ -284,9 +266,7 @@ using namespace x11;
 NativeWindow CreateNativeWindow(const WindowOptions& options)
 {
     if (!TheConnection().IsOpen() || !ChooseVisual())
-    {
         return 0;
-    }
     TheConnection().SendSecondBatch();
     NativeWindowState window;
     window.id = xcb_generate_id(TheConnection().Xcb());
@@ -294,9 +274,7 @@ NativeWindow CreateNativeWindow(const WindowOptions& options)
     window.bounds = options.bounds;
     window.pixels = std::make_shared<PixelBuffer>(WidthOf(window.bounds), HeightOf(window.bounds));
     if (window.pixels->Pixels().pixels == nullptr)
-    {
         return 0;
-    }
     CreateX(window);
     SetProperties(window, options);
     TheWindows().all.push_back(std::move(window));
@@ -306,9 +284,7 @@ NativeWindow CreateNativeWindow(const WindowOptions& options)
 void DestroyNativeWindow(NativeWindow window)
 {
     if (FindNative(window) == nullptr)
-    {
         return;
-    }
     ShowNativeWindow(window, false);
     xcb_destroy_window(TheConnection().Xcb(), window);
     std::erase_if(TheWindows().all, [&](const NativeWindowState& candidate) { return candidate.id == window; });
@@ -318,16 +294,12 @@ void ShowNativeWindow(NativeWindow window, bool show)
 {
     NativeWindowState* found = FindNative(window);
     if (found == nullptr || found->shown == show)
-    {
         return;
-    }
     found->shown = show;
     found->mapPending = show;
     found->waiting.clear();
     if (show)
-    {
         return;
-    }
     found->viewable = false;
     if (!AnyShown())
     {
@@ -352,9 +324,7 @@ void PlaceNativeWindow(NativeWindow window, const RECT& bounds)
 {
     NativeWindowState* found = FindNative(window);
     if (found == nullptr)
-    {
         return;
-    }
     const bool resized = WidthOf(bounds) != WidthOf(found->bounds) || HeightOf(bounds) != HeightOf(found->bounds);
     const bool moved = bounds.left != found->bounds.left || bounds.top != found->bounds.top;
     found->bounds = bounds;
@@ -363,9 +333,7 @@ void PlaceNativeWindow(NativeWindow window, const RECT& bounds)
         auto pixels = std::make_shared<PixelBuffer>(WidthOf(bounds), HeightOf(bounds));
         found->pixels = pixels->Pixels().pixels != nullptr ? std::move(pixels) : found->pixels;
         if (found->kind == WindowKind::Managed)
-        {
             SetFixedSize(*found);
-        }
     }
     if (resized || moved)
     {
@@ -380,9 +348,7 @@ void StackNativeWindow(NativeWindow window, NativeWindow above)
     const NativeWindowState* found = FindNative(window);
     const NativeWindowState* sibling = FindNative(above);
     if (found == nullptr)
-    {
         return;
-    }
     // A managed window's place among others is the window manager's business, and no sibling of ours.
     if (sibling != nullptr && sibling->kind == WindowKind::Popup && found->kind == WindowKind::Popup)
     {
@@ -398,9 +364,7 @@ void StackNativeWindow(NativeWindow window, NativeWindow above)
 void SetNativeTitle(NativeWindow window, std::u16string_view title)
 {
     if (FindNative(window) != nullptr)
-    {
         x11::SetTitle(window, title);
-    }
 }
 
 const Surface& WindowSurface(NativeWindow window)
@@ -420,35 +384,27 @@ void Present(NativeWindow window, std::span<const RECT> damage)
 {
     NativeWindowState* found = FindNative(window);
     if (found == nullptr || !found->shown)
-    {
         return;
-    }
     if (found->mapPending)
     {
         found->waiting.insert(found->waiting.end(), damage.begin(), damage.end());
         return;
     }
     for (const RECT& rect : damage)
-    {
         Repaint(*found, rect);
-    }
 }
 
 void Commit()
 {
     if (!TheConnection().IsOpen())
-    {
         return;
-    }
     for (NativeWindowState& window : TheWindows().all)
     {
         if (std::exchange(window.mapPending, false))
         {
             window.mapSequence = static_cast<std::uint16_t>(xcb_map_window(TheConnection().Xcb(), window.id).sequence);
             for (const RECT& rect : std::exchange(window.waiting, {}))
-            {
                 Repaint(window, rect);
-            }
         }
     }
     TakeWantedKeyboard();
@@ -459,9 +415,7 @@ void Finish()
 {
     Commit();
     if (TheConnection().IsOpen())
-    {
         Collect(xcb_get_input_focus_reply, xcb_get_input_focus(TheConnection().Xcb()));
-    }
 }
 
 } // namespace platform::screen

@@ -42,9 +42,7 @@ private:
         T value{};
         const auto bytes = Take(sizeof(T));
         if (bytes.size() == sizeof(T))
-        {
             std::memcpy(&value, bytes.data(), sizeof(T));
-        }
         return value;
     }
 
@@ -81,9 +79,7 @@ void ReadSetting(Reader& reader, Settings& settings)
         reader.Take(8);
     }
     if (!reader.Failed() && type != Color)
-    {
         settings.insert_or_assign(name, value);
-    }
 }
 
 Settings Parse(std::string_view data)
@@ -97,9 +93,7 @@ Settings Parse(std::string_view data)
     reader.Word(); // serial
     const std::uint32_t count = reader.Word();
     for (std::uint32_t i = 0; i < count && !reader.Failed(); ++i)
-    {
         ReadSetting(reader, settings);
-    }
     return settings;
 }
 
@@ -107,22 +101,16 @@ Settings Read()
 {
     Connection& connection = TheConnection();
     if (!connection.IsOpen())
-    {
         return {};
-    }
     connection.SendSecondBatch();
     const auto owner = Collect(xcb_get_selection_owner_reply, connection.settingsOwner);
     if (owner == nullptr || owner->owner == XCB_NONE)
-    {
         return {};
-    }
     const xcb_atom_t property = connection[Atom::XSettingsSettings];
     const auto reply = Collect(xcb_get_property_reply,
                                xcb_get_property(connection.Xcb(), 0, owner->owner, property, property, 0, 1 << 16));
     if (reply == nullptr || reply->format != 8)
-    {
         return {};
-    }
     return Parse({static_cast<const char*>(xcb_get_property_value(reply.get())),
                   static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))});
 }
