@@ -8,7 +8,7 @@
 #include "menu/custom_bar.h"
 #include "platform/base/deferred.h"
 #include "platform/base/text.h"
-#include "platform/screen/headless/headless.h"
+#include "tests/headless/headless.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,6 +1,6 @@
 // What a menu level costs the toolbar: filling, sizing and reading back, and one highlight move.
 #include "platform/base/clock.h"
-#include "platform/screen/headless/headless.h"
+#include "tests/headless/headless.h"
 
 #include "commctrl.h"
 

@@ -1,6 +1,8 @@
 // The pager control.
 #include "platform/controls/pager.h"
 
+#include "platform/windowing/window_class.h"
+
 #include <utility>
 
 namespace platform
@@ -8,6 +10,13 @@ namespace platform
 
 namespace
 {
+
+constinit SystemClass g_class{WC_PAGESCROLLERW, &Pager::Procedure, kErasedByParent};
+
+[[gnu::constructor]] void OfferClass()
+{
+    OfferSystemClass(g_class);
+}
 
 constexpr int kDefaultButtonSize = 12;
 constexpr UINT_PTR kScrollTimer = 1;

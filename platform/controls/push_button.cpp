@@ -1,6 +1,8 @@
 // The push button control.
 #include "platform/controls/push_button.h"
 
+#include "platform/windowing/window_class.h"
+
 #include <string>
 #include <utility>
 
@@ -9,6 +11,13 @@ namespace platform
 
 namespace
 {
+
+constinit SystemClass g_class{TEXT("Button"), &PushButton::Procedure, CS_DBLCLKS | CS_HREDRAW | CS_VREDRAW};
+
+[[gnu::constructor]] void OfferClass()
+{
+    OfferSystemClass(g_class);
+}
 
 std::u16string LabelOf(HWND window)
 {

@@ -2,6 +2,7 @@
 #include "platform/controls/toolbar.h"
 
 #include "platform/base/fault_points.h"
+#include "platform/windowing/window_class.h"
 
 #include <algorithm>
 #include <utility>
@@ -11,6 +12,13 @@ namespace platform
 
 namespace
 {
+
+constinit SystemClass g_class{TOOLBARCLASSNAMEW, &Toolbar::Procedure, CS_DBLCLKS | kErasedByParent};
+
+[[gnu::constructor]] void OfferClass()
+{
+    OfferSystemClass(g_class);
+}
 
 // Horizontally: margin, image, gap, text, and room at the right for the text's overhang. Vertically: the higher of
 // image and line between the two halves of the vertical padding.

@@ -1,7 +1,7 @@
 // Starting what a desktop entry describes.
 #pragma once
 
-#include "platform/desktop/launch_service.h"
+#include "platform/services/launch_service.h"
 
 #include <memory>
 #include <string>

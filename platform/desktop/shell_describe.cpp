@@ -1,5 +1,5 @@
 // What files are to the desktop, by GIO and GKeyFile.
-#include "platform/desktop/describe_service.h"
+#include "platform/services/describe_service.h"
 
 #include "platform/desktop/desktop_entry.h"
 #include "platform/desktop/glib_owner.h"

@@ -1,5 +1,5 @@
 // Opening a file: what it is decides how.
-#include "platform/desktop/launch_service.h"
+#include "platform/services/launch_service.h"
 
 #include "platform/desktop/desktop_entry.h"
 #include "platform/desktop/entry_launch.h"

@@ -1,5 +1,5 @@
 // Rendering of icon files.
-#include "platform/desktop/picture_service.h"
+#include "platform/services/picture_service.h"
 
 #include "platform/desktop/glib_owner.h"
 

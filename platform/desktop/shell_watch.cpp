@@ -1,5 +1,5 @@
 // Folder watches.
-#include "platform/desktop/watch_service.h"
+#include "platform/services/watch_service.h"
 
 #include "platform/desktop/glib_owner.h"
 

@@ -1,5 +1,5 @@
-// The text service: Pango on cairo for shaping, fontconfig for finding fonts (platform/desktop/text_service.h).
-#include "platform/desktop/text_service.h"
+// The text service: Pango on cairo for shaping, fontconfig for finding fonts (platform/services/text_service.h).
+#include "platform/services/text_service.h"
 
 #include <cstdlib>
 #include <cstring>

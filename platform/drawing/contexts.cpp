@@ -1,6 +1,8 @@
 // The device-context calls: creation, selection, state.
 #include "platform/drawing/device_context.h"
 
+#include "platform/drawing/surface_dc.h"
+
 #include <utility>
 
 using platform::DeviceContext;

@@ -3,7 +3,7 @@
 
 #include "platform/base/cache_folder.h"
 #include "platform/drawing/font_cache.h"
-#include "platform/drawing/text_service_access.h"
+#include "platform/services/text_service_access.h"
 
 #include <algorithm>
 #include <array>

@@ -6,7 +6,7 @@
 #include "platform/base/last_error.h"
 #include "platform/base/pixel_memory.h"
 #include "platform/drawing/clip_region.h"
-#include "platform/drawing/surface.h"
+#include "platform/screen/surface.h"
 
 #include "windows.h"
 

@@ -5,7 +5,7 @@
 #pragma once
 
 #include "platform/base/cache_folder.h"
-#include "platform/desktop/text_service.h"
+#include "platform/services/text_service.h"
 
 #include "wingdi.h"
 

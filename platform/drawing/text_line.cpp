@@ -2,7 +2,7 @@
 #include "platform/drawing/text_line.h"
 
 #include "platform/drawing/glyph_font.h"
-#include "platform/drawing/text_service_access.h"
+#include "platform/services/text_service_access.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // How glyphs are rendered: the user's settings for antialiasing and hinting.
 #pragma once
 
-#include "platform/desktop/text_service.h"
+#include "platform/services/text_service.h"
 
 namespace platform
 {

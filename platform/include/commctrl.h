@@ -9,15 +9,6 @@ using HIMAGELIST = IMAGELIST__*;
 #define TOOLBARCLASSNAMEW TEXT("ToolbarWindow32")
 #define WC_PAGESCROLLERW TEXT("SysPager")
 
-struct INITCOMMONCONTROLSEX
-{
-    DWORD dwSize;
-    DWORD dwICC;
-};
-#define ICC_BAR_CLASSES 0x0004
-#define ICC_PAGESCROLLER_CLASS 0x1000
-BOOL InitCommonControlsEx(const INITCOMMONCONTROLSEX* controls);
-
 // --- notifications
 #define NM_FIRST 0U
 #define NM_CLICK (NM_FIRST - 2U)

@@ -9,7 +9,7 @@
 // Copy and paste and drag and drop get headers of their own beside this one.
 #pragma once
 
-#include "platform/drawing/surface.h"
+#include "platform/screen/surface.h"
 #include "windows.h"
 
 #include <cstdint>

@@ -8,11 +8,11 @@
 #include "windows.h"
 
 #include "platform/base/deferred.h"
-#include "platform/base/desktop_module.h"
+#include "platform/services/desktop_module.h"
 #include "platform/base/fault_points.h"
-#include "platform/desktop/watch_service.h"
+#include "platform/services/watch_service.h"
 #include "platform/shell/namespace.h"
-#include "platform/shell/trusted_place.h"
+#include "platform/files/trusted_place.h"
 
 #include <algorithm>
 #include <chrono>

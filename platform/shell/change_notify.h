@@ -1,7 +1,7 @@
 // Change notices: what the folder readers and the registrations tell each other.
 #pragma once
 
-#include "platform/shell/folder_listing.h"
+#include "platform/files/folder_listing.h"
 
 namespace platform
 {

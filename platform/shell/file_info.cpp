@@ -5,8 +5,8 @@
 #include "platform/base/text.h"
 #include "platform/drawing/icon.h"
 #include "platform/shell/namespace.h"
-#include "platform/shell/shell_icon.h"
-#include "platform/shell/system_images.h"
+#include "platform/icons/shell_icon.h"
+#include "platform/icons/system_images.h"
 
 #include <algorithm>
 

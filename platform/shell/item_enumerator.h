@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/shell/com_object.h"
-#include "platform/shell/folder_listing.h"
+#include "platform/files/folder_listing.h"
 
 #include <memory>
 

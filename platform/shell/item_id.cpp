@@ -2,7 +2,7 @@
 #include "platform/shell/item_id.h"
 
 #include "platform/shell/namespace.h"
-#include "platform/shell/system_images.h"
+#include "platform/icons/system_images.h"
 
 #include <algorithm>
 #include <cstring>

@@ -6,8 +6,8 @@
 #include "platform/base/fault_points.h"
 #include "platform/base/last_error.h"
 #include "platform/base/text.h"
-#include "platform/shell/folder_listing.h"
-#include "platform/shell/system_images.h"
+#include "platform/files/folder_listing.h"
+#include "platform/icons/system_images.h"
 
 #include <algorithm>
 #include <cerrno>

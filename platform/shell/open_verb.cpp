@@ -3,9 +3,9 @@
 
 #include "windows.h"
 
-#include "platform/base/desktop_module.h"
+#include "platform/services/desktop_module.h"
 #include "platform/base/text.h"
-#include "platform/desktop/launch_service.h"
+#include "platform/services/launch_service.h"
 #include "platform/shell/process_reference.h"
 
 namespace platform

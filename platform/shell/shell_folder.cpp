@@ -7,9 +7,9 @@
 #include "platform/base/text.h"
 #include "platform/shell/change_notify.h"
 #include "platform/shell/context_menu.h"
-#include "platform/shell/folder_snapshot.h"
+#include "platform/files/folder_snapshot.h"
 #include "platform/shell/item_enumerator.h"
-#include "platform/shell/system_images.h"
+#include "platform/icons/system_images.h"
 
 #include <cstring>
 

@@ -4,7 +4,6 @@
 #include "platform/base/fault_points.h"
 #include "platform/base/last_error.h"
 #include "platform/base/text.h"
-#include "platform/controls/common_controls.h"
 
 #include <memory>
 #include <vector>
@@ -37,19 +36,40 @@ WindowClass* FindRegistered(LPCWSTR nameOrAtom)
     return nullptr;
 }
 
+constinit SystemClass* g_systemClasses = nullptr;
+
+/// Null when nobody offers a class of that name, and when it cannot be registered now.
+WindowClass* RegisterSystemClass(LPCWSTR name)
+{
+    const SystemClass* entry = g_systemClasses;
+    while (entry != nullptr && !SameName(entry->name, name))
+        entry = entry->next;
+    if (entry == nullptr)
+        return nullptr;
+    WNDCLASSEXW windowClass = {};
+    windowClass.cbSize = sizeof(windowClass);
+    windowClass.style = entry->style | CS_GLOBALCLASS;
+    windowClass.lpfnWndProc = entry->procedure;
+    windowClass.cbWndExtra = sizeof(void*);
+    windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    windowClass.lpszClassName = entry->name;
+    return RegisterClassExW(&windowClass) != 0 ? FindRegistered(name) : nullptr;
+}
+
 } // namespace
 
 WindowClass* FindWindowClass(LPCWSTR nameOrAtom)
 {
     if (nameOrAtom == nullptr)
         return nullptr;
-    WindowClass* found = FindRegistered(nameOrAtom);
-    if (found == nullptr && !IS_INTRESOURCE(nameOrAtom))
-    {
-        RegisterCommonControls();
-        found = FindRegistered(nameOrAtom);
-    }
-    return found;
+    WindowClass* const found = FindRegistered(nameOrAtom);
+    return found == nullptr && !IS_INTRESOURCE(nameOrAtom) ? RegisterSystemClass(nameOrAtom) : found;
+}
+
+void OfferSystemClass(SystemClass& entry)
+{
+    entry.next = g_systemClasses;
+    g_systemClasses = &entry;
 }
 
 } // namespace platform

@@ -27,8 +27,20 @@ struct WindowClass
     int windows = 0; ///< that exist
 };
 
-/// The class of a name or atom (letter case ignored); null when there is none. The common controls' classes come to be
-/// when a name is first not found, so that a program without them pays nothing.
+/// The class of a name or atom (letter case ignored); null when there is none.
 WindowClass* FindWindowClass(LPCWSTR nameOrAtom);
+
+/// A class that the layer itself offers to every program. Its windows have room for one pointer (GetWindowLongPtrW with
+/// index 0), so that GWLP_USERDATA stays the program's.
+struct SystemClass
+{
+    LPCWSTR name;
+    WNDPROC procedure;
+    UINT style;
+    SystemClass* next = nullptr;
+};
+/// Makes a class known; it is registered when somebody first asks for it, so that a program without it pays nothing.
+/// Called by each control before main, with an entry that lives as long as the process.
+void OfferSystemClass(SystemClass& entry);
 
 } // namespace platform

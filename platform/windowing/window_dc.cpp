@@ -2,6 +2,7 @@
 #include "platform/windowing/window_dc.h"
 
 #include "platform/base/fault_points.h"
+#include "platform/drawing/surface_dc.h"
 
 #include <algorithm>
 

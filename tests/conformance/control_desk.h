@@ -80,8 +80,6 @@ public:
 
     Desk()
     {
-        INITCOMMONCONTROLSEX controls = {sizeof(controls), ICC_BAR_CLASSES | ICC_PAGESCROLLER_CLASS};
-        InitCommonControlsEx(&controls);
         WNDCLASSEXW windowClass = {};
         windowClass.cbSize = sizeof(windowClass);
         windowClass.lpfnWndProc = Procedure;

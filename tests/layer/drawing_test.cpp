@@ -2,7 +2,7 @@
 #include "platform/drawing/dib_file.h"
 #include "platform/drawing/icon.h"
 #include "platform/drawing/icon_directory.h"
-#include "platform/drawing/surface.h"
+#include "platform/drawing/surface_dc.h"
 
 #include "windows.h"
 

@@ -5,8 +5,8 @@
 #include "platform/drawing/glyph_font.h"
 #include "platform/drawing/text_line.h"
 #include "platform/drawing/text_rendering.h"
-#include "platform/drawing/text_service_access.h"
-#include "platform/screen/headless/headless.h"
+#include "platform/services/text_service_access.h"
+#include "tests/headless/headless.h"
 
 #include "windows.h"
 

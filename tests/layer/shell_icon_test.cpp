@@ -2,10 +2,10 @@
 #include "tests/layer/shell_scratch.h"
 
 #include "platform/drawing/icon.h"
-#include "platform/shell/icon_pack.h"
-#include "platform/shell/icon_theme.h"
-#include "platform/shell/shell_icon.h"
-#include "platform/shell/system_images.h"
+#include "platform/icons/icon_pack.h"
+#include "platform/icons/icon_theme.h"
+#include "platform/icons/shell_icon.h"
+#include "platform/icons/system_images.h"
 
 #include <gtest/gtest.h>
 

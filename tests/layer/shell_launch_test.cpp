@@ -3,9 +3,9 @@
 
 #include "windows.h"
 
-#include "platform/base/desktop_module.h"
-#include "platform/desktop/launch_service.h"
-#include "platform/screen/headless/headless.h"
+#include "platform/services/desktop_module.h"
+#include "platform/services/launch_service.h"
+#include "tests/headless/headless.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 // What is kept of a folder across runs, and when it no longer counts.
 #include "tests/layer/shell_scratch.h"
 
-#include "platform/shell/folder_listing.h"
-#include "platform/shell/folder_snapshot.h"
+#include "platform/files/folder_listing.h"
+#include "platform/files/folder_snapshot.h"
 
 #include <gtest/gtest.h>
 

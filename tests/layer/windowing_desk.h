@@ -3,7 +3,7 @@
 
 #include "platform/base/clock.h"
 #include "platform/base/handle_table.h"
-#include "platform/screen/headless/headless.h"
+#include "tests/headless/headless.h"
 
 #include "windows.h"
 

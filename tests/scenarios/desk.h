@@ -5,7 +5,7 @@
 #pragma once
 
 #include "menu/custom_bar.h"
-#include "platform/screen/headless/headless.h"
+#include "tests/headless/headless.h"
 
 #include <commctrl.h>
 

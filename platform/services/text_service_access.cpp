@@ -1,0 +1,10 @@
+// Reaching the text service.
+#include "platform/services/text_service_access.h"
+
+#include "platform/services/desktop_module.h"
+
+const platform::TextService* platform::GetTextService()
+{
+    static const auto* const service = static_cast<const TextService*>(DesktopModuleSymbol(kTextServiceSymbol));
+    return service;
+}
