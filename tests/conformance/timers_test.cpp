@@ -4,6 +4,15 @@
 namespace
 {
 
+int g_calls = 0;
+
+void CALLBACK CountCall(HWND window, UINT message, UINT_PTR, DWORD)
+{
+    EXPECT_EQ(window, nullptr);
+    EXPECT_EQ(message, static_cast<UINT>(WM_TIMER));
+    ++g_calls;
+}
+
 class Timers : public conformance::MessageTest
 {
 protected:
@@ -67,22 +76,15 @@ TEST_F(Timers, RepeatUntilTheirWindowGoes)
 
 TEST_F(Timers, ProcedureIsCalledByDispatch)
 {
-    static int called;
-    called = 0;
-    const TIMERPROC procedure = [](HWND window, UINT message, UINT_PTR, DWORD)
-    {
-        EXPECT_EQ(window, nullptr);
-        EXPECT_EQ(message, static_cast<UINT>(WM_TIMER));
-        ++called;
-    };
-    const UINT_PTR first = SetTimer(nullptr, 0, 10, procedure);
-    const UINT_PTR second = SetTimer(nullptr, 0, 60000, procedure);
+    g_calls = 0;
+    const UINT_PTR first = SetTimer(nullptr, 0, 10, CountCall);
+    const UINT_PTR second = SetTimer(nullptr, 0, 60000, CountCall);
     EXPECT_NE(first, 0U);
     EXPECT_NE(second, first) << "timers without a window are numbered by the system";
     MSG message;
     GetMessageW(&message, nullptr, WM_TIMER, WM_TIMER);
     DispatchMessageW(&message);
-    EXPECT_EQ(called, 1);
+    EXPECT_EQ(g_calls, 1);
     EXPECT_TRUE(KillTimer(nullptr, first));
     EXPECT_TRUE(KillTimer(nullptr, second));
 }

@@ -219,14 +219,18 @@ TEST_F(Windows, StylesIdsTextAndData)
     EXPECT_EQ(GetClassNameW(popup, text, 8), 7);
 }
 
+WNDPROC g_previous = nullptr;
+
+LRESULT CALLBACK AnswerOneMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    return message == WM_USER ? 77 : CallWindowProcW(g_previous, window, message, wParam, lParam);
+}
+
 TEST_F(Windows, ProcedureCanBeReplaced)
 {
     const HWND popup = Popup();
-    static WNDPROC previous;
-    previous = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(popup, GWLP_WNDPROC));
-    const WNDPROC replacement = [](HWND window, UINT message, WPARAM wParam, LPARAM lParam) -> LRESULT
-    { return message == WM_USER ? 77 : CallWindowProcW(previous, window, message, wParam, lParam); };
-    SetWindowLongPtrW(popup, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(replacement));
+    g_previous = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(popup, GWLP_WNDPROC));
+    SetWindowLongPtrW(popup, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(AnswerOneMessage));
     EXPECT_EQ(SendMessageW(popup, WM_USER, 0, 0), 77);
     EXPECT_EQ(GetWindowTextLengthW(popup), 4) << "the rest goes on to the previous procedure";
 }
