@@ -157,6 +157,8 @@ int Pager::Height() const
 
 void Pager::Recalculate()
 {
+    if (!Alive())
+        return;
     m_extent.height = Height();
     m_extent.content = m_extent.height;
     if (IsWindow(m_child))
@@ -203,6 +205,8 @@ int Pager::WantedState(int button) const
 
 void Pager::UpdateButtons()
 {
+    if (!Alive())
+        return;
     const std::array<int, 2> wanted = {WantedState(PGB_TOPORLEFT), WantedState(PGB_BOTTOMORRIGHT)};
     const std::array<int, 2> previous = std::exchange(m_states, wanted);
     RECT client;
@@ -308,7 +312,8 @@ void Pager::Press(int button)
     SetCapture(Window());
     UpdateButtons();
     StartTimer(kFirstRepeatInterval);
-    Scroll(button);
+    if (Alive())
+        Scroll(button);
 }
 
 void Pager::Release()
@@ -341,7 +346,8 @@ void Pager::OnTimer()
 
 void Pager::StartTimer(UINT milliseconds)
 {
-    SetTimer(Window(), kScrollTimer, milliseconds, nullptr);
+    if (Alive()) // without a window it would be nobody's, and never end
+        SetTimer(Window(), kScrollTimer, milliseconds, nullptr);
 }
 
 void Pager::StopTimer()

@@ -123,7 +123,8 @@ void Toolbar::OnPress(POINT point)
         SetPressed(true);
         UpdateWindow(Window());
     }
-    NotifyMouse(NM_LDOWN, item, point);
+    if (Alive())
+        NotifyMouse(NM_LDOWN, m_column.Has(item) ? item : -1, point);
 }
 
 void Toolbar::OnRelease(POINT point)

@@ -110,8 +110,12 @@ NativeWindow CreateNativeWindow(const WindowOptions& options);
 void DestroyNativeWindow(NativeWindow window);
 /// A window that is shown comes up with what has been presented by the next Commit.
 void ShowNativeWindow(NativeWindow window, bool show);
-/// Moves and resizes. A new size gives the window a new surface with undefined content.
+/// Moves and resizes, asking for nothing where the window is there already. A new size gives the window a new surface
+/// with undefined content.
 void PlaceNativeWindow(NativeWindow window, const RECT& bounds);
+/// Takes over the bounds that a Placed event has told, with a new surface where the size is new. Asks for nothing: what
+/// the window manager has decided must not come back to it as a wish.
+void NotePlacement(NativeWindow window, const RECT& bounds);
 /// Puts a window directly below `above`, or on top of all for 0.
 void StackNativeWindow(NativeWindow window, NativeWindow above);
 void SetNativeTitle(NativeWindow window, std::u16string_view title);

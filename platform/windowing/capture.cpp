@@ -31,10 +31,9 @@ void CancelCapture()
         ChangeCapture(nullptr);
 }
 
-void ForgetCaptureOf(const Window& window)
+void ForgetCaptureOf(HWND window)
 {
-    const Window* holder = FindObject<Window>(g_capture);
-    if (holder == &window || (holder != nullptr && IsDescendant(*holder, window)))
+    if (g_capture != nullptr && (g_capture == window || IsChild(window, g_capture)))
         ChangeCapture(nullptr);
 }
 

@@ -97,10 +97,11 @@ LRESULT AskParent(const Window& window, UINT message, WPARAM wParam, LPARAM lPar
 
 LRESULT SetClassCursor(const Window& window, WPARAM wParam, LPARAM lParam)
 {
+    const HCURSOR own = window.windowClass->cursor; // taken now: the parent may destroy the window
     // A parent may want to say something about its children's area; it answers TRUE when it has.
     if (AskParent(window, WM_SETCURSOR, wParam, lParam) != 0)
         return TRUE;
-    const HCURSOR cursor = LOWORD(lParam) == HTCLIENT ? window.windowClass->cursor : nullptr;
+    const HCURSOR cursor = LOWORD(lParam) == HTCLIENT ? own : nullptr;
     SetCursor(cursor != nullptr ? cursor : LoadCursorW(nullptr, IDC_ARROW));
     return FALSE;
 }

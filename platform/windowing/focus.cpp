@@ -46,13 +46,12 @@ void ChangeFocus(HWND next)
 
 void TellAllOfActivation(BOOL active)
 {
-    std::vector<HWND> windows;
-    for (const Window* window : TopLevels())
-        if (!window->messageOnly)
-            windows.push_back(window->handle);
-    for (const HWND window : windows)
-        if (IsWindow(window))
-            SendMessageW(window, WM_ACTIVATEAPP, static_cast<WPARAM>(active), 0);
+    for (const HWND handle : HandlesOf(TopLevels()))
+    {
+        const Window* window = FindObject<Window>(handle);
+        if (window != nullptr && !window->messageOnly)
+            SendMessageW(handle, WM_ACTIVATEAPP, static_cast<WPARAM>(active), 0);
+    }
 }
 
 void TellActivation(HWND window, WPARAM how, HWND other)
@@ -137,11 +136,12 @@ bool SetActive(HWND next, bool byMouse)
         return true;
     if (previous != nullptr)
         TellActivation(previous, WA_INACTIVE, next);
-    state.active = next;
-    if (next == nullptr)
+    const bool gone = next != nullptr && !IsWindow(next); // destroyed by the one that was active
+    state.active = gone ? nullptr : next;
+    if (state.active == nullptr)
     {
         ChangeFocus(nullptr);
-        return true;
+        return !gone;
     }
     BringToTop(next);
     TellActivation(next, byMouse ? WA_CLICKACTIVE : WA_ACTIVE, previous);
@@ -164,21 +164,22 @@ bool SetForeground(HWND next, bool byMouse)
     return SetActive(next, byMouse);
 }
 
-void OnActivated(Window* managed)
+void OnActivated(HWND managed)
 {
     FocusState& state = State();
-    Window* last = FindObject<Window>(state.active != nullptr ? state.active : state.lastActive);
-    Window* target = managed != nullptr ? managed : last;
+    const HWND last = state.active != nullptr ? state.active : state.lastActive;
+    const HWND target = managed != nullptr ? managed : last;
     const bool late = TopLevels().empty(); // the window that asked for the keyboard is gone
-    if (late || (state.foreground && (managed == nullptr || state.active == managed->handle)))
+    if (late || (state.foreground && (managed == nullptr || state.active == managed)))
         return;
     if (!std::exchange(state.foreground, true))
         TellAllOfActivation(TRUE);
-    if (target != nullptr && CanBeActive(*target))
+    const Window* window = FindObject<Window>(target);
+    if (window != nullptr && CanBeActive(*window))
     {
-        const HWND lastFocus = target->lastFocus;
-        SetActive(target->handle, false);
-        if (state.active == target->handle && IsWindow(lastFocus))
+        const HWND lastFocus = window->lastFocus;
+        SetActive(target, false);
+        if (state.active == target && IsWindow(lastFocus))
             SetFocus(lastFocus);
     }
 }
@@ -189,23 +190,19 @@ void OnDeactivated()
         LoseForeground();
 }
 
-void LeaveFocusOf(Window& window)
+void LeaveFocusOf(HWND handle)
 {
     FocusState& state = State();
-    const HWND handle = window.handle;
-    if (window.parent != nullptr)
+    const Window* window = FindObject<Window>(handle);
+    if (window == nullptr)
+        return;
+    if (window->parent != nullptr || state.active != handle)
     {
-        if (FocusIsIn(window))
-            ChangeFocus(window.parent->handle);
+        if (FocusIsIn(*window))
+            ChangeFocus(HandleOf(window->parent));
         return;
     }
-    if (state.active != handle)
-    {
-        if (FocusIsIn(window))
-            ChangeFocus(nullptr);
-        return;
-    }
-    const HWND successor = Successor(window);
+    const HWND successor = Successor(*window);
     if (successor == nullptr)
         LoseForeground();
     else if (state.foreground)

@@ -14,7 +14,7 @@ bool SetActive(HWND next, bool byMouse);
 /// Makes a top-level window active and the program the foreground one.
 bool SetForeground(HWND next, bool byMouse);
 /// The screen says that this program has the keyboard: `managed` got it, or the pop-ups for null.
-void OnActivated(Window* managed);
+void OnActivated(HWND managed);
 /// The screen says that the user has turned to another program.
 void OnDeactivated();
 

@@ -75,11 +75,10 @@ MouseTarget FindMouseTarget(POINT position)
         return {};
     if ((root->style & WS_DISABLED) != 0)
         return {root->handle, kHitError};
-    const Window* window = WindowAtPoint(*root, position);
+    const HWND window = WindowAtPoint(root->handle, position);
     if (window == nullptr)
         return {};
-    const HWND handle = window->handle;
-    return {handle, SendMessageW(handle, WM_NCHITTEST, 0, MAKELPARAM(position.x, position.y))};
+    return {window, SendMessageW(window, WM_NCHITTEST, 0, MAKELPARAM(position.x, position.y))};
 }
 
 BYTE ButtonKey(screen::Button button)
@@ -302,7 +301,7 @@ void HandleScreenEvent(const Event& event)
         HandlePointerLeft(event);
         break;
     case EventType::Activated:
-        OnActivated(window);
+        OnActivated(HandleOf(window));
         break;
     case EventType::Deactivated:
         OnDeactivated();

@@ -103,12 +103,8 @@ void PaintTree(HWND handle)
 {
     PaintNow(handle);
     const Window* window = FindObject<Window>(handle);
-    std::vector<HWND> children;
-    for (const Window* child : window != nullptr ? window->children : std::vector<Window*>())
-        children.push_back(child->handle);
-    for (const HWND child : children)
-        if (IsWindow(child))
-            PaintTree(child);
+    for (const HWND child : window != nullptr ? HandlesOf(window->children) : std::vector<HWND>())
+        PaintTree(child);
 }
 
 /// A parent that does not clip its children would erase what a child has painted before it.

@@ -91,6 +91,8 @@ inline RECT Moved(RECT rect, int dx, int dy)
 
 /// All top-level windows, the top of the Z-order first.
 std::vector<Window*>& TopLevels();
+/// The handles of a list, to walk it while messages are sent: any of its windows may be gone after each.
+std::vector<HWND> HandlesOf(const std::vector<Window*>& windows);
 /// The list that holds a window: its parent's children or the top-level windows.
 std::vector<Window*>& SiblingsOf(const Window& window);
 Window& RootOf(Window& window);
@@ -106,8 +108,9 @@ RECT ScreenRect(const Window& window);
 /// Puts a window into its sibling list as SetWindowPos's second argument says; true when the order changed.
 bool PutInZOrder(Window& window, HWND insertAfter);
 void RemoveFromZOrder(Window& window);
-/// The deepest window at a screen point that mouse input may go to (disabled children are passed over).
-Window* WindowAtPoint(Window& root, POINT point);
+/// The deepest window at a screen point that mouse input may go to (disabled children are passed over). Asks the
+/// windows (WM_NCHITTEST), each of which may then be gone, the result among them.
+HWND WindowAtPoint(HWND root, POINT point);
 
 // --- position (window_position.cpp)
 
@@ -116,7 +119,7 @@ void CalculateClient(HWND window, BOOL why);
 /// Gives a top-level window its native window, if it has none yet.
 bool EnsureNativeWindow(Window& window);
 /// Follows what the window manager has done to a managed window.
-void FollowPlacement(Window& window, const RECT& bounds);
+void FollowPlacement(const Window& window, const RECT& bounds);
 
 // --- painting (painting.cpp, window_dc.cpp)
 
@@ -136,12 +139,13 @@ Region VisibleRegion(const Window& window, bool clientOnly);
 void CloseContextsOf(HWND window);
 
 // --- leaving the stage (each forgets a window that goes or is hidden or disabled)
+// Those about capture and focus send messages, after which the window may be gone.
 
 void ForgetTimersOf(HWND window);
 void ForgetMessagesOf(HWND window);
-void ForgetCaptureOf(const Window& window);
+void ForgetCaptureOf(HWND window);
 void ForgetTrackingOf(HWND window);
 /// Moves focus and activation away from a window that is hidden or destroyed.
-void LeaveFocusOf(Window& window);
+void LeaveFocusOf(HWND window);
 
 } // namespace platform

@@ -50,7 +50,7 @@ void Disable(HWND handle)
     if (window == nullptr || (window->style & WS_DISABLED) != 0)
         return;
     window->style |= WS_DISABLED;
-    ForgetCaptureOf(*window);
+    ForgetCaptureOf(handle);
     if (GetFocus() == handle)
         SetFocus(nullptr);
     SendMessageW(handle, WM_ENABLE, FALSE, 0);

@@ -116,28 +116,32 @@ void SendDestroyMessages(HWND handle)
 {
     SendMessageW(handle, WM_DESTROY, 0, 0);
     if (const Window* window = FindObject<Window>(handle))
+        for (const HWND child : HandlesOf(window->children))
+            if (IsWindow(child))
+                SendDestroyMessages(child);
+}
+
+void FinishTree(HWND handle);
+
+void FinishChildren(HWND handle)
+{
+    const Window* window = FindObject<Window>(handle);
+    while (window != nullptr && !window->children.empty())
     {
-        for (const Window* child : std::vector<Window*>(window->children))
-            if (FindObject<Window>(HandleOf(child)) != nullptr)
-                SendDestroyMessages(child->handle);
+        FinishTree(window->children.front()->handle);
+        window = FindObject<Window>(handle);
     }
 }
 
 /// WM_NCDESTROY, a window's last message, children first.
 void FinishTree(HWND handle)
 {
-    Window* window = FindObject<Window>(handle);
-    while (window != nullptr && !window->children.empty())
-    {
-        const HWND child = window->children.front()->handle;
-        FinishTree(child);
-        window = FindObject<Window>(handle);
-    }
-    if (window != nullptr)
-    {
-        SendMessageW(handle, WM_NCDESTROY, 0, 0);
-        FreeWindow(handle);
-    }
+    FinishChildren(handle);
+    if (!IsWindow(handle))
+        return;
+    SendMessageW(handle, WM_NCDESTROY, 0, 0);
+    FinishChildren(handle); // made in answer to that
+    FreeWindow(handle);
 }
 
 void DestroyOwned(HWND handle)
@@ -233,13 +237,9 @@ BOOL DestroyWindow(HWND handle)
     {
         const UINT flags = SWP_HIDEWINDOW | SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE;
         SetWindowPos(handle, nullptr, 0, 0, 0, 0, flags);
-        window = FindObject<Window>(handle);
     }
-    if (window != nullptr)
-    {
-        ForgetCaptureOf(*window);
-        LeaveFocusOf(*window);
-    }
+    ForgetCaptureOf(handle);
+    LeaveFocusOf(handle);
     if (IsWindow(handle))
     {
         SendDestroyMessages(handle);

@@ -147,14 +147,13 @@ bool ChangesNothing(UINT flags)
 
 void LeaveIfHidden(HWND handle, UINT flags)
 {
-    Window* window = FindObject<Window>(handle);
-    if (window != nullptr && (flags & SWP_HIDEWINDOW) != 0)
-    {
-        ForgetCaptureOf(*window);
-        // With SWP_NOACTIVATE the focus is the caller's business, as it is while a window is being destroyed.
-        if ((flags & SWP_NOACTIVATE) == 0 || window->IsChild())
-            LeaveFocusOf(*window);
-    }
+    if ((flags & SWP_HIDEWINDOW) == 0)
+        return;
+    ForgetCaptureOf(handle);
+    const Window* window = FindObject<Window>(handle);
+    // With SWP_NOACTIVATE the focus is the caller's business, as it is while a window is being destroyed.
+    if (window != nullptr && ((flags & SWP_NOACTIVATE) == 0 || window->IsChild()))
+        LeaveFocusOf(handle);
 }
 
 } // namespace
@@ -184,10 +183,11 @@ bool EnsureNativeWindow(Window& window)
     return window.native != 0;
 }
 
-void FollowPlacement(Window& window, const RECT& bounds)
+void FollowPlacement(const Window& window, const RECT& bounds)
 {
-    const HWND handle = window.handle;
-    SetWindowPos(handle, nullptr, bounds.left, bounds.top, Width(bounds), Height(bounds),
+    // First of all, so that placing the window there asks for nothing.
+    screen::NotePlacement(window.native, bounds);
+    SetWindowPos(window.handle, nullptr, bounds.left, bounds.top, Width(bounds), Height(bounds),
                  SWP_NOZORDER | SWP_NOACTIVATE);
 }
 

@@ -49,30 +49,26 @@ std::size_t PlaceInList(const std::vector<Window*>& list, Window& window, HWND i
     return topLevel && IsTopmost(window) ? std::min(index + 1, firstNotTopmost) : std::max(index + 1, top);
 }
 
-bool IsTransparentToHits(Window& window, POINT point)
+bool IsTransparentToHits(HWND window, POINT point)
 {
-    const LPARAM position = MAKELPARAM(point.x, point.y);
-    return SendMessageW(window.handle, WM_NCHITTEST, 0, position) == HTTRANSPARENT;
+    return SendMessageW(window, WM_NCHITTEST, 0, MAKELPARAM(point.x, point.y)) == HTTRANSPARENT;
 }
 
-Window* ChildAtPoint(Window& window, POINT point)
+HWND ChildAtPoint(const Window& window, POINT point)
 {
     const POINT origin = ClientOrigin(window);
     const POINT inClient{point.x - origin.x, point.y - origin.y};
     const RECT area{0, 0, Width(window.client), Height(window.client)};
     if (!PtInRect(&area, inClient))
         return nullptr;
-    for (Window* child : std::vector<Window*>(window.children))
+    for (const HWND handle : HandlesOf(window.children))
     {
-        const bool candidate = (child->style & WS_VISIBLE) != 0 && (child->style & WS_DISABLED) == 0;
+        const Window* child = FindObject<Window>(handle);
+        const bool candidate =
+            child != nullptr && (child->style & WS_VISIBLE) != 0 && (child->style & WS_DISABLED) == 0;
         if (candidate && PtInRect(&child->rect, inClient))
-        {
-            const HWND handle = child->handle;
-            if (Window* found = WindowAtPoint(*child, point))
+            if (const HWND found = WindowAtPoint(handle, point))
                 return found;
-            if (FindObject<Window>(handle) == nullptr)
-                return nullptr; // destroyed by its own hit test
-        }
     }
     return nullptr;
 }
@@ -83,6 +79,13 @@ std::vector<Window*>& TopLevels()
 {
     static auto& windows = *new std::vector<Window*>;
     return windows;
+}
+
+std::vector<HWND> HandlesOf(const std::vector<Window*>& windows)
+{
+    std::vector<HWND> handles(windows.size());
+    std::transform(windows.begin(), windows.end(), handles.begin(), &HandleOf);
+    return handles;
 }
 
 std::vector<Window*>& SiblingsOf(const Window& window)
@@ -162,11 +165,14 @@ void RemoveFromZOrder(Window& window)
     std::erase(SiblingsOf(window), &window);
 }
 
-Window* WindowAtPoint(Window& root, POINT point)
+HWND WindowAtPoint(HWND root, POINT point)
 {
-    if (Window* child = ChildAtPoint(root, point))
-        return child;
-    return root.parent != nullptr && IsTransparentToHits(root, point) ? nullptr : &root;
+    if (const Window* window = FindObject<Window>(root))
+        if (const HWND child = ChildAtPoint(*window, point))
+            return child;
+    const Window* window = FindObject<Window>(root);
+    const bool passedOver = window == nullptr || (window->parent != nullptr && IsTransparentToHits(root, point));
+    return passedOver ? nullptr : root;
 }
 
 } // namespace platform
@@ -248,8 +254,8 @@ int GetDlgCtrlID(HWND window)
 
 HWND WindowFromPoint(POINT point)
 {
-    for (Window* window : std::vector<Window*>(TopLevels()))
+    for (const Window* window : TopLevels())
         if ((window->style & WS_VISIBLE) != 0 && PtInRect(&window->rect, point))
-            return HandleOf(WindowAtPoint(*window, point));
+            return WindowAtPoint(window->handle, point);
     return nullptr;
 }

@@ -36,6 +36,8 @@ void PressKey(BYTE virtualKey, std::u16string_view text = {});
 void ReleaseKey(BYTE virtualKey);
 /// A click on another program's window, or its taking the keyboard.
 void ActivateOtherApplication();
+/// The window manager moves or resizes a managed window.
+void PlaceByManager(screen::NativeWindow window, const RECT& bounds);
 /// The window manager's close button.
 void RequestClose(screen::NativeWindow window);
 
@@ -61,6 +63,8 @@ bool HasKeyboard();
 std::uint32_t PixelAt(int x, int y);
 /// The whole screen, as presented. False when the file cannot be written.
 bool SavePng(const std::string& path);
+/// How often the program has asked for another place of a window since the last call.
+std::size_t TakePlaceRequests();
 /// Pixels presented since the last call, counted as often as they were presented.
 std::size_t TakePresentedPixels();
 

@@ -184,6 +184,11 @@ void ActivateOtherApplication()
     Queue(EventType::Deactivated, 0);
 }
 
+void PlaceByManager(screen::NativeWindow window, const RECT& bounds)
+{
+    Queue(EventType::Placed, window).bounds = bounds;
+}
+
 void RequestClose(screen::NativeWindow window)
 {
     Queue(EventType::CloseRequest, window);

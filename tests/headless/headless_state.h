@@ -33,6 +33,7 @@ struct State
     screen::NativeWindow nextWindow = 0x200001;
     bool hasKeyboard = false;
     std::size_t presentedPixels = 0;
+    std::size_t placeRequests = 0;
 
     std::deque<screen::Event> events;
     POINT pointer{};

@@ -106,6 +106,11 @@ bool SavePng(const std::string& path)
     return WritePng(path, {pixels.data(), width, height, width});
 }
 
+std::size_t TakePlaceRequests()
+{
+    return std::exchange(TheState().placeRequests, 0);
+}
+
 std::size_t TakePresentedPixels()
 {
     return std::exchange(TheState().presentedPixels, 0);
@@ -162,6 +167,15 @@ void ShowNativeWindow(NativeWindow window, bool show)
 }
 
 void PlaceNativeWindow(NativeWindow window, const RECT& bounds)
+{
+    const HeadlessWindow* found = FindWindow(window);
+    if (found == nullptr || EqualRect(&found->info.bounds, &bounds))
+        return;
+    ++TheState().placeRequests;
+    NotePlacement(window, bounds);
+}
+
+void NotePlacement(NativeWindow window, const RECT& bounds)
 {
     HeadlessWindow* found = FindWindow(window);
     if (found == nullptr)

@@ -1,6 +1,8 @@
 // The pager as a person sees and uses it, with the clock by hand.
 #include "tests/layer/controls_desk.h"
 
+#include "platform/windowing/message_queue.h"
+
 namespace
 {
 
@@ -55,6 +57,24 @@ TEST_F(PagerOnScreen, ButtonsArePaintedWhereTheyShow)
     EXPECT_EQ(Pixel(kWidth / 2, kButton / 2), ScreenColor(COLOR_MENUTEXT));
     SetPosition(0);
     EXPECT_EQ(Pixel(2, 2), kBackground) << "what the button covered is painted again";
+}
+
+// A pager that the press on it destroys left a timer behind that belonged to no window.
+TEST_F(PagerOnScreen, PressThatDestroysThePagerLeavesNoTimer)
+{
+    const HWND holder =
+        CreateWindowExW(0, TEXT("Button"), nullptr, WS_CHILD, 0, 0, 1, 1, level, nullptr, nullptr, nullptr);
+    const auto destroyPager = [](HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR data)
+    {
+        if (message == WM_CAPTURECHANGED)
+            DestroyWindow(reinterpret_cast<HWND>(data));
+        return DefSubclassProc(window, message, wParam, lParam);
+    };
+    SetWindowSubclass(holder, destroyPager, 1, reinterpret_cast<DWORD_PTR>(pager));
+    SetCapture(holder);
+    SendMessageW(pager, WM_LBUTTONDOWN, 0, MAKELPARAM(kWidth / 2, kHeight - kButton / 2));
+    EXPECT_FALSE(IsWindow(pager));
+    EXPECT_FALSE(platform::NextTimer());
 }
 
 TEST_F(PagerOnScreen, RestingOnAButtonScrollsInSteps)

@@ -121,6 +121,30 @@ TEST_F(Focus, DisabledWindowsGetNeitherFocusNorKeys)
     EXPECT_EQ(Count(child, WM_KEYDOWN), 0) << "a disabled menu does not act on keys";
 }
 
+// The window that was to become active again was used after it had been destroyed by what it, or another, was told.
+TEST_F(Focus, WindowThatGoesWhenTheProgramComesBackIsNotActivated)
+{
+    for (const UINT message : {WM_ACTIVATEAPP, WM_ACTIVATE})
+    {
+        const HWND root = ShownPopup(0, 0, 100, 100);
+        const HWND level = ShownPopup(100, 0, 100, 100);
+        headless::ActivateOtherApplication();
+        Pump();
+        m_handlers[message] = [&](HWND, WPARAM how, LPARAM) -> std::optional<LRESULT>
+        {
+            if (LOWORD(how) != 0)
+                DestroyWindow(level);
+            return 0;
+        };
+        platform::screen::TakeKeyboard(0);
+        Pump();
+        m_handlers.clear();
+        EXPECT_FALSE(IsWindow(level));
+        EXPECT_TRUE(GetActiveWindow() == nullptr || GetActiveWindow() == root);
+        DestroyWindow(root);
+    }
+}
+
 TEST_F(Focus, DialogsOwnerGetsActivationBack)
 {
     const HWND owner = ShownPopup(0, 0, 100, 100);

@@ -162,17 +162,13 @@ void OnConfigure(const xcb_configure_notify_event_t& from)
     if (window == nullptr)
         return;
     constexpr std::uint8_t kSent = 0x80;
-    POINT origin{from.x, from.y};
-    if ((from.response_type & kSent) == 0 && window->frame != 0)
-    {
-        // Relative to the window manager's frame, which says nothing; only what the manager sends itself is on the
-        // root.
-        origin = {window->bounds.left, window->bounds.top};
-    }
+    // What the server itself says of a framed window is relative to the frame, which tells nothing; only what the
+    // window manager sends is on the root.
+    if ((from.response_type & kSent) != 0 || window->frame == 0)
+        window->placed = {from.x, from.y};
+    const POINT origin = window->placed;
     const RECT bounds{origin.x, origin.y, origin.x + from.width, origin.y + from.height};
-    const bool same = bounds.left == window->bounds.left && bounds.top == window->bounds.top &&
-                      bounds.right == window->bounds.right && bounds.bottom == window->bounds.bottom;
-    if (!same)
+    if (!EqualRect(&bounds, &window->bounds))
     {
         Event event;
         event.type = EventType::Placed;

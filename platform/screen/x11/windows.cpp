@@ -177,6 +177,19 @@ void Configure(xcb_window_t window, std::uint16_t mask, std::initializer_list<st
     xcb_configure_window(TheConnection().Xcb(), window, mask, raw);
 }
 
+/// True when the size is a new one.
+bool TakeBounds(NativeWindowState& window, const RECT& bounds)
+{
+    const bool resized = WidthOf(bounds) != WidthOf(window.bounds) || HeightOf(bounds) != HeightOf(window.bounds);
+    window.bounds = bounds;
+    if (resized)
+    {
+        auto pixels = std::make_shared<PixelBuffer>(WidthOf(bounds), HeightOf(bounds));
+        window.pixels = pixels->Pixels().pixels != nullptr ? std::move(pixels) : window.pixels;
+    }
+    return resized;
+}
+
 } // namespace
 
 NativeWindowState* FindNative(xcb_window_t id)
@@ -272,6 +285,7 @@ NativeWindow CreateNativeWindow(const WindowOptions& options)
     window.id = xcb_generate_id(TheConnection().Xcb());
     window.kind = options.kind;
     window.bounds = options.bounds;
+    window.placed = {options.bounds.left, options.bounds.top};
     window.pixels = std::make_shared<PixelBuffer>(WidthOf(window.bounds), HeightOf(window.bounds));
     if (window.pixels->Pixels().pixels == nullptr)
         return 0;
@@ -325,22 +339,23 @@ void PlaceNativeWindow(NativeWindow window, const RECT& bounds)
     NativeWindowState* found = FindNative(window);
     if (found == nullptr)
         return;
-    const bool resized = WidthOf(bounds) != WidthOf(found->bounds) || HeightOf(bounds) != HeightOf(found->bounds);
-    const bool moved = bounds.left != found->bounds.left || bounds.top != found->bounds.top;
-    found->bounds = bounds;
-    if (resized)
+    const RECT before = found->bounds;
+    const bool resized = TakeBounds(*found, bounds);
+    if (resized && found->kind == WindowKind::Managed)
+        SetFixedSize(*found);
+    if (resized || bounds.left != before.left || bounds.top != before.top)
     {
-        auto pixels = std::make_shared<PixelBuffer>(WidthOf(bounds), HeightOf(bounds));
-        found->pixels = pixels->Pixels().pixels != nullptr ? std::move(pixels) : found->pixels;
-        if (found->kind == WindowKind::Managed)
-            SetFixedSize(*found);
-    }
-    if (resized || moved)
-    {
+        found->placed = {bounds.left, bounds.top};
         Configure(window,
                   XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
                   {bounds.left, bounds.top, WidthOf(bounds), HeightOf(bounds)});
     }
+}
+
+void NotePlacement(NativeWindow window, const RECT& bounds)
+{
+    if (NativeWindowState* found = FindNative(window))
+        TakeBounds(*found, bounds);
 }
 
 void StackNativeWindow(NativeWindow window, NativeWindow above)

@@ -1,0 +1,66 @@
+// Windows that go while they are being told of something, where the layer's own ways lead there.
+#include "windowing_desk.h"
+
+namespace
+{
+
+struct WindowLifetime : Desk
+{
+};
+
+// A window hidden while it had the capture was used after it had been destroyed by the loss of it.
+TEST_F(WindowLifetime, HiddenWindowDestroyedByTheLossOfCapture)
+{
+    const HWND popup = ShownPopup(0, 0, 100, 100);
+    const HWND child = Child(popup, 0, 0, 50, 50);
+    SetCapture(child);
+    m_handlers[WM_CAPTURECHANGED] = [&](HWND, WPARAM, LPARAM) -> std::optional<LRESULT>
+    {
+        DestroyWindow(child);
+        return 0;
+    };
+    ShowWindow(child, SW_HIDE);
+    EXPECT_FALSE(IsWindow(child));
+    EXPECT_TRUE(IsWindow(popup));
+}
+
+// A child made in answer to its parent's last message pointed to a parent that was gone.
+TEST_F(WindowLifetime, ChildMadeInTheLastMessageGoesWithItsParent)
+{
+    const HWND popup = Popup(0, 0, 100, 100);
+    HWND late = nullptr;
+    m_handlers[WM_NCDESTROY] = [&](HWND window, WPARAM, LPARAM) -> std::optional<LRESULT>
+    {
+        if (window == popup && late == nullptr)
+            late = Child(popup, 0, 0, 10, 10);
+        return 0;
+    };
+    DestroyWindow(popup);
+    EXPECT_NE(late, nullptr);
+    EXPECT_FALSE(IsWindow(late));
+}
+
+// What the window manager had done to a box went back to it as a request, and where frames are added the box crept.
+TEST_F(WindowLifetime, PlaceGivenByTheWindowManagerIsNotAskedForAgain)
+{
+    namespace headless = platform::headless;
+    const HWND box = ShownPopup(100, 100, 200, 100, WS_POPUP | WS_CAPTION);
+    headless::TakePlaceRequests();
+    m_records.clear();
+    const auto native = headless::Windows().front().id;
+    for (int i = 1; i <= 10; ++i)
+        headless::PlaceByManager(native, {100 + i, 100, 300 + i, 200 + 10 * (i / 10)});
+    Pump();
+    EXPECT_EQ(headless::TakePlaceRequests(), 0U);
+    RECT place{};
+    GetWindowRect(box, &place);
+    EXPECT_EQ(place.left, 110);
+    EXPECT_EQ(place.bottom, 210);
+    EXPECT_EQ(Count(box, WM_MOVE), 10);
+    EXPECT_EQ(Count(box, WM_SIZE), 1);
+    EXPECT_EQ(headless::Windows().front().bounds.bottom, 210) << "drawn at the new size";
+    MoveWindow(box, 50, 50, 200, 110, TRUE);
+    EXPECT_EQ(headless::TakePlaceRequests(), 1U) << "the program's own wish is";
+}
+
+} // namespace
