@@ -284,6 +284,21 @@ xdotool key Escape
 expect gone "$menu"
 other_has_keyboard
 
+if [ "$manager" = none ]; then
+    # What the window manager had done to a box went back to it as requests, and where it adds frames the box crept.
+    begin "a message box takes the place that it is given without asking for it"
+    start shifting "$bin/screen_x11_tool" shifting
+    expect says shifting.log managing
+    open_menu menu 540 250
+    xdotool key m
+    until_true eval 'box=$(xdotool search --onlyvisible --name "^caption$")' || fail "no box"
+    until_true eval '[ "$(xdotool getwindowfocus)" = "$box" ]' || fail "the box has no keyboard"
+    xdotool key Return
+    expect says shifting.log "unmapped $box"
+    refuse says shifting.log "request $box"
+    kill "$shifting"
+fi
+
 if command -v setxkbmap >/dev/null; then
     begin "keys are named by the layout, and by their place where it has no Latin letters"
     setxkbmap de

@@ -6,6 +6,7 @@
 //   tooltip X Y     an override-redirect window that never takes the focus; says "mapped"
 //   grabs           says whether keyboard and pointer can be grabbed, that is, nobody else has them
 //   manager         succeeds when a window manager runs
+//   shifting        a window manager that puts each window ten times elsewhere and says when it is asked for a place
 //   focus           prints the window that has the focus
 #include <cstdio>
 #include <cstdlib>
@@ -92,6 +93,53 @@ xcb_window_t MakeWindow(xcb_connection_t* xcb, int x, int y, bool unmanaged)
     return window;
 }
 
+/// Tells a window ten places, as a manager does whose user drags its frame.
+void Shift(xcb_connection_t* xcb, xcb_window_t window)
+{
+    const auto geometry = Own(xcb_get_geometry_reply(xcb, xcb_get_geometry(xcb, window), nullptr));
+    for (short step = 1; step <= 10; ++step)
+    {
+        xcb_configure_notify_event_t placed{};
+        placed.response_type = XCB_CONFIGURE_NOTIFY;
+        placed.event = placed.window = window;
+        placed.x = static_cast<short>(geometry->x + step);
+        placed.y = static_cast<short>(geometry->y + 2 * step);
+        placed.width = geometry->width;
+        placed.height = geometry->height;
+        xcb_send_event(xcb, 0, window, XCB_EVENT_MASK_STRUCTURE_NOTIFY, reinterpret_cast<const char*>(&placed));
+    }
+}
+
+int RunShiftingManager(xcb_connection_t* xcb)
+{
+    const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+    xcb_change_window_attributes(xcb, ScreenOf(xcb)->root, XCB_CW_EVENT_MASK, &mask);
+    xcb_flush(xcb);
+    Say("managing", 0);
+    while (const auto event = Own(xcb_wait_for_event(xcb)))
+    {
+        const int type = event->response_type & 0x7F;
+        if (type == XCB_MAP_REQUEST)
+        {
+            const xcb_window_t window = reinterpret_cast<const xcb_map_request_event_t*>(event.get())->window;
+            xcb_map_window(xcb, window);
+            Shift(xcb, window);
+            xcb_flush(xcb);
+        }
+        else if (type == XCB_CONFIGURE_REQUEST)
+        {
+            const auto& request = *reinterpret_cast<const xcb_configure_request_event_t*>(event.get());
+            if ((request.value_mask & (XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y)) != 0)
+                Say("request", request.window);
+        }
+        else if (type == XCB_UNMAP_NOTIFY)
+        {
+            Say("unmapped", reinterpret_cast<const xcb_unmap_notify_event_t*>(event.get())->window);
+        }
+    }
+    return 0;
+}
+
 bool HasManager(xcb_connection_t* xcb)
 {
     constexpr char kName[] = "_NET_SUPPORTING_WM_CHECK";
@@ -156,6 +204,8 @@ int main(int argc, char** argv)
         return PrintPixel(xcb, x, y);
     if (mode == "grabs")
         return ReportGrabs(xcb);
+    if (mode == "shifting")
+        return RunShiftingManager(xcb);
     if (mode == "focus")
         return PrintFocus(xcb);
     if (mode == "manager")
