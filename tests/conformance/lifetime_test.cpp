@@ -7,16 +7,13 @@ namespace
 class Lifetime : public conformance::MessageTest
 {
 protected:
-    /// The next such message to `window` (any for null) destroys `victim` and is otherwise left alone.
+    /// Every such message to `window` (any for null) destroys `victim` and is otherwise left alone.
     void Destroy(HWND victim, UINT message, HWND window = nullptr)
     {
-        m_handlers[message] = [=, this](HWND told, WPARAM, LPARAM) -> std::optional<LRESULT>
+        m_handlers[message] = [=](HWND told, WPARAM, LPARAM) -> std::optional<LRESULT>
         {
             if (window == nullptr || told == window)
-            {
-                m_handlers.erase(message);
                 DestroyWindow(victim);
-            }
             return std::nullopt;
         };
     }
