@@ -21,7 +21,6 @@ enum class HandleKind : std::uint8_t
     Font,
     Brush,
     Pen,
-    Region,
     Icon,
     Cursor,
     Menu,

@@ -3,12 +3,6 @@
 
 #include <algorithm>
 
-BOOL SetRect(LPRECT rect, int left, int top, int right, int bottom)
-{
-    *rect = {left, top, right, bottom};
-    return TRUE;
-}
-
 BOOL IsRectEmpty(const RECT* rect)
 {
     return rect->left >= rect->right || rect->top >= rect->bottom;

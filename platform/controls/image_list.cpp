@@ -90,10 +90,3 @@ BOOL ImageList_GetIconSize(HIMAGELIST list, int* width, int* height)
     *height = images->Height();
     return TRUE;
 }
-
-HICON ImageList_GetIcon(HIMAGELIST list, int index, UINT)
-{
-    const auto* images = FindObject<ImageList>(list);
-    auto source = images != nullptr ? images->SourceAt(index) : nullptr;
-    return source != nullptr ? platform::CreateIconFromSource(std::move(source)) : nullptr;
-}

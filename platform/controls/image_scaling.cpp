@@ -1,7 +1,7 @@
 // Scaling of premultiplied pictures with pixman's separable convolution.
 #include "platform/controls/image_scaling.h"
 
-#include <pixman.h>
+#include "platform/drawing/pixman_image.h"
 
 #include <cstdlib>
 #include <memory>
@@ -12,12 +12,6 @@ namespace platform
 namespace
 {
 
-struct PixmanUnref
-{
-    void operator()(pixman_image_t* image) const { pixman_image_unref(image); }
-};
-using PixmanImage = std::unique_ptr<pixman_image_t, PixmanUnref>;
-
 struct Free
 {
     void operator()(void* memory) const { std::free(memory); }
@@ -25,8 +19,7 @@ struct Free
 
 PixmanImage Wrap(const IconImage& image)
 {
-    return PixmanImage(pixman_image_create_bits(PIXMAN_a8r8g8b8, image.width, image.height,
-                                                const_cast<std::uint32_t*>(image.pixels.data()), image.width * 4));
+    return ImageOn({const_cast<std::uint32_t*>(image.pixels.data()), image.width, image.height, image.width});
 }
 
 /// Each result pixel is the average of the source pixels under it; in between them when the picture grows.

@@ -164,17 +164,6 @@ BOOL SetWindowSubclass(HWND window, SUBCLASSPROC procedure, UINT_PTR id, DWORD_P
     return TRUE;
 }
 
-BOOL GetWindowSubclass(HWND window, SUBCLASSPROC procedure, UINT_PTR id, DWORD_PTR* data)
-{
-    Chain* chain = FindChain(window);
-    const Link* link = chain != nullptr ? FindLink(*chain, procedure, id) : nullptr;
-    if (link == nullptr)
-        return FALSE;
-    if (data != nullptr)
-        *data = link->data;
-    return TRUE;
-}
-
 BOOL RemoveWindowSubclass(HWND window, SUBCLASSPROC procedure, UINT_PTR id)
 {
     Chain* chain = FindChain(window);

@@ -1,8 +1,7 @@
-// Bitmaps: creation of sections and of context-compatible bitmaps.
+// Bitmaps: creation of sections, which have 32 bits here; what is loaded keeps its depth and is only read.
 #include "platform/drawing/device_context.h"
 #include "platform/drawing/pixel_format.h"
 
-#include <algorithm>
 #include <cstdlib>
 
 namespace platform
@@ -46,29 +45,17 @@ HBITMAP CreateDIBSection(HDC, const BITMAPINFO* info, UINT usage, LPVOID* bits, 
 {
     using namespace platform;
     constexpr HBITMAP kNone = nullptr;
-    if (info == nullptr || info->bmiHeader.biSize < sizeof(BITMAPINFOHEADER) || usage != DIB_RGB_COLORS ||
-        section != nullptr || info->bmiHeader.biCompression != BI_RGB || info->bmiHeader.biHeight == INT32_MIN)
+    if (info == nullptr || info->bmiHeader.biSize < sizeof(BITMAPINFOHEADER) || info->bmiHeader.biBitCount != 32 ||
+        usage != DIB_RGB_COLORS || section != nullptr || info->bmiHeader.biCompression != BI_RGB ||
+        info->bmiHeader.biHeight == INT32_MIN)
         return Fail(ERROR_INVALID_PARAMETER, kNone);
     const BITMAPINFOHEADER& header = info->bmiHeader;
-    auto bitmap = MakeBitmap(header.biWidth, std::abs(header.biHeight), header.biBitCount, header.biHeight > 0);
+    auto bitmap = MakeBitmap(header.biWidth, std::abs(header.biHeight), 32, header.biHeight > 0);
     if (bitmap == nullptr)
         return Fail(ERROR_INVALID_PARAMETER, kNone);
-    const std::size_t colors =
-        header.biClrUsed == 0 ? bitmap->colors.size() : std::min<std::size_t>(header.biClrUsed, bitmap->colors.size());
-    std::copy_n(info->bmiColors, colors, bitmap->colors.begin());
     void* const memory = bitmap->Bits();
     const HBITMAP handle = OpenHandle<HBITMAP>("CreateDIBSection", std::move(bitmap));
     if (bits != nullptr)
         *bits = handle != nullptr ? memory : nullptr;
     return handle;
-}
-
-// Always 32 bits: that is the screen's depth here. (GDI's special case, one bit for a fresh memory context, has no use
-// in this program.)
-HBITMAP CreateCompatibleBitmap(HDC dc, int width, int height)
-{
-    using namespace platform;
-    auto bitmap = FindContext(dc) != nullptr ? MakeBitmap(width, height, 32, false) : nullptr;
-    return bitmap != nullptr ? OpenHandle<HBITMAP>("CreateCompatibleBitmap", std::move(bitmap))
-                             : Fail(ERROR_INVALID_PARAMETER, static_cast<HBITMAP>(nullptr));
 }

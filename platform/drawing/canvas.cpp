@@ -12,32 +12,36 @@ Surface BitmapObject::Pixels()
     return {reinterpret_cast<std::uint32_t*>(Row(0)), width, height, (bottomUp ? -stride : stride) / 4};
 }
 
-Canvas::Canvas(DeviceContext& context) : m_clip(context.Clip())
+namespace
 {
-    if (context.OnSurface())
-    {
-        m_pixels = *context.FixedSurface();
-        return;
-    }
-    BitmapObject& bitmap = *context.Bitmap();
-    if (bitmap.bitsPerPixel == 32)
-    {
-        m_pixels = bitmap.Pixels();
-        return;
-    }
-    m_converted = &bitmap;
-    m_pixels = ReadPixels(bitmap, m_copy);
+
+bool CanDrawOn(const DeviceContext& context)
+{
+    return context.OnSurface() || context.Bitmap()->bitsPerPixel == 32;
 }
 
-Canvas::~Canvas()
+const Region& Nowhere()
 {
-    if (m_converted != nullptr)
-        WritePixels(m_pixels, *m_converted);
+    static const Region& region = *new Region;
+    return region;
 }
 
-void Canvas::Fill(const ClipRegion& region, std::uint32_t pixel) const
+Surface PixelsOf(DeviceContext& context)
 {
-    ClipRegion visible(region);
+    return context.OnSurface() ? *context.FixedSurface() : context.Bitmap()->Pixels();
+}
+
+} // namespace
+
+Canvas::Canvas(DeviceContext& context)
+    : m_pixels(CanDrawOn(context) ? PixelsOf(context) : Surface{}),
+      m_clip(CanDrawOn(context) ? context.Clip() : Nowhere())
+{
+}
+
+void Canvas::Fill(const Region& region, std::uint32_t pixel) const
+{
+    Region visible(region);
     visible.Intersect(m_clip);
     for (const pixman_box32_t& box : visible.Boxes())
         for (int y = box.y1; y < box.y2; ++y)
@@ -46,18 +50,12 @@ void Canvas::Fill(const ClipRegion& region, std::uint32_t pixel) const
 
 void Canvas::Fill(const RECT& rect, std::uint32_t pixel) const
 {
-    Fill(ClipRegion(rect), pixel);
+    Fill(Region(rect), pixel);
 }
 
 SourcePixels::SourcePixels(DeviceContext& context)
+    : pixels(CanDrawOn(context) ? PixelsOf(context) : ReadPixels(*context.Bitmap(), m_copy))
 {
-    if (context.OnSurface())
-    {
-        pixels = *context.FixedSurface();
-        return;
-    }
-    BitmapObject& bitmap = *context.Bitmap();
-    pixels = bitmap.bitsPerPixel == 32 ? bitmap.Pixels() : ReadPixels(bitmap, m_copy);
 }
 
 } // namespace platform

@@ -20,13 +20,6 @@ T ExchangeState(HDC dc, T platform::ContextState::*member, T value, T failure)
     return context != nullptr ? std::exchange(context->state.*member, value) : Fail(ERROR_INVALID_HANDLE, failure);
 }
 
-template <typename T>
-T ReadState(HDC dc, T platform::ContextState::*member, T failure)
-{
-    const DeviceContext* context = FindContext(dc);
-    return context != nullptr ? context->state.*member : Fail(ERROR_INVALID_HANDLE, failure);
-}
-
 } // namespace
 
 HDC CreateCompatibleDC(HDC reference)
@@ -45,11 +38,9 @@ BOOL DeleteDC(HDC dc)
     return platform::TakeHandle(reinterpret_cast<std::uintptr_t>(dc)) != nullptr;
 }
 
-HDC platform::CreateSurfaceDC(const Surface& surface, POINT origin, HRGN clip)
+HDC platform::CreateSurfaceDC(const Surface& surface, POINT origin, const Region& clip)
 {
-    const RegionObject* region = FindObject<RegionObject>(clip);
-    ClipRegion visible = region != nullptr ? region->region : ClipRegion(RECT{0, 0, surface.width, surface.height});
-    return OpenHandle<HDC>("CreateSurfaceDC", std::make_unique<DeviceContext>(surface, origin, std::move(visible)));
+    return OpenHandle<HDC>("CreateSurfaceDC", std::make_unique<DeviceContext>(surface, origin, clip));
 }
 
 void platform::DeleteSurfaceDC(HDC dc)
@@ -75,16 +66,7 @@ HGDIOBJ SelectObject(HDC dc, HGDIOBJ object)
     DeviceContext* context = FindContext(dc);
     if (context == nullptr || object == nullptr)
         return Fail(ERROR_INVALID_HANDLE, HGDIOBJ{nullptr});
-    if (platform::FindObject<platform::RegionObject>(object) != nullptr)
-        return reinterpret_cast<HGDIOBJ>(static_cast<INT_PTR>(SelectClipRgn(dc, static_cast<HRGN>(object))));
     return context->Select(object);
-}
-
-HGDIOBJ GetCurrentObject(HDC dc, UINT type)
-{
-    const DeviceContext* context = FindContext(dc);
-    const bool hasBitmap = context != nullptr && type == OBJ_BITMAP && !context->OnSurface();
-    return hasBitmap ? context->state.bitmap : nullptr;
 }
 
 BOOL SetViewportOrgEx(HDC dc, int x, int y, LPPOINT previous)
@@ -126,21 +108,6 @@ int SetBkMode(HDC dc, int mode)
 COLORREF SetTextColor(HDC dc, COLORREF color)
 {
     return ExchangeState<COLORREF>(dc, &platform::ContextState::textColor, color, CLR_INVALID);
-}
-
-COLORREF GetTextColor(HDC dc)
-{
-    return ReadState<COLORREF>(dc, &platform::ContextState::textColor, CLR_INVALID);
-}
-
-COLORREF SetBkColor(HDC dc, COLORREF color)
-{
-    return ExchangeState<COLORREF>(dc, &platform::ContextState::backColor, color, CLR_INVALID);
-}
-
-COLORREF GetBkColor(HDC dc)
-{
-    return ReadState<COLORREF>(dc, &platform::ContextState::backColor, CLR_INVALID);
 }
 
 // Drawing reaches the pixels at once; there is nothing to flush.

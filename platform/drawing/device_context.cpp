@@ -55,12 +55,12 @@ DeviceContext::DeviceContext() : HandleObject(kHandleKind)
         Hold(object);
 }
 
-DeviceContext::DeviceContext(const Surface& surface, POINT origin, ClipRegion visible) : DeviceContext()
+DeviceContext::DeviceContext(const Surface& surface, POINT origin, Region visible) : DeviceContext()
 {
     m_surface = surface;
     m_origin = origin;
     m_visible = std::move(visible);
-    m_visible.Intersect(ClipRegion(BoundsOf(surface)));
+    m_visible.Intersect(Region(BoundsOf(surface)));
 }
 
 DeviceContext::~DeviceContext()
@@ -75,15 +75,15 @@ RECT DeviceContext::ToSurface(const RECT& logical) const
     return {logical.left + offset.x, logical.top + offset.y, logical.right + offset.x, logical.bottom + offset.y};
 }
 
-ClipRegion DeviceContext::Visible() const
+Region DeviceContext::Visible() const
 {
     if (m_surface)
         return m_visible;
     const BitmapObject* bitmap = Bitmap();
-    return ClipRegion(RECT{0, 0, bitmap->width, bitmap->height});
+    return Region(RECT{0, 0, bitmap->width, bitmap->height});
 }
 
-const ClipRegion& DeviceContext::Clip()
+const Region& DeviceContext::Clip()
 {
     if (!m_effectiveClip)
     {
@@ -94,7 +94,7 @@ const ClipRegion& DeviceContext::Clip()
     return *m_effectiveClip;
 }
 
-void DeviceContext::SetClip(std::optional<ClipRegion> clip)
+void DeviceContext::SetClip(std::optional<Region> clip)
 {
     state.clip = std::move(clip);
     m_effectiveClip.reset();

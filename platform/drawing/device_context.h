@@ -1,11 +1,12 @@
 // Device contexts: what is drawn on, with which objects, colours and clip.
 //
 // Three coordinate spaces: the caller's (logical) coordinates; plus the viewport origin they are device coordinates,
-// in which clip regions are given; plus the context's own origin they are surface coordinates, in which everything
+// ; plus the context's own origin they are surface coordinates, in which everything
 // inside this library works.
 #pragma once
 
 #include "platform/drawing/gdi_objects.h"
+#include "platform/drawing/region.h"
 
 #include <optional>
 
@@ -20,12 +21,10 @@ struct ContextState
     HBRUSH brush = nullptr;
     HPEN pen = nullptr;
     POINT viewport{};
-    POINT position{}; ///< of MoveToEx, logical
     COLORREF textColor = 0;
-    COLORREF backColor = 0x00FFFFFF;
     int backMode = OPAQUE;
     int stretchMode = BLACKONWHITE;
-    std::optional<ClipRegion> clip; ///< the caller's own clip, surface coordinates
+    std::optional<Region> clip; ///< the caller's own clip, surface coordinates
 };
 
 class DeviceContext : public HandleObject
@@ -34,7 +33,7 @@ public:
     static constexpr HandleKind kHandleKind = HandleKind::DeviceContext;
     /// A memory context, with the one-pixel default bitmap selected.
     DeviceContext();
-    DeviceContext(const Surface& surface, POINT origin, ClipRegion visible);
+    DeviceContext(const Surface& surface, POINT origin, Region visible);
     /// Lets all selected objects go.
     ~DeviceContext() override;
 
@@ -43,20 +42,18 @@ public:
     BitmapObject* Bitmap() const { return FindObject<BitmapObject>(state.bitmap); }
     FontObject& Font() const { return *FindObject<FontObject>(state.font); }
     BrushObject& Brush() const { return *FindObject<BrushObject>(state.brush); }
-    PenObject& Pen() const { return *FindObject<PenObject>(state.pen); }
 
     /// Surface coordinates of the caller's point (0, 0).
     POINT Offset() const { return {m_origin.x + state.viewport.x, m_origin.y + state.viewport.y}; }
-    POINT Origin() const { return m_origin; }
     RECT ToSurface(const RECT& logical) const;
     POINT ToSurface(POINT logical) const { return {logical.x + Offset().x, logical.y + Offset().y}; }
 
     /// The pixels that drawing may touch, surface coordinates.
-    const ClipRegion& Clip();
+    const Region& Clip();
     /// The same without the caller's own clip.
-    ClipRegion Visible() const;
+    Region Visible() const;
     /// Replaces the caller's own clip.
-    void SetClip(std::optional<ClipRegion> clip);
+    void SetClip(std::optional<Region> clip);
 
     /// Selects; the previous handle comes back, null when the object cannot be selected.
     HGDIOBJ Select(HGDIOBJ object);
@@ -72,8 +69,8 @@ private:
 
     std::optional<Surface> m_surface;
     POINT m_origin{};
-    ClipRegion m_visible;
-    std::optional<ClipRegion> m_effectiveClip; ///< computed when first asked for
+    Region m_visible;
+    std::optional<Region> m_effectiveClip; ///< computed when first asked for
     std::vector<ContextState> m_saved;
 };
 
@@ -82,37 +79,33 @@ inline DeviceContext* FindContext(HDC dc)
     return FindObject<DeviceContext>(dc);
 }
 
-/// The 32-bit pixels to draw on during one call. For a bitmap of another depth these are a copy, which is written back
-/// at the end, each pixel as the nearest colour of the bitmap.
+/// The 32-bit pixels to draw on during one call. A bitmap of another depth is only a source: nothing reaches it.
 class Canvas
 {
 public:
     explicit Canvas(DeviceContext& context);
-    ~Canvas();
-    Canvas(const Canvas&) = delete;
-    Canvas& operator=(const Canvas&) = delete;
 
     const Surface& Pixels() const { return m_pixels; }
-    const ClipRegion& Clip() const { return m_clip; }
+    const Region& Clip() const { return m_clip; }
     /// Fills the part of a region that the clip leaves. `pixel` is 0xAARRGGBB.
-    void Fill(const ClipRegion& region, std::uint32_t pixel) const;
+    void Fill(const Region& region, std::uint32_t pixel) const;
     void Fill(const RECT& rect, std::uint32_t pixel) const;
 
 private:
     Surface m_pixels;
-    const ClipRegion& m_clip;
-    BitmapObject* m_converted = nullptr;
-    std::vector<std::uint32_t> m_copy;
+    const Region& m_clip;
 };
 
-/// A copy of a context's pixels with 32 bits each, for reading; alpha is 0 where the bitmap has none.
+/// A context's pixels with 32 bits each, for reading; alpha is 0 where the bitmap has none.
 struct SourcePixels
 {
     explicit SourcePixels(DeviceContext& context);
-    Surface pixels;
 
 private:
     std::vector<std::uint32_t> m_copy;
+
+public:
+    Surface pixels; ///< of the context, or of the copy
 };
 
 /// 0x00BBGGRR to the 0x00RRGGBB of a pixel and back; alpha is 0 both ways, as GDI writes it.

@@ -181,9 +181,9 @@ void Underline(const Canvas& canvas, FontObject& font, const Line& line, POINT a
     const int left = at.x + TextWidth(font, text.substr(0, line.mnemonic));
     const int width = TextWidth(font, text.substr(line.mnemonic, 1));
     const int top = at.y + font.Glyphs().Metrics().tmAscent + 1;
-    ClipRegion area(RECT{left, top, left + width, top + 1});
+    Region area(RECT{left, top, left + width, top + 1});
     if (clip != nullptr)
-        area.Intersect(ClipRegion(*clip));
+        area.Intersect(Region(*clip));
     canvas.Fill(area, PixelFromColor(color));
 }
 
@@ -198,11 +198,11 @@ void DrawLines(DeviceContext& context, const TextBox& box, const RECT& rect, int
         const POINT at{AlignedX(rect, line.width, format), top};
         if (context.state.backMode == OPAQUE)
         {
-            ClipRegion area(RECT{at.x, at.y, at.x + line.width, at.y + box.LineHeight()});
-            area.Intersect(clip != nullptr ? ClipRegion(*clip) : canvas.Clip());
-            canvas.Fill(area, PixelFromColor(context.state.backColor));
+            Region area(RECT{at.x, at.y, at.x + line.width, at.y + box.LineHeight()});
+            area.Intersect(clip != nullptr ? Region(*clip) : canvas.Clip());
+            canvas.Fill(area, 0x00FFFFFF); // the only background colour there is
         }
-        DrawTextLine(canvas, font, line.text, at, context.state.textColor, clip, nullptr);
+        DrawTextLine(canvas, font, line.text, at, context.state.textColor, clip);
         if (line.mnemonic != kNone)
             Underline(canvas, font, line, at, context.state.textColor, clip);
         top += box.LineHeight();

@@ -1,11 +1,10 @@
-// What GDI handles name: bitmaps, fonts, brushes, pens, regions.
+// What GDI handles name: bitmaps, fonts, brushes, pens.
 #pragma once
 
 #include "platform/base/fault_points.h"
 #include "platform/base/handle_table.h"
 #include "platform/base/last_error.h"
 #include "platform/base/pixel_memory.h"
-#include "platform/drawing/clip_region.h"
 #include "platform/screen/surface.h"
 
 #include "windows.h"
@@ -57,14 +56,12 @@ public:
     bool hollow; ///< paints nothing
 };
 
+/// Only stock pens are there, and nothing is outlined.
 class PenObject : public SelectableObject
 {
 public:
     static constexpr HandleKind kHandleKind = HandleKind::Pen;
-    PenObject(int s, int w, COLORREF c) : SelectableObject(kHandleKind), style(s), width(w), color(c) {}
-    int style; ///< PS_SOLID or PS_NULL
-    int width;
-    COLORREF color;
+    PenObject() : SelectableObject(kHandleKind) {}
 };
 
 class FontObject : public SelectableObject
@@ -78,14 +75,6 @@ public:
 
 private:
     GlyphFont* m_glyphs = nullptr;
-};
-
-class RegionObject : public HandleObject
-{
-public:
-    static constexpr HandleKind kHandleKind = HandleKind::Region;
-    explicit RegionObject(ClipRegion r) : HandleObject(kHandleKind), region(std::move(r)) {}
-    ClipRegion region;
 };
 
 /// A new bitmap with zeroed pixels (and, up to 8 bits, a zeroed colour table); null when the sizes are out of range.

@@ -22,12 +22,9 @@ std::unique_ptr<HandleObject> MakeStockObject(int index)
         return std::make_unique<BrushObject>(0);
     case NULL_BRUSH:
         return std::make_unique<BrushObject>(0, true);
-    case WHITE_PEN:
-        return std::make_unique<PenObject>(PS_SOLID, 1, kWhite);
     case BLACK_PEN:
-        return std::make_unique<PenObject>(PS_SOLID, 1, 0);
     case NULL_PEN:
-        return std::make_unique<PenObject>(PS_NULL, 1, 0);
+        return std::make_unique<PenObject>();
     case SYSTEM_FONT:
     case DEFAULT_GUI_FONT:
     {
@@ -104,20 +101,17 @@ HGDIOBJ GetStockObject(int index)
 BOOL DeleteObject(HGDIOBJ object)
 {
     const auto value = reinterpret_cast<std::uintptr_t>(object);
-    HandleObject* target = FindHandle(value);
-    if (auto* selectable = dynamic_cast<SelectableObject*>(target))
-    {
-        if (selectable->permanent)
-            return TRUE; // stock objects may be "deleted" without effect
-        if (selectable->selections == 0)
-            return TakeHandle(value) != nullptr;
-        if (selectable->Kind() == HandleKind::Bitmap)
-            return FALSE;
-        selectable->deleteWhenFree = true;
-        return TRUE;
-    }
-    const bool isRegion = target != nullptr && target->Kind() == HandleKind::Region;
-    return isRegion ? TakeHandle(value) != nullptr : Fail(ERROR_INVALID_HANDLE, FALSE);
+    auto* selectable = dynamic_cast<SelectableObject*>(FindHandle(value));
+    if (selectable == nullptr)
+        return Fail(ERROR_INVALID_HANDLE, FALSE);
+    if (selectable->permanent)
+        return TRUE; // stock objects may be "deleted" without effect
+    if (selectable->selections == 0)
+        return TakeHandle(value) != nullptr;
+    if (selectable->Kind() == HandleKind::Bitmap)
+        return FALSE;
+    selectable->deleteWhenFree = true;
+    return TRUE;
 }
 
 int GetObjectW(HANDLE object, int size, LPVOID data)
@@ -132,12 +126,6 @@ int GetObjectW(HANDLE object, int size, LPVOID data)
 HBRUSH CreateSolidBrush(COLORREF color)
 {
     return OpenHandle<HBRUSH>("CreateSolidBrush", std::make_unique<BrushObject>(color));
-}
-
-HPEN CreatePen(int style, int width, COLORREF color)
-{
-    return OpenHandle<HPEN>(
-        "CreatePen", std::make_unique<PenObject>(style == PS_NULL ? PS_NULL : PS_SOLID, std::max(width, 1), color));
 }
 
 HFONT CreateFontIndirectW(const LOGFONTW* font)

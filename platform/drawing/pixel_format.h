@@ -1,4 +1,4 @@
-// Conversion between bitmaps of 1, 4, 8 or 24 bits per pixel and 32-bit pixels.
+// From bitmaps of 1, 4, 8 or 24 bits per pixel to 32-bit pixels.
 #pragma once
 
 #include "platform/drawing/gdi_objects.h"
@@ -17,7 +17,5 @@ std::uint32_t ReadPixel(const unsigned char* row, int x, int bitsPerPixel, const
 
 /// Fills `storage` with the bitmap's pixels and returns a surface on it.
 Surface ReadPixels(BitmapObject& bitmap, std::vector<std::uint32_t>& storage);
-/// Writes a surface of the bitmap's size back, each pixel as the nearest colour that the bitmap has.
-void WritePixels(const Surface& pixels, BitmapObject& bitmap);
 
 } // namespace platform

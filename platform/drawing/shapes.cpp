@@ -1,4 +1,4 @@
-// Filled and framed shapes, lines, single pixels.
+// Filled and framed shapes. Polygons have no outline here: whoever draws one has selected NULL_PEN.
 #include "platform/drawing/device_context.h"
 
 #include <algorithm>
@@ -24,59 +24,12 @@ std::optional<std::uint32_t> BrushPixel(HBRUSH brush)
     return object != nullptr && !object->hollow ? std::optional(PixelFromColor(object->color)) : std::nullopt;
 }
 
-std::optional<std::uint32_t> PenPixel(const PenObject& pen)
+/// The pixels along a rectangle's edge, inside.
+Region FrameOf(const RECT& rect)
 {
-    return pen.style != PS_NULL ? std::optional(PixelFromColor(pen.color)) : std::nullopt;
-}
-
-/// The band of `width` pixels inside a rectangle's edge.
-ClipRegion FrameOf(const RECT& rect, int width)
-{
-    ClipRegion frame(rect);
-    frame.Subtract(ClipRegion(RECT{rect.left + width, rect.top + width, rect.right - width, rect.bottom - width}));
+    Region frame(rect);
+    frame.Remove(Region(RECT{rect.left + 1, rect.top + 1, rect.right - 1, rect.bottom - 1}));
     return frame;
-}
-
-/// Calls plot(x, y) for each pixel from a to b, without b.
-template <typename Plot>
-void WalkLine(POINT a, POINT b, Plot plot)
-{
-    const int dx = std::abs(b.x - a.x);
-    const int dy = std::abs(b.y - a.y);
-    const int stepX = a.x < b.x ? 1 : -1;
-    const int stepY = a.y < b.y ? 1 : -1;
-    int error = dx - dy;
-    while (a.x != b.x || a.y != b.y)
-    {
-        plot(a.x, a.y);
-        const int doubled = 2 * error;
-        if (doubled > -dy)
-        {
-            error -= dy;
-            a.x += stepX;
-        }
-        if (doubled < dx)
-        {
-            error += dx;
-            a.y += stepY;
-        }
-    }
-}
-
-void DrawLine(const Canvas& canvas, POINT a, POINT b, const PenObject& pen)
-{
-    const std::optional<std::uint32_t> pixel = PenPixel(pen);
-    if (!pixel)
-        return;
-    const int before = pen.width / 2;
-    WalkLine(a, b,
-             [&](int x, int y)
-             {
-                 if (pen.width > 1)
-                     canvas.Fill(RECT{x - before, y - before, x - before + pen.width, y - before + pen.width}, *pixel);
-                 else if (canvas.Clip().Contains(x, y))
-                     *PixelAt(canvas.Pixels(), x, y) = *pixel;
-             });
 }
 
 /// Where the polygon's edges cross a row of pixels, sorted. Edges are taken at the row's upper border and include their
@@ -106,7 +59,7 @@ void FillPolygon(const Canvas& canvas, std::span<const POINT> points, std::uint3
 {
     const auto [top, bottom] =
         std::minmax_element(points.begin(), points.end(), [](const POINT& a, const POINT& b) { return a.y < b.y; });
-    const RECT visible = canvas.Clip().Extents();
+    const RECT visible = canvas.Clip().Bounds();
     const int last = std::min(bottom->y, visible.bottom);
     for (int y = std::max(top->y, visible.top); y < last; ++y)
     {
@@ -119,7 +72,7 @@ void FillPolygon(const Canvas& canvas, std::span<const POINT> points, std::uint3
 /// Every second pixel of the frame inverted; drawing it again takes it away.
 void InvertDots(const Canvas& canvas, const RECT& rect)
 {
-    ClipRegion frame = FrameOf(rect, 1);
+    Region frame = FrameOf(rect);
     frame.Intersect(canvas.Clip());
     for (const pixman_box32_t& box : frame.Boxes())
     {
@@ -137,7 +90,7 @@ bool PaintRect(HDC dc, const RECT* rect, HBRUSH brush, bool frameOnly)
     if (const auto pixel = BrushPixel(brush))
     {
         const RECT target = context->ToSurface(*rect);
-        Canvas(*context).Fill(frameOnly ? FrameOf(target, 1) : ClipRegion(target), *pixel);
+        Canvas(*context).Fill(frameOnly ? FrameOf(target) : Region(target), *pixel);
     }
     return true;
 }
@@ -164,20 +117,6 @@ BOOL DrawFocusRect(HDC dc, const RECT* rect)
     return TRUE;
 }
 
-BOOL Rectangle(HDC dc, int left, int top, int right, int bottom)
-{
-    DeviceContext* context = FindContext(dc);
-    if (context == nullptr)
-        return Fail(ERROR_INVALID_HANDLE, FALSE);
-    const RECT target = context->ToSurface(RECT{left, top, right, bottom});
-    const Canvas canvas(*context);
-    if (!context->Brush().hollow)
-        canvas.Fill(target, PixelFromColor(context->Brush().color));
-    if (const auto pixel = PenPixel(context->Pen()))
-        canvas.Fill(FrameOf(target, context->Pen().width), *pixel);
-    return TRUE;
-}
-
 BOOL Polygon(HDC dc, const POINT* points, int count)
 {
     DeviceContext* context = FindContext(dc);
@@ -189,42 +128,7 @@ BOOL Polygon(HDC dc, const POINT* points, int count)
     const Canvas canvas(*context);
     if (!context->Brush().hollow)
         FillPolygon(canvas, corners, PixelFromColor(context->Brush().color));
-    for (std::size_t i = 0; i < corners.size(); ++i)
-        DrawLine(canvas, corners[i], corners[(i + 1) % corners.size()], context->Pen());
     return TRUE;
-}
-
-BOOL MoveToEx(HDC dc, int x, int y, LPPOINT previous)
-{
-    DeviceContext* context = FindContext(dc);
-    if (context == nullptr)
-        return Fail(ERROR_INVALID_HANDLE, FALSE);
-    const POINT old = std::exchange(context->state.position, POINT{x, y});
-    if (previous != nullptr)
-        *previous = old;
-    return TRUE;
-}
-
-BOOL LineTo(HDC dc, int x, int y)
-{
-    DeviceContext* context = FindContext(dc);
-    if (context == nullptr)
-        return Fail(ERROR_INVALID_HANDLE, FALSE);
-    const POINT from = std::exchange(context->state.position, POINT{x, y});
-    DrawLine(Canvas(*context), context->ToSurface(from), context->ToSurface(POINT{x, y}), context->Pen());
-    return TRUE;
-}
-
-COLORREF SetPixel(HDC dc, int x, int y, COLORREF color)
-{
-    DeviceContext* context = FindContext(dc);
-    if (context == nullptr)
-        return Fail<COLORREF>(ERROR_INVALID_HANDLE, CLR_INVALID);
-    const POINT at = context->ToSurface(POINT{x, y});
-    if (!context->Clip().Contains(at.x, at.y))
-        return CLR_INVALID;
-    Canvas(*context).Fill(RECT{at.x, at.y, at.x + 1, at.y + 1}, PixelFromColor(color));
-    return GetPixel(dc, x, y);
 }
 
 COLORREF GetPixel(HDC dc, int x, int y)

@@ -1,6 +1,7 @@
 // Device contexts on the pixels of a window.
 #pragma once
 
+#include "platform/drawing/region.h"
 #include "platform/screen/surface.h"
 
 #include "windows.h"
@@ -9,9 +10,8 @@ namespace platform
 {
 
 /// A context that draws on `surface`, with its client origin at `origin` and nothing drawn outside `clip` (both in
-/// surface coordinates; the region is copied, null means the whole surface). The surface must outlive it. Null when out
-/// of handles.
-HDC CreateSurfaceDC(const Surface& surface, POINT origin, HRGN clip);
+/// surface coordinates). The surface must outlive it. Null when out of handles.
+HDC CreateSurfaceDC(const Surface& surface, POINT origin, const Region& clip);
 /// Closes a context made by CreateSurfaceDC.
 void DeleteSurfaceDC(HDC dc);
 

@@ -2,6 +2,7 @@
 #include "platform/drawing/text_line.h"
 
 #include "platform/drawing/glyph_font.h"
+#include "platform/drawing/pixman_image.h"
 #include "platform/services/text_service_access.h"
 
 #include <algorithm>
@@ -29,45 +30,30 @@ struct Mask
     }
 };
 
-struct ImageCloser
+PixmanImage TargetImage(const Canvas& canvas, const RECT* clip)
 {
-    void operator()(pixman_image_t* image) const { pixman_image_unref(image); }
-};
-using UniqueImage = std::unique_ptr<pixman_image_t, ImageCloser>;
-
-UniqueImage TargetImage(const Canvas& canvas, const RECT* clip)
-{
-    const Surface& pixels = canvas.Pixels();
-    UniqueImage image(pixman_image_create_bits(PIXMAN_a8r8g8b8, pixels.width, pixels.height, pixels.pixels,
-                                               pixels.stride * static_cast<int>(sizeof(std::uint32_t))));
-    ClipRegion visible(canvas.Clip());
+    PixmanImage image = ImageOn(canvas.Pixels());
+    Region visible(canvas.Clip());
     if (clip != nullptr)
-        visible.Intersect(ClipRegion(*clip));
+        visible.Intersect(Region(*clip));
     pixman_image_set_clip_region32(image.get(), visible.Raw());
     return image;
-}
-
-UniqueImage SolidImage(COLORREF color)
-{
-    const auto channel = [](COLORREF value) { return static_cast<std::uint16_t>((value & 0xFF) * 0x101); };
-    const pixman_color_t solid{channel(color), channel(color >> 8), channel(color >> 16), 0xFFFF};
-    return UniqueImage(pixman_image_create_solid_fill(&solid));
 }
 
 void Blend(const Canvas& canvas, Mask& mask, COLORREF color, const RECT* clip)
 {
     const int width = mask.bounds.right - mask.bounds.left;
     const int height = mask.bounds.bottom - mask.bounds.top;
-    const UniqueImage coverage(pixman_image_create_bits(PIXMAN_a8, width, height, mask.storage.data(), mask.stride));
-    const UniqueImage source = SolidImage(color);
-    const UniqueImage target = TargetImage(canvas, clip);
+    const PixmanImage coverage(pixman_image_create_bits(PIXMAN_a8, width, height, mask.storage.data(), mask.stride));
+    const PixmanImage source = SolidImage(color);
+    const PixmanImage target = TargetImage(canvas, clip);
     pixman_image_composite32(PIXMAN_OP_OVER, source.get(), coverage.get(), target.get(), 0, 0, 0, 0, mask.bounds.left,
                              mask.bounds.top, width, height);
 }
 
 /// Calls visit(glyph, x of its first column, y of its first row).
 template <typename Visit>
-void ForGlyphs(GlyphFont& font, std::u16string_view text, POINT position, const int* spacing, Visit visit)
+void ForGlyphs(GlyphFont& font, std::u16string_view text, POINT position, Visit visit)
 {
     int pen = position.x;
     const int baseline = position.y + font.Metrics().tmAscent;
@@ -76,15 +62,15 @@ void ForGlyphs(GlyphFont& font, std::u16string_view text, POINT position, const 
         const Glyph& glyph = font.GlyphFor(text[i]);
         if (glyph.width != 0)
             visit(glyph, pen + glyph.left, baseline - glyph.top);
-        pen += spacing != nullptr ? spacing[i] : font.Advance(text[i]);
+        pen += font.Advance(text[i]);
     }
 }
 
 /// The part of the line's ink that can be seen; empty (right <= left) when there is none.
-RECT InkBounds(const Canvas& canvas, GlyphFont& font, std::u16string_view text, POINT position, const int* spacing)
+RECT InkBounds(const Canvas& canvas, GlyphFont& font, std::u16string_view text, POINT position)
 {
     RECT ink{INT32_MAX, INT32_MAX, INT32_MIN, INT32_MIN};
-    ForGlyphs(font, text, position, spacing,
+    ForGlyphs(font, text, position,
               [&](const Glyph& glyph, int x, int y)
               {
                   ink.left = std::min(ink.left, x);
@@ -92,7 +78,7 @@ RECT InkBounds(const Canvas& canvas, GlyphFont& font, std::u16string_view text, 
                   ink.right = std::max(ink.right, x + glyph.width);
                   ink.bottom = std::max(ink.bottom, y + glyph.height);
               });
-    const RECT seen = canvas.Clip().Extents();
+    const RECT seen = canvas.Clip().Bounds();
     return {std::max(ink.left, seen.left), std::max(ink.top, seen.top), std::min(ink.right, seen.right),
             std::min(ink.bottom, seen.bottom)};
 }
@@ -113,13 +99,13 @@ void AddGlyph(Mask& mask, const Glyph& glyph, int x, int y)
 }
 
 void DrawGlyphs(const Canvas& canvas, GlyphFont& font, std::u16string_view text, POINT position, COLORREF color,
-                const RECT* clip, const int* spacing)
+                const RECT* clip)
 {
-    const RECT bounds = InkBounds(canvas, font, text, position, spacing);
+    const RECT bounds = InkBounds(canvas, font, text, position);
     if (bounds.right <= bounds.left || bounds.bottom <= bounds.top)
         return;
     Mask mask(bounds);
-    ForGlyphs(font, text, position, spacing, [&](const Glyph& glyph, int x, int y) { AddGlyph(mask, glyph, x, y); });
+    ForGlyphs(font, text, position, [&](const Glyph& glyph, int x, int y) { AddGlyph(mask, glyph, x, y); });
     Blend(canvas, mask, color, clip);
 }
 
@@ -130,9 +116,9 @@ void DrawDecorations(const Canvas& canvas, GlyphFont& font, POINT position, int 
     const int baseline = position.y + font.Metrics().tmAscent;
     const auto line = [&](int top)
     {
-        ClipRegion area(RECT{position.x, top, position.x + width, top + thickness});
+        Region area(RECT{position.x, top, position.x + width, top + thickness});
         if (clip != nullptr)
-            area.Intersect(ClipRegion(*clip));
+            area.Intersect(Region(*clip));
         canvas.Fill(area, PixelFromColor(color));
     };
     if (font.ServiceFont().underline)
@@ -151,7 +137,7 @@ void DrawByService(const Canvas& canvas, GlyphFont& font, std::u16string_view te
         return;
     // Ink may leave the logical extent; an em on each side is room enough.
     const int margin = font.EmHeight();
-    const RECT seen = canvas.Clip().Extents();
+    const RECT seen = canvas.Clip().Bounds();
     const int baseline = position.y + font.Metrics().tmAscent;
     const RECT area{std::max(position.x - margin, seen.left), std::max(baseline - extent.ascent - margin, seen.top),
                     std::min(position.x + extent.width + margin, seen.right),
@@ -165,8 +151,8 @@ void DrawByService(const Canvas& canvas, GlyphFont& font, std::u16string_view te
     if (!service->draw(&font.ServiceFont(), text.data(), text.size(), &picture, position.x - area.left,
                        baseline - area.top, PixelFromColor(color)))
         return;
-    const UniqueImage source(pixman_image_create_bits(PIXMAN_a8r8g8b8, width, height, pixels.data(), width * 4));
-    const UniqueImage target = TargetImage(canvas, clip);
+    const PixmanImage source = ImageOn({pixels.data(), width, height, width});
+    const PixmanImage target = TargetImage(canvas, clip);
     pixman_image_composite32(PIXMAN_OP_OVER, source.get(), nullptr, target.get(), 0, 0, 0, 0, area.left, area.top,
                              width, height);
 }
@@ -190,14 +176,14 @@ int TextWidth(FontObject& font, std::u16string_view text)
 }
 
 void DrawTextLine(const Canvas& canvas, FontObject& font, std::u16string_view text, POINT position, COLORREF color,
-                  const RECT* clip, const int* spacing)
+                  const RECT* clip)
 {
     GlyphFont& glyphs = font.Glyphs();
     const std::optional<int> width = glyphs.Measure(text);
-    if (width || spacing != nullptr)
+    if (width)
     {
-        DrawGlyphs(canvas, glyphs, text, position, color, clip, spacing);
-        DrawDecorations(canvas, glyphs, position, width.value_or(0), color, clip);
+        DrawGlyphs(canvas, glyphs, text, position, color, clip);
+        DrawDecorations(canvas, glyphs, position, *width, color, clip);
     }
     else
     {

@@ -12,8 +12,7 @@ namespace platform
 int TextWidth(FontObject& font, std::u16string_view text);
 
 /// Draws one line, its cell's top left corner at `position` (surface coordinates), within `clip` and the canvas's clip.
-/// `spacing`, when not null, gives the distance to the next unit for each unit and keeps the text on the glyph path.
 void DrawTextLine(const Canvas& canvas, FontObject& font, std::u16string_view text, POINT position, COLORREF color,
-                  const RECT* clip, const int* spacing);
+                  const RECT* clip);
 
 } // namespace platform

@@ -12,15 +12,9 @@ using HIMAGELIST = IMAGELIST__*;
 // --- notifications
 #define NM_FIRST 0U
 #define NM_CLICK (NM_FIRST - 2U)
-#define NM_DBLCLK (NM_FIRST - 3U)
-#define NM_RETURN (NM_FIRST - 4U)
 #define NM_RCLICK (NM_FIRST - 5U)
-#define NM_RDBLCLK (NM_FIRST - 6U)
-#define NM_SETFOCUS (NM_FIRST - 7U)
-#define NM_KILLFOCUS (NM_FIRST - 8U)
 #define NM_CUSTOMDRAW (NM_FIRST - 12U)
 #define NM_KEYDOWN (NM_FIRST - 15U)
-#define NM_RELEASEDCAPTURE (NM_FIRST - 16U)
 #define NM_LDOWN (NM_FIRST - 20U)
 #define TBN_FIRST (0U - 700U)
 #define TBN_HOTITEMCHANGE (TBN_FIRST - 13U)
@@ -28,7 +22,6 @@ using HIMAGELIST = IMAGELIST__*;
 #define PGN_FIRST (0U - 900U)
 #define PGN_SCROLL (PGN_FIRST - 1U)
 #define PGN_CALCSIZE (PGN_FIRST - 2U)
-#define PGN_HOTITEMCHANGE (PGN_FIRST - 3U)
 
 struct NMMOUSE
 {
@@ -114,19 +107,16 @@ struct NMOBJECTNOTIFY
 #define HICF_OTHER 0x0000
 #define HICF_MOUSE 0x0001
 #define HICF_ARROWKEYS 0x0002
-#define HICF_ACCELERATOR 0x0004
 #define HICF_ENTERING 0x0010
 #define HICF_LEAVING 0x0020
 
 // --- common control styles
-#define CCS_TOP 0x0001
 #define CCS_NORESIZE 0x0004
 #define CCS_NOPARENTALIGN 0x0008
 #define CCS_NODIVIDER 0x0040
 #define CCS_VERT 0x0080
 
 // --- toolbar
-#define TBSTYLE_TOOLTIPS 0x0100
 #define TBSTYLE_FLAT 0x0800
 #define TBSTYLE_LIST 0x1000
 #define TBSTYLE_REGISTERDROP 0x4000
@@ -183,7 +173,6 @@ struct TBINSERTMARK
 #define TB_SETINSERTMARKCOLOR (WM_USER + 88)
 #define TB_GETBUTTONTEXTW (WM_USER + 75)
 #define TB_GETPADDING (WM_USER + 86)
-#define TB_SETPADDING (WM_USER + 87)
 
 // --- pager
 #define PGS_VERT 0x0000
@@ -236,7 +225,6 @@ struct NMPGSCROLL
 #define ILC_MASK 0x0001
 #define ILC_COLOR32 0x0020
 #define ILD_NORMAL 0x0000
-#define ILD_TRANSPARENT 0x0001
 
 HIMAGELIST ImageList_Create(int width, int height, UINT flags, int initial, int grow);
 BOOL ImageList_Destroy(HIMAGELIST list);
@@ -245,11 +233,9 @@ int ImageList_GetImageCount(HIMAGELIST list);
 int ImageList_ReplaceIcon(HIMAGELIST list, int index, HICON icon);
 BOOL ImageList_Draw(HIMAGELIST list, int index, HDC dc, int x, int y, UINT style);
 BOOL ImageList_GetIconSize(HIMAGELIST list, int* width, int* height);
-HICON ImageList_GetIcon(HIMAGELIST list, int index, UINT flags);
 
 // --- subclassing
 using SUBCLASSPROC = LRESULT(CALLBACK*)(HWND, UINT, WPARAM, LPARAM, UINT_PTR id, DWORD_PTR data);
 BOOL SetWindowSubclass(HWND window, SUBCLASSPROC procedure, UINT_PTR id, DWORD_PTR data);
-BOOL GetWindowSubclass(HWND window, SUBCLASSPROC procedure, UINT_PTR id, DWORD_PTR* data);
 BOOL RemoveWindowSubclass(HWND window, SUBCLASSPROC procedure, UINT_PTR id);
 LRESULT DefSubclassProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);

@@ -112,19 +112,14 @@ struct BLENDFUNCTION
 #define GetBValue(c) (static_cast<BYTE>(((c) >> 16) & 0xff))
 #define CLR_INVALID 0xFFFFFFFF
 #define CLR_NONE 0xFFFFFFFF
-#define CLR_DEFAULT 0xFF000000
 
 #define BI_RGB 0
 #define DIB_RGB_COLORS 0
 #define SRCCOPY 0x00CC0020
-#define BLACKNESS 0x00000042
-#define PATCOPY 0x00F00021
-#define DSTINVERT 0x00550009
 #define AC_SRC_OVER 0
 #define AC_SRC_ALPHA 1
 #define BLACKONWHITE 1
 #define COLORONCOLOR 3
-#define HALFTONE 4
 #define TRANSPARENT 1
 #define OPAQUE 2
 #define LOGPIXELSX 88
@@ -141,25 +136,14 @@ struct BLENDFUNCTION
 #define WHITE_BRUSH 0
 #define BLACK_BRUSH 4
 #define NULL_BRUSH 5
-#define WHITE_PEN 6
 #define BLACK_PEN 7
 #define NULL_PEN 8
 #define SYSTEM_FONT 13
 #define DEFAULT_GUI_FONT 17
-#define PS_SOLID 0
-#define PS_NULL 5
 #define ERROR 0
 #define NULLREGION 1
 #define SIMPLEREGION 2
 #define COMPLEXREGION 3
-#define RGN_AND 1
-#define RGN_OR 2
-#define RGN_XOR 3
-#define RGN_DIFF 4
-#define RGN_COPY 5
-#define ETO_OPAQUE 2
-#define ETO_CLIPPED 4
-#define OBJ_BITMAP 7
 
 // --- device contexts
 HDC CreateCompatibleDC(HDC reference);
@@ -168,61 +152,40 @@ int SaveDC(HDC dc);
 BOOL RestoreDC(HDC dc, int saved);
 int GetDeviceCaps(HDC dc, int index);
 HGDIOBJ SelectObject(HDC dc, HGDIOBJ object);
-HGDIOBJ GetCurrentObject(HDC dc, UINT type);
 BOOL SetViewportOrgEx(HDC dc, int x, int y, LPPOINT previous);
 BOOL OffsetViewportOrgEx(HDC dc, int x, int y, LPPOINT previous);
 BOOL GetViewportOrgEx(HDC dc, LPPOINT point);
 int SetStretchBltMode(HDC dc, int mode);
 int SetBkMode(HDC dc, int mode);
 COLORREF SetTextColor(HDC dc, COLORREF color);
-COLORREF GetTextColor(HDC dc);
-COLORREF SetBkColor(HDC dc, COLORREF color);
-COLORREF GetBkColor(HDC dc);
 
 // --- clipping (regions in the context's coordinates)
 int ExcludeClipRect(HDC dc, int left, int top, int right, int bottom);
-int IntersectClipRect(HDC dc, int left, int top, int right, int bottom);
 int GetClipBox(HDC dc, LPRECT box);
-int SelectClipRgn(HDC dc, HRGN region);
-BOOL RectVisible(HDC dc, const RECT* rect);
-HRGN CreateRectRgn(int left, int top, int right, int bottom);
-int CombineRgn(HRGN destination, HRGN a, HRGN b, int mode);
-int GetRgnBox(HRGN region, LPRECT box);
 
 // --- objects
 BOOL DeleteObject(HGDIOBJ object);
 int GetObjectW(HANDLE object, int size, LPVOID data);
 HGDIOBJ GetStockObject(int index);
 HBRUSH CreateSolidBrush(COLORREF color);
-HPEN CreatePen(int style, int width, COLORREF color);
 HFONT CreateFontW(int height, int width, int escapement, int orientation, int weight, DWORD italic, DWORD underline,
                   DWORD strikeOut, DWORD charSet, DWORD outPrecision, DWORD clipPrecision, DWORD quality,
                   DWORD pitchAndFamily, LPCWSTR faceName);
 HFONT CreateFontIndirectW(const LOGFONTW* font);
-/// A bitmap whose pixels the caller can reach: 32 bits per pixel (B, G, R, A), or 8, 4, 1 with a colour table.
-/// *bits belongs to the bitmap.
+/// A bitmap whose pixels the caller can reach: 32 bits per pixel (B, G, R, A), no others. *bits belongs to the bitmap.
 HBITMAP CreateDIBSection(HDC dc, const BITMAPINFO* info, UINT usage, LPVOID* bits, HANDLE section, DWORD offset);
-HBITMAP CreateCompatibleBitmap(HDC dc, int width, int height);
 BOOL GdiFlush();
 
 // --- drawing
+/// SRCCOPY only.
 BOOL BitBlt(HDC destination, int x, int y, int width, int height, HDC source, int sourceX, int sourceY, DWORD rop);
-BOOL StretchBlt(HDC destination, int x, int y, int width, int height, HDC source, int sourceX, int sourceY,
-                int sourceWidth, int sourceHeight, DWORD rop);
 /// Premultiplied source over; stretches without interpolation.
 BOOL AlphaBlend(HDC destination, int x, int y, int width, int height, HDC source, int sourceX, int sourceY,
                 int sourceWidth, int sourceHeight, BLENDFUNCTION blend);
-#define GdiAlphaBlend AlphaBlend
-BOOL PatBlt(HDC dc, int x, int y, int width, int height, DWORD rop);
-BOOL Rectangle(HDC dc, int left, int top, int right, int bottom);
+/// Filled, never outlined.
 BOOL Polygon(HDC dc, const POINT* points, int count);
-BOOL MoveToEx(HDC dc, int x, int y, LPPOINT previous);
-BOOL LineTo(HDC dc, int x, int y);
-COLORREF SetPixel(HDC dc, int x, int y, COLORREF color);
 COLORREF GetPixel(HDC dc, int x, int y);
 
 // --- text (lengths in UTF-16 code units)
-BOOL ExtTextOutW(HDC dc, int x, int y, UINT options, const RECT* rect, LPCWSTR text, UINT length, const int* spacing);
-BOOL TextOutW(HDC dc, int x, int y, LPCWSTR text, int length);
 BOOL GetTextExtentPoint32W(HDC dc, LPCWSTR text, int length, LPSIZE size);
 BOOL GetTextMetricsW(HDC dc, TEXTMETRICW* metrics);

@@ -197,14 +197,9 @@ struct NONCLIENTMETRICSW
 #define WM_LBUTTONDBLCLK 0x0203
 #define WM_RBUTTONDOWN 0x0204
 #define WM_RBUTTONUP 0x0205
-#define WM_RBUTTONDBLCLK 0x0206
-#define WM_MBUTTONDOWN 0x0207
-#define WM_MBUTTONUP 0x0208
-#define WM_MBUTTONDBLCLK 0x0209
 #define WM_MOUSEWHEEL 0x020A
 #define WM_MOUSELAST 0x020E
 #define WM_CAPTURECHANGED 0x0215
-#define WM_MOUSEHOVER 0x02A1
 #define WM_MOUSELEAVE 0x02A3
 #define WM_PRINTCLIENT 0x0318
 #define WM_USER 0x0400
@@ -226,8 +221,6 @@ struct NONCLIENTMETRICSW
 #define HTNOWHERE 0
 #define HTCLIENT 1
 #define HTTRANSPARENT (-1)
-#define DLGC_WANTARROWS 0x0001
-#define DLGC_WANTALLKEYS 0x0004
 
 // --- styles
 #define WS_OVERLAPPED 0x00000000L
@@ -244,7 +237,6 @@ struct NONCLIENTMETRICSW
 #define WS_THICKFRAME 0x00040000L
 #define WS_GROUP 0x00020000L
 #define WS_TABSTOP 0x00010000L
-#define WS_OVERLAPPEDWINDOW 0x00CF0000L
 #define WS_EX_DLGMODALFRAME 0x00000001L
 #define WS_EX_TOPMOST 0x00000008L
 #define WS_EX_TRANSPARENT 0x00000020L
@@ -264,8 +256,6 @@ struct NONCLIENTMETRICSW
 #define GWLP_HWNDPARENT (-8)
 #define GWLP_ID (-12)
 #define GWLP_USERDATA (-21)
-#define GW_HWNDNEXT 2
-#define GW_CHILD 5
 #define GA_ROOT 2
 
 #define SW_HIDE 0
@@ -290,12 +280,7 @@ struct NONCLIENTMETRICSW
 #define HWND_TOPMOST (reinterpret_cast<HWND>(static_cast<LONG_PTR>(-1)))
 #define HWND_NOTOPMOST (reinterpret_cast<HWND>(static_cast<LONG_PTR>(-2)))
 #define HWND_MESSAGE (reinterpret_cast<HWND>(static_cast<LONG_PTR>(-3)))
-#define HWND_DESKTOP (static_cast<HWND>(nullptr))
 
-#define RDW_INVALIDATE 0x0001
-#define RDW_ERASE 0x0004
-#define RDW_ALLCHILDREN 0x0080
-#define RDW_UPDATENOW 0x0100
 #define PM_NOREMOVE 0x0000
 #define PM_REMOVE 0x0001
 
@@ -324,7 +309,6 @@ struct NONCLIENTMETRICSW
 #define SPI_GETNONCLIENTMETRICS 0x0029
 #define SPI_GETWORKAREA 0x0030
 #define SPI_GETMENUSHOWDELAY 0x006A
-#define SPI_GETMOUSEHOVERTIME 0x0066
 #define SPI_GETDROPSHADOW 0x1024
 #define SPI_GETWHEELSCROLLLINES 0x0068
 #define MONITOR_DEFAULTTONULL 0
@@ -380,9 +364,7 @@ struct NONCLIENTMETRICSW
 #define VK_F1 0x70
 #define VK_F2 0x71
 #define VK_F4 0x73
-#define VK_F5 0x74
 #define VK_F10 0x79
-#define VK_F12 0x7B
 #define VK_LSHIFT 0xA0
 #define VK_RSHIFT 0xA1
 #define VK_LCONTROL 0xA2
@@ -395,7 +377,6 @@ struct NONCLIENTMETRICSW
 // --- images, text
 #define IMAGE_BITMAP 0
 #define IMAGE_ICON 1
-#define IMAGE_CURSOR 2
 #define LR_DEFAULTCOLOR 0x0000
 #define LR_LOADFROMFILE 0x0010
 #define LR_CREATEDIBSECTION 0x2000
@@ -448,7 +429,6 @@ struct NONCLIENTMETRICSW
 #define IDYES 6
 #define IDNO 7
 
-#define TME_HOVER 0x0001
 #define TME_LEAVE 0x0002
 #define TME_CANCEL 0x80000000
 
@@ -466,7 +446,6 @@ BOOL IsChild(HWND parent, HWND window);
 BOOL EnableWindow(HWND window, BOOL enable);
 BOOL ShowWindow(HWND window, int command);
 BOOL SetWindowPos(HWND window, HWND insertAfter, int x, int y, int width, int height, UINT flags);
-BOOL MoveWindow(HWND window, int x, int y, int width, int height, BOOL repaint);
 BOOL GetWindowRect(HWND window, LPRECT rect); ///< also for another client's X window id
 BOOL GetClientRect(HWND window, LPRECT rect);
 BOOL AdjustWindowRect(LPRECT rect, DWORD style, BOOL menu);
@@ -477,13 +456,11 @@ int MapWindowPoints(HWND from, HWND to, LPPOINT points, UINT count);
 HWND SetParent(HWND child, HWND parent);
 HWND GetParent(HWND window);
 HWND GetAncestor(HWND window, UINT flags);
-HWND GetWindow(HWND window, UINT command);
 HWND GetDlgItem(HWND window, int id);
 int GetDlgCtrlID(HWND window);
 HWND WindowFromPoint(POINT point);
 LONG_PTR SetWindowLongPtrW(HWND window, int index, LONG_PTR value);
 LONG_PTR GetWindowLongPtrW(HWND window, int index);
-int GetClassNameW(HWND window, LPWSTR name, int capacity);
 BOOL SetWindowTextW(HWND window, LPCWSTR text);
 int GetWindowTextW(HWND window, LPWSTR text, int capacity);
 int GetWindowTextLengthW(HWND window);
@@ -522,7 +499,6 @@ HWND GetForegroundWindow();
 SHORT GetKeyState(int virtualKey);
 BOOL GetKeyboardState(BYTE* state);
 void keybd_event(BYTE virtualKey, BYTE scan, DWORD flags, ULONG_PTR extra);
-BOOL DragDetect(HWND window, POINT point);
 UINT GetDoubleClickTime();
 
 // --- painting
@@ -533,9 +509,7 @@ HDC BeginPaint(HWND window, PAINTSTRUCT* paint);
 BOOL EndPaint(HWND window, const PAINTSTRUCT* paint);
 BOOL InvalidateRect(HWND window, const RECT* rect, BOOL erase);
 BOOL ValidateRect(HWND window, const RECT* rect);
-BOOL GetUpdateRect(HWND window, LPRECT rect, BOOL erase);
 BOOL UpdateWindow(HWND window);
-BOOL RedrawWindow(HWND window, const RECT* rect, HRGN region, UINT flags);
 int FillRect(HDC dc, const RECT* rect, HBRUSH brush); ///< a brush may also be a system colour index + 1
 int FrameRect(HDC dc, const RECT* rect, HBRUSH brush);
 BOOL DrawFocusRect(HDC dc, const RECT* rect);
@@ -553,7 +527,6 @@ BOOL SystemParametersInfoW(UINT action, UINT param, LPVOID data, UINT flags);
 UINT RegisterClipboardFormatW(LPCWSTR name);
 
 // --- rectangles
-BOOL SetRect(LPRECT rect, int left, int top, int right, int bottom);
 BOOL IsRectEmpty(const RECT* rect);
 BOOL PtInRect(const RECT* rect, POINT point);
 BOOL OffsetRect(LPRECT rect, int dx, int dy);

@@ -195,7 +195,7 @@ bool CommitMouse(const Event& event, const MSG& message, const MouseTarget& targ
     SetMessagePoint(event.position);
     if (event.window != 0)
         Input().pointerWindow = event.window;
-    TrackPointer(target.window, event.position);
+    TrackPointer(target.window);
     if (event.type == EventType::ButtonUp)
         NoteKey(ButtonKey(event.button), false);
     if (event.type == EventType::ButtonDown && !CommitPress(event, message, target))
@@ -228,7 +228,7 @@ Outcome TakeMouse(std::size_t index, MSG& message, const MessageFilter& filter, 
     {
         Drop(index);
         SetMessagePoint(event.position);
-        TrackPointer(nullptr, event.position);
+        TrackPointer(nullptr);
         if (event.type != EventType::MouseMove)
             NoteKey(ButtonKey(event.button), event.type == EventType::ButtonDown);
         return Outcome::Consumed;
@@ -284,11 +284,11 @@ Outcome TakeForFocus(std::size_t index, MSG& message, const MessageFilter& filte
     return Outcome::Message;
 }
 
-void HandlePointerLeft(const Event& event)
+void HandlePointerLeft()
 {
     Input().pointerWindow = 0;
     if (GetCapture() == nullptr)
-        TrackPointer(nullptr, event.position);
+        TrackPointer(nullptr);
 }
 
 /// Events that are no messages of their own.
@@ -298,7 +298,7 @@ void HandleScreenEvent(const Event& event)
     switch (event.type)
     {
     case EventType::MouseLeave:
-        HandlePointerLeft(event);
+        HandlePointerLeft();
         break;
     case EventType::Activated:
         OnActivated(HandleOf(window));

@@ -27,6 +27,6 @@ void CancelCapture();
 // --- mouse_tracking.cpp
 
 /// Tells TrackMouseEvent's user that the pointer is now over `under` (null: over none of this program's windows).
-void TrackPointer(HWND under, POINT position);
+void TrackPointer(HWND under);
 
 } // namespace platform

@@ -109,7 +109,6 @@ bool FindMessage(MSG& message, const MessageFilter& filter, bool remove)
 {
     if (TakePosted(message, filter, remove) || TakeQuit(message, remove) || TakeInput(message, filter, remove))
         return true;
-    CheckHover();
     if (TakePosted(message, filter, remove) || TakePaint(message, filter))
         return true;
     // Nothing is left to paint: one picture of all that has changed goes out.
@@ -168,7 +167,7 @@ void WaitForMessage()
         RunOneDeferred();
         return; // a message may have come meanwhile
     }
-    screen::Wait(Earlier(deferredDue, Earlier(NextTimer(), NextHover())));
+    screen::Wait(Earlier(deferredDue, NextTimer()));
 }
 
 void WakeQueue()

@@ -29,11 +29,8 @@ struct MessageFilter
 bool TakeInput(MSG& message, const MessageFilter& filter, bool remove);
 /// Takes the message of a timer that is due (timers.cpp).
 bool TakeTimer(MSG& message, const MessageFilter& filter, bool remove);
-/// When the next timer or hover is due, on the clock.
+/// When the next timer is due, on the clock.
 std::optional<std::uint64_t> NextTimer();
-std::optional<std::uint64_t> NextHover();
-/// Posts WM_MOUSEHOVER if the pointer has rested long enough (mouse_tracking.cpp).
-void CheckHover();
 
 /// Waits until there may be a new message. What has been drawn is presented first.
 void WaitForMessage();

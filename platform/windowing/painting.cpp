@@ -32,7 +32,6 @@ void ClipToParents(const Window& window, Region& area)
 
 enum class Children
 {
-    Never,
     IfNotClipped, ///< unless the parent has WS_CLIPCHILDREN
     Always,
 };
@@ -41,7 +40,7 @@ void InvalidateTree(Window& window, Region area, bool erase, Children children);
 
 void InvalidateChildren(Window& window, const Region& area, bool erase, Children children)
 {
-    if (children == Children::Never || (children == Children::IfNotClipped && (window.style & WS_CLIPCHILDREN) != 0))
+    if (children == Children::IfNotClipped && (window.style & WS_CLIPCHILDREN) != 0)
         return;
     for (Window* child : window.children)
     {
@@ -287,49 +286,10 @@ BOOL ValidateRect(HWND handle, const RECT* rect)
     return TRUE;
 }
 
-BOOL GetUpdateRect(HWND handle, LPRECT rect, BOOL erase)
-{
-    Window* window = RequireWindow(handle);
-    if (window == nullptr)
-        return FALSE;
-    if (rect != nullptr)
-        *rect = window->update.Bounds();
-    const bool pending = !window->update.Empty();
-    if (erase && pending && window->erasePending)
-    {
-        window->erasePending = false;
-        Region visible = VisibleRegion(*window, true);
-        const HDC dc = OpenContext(*window, true, visible, visible);
-        window->erasePending = SendMessageW(handle, WM_ERASEBKGND, reinterpret_cast<WPARAM>(dc), 0) == 0;
-        CloseContext(dc);
-    }
-    return pending;
-}
-
 BOOL UpdateWindow(HWND handle)
 {
     if (RequireWindow(handle) == nullptr)
         return FALSE;
     UpdateNow(handle);
-    return TRUE;
-}
-
-BOOL RedrawWindow(HWND handle, const RECT* rect, HRGN region, UINT flags)
-{
-    Window* window = RequireWindow(handle);
-    if (window == nullptr)
-        return FALSE;
-    if ((flags & RDW_INVALIDATE) != 0 && IsShown(*window))
-    {
-        RECT box = rect != nullptr ? *rect : ClientArea(*window);
-        if (region != nullptr)
-            GetRgnBox(region, &box);
-        Region area(box);
-        ClipToParents(*window, area);
-        const Children children = (flags & RDW_ALLCHILDREN) != 0 ? Children::Always : Children::IfNotClipped;
-        InvalidateTree(*window, std::move(area), (flags & RDW_ERASE) != 0, children);
-    }
-    if ((flags & RDW_UPDATENOW) != 0)
-        UpdateNow(handle);
     return TRUE;
 }

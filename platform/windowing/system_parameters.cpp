@@ -171,8 +171,6 @@ BOOL SystemParametersInfoW(UINT action, UINT, LPVOID data, UINT)
         return Store(data, screen::Monitors().front().workArea);
     case SPI_GETMENUSHOWDELAY:
         return Store(data, static_cast<DWORD>(DesktopNumber("Gtk/MenuPopupDelay", 400)));
-    case SPI_GETMOUSEHOVERTIME:
-        return Store<UINT>(data, 400);
     case SPI_GETWHEELSCROLLLINES:
         return Store<UINT>(data, 3);
     case SPI_GETDROPSHADOW:

@@ -7,7 +7,7 @@
 #include "platform/base/handle_table.h"
 #include "platform/base/last_error.h"
 #include "platform/screen/screen.h"
-#include "platform/windowing/region.h"
+#include "platform/drawing/region.h"
 #include "platform/windowing/window_class.h"
 #include "windows.h"
 

@@ -126,16 +126,6 @@ LONG_PTR GetWindowLongPtrW(HWND window, int index)
     return value;
 }
 
-int GetClassNameW(HWND window, LPWSTR name, int capacity)
-{
-    const Window* found = RequireWindow(window);
-    if (found == nullptr || name == nullptr || capacity <= 0)
-        return 0;
-    const std::size_t copied = found->windowClass->name.copy(name, static_cast<std::size_t>(capacity) - 1);
-    name[copied] = 0;
-    return static_cast<int>(copied);
-}
-
 BOOL SetWindowTextW(HWND window, LPCWSTR text)
 {
     return RequireWindow(window) != nullptr && SendMessageW(window, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text)) != 0;

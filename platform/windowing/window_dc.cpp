@@ -43,23 +43,6 @@ void RemoveSiblingsAbove(Region& visible, const Window& window, POINT parentOrig
     }
 }
 
-/// An HRGN of the region; null when out of handles.
-HRGN MakeRgn(const Region& region)
-{
-    const RECT bounds = region.Bounds();
-    const auto boxes = region.Boxes();
-    if (boxes.size() <= 1)
-        return CreateRectRgn(bounds.left, bounds.top, bounds.right, bounds.bottom);
-    const HRGN whole = CreateRectRgn(0, 0, 0, 0);
-    for (const auto& box : boxes)
-    {
-        const HRGN part = CreateRectRgn(box.x1, box.y1, box.x2, box.y2);
-        CombineRgn(whole, whole, part, RGN_OR);
-        DeleteObject(part);
-    }
-    return whole;
-}
-
 std::vector<OpenDC>::iterator FindOpen(HDC dc)
 {
     auto& open = OpenContexts();
@@ -82,7 +65,7 @@ HDC WindowContext(HWND handle, bool clientOnly)
     {
         // The screen's own context measures; it has no pixels.
         static const Surface& none = *new Surface;
-        return CreateSurfaceDC(none, POINT{}, nullptr);
+        return CreateSurfaceDC(none, POINT{}, {});
     }
     Region visible = VisibleRegion(*window, clientOnly);
     return OpenContext(*window, clientOnly, visible, visible);
@@ -123,10 +106,8 @@ HDC OpenContext(Window& window, bool clientOrigin, const Region& clip, Region da
     const POINT offset = SurfaceOffset(window);
     const RECT place = ScreenRect(window);
     const POINT origin = clientOrigin ? ClientOrigin(window) : POINT{place.left, place.top};
-    const HRGN region = MakeRgn(clip);
     const HDC dc =
-        CreateSurfaceDC(screen::WindowSurface(root.native), {origin.x - offset.x, origin.y - offset.y}, region);
-    DeleteObject(region);
+        CreateSurfaceDC(screen::WindowSurface(root.native), {origin.x - offset.x, origin.y - offset.y}, clip);
     if (dc != nullptr)
         OpenContexts().push_back({dc, window.handle, std::move(damage), screen::KeepSurface(root.native)});
     return dc;

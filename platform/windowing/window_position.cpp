@@ -225,12 +225,6 @@ BOOL SetWindowPos(HWND handle, HWND insertAfter, int x, int y, int width, int he
     return TRUE;
 }
 
-BOOL MoveWindow(HWND window, int x, int y, int width, int height, BOOL repaint)
-{
-    const UINT redraw = repaint ? 0U : SWP_NOREDRAW;
-    return SetWindowPos(window, nullptr, x, y, width, height, SWP_NOZORDER | SWP_NOACTIVATE | redraw);
-}
-
 BOOL ShowWindow(HWND handle, int command)
 {
     const Window* window = RequireWindow(handle);

@@ -219,22 +219,6 @@ HWND GetAncestor(HWND window, UINT flags)
     return flags == GA_ROOT ? RootOf(*found).handle : Fail<HWND>(ERROR_INVALID_PARAMETER, nullptr);
 }
 
-HWND GetWindow(HWND window, UINT command)
-{
-    const Window* found = RequireWindow(window);
-    if (found == nullptr)
-        return nullptr;
-    if (command == GW_CHILD)
-        return found->children.empty() ? nullptr : found->children.front()->handle;
-    if (command == GW_HWNDNEXT)
-    {
-        const auto& list = SiblingsOf(*found);
-        const std::size_t next = IndexIn(list, found) + 1;
-        return next < list.size() ? list[next]->handle : nullptr;
-    }
-    return Fail<HWND>(ERROR_INVALID_PARAMETER, nullptr);
-}
-
 HWND GetDlgItem(HWND window, int id)
 {
     const Window* found = RequireWindow(window);

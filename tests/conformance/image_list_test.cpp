@@ -105,15 +105,6 @@ TEST_F(ImageListTest, OnlyImagesThereAreAreDrawn)
     EXPECT_EQ(GetPixel(picture.Context(), 24, 19), RGB(0, 0, 0));
 }
 
-TEST_F(ImageListTest, AnIconTakenOutIsTheCallers)
-{
-    ImageList_ReplaceIcon(m_list, -1, m_icon);
-    HICON copy = ImageList_GetIcon(m_list, 0, ILD_NORMAL);
-    EXPECT_NE(copy, nullptr);
-    EXPECT_EQ(ImageList_GetIcon(m_list, 1, ILD_NORMAL), nullptr);
-    EXPECT_TRUE(DestroyIcon(copy));
-}
-
 TEST(ImageList, BadSizesAndDeadListsAreRefused)
 {
     EXPECT_EQ(ImageList_Create(-1, 16, ILC_COLOR32, 1, 1), nullptr);

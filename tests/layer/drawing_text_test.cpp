@@ -61,7 +61,8 @@ public:
     std::pair<int, int> Ink(std::u16string_view text)
     {
         std::fill(m_bits, m_bits + kWidth * kHeight, 0u);
-        EXPECT_TRUE(TextOutW(m_dc, 20, 20, text.data(), static_cast<int>(text.size())));
+        RECT rect{20, 20, kWidth, kHeight};
+        DrawTextW(m_dc, text.data(), static_cast<int>(text.size()), &rect, DT_SINGLELINE | DT_NOPREFIX | DT_NOCLIP);
         std::pair<int, int> ink{kWidth, 0};
         for (int i = 0; i < kWidth * kHeight; ++i)
             if ((m_bits[i] & 0xFFFFFF) != 0)

@@ -6,8 +6,8 @@
 namespace
 {
 
-constexpr const char* kKindNames[] = {"windows", "device contexts", "bitmaps", "fonts", "brushes",     "pens",
-                                      "regions", "icons",           "cursors", "menus", "image lists", "registry keys"};
+constexpr const char* kKindNames[] = {"windows", "device contexts", "bitmaps", "fonts",       "brushes",      "pens",
+                                      "icons",   "cursors",         "menus",   "image lists", "registry keys"};
 static_assert(std::size(kKindNames) == static_cast<std::size_t>(platform::HandleKind::Count));
 
 class NoHandlesLeft : public testing::Environment

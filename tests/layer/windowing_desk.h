@@ -48,7 +48,6 @@ struct Desk : ::testing::Test
         UnregisterClassW(TEXT("DeskWindow"), nullptr);
         EXPECT_EQ(platform::LiveHandles(platform::HandleKind::Window), 0U);
         EXPECT_EQ(platform::LiveHandles(platform::HandleKind::DeviceContext), 0U) << "a context was left open";
-        EXPECT_EQ(platform::LiveHandles(platform::HandleKind::Region), 0U);
         s_desk = nullptr;
     }
 
@@ -81,6 +80,13 @@ struct Desk : ::testing::Test
             TranslateMessage(&message);
             DispatchMessageW(&message);
         }
+    }
+
+    /// Whether anything of the window is to be painted.
+    static bool NeedsPaint(HWND window)
+    {
+        MSG message{};
+        return PeekMessageW(&message, window, WM_PAINT, WM_PAINT, PM_NOREMOVE) != FALSE;
     }
 
     static void Click(int x, int y)

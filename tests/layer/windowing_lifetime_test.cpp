@@ -59,7 +59,7 @@ TEST_F(WindowLifetime, PlaceGivenByTheWindowManagerIsNotAskedForAgain)
     EXPECT_EQ(Count(box, WM_MOVE), 10);
     EXPECT_EQ(Count(box, WM_SIZE), 1);
     EXPECT_EQ(headless::Windows().front().bounds.bottom, 210) << "drawn at the new size";
-    MoveWindow(box, 50, 50, 200, 110, TRUE);
+    SetWindowPos(box, nullptr, 50, 50, 200, 110, SWP_NOZORDER | SWP_NOACTIVATE);
     EXPECT_EQ(headless::TakePlaceRequests(), 1U) << "the program's own wish is";
 }
 

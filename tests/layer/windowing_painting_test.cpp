@@ -109,8 +109,7 @@ TEST_F(Painting, UpdateWindowPaintsParentsFirstAndShowsAtOnce)
     InvalidateRect(window, nullptr, TRUE);
     UpdateWindow(child);
     EXPECT_EQ(headless::PixelAt(5, 5), 0x00FF0000U);
-    EXPECT_FALSE(GetUpdateRect(window, nullptr, FALSE))
-        << "the parent's background must not come later, over the child";
+    EXPECT_FALSE(NeedsPaint(window)) << "the parent's background must not come later, over the child";
     Pump();
     EXPECT_EQ(headless::PixelAt(5, 5), 0x00FF0000U);
 }
@@ -120,10 +119,10 @@ TEST_F(Painting, RedrawSwitchedOffDrawsNothing)
     const HWND window = ShownPopup(0, 0, 100, 100);
     SendMessageW(window, WM_SETREDRAW, FALSE, 0);
     InvalidateRect(window, nullptr, TRUE);
-    EXPECT_FALSE(GetUpdateRect(window, nullptr, FALSE));
+    EXPECT_FALSE(NeedsPaint(window));
     SendMessageW(window, WM_SETREDRAW, TRUE, 0);
     InvalidateRect(window, nullptr, TRUE);
-    EXPECT_TRUE(GetUpdateRect(window, nullptr, FALSE));
+    EXPECT_TRUE(NeedsPaint(window));
 }
 
 TEST_F(Painting, ContextOutlivesItsWindowHarmlessly)
@@ -131,7 +130,8 @@ TEST_F(Painting, ContextOutlivesItsWindowHarmlessly)
     const HWND window = ShownPopup(0, 0, 100, 100);
     const HDC dc = GetDC(window);
     SetWindowPos(window, nullptr, 0, 0, 300, 300, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-    SetPixel(dc, 5, 5, RGB(1, 2, 3)); // on the old surface, which the context keeps
+    const RECT pixel{5, 5, 6, 6};
+    FillRect(dc, &pixel, GetSysColorBrush(COLOR_HIGHLIGHT)); // on the old surface, which the context keeps
     DestroyWindow(window);
     EXPECT_EQ(ReleaseDC(window, dc), 0);
 }

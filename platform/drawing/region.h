@@ -24,9 +24,15 @@ public:
     }
     ~Region() { pixman_region32_fini(&m_region); }
 
+    /// For pixman calls that only read.
+    pixman_region32_t* Raw() const { return const_cast<pixman_region32_t*>(&m_region); }
     bool Empty() const { return !pixman_region32_not_empty(Raw()); }
+    bool Contains(int x, int y) const { return pixman_region32_contains_point(Raw(), x, y, nullptr) != 0; }
+    /// The smallest rectangle around it; all zero when empty.
     RECT Bounds() const
     {
+        if (Empty())
+            return {};
         const pixman_box32_t* box = pixman_region32_extents(Raw());
         return {box->x1, box->y1, box->x2, box->y2};
     }
@@ -54,8 +60,6 @@ public:
     void Intersect(const Region& other) { pixman_region32_intersect(&m_region, &m_region, other.Raw()); }
 
 private:
-    // pixman's readers take pointers to non-const.
-    pixman_region32_t* Raw() const { return const_cast<pixman_region32_t*>(&m_region); }
     void Swap(Region& other)
     {
         // Swapped whole: a region of one rectangle has no data of its own and keeps no pointer to itself.
