@@ -34,20 +34,6 @@ BOOL IntersectRect(LPRECT result, const RECT* a, const RECT* b)
     return !empty;
 }
 
-BOOL UnionRect(LPRECT result, const RECT* a, const RECT* b)
-{
-    if (IsRectEmpty(a) || IsRectEmpty(b))
-    {
-        // An empty rectangle counts for nothing, wherever it lies.
-        const RECT other = IsRectEmpty(a) ? *b : *a;
-        *result = IsRectEmpty(&other) ? RECT{} : other;
-        return !IsRectEmpty(result);
-    }
-    *result = {std::min(a->left, b->left), std::min(a->top, b->top), std::max(a->right, b->right),
-               std::max(a->bottom, b->bottom)};
-    return TRUE;
-}
-
 BOOL EqualRect(const RECT* a, const RECT* b)
 {
     return a->left == b->left && a->top == b->top && a->right == b->right && a->bottom == b->bottom;

@@ -79,13 +79,6 @@ LRESULT Toolbar::Handle(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_PAINT:
         OnPaint();
         return 0;
-    case WM_PRINTCLIENT:
-    {
-        RECT client;
-        GetClientRect(Window(), &client);
-        Paint(reinterpret_cast<HDC>(wParam), client);
-        return 0;
-    }
     case WM_SETFONT:
         SetFont(reinterpret_cast<HFONT>(wParam));
         return 0;
@@ -110,14 +103,8 @@ LRESULT Toolbar::HandleButtons(UINT message, WPARAM wParam, LPARAM lParam)
         return DeleteButton(index);
     case TB_GETBUTTON:
         return GetButton(index, reinterpret_cast<TBBUTTON*>(lParam));
-    case TB_GETBUTTONTEXTW:
-        return GetText(index, reinterpret_cast<LPWSTR>(lParam));
     case TB_BUTTONCOUNT:
         return m_column.Count();
-    case TB_COMMANDTOINDEX:
-        return m_column.IndexOf(index);
-    case TB_ENABLEBUTTON:
-        return EnableButton(index, LOWORD(lParam) != 0);
     case TB_GETITEMRECT:
         UpdateSize();
         if (!m_column.Has(index) || lParam == 0)
@@ -132,11 +119,11 @@ LRESULT Toolbar::HandleButtons(UINT message, WPARAM wParam, LPARAM lParam)
     case TB_SETHOTITEM:
         return SetHotItem(index);
     default:
-        return HandleAppearance(message, wParam, lParam);
+        return HandleAppearance(message, lParam);
     }
 }
 
-LRESULT Toolbar::HandleAppearance(UINT message, WPARAM wParam, LPARAM lParam)
+LRESULT Toolbar::HandleAppearance(UINT message, LPARAM lParam)
 {
     switch (message)
     {
@@ -162,9 +149,6 @@ LRESULT Toolbar::HandleAppearance(UINT message, WPARAM wParam, LPARAM lParam)
         if (lParam != 0)
             *reinterpret_cast<TBINSERTMARK*>(lParam) = m_mark;
         return lParam != 0;
-    case TB_INSERTMARKHITTEST:
-        return wParam != 0 && lParam != 0 &&
-               InsertMarkAt(*reinterpret_cast<const POINT*>(wParam), reinterpret_cast<TBINSERTMARK*>(lParam));
     case TB_GETINSERTMARKCOLOR:
         return static_cast<LRESULT>(m_markColor);
     case TB_SETINSERTMARKCOLOR:
@@ -230,28 +214,6 @@ bool Toolbar::GetButton(int index, TBBUTTON* button) const
     button->fsStyle = row.style;
     button->dwData = row.data;
     button->iString = reinterpret_cast<INT_PTR>(m_column.TextOf(row).data());
-    return true;
-}
-
-int Toolbar::GetText(int command, LPWSTR text) const
-{
-    const int index = m_column.IndexOf(command);
-    if (index < 0)
-        return -1;
-    const std::u16string_view own = m_column.TextOf(m_column.At(index));
-    if (text != nullptr)
-        *std::copy(own.begin(), own.end(), text) = u'\0';
-    return static_cast<int>(own.size());
-}
-
-bool Toolbar::EnableButton(int command, bool enable)
-{
-    const int index = m_column.IndexOf(command);
-    if (index < 0)
-        return false;
-    const BYTE state = m_column.At(index).state;
-    m_column.SetState(index, static_cast<BYTE>(enable ? state | TBSTATE_ENABLED : state & ~TBSTATE_ENABLED));
-    InvalidateButton(index);
     return true;
 }
 

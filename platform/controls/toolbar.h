@@ -26,7 +26,7 @@ public:
 private:
     LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam) override;
     LRESULT HandleButtons(UINT message, WPARAM wParam, LPARAM lParam);
-    LRESULT HandleAppearance(UINT message, WPARAM wParam, LPARAM lParam);
+    LRESULT HandleAppearance(UINT message, LPARAM lParam);
     LRESULT HandleInput(UINT message, WPARAM wParam, LPARAM lParam);
 
     // --- buttons and sizes (toolbar.cpp)
@@ -35,8 +35,6 @@ private:
     bool InsertButton(int index, const TBBUTTON* button);
     bool DeleteButton(int index);
     bool GetButton(int index, TBBUTTON* button) const;
-    int GetText(int command, LPWSTR text) const;
-    bool EnableButton(int command, bool enable);
     /// Sets the natural size after buttons, font or images have changed: rows for the widest text.
     void UpdateSize();
     SIZE MeasureContent();
@@ -75,7 +73,6 @@ private:
     void PaintInsertMark(HDC dc);
     RECT InsertMarkRect(const TBINSERTMARK& mark) const;
     void SetInsertMark(const TBINSERTMARK* mark);
-    bool InsertMarkAt(POINT point, TBINSERTMARK* mark) const;
 
     ToolbarColumn m_column;
     HWND m_owner = nullptr; ///< gets the notifications; stays the same when the toolbar moves under a pager

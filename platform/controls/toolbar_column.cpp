@@ -78,23 +78,6 @@ void ToolbarColumn::Remove(int index)
         m_texts.Clear();
 }
 
-void ToolbarColumn::SetState(int index, BYTE state)
-{
-    At(index).state = state;
-    m_bottoms.resize(std::min(m_bottoms.size(), static_cast<std::size_t>(index)));
-}
-
-int ToolbarColumn::IndexOf(int command) const
-{
-    // Commands are usually numbered in order.
-    if (!m_buttons.empty() && Has(command - m_buttons[0].command) &&
-        At(command - m_buttons[0].command).command == command)
-        return command - m_buttons[0].command;
-    const auto found = std::find_if(m_buttons.begin(), m_buttons.end(),
-                                    [&](const ToolbarButton& button) { return button.command == command; });
-    return found != m_buttons.end() ? static_cast<int>(found - m_buttons.begin()) : -1;
-}
-
 void ToolbarColumn::SetSize(int width, int itemHeight)
 {
     if (itemHeight != m_itemHeight)

@@ -60,9 +60,6 @@ public:
     /// An index past the end appends. The text is copied.
     void Insert(int index, const TBBUTTON& button);
     void Remove(int index);
-    /// Sets the state bits, hidden ones taking no room.
-    void SetState(int index, BYTE state);
-    int IndexOf(int command) const;
 
     void SetSize(int width, int itemHeight);
     int Width() const { return m_width; }

@@ -196,19 +196,4 @@ void Toolbar::SetInsertMark(const TBINSERTMARK* mark)
     }
 }
 
-bool Toolbar::InsertMarkAt(POINT point, TBINSERTMARK* mark) const
-{
-    const int count = m_column.Count();
-    if (count == 0)
-    {
-        *mark = {-1, TBIMHT_BACKGROUND};
-        return false;
-    }
-    const int row = std::min(point.y >= 0 ? m_column.FirstBelow(point.y) : 0, count - 1);
-    const RECT rect = m_column.RectOf(row);
-    *mark = {row, (point.y > (rect.top + rect.bottom) / 2 ? TBIMHT_AFTER : 0u) |
-                      (PtInRect(&rect, point) ? 0u : TBIMHT_BACKGROUND)};
-    return true;
-}
-
 } // namespace platform

@@ -51,9 +51,8 @@ class BrushObject : public SelectableObject
 {
 public:
     static constexpr HandleKind kHandleKind = HandleKind::Brush;
-    explicit BrushObject(COLORREF c, bool h = false) : SelectableObject(kHandleKind), color(c), hollow(h) {}
+    explicit BrushObject(COLORREF c) : SelectableObject(kHandleKind), color(c) {}
     COLORREF color;
-    bool hollow; ///< paints nothing
 };
 
 /// Only stock pens are there, and nothing is outlined.

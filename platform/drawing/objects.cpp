@@ -18,10 +18,6 @@ std::unique_ptr<HandleObject> MakeStockObject(int index)
     {
     case WHITE_BRUSH:
         return std::make_unique<BrushObject>(kWhite);
-    case BLACK_BRUSH:
-        return std::make_unique<BrushObject>(0);
-    case NULL_BRUSH:
-        return std::make_unique<BrushObject>(0, true);
     case BLACK_PEN:
     case NULL_PEN:
         return std::make_unique<PenObject>();

@@ -12,7 +12,7 @@ using namespace platform;
 namespace
 {
 
-/// The colour that a brush argument paints; nothing for a hollow or an invalid brush. Values up to the number of system
+/// The colour that a brush argument paints; nothing for an invalid brush. Values up to the number of system
 /// colours are a colour's index + 1.
 std::optional<std::uint32_t> BrushPixel(HBRUSH brush)
 {
@@ -21,7 +21,7 @@ std::optional<std::uint32_t> BrushPixel(HBRUSH brush)
     if (value >= 1 && value <= kSystemColors)
         return PixelFromColor(GetSysColor(static_cast<int>(value) - 1));
     const BrushObject* object = FindObject<BrushObject>(brush);
-    return object != nullptr && !object->hollow ? std::optional(PixelFromColor(object->color)) : std::nullopt;
+    return object != nullptr ? std::optional(PixelFromColor(object->color)) : std::nullopt;
 }
 
 /// The pixels along a rectangle's edge, inside.
@@ -126,8 +126,7 @@ BOOL Polygon(HDC dc, const POINT* points, int count)
     std::transform(corners.begin(), corners.end(), corners.begin(),
                    [&](POINT point) { return context->ToSurface(point); });
     const Canvas canvas(*context);
-    if (!context->Brush().hollow)
-        FillPolygon(canvas, corners, PixelFromColor(context->Brush().color));
+    FillPolygon(canvas, corners, PixelFromColor(context->Brush().color));
     return TRUE;
 }
 

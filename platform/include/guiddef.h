@@ -28,7 +28,3 @@ inline bool IsEqualIID(REFIID a, REFIID b)
 {
     return a == b;
 }
-inline bool IsEqualGUID(REFGUID a, REFGUID b)
-{
-    return a == b;
-}

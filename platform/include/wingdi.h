@@ -134,8 +134,6 @@ struct BLENDFUNCTION
 #define DEFAULT_QUALITY 0
 #define DEFAULT_PITCH 0
 #define WHITE_BRUSH 0
-#define BLACK_BRUSH 4
-#define NULL_BRUSH 5
 #define BLACK_PEN 7
 #define NULL_PEN 8
 #define SYSTEM_FONT 13

@@ -201,7 +201,6 @@ struct NONCLIENTMETRICSW
 #define WM_MOUSELAST 0x020E
 #define WM_CAPTURECHANGED 0x0215
 #define WM_MOUSELEAVE 0x02A3
-#define WM_PRINTCLIENT 0x0318
 #define WM_USER 0x0400
 #define WM_APP 0x8000
 
@@ -252,9 +251,6 @@ struct NONCLIENTMETRICSW
 #define GWL_STYLE (-16)
 #define GWL_EXSTYLE (-20)
 #define GWLP_WNDPROC (-4)
-#define GWLP_HINSTANCE (-6)
-#define GWLP_HWNDPARENT (-8)
-#define GWLP_ID (-12)
 #define GWLP_USERDATA (-21)
 #define GA_ROOT 2
 
@@ -287,20 +283,12 @@ struct NONCLIENTMETRICSW
 // --- metrics and parameters
 #define SM_CXSCREEN 0
 #define SM_CYSCREEN 1
-#define SM_CXBORDER 5
-#define SM_CYBORDER 6
 #define SM_CXICON 11
 #define SM_CYICON 12
 #define SM_CXSMICON 49
 #define SM_CYSMICON 50
 #define SM_CXDRAG 68
 #define SM_CYDRAG 69
-#define SM_CXEDGE 45
-#define SM_CYEDGE 46
-#define SM_XVIRTUALSCREEN 76
-#define SM_YVIRTUALSCREEN 77
-#define SM_CXVIRTUALSCREEN 78
-#define SM_CYVIRTUALSCREEN 79
 #define SM_CMONITORS 80
 #define SM_SWAPBUTTON 23
 #define SM_CXDOUBLECLK 36
@@ -309,8 +297,6 @@ struct NONCLIENTMETRICSW
 #define SPI_GETNONCLIENTMETRICS 0x0029
 #define SPI_GETWORKAREA 0x0030
 #define SPI_GETMENUSHOWDELAY 0x006A
-#define SPI_GETDROPSHADOW 0x1024
-#define SPI_GETWHEELSCROLLLINES 0x0068
 #define MONITOR_DEFAULTTONULL 0
 #define MONITOR_DEFAULTTOPRIMARY 1
 #define MONITOR_DEFAULTTONEAREST 2
@@ -532,7 +518,6 @@ BOOL PtInRect(const RECT* rect, POINT point);
 BOOL OffsetRect(LPRECT rect, int dx, int dy);
 BOOL InflateRect(LPRECT rect, int dx, int dy);
 BOOL IntersectRect(LPRECT result, const RECT* a, const RECT* b);
-BOOL UnionRect(LPRECT result, const RECT* a, const RECT* b);
 BOOL EqualRect(const RECT* a, const RECT* b);
 
 // --- resources

@@ -19,14 +19,6 @@ namespace
 constexpr int kPointsPerInch = 72;
 constexpr int kDefaultPoints = 9;
 
-RECT VirtualScreen()
-{
-    RECT all{};
-    for (const screen::Monitor& monitor : screen::Monitors())
-        UnionRect(&all, &all, &monitor.bounds);
-    return all;
-}
-
 struct NamedFont
 {
     std::string_view face;
@@ -123,22 +115,8 @@ int GetSystemMetrics(int index)
         return Width(primary);
     case SM_CYSCREEN:
         return Height(primary);
-    case SM_XVIRTUALSCREEN:
-        return VirtualScreen().left;
-    case SM_YVIRTUALSCREEN:
-        return VirtualScreen().top;
-    case SM_CXVIRTUALSCREEN:
-        return Width(VirtualScreen());
-    case SM_CYVIRTUALSCREEN:
-        return Height(VirtualScreen());
     case SM_CMONITORS:
         return static_cast<int>(screen::Monitors().size());
-    case SM_CXBORDER:
-    case SM_CYBORDER:
-        return 1;
-    case SM_CXEDGE:
-    case SM_CYEDGE:
-        return 2;
     case SM_CXICON:
     case SM_CYICON:
         return ScaledPixels(32);
@@ -171,10 +149,6 @@ BOOL SystemParametersInfoW(UINT action, UINT, LPVOID data, UINT)
         return Store(data, screen::Monitors().front().workArea);
     case SPI_GETMENUSHOWDELAY:
         return Store(data, static_cast<DWORD>(DesktopNumber("Gtk/MenuPopupDelay", 400)));
-    case SPI_GETWHEELSCROLLLINES:
-        return Store<UINT>(data, 3);
-    case SPI_GETDROPSHADOW:
-        return Store<BOOL>(data, TRUE);
     case SPI_GETICONTITLELOGFONT:
         return Store(data, InterfaceFont());
     case SPI_GETNONCLIENTMETRICS:

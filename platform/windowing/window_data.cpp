@@ -38,12 +38,6 @@ BYTE* ExtraBytes(Window& window, int index)
     return inside ? window.extra.data() + index : nullptr;
 }
 
-LONG_PTR SetOwner(Window& window, LONG_PTR value)
-{
-    Window* owner = FindObject<Window>(reinterpret_cast<HWND>(value));
-    return reinterpret_cast<LONG_PTR>(HandleOf(std::exchange(window.owner, owner)));
-}
-
 void Disable(HWND handle)
 {
     Window* window = FindObject<Window>(handle);
@@ -74,12 +68,6 @@ LONG_PTR SetWindowLongPtrW(HWND window, int index, LONG_PTR value)
         return SetStyle(*found, found->exStyle, value, index);
     case GWLP_WNDPROC:
         return Exchange(found->procedure, reinterpret_cast<WNDPROC>(value));
-    case GWLP_HINSTANCE:
-        return Exchange(found->instance, reinterpret_cast<HINSTANCE>(value));
-    case GWLP_HWNDPARENT:
-        return SetOwner(*found, value);
-    case GWLP_ID:
-        return Exchange(found->id, static_cast<UINT_PTR>(value));
     case GWLP_USERDATA:
         return Exchange(found->userData, value);
     default:
@@ -107,12 +95,6 @@ LONG_PTR GetWindowLongPtrW(HWND window, int index)
         return static_cast<LONG>(found->exStyle);
     case GWLP_WNDPROC:
         return reinterpret_cast<LONG_PTR>(found->procedure);
-    case GWLP_HINSTANCE:
-        return reinterpret_cast<LONG_PTR>(found->instance);
-    case GWLP_HWNDPARENT:
-        return reinterpret_cast<LONG_PTR>(GetParent(window));
-    case GWLP_ID:
-        return static_cast<LONG_PTR>(found->id);
     case GWLP_USERDATA:
         return found->userData;
     default:

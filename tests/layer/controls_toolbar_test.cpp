@@ -128,24 +128,6 @@ TEST_F(ToolbarDrawing, TheInsertionMarkIsALineBetweenTheItems)
     EXPECT_EQ(Pixel(kWidth - 1, 2), kBackground);
 }
 
-TEST_F(ToolbarDrawing, TheMarkOfAPointIsTheNearerEdge)
-{
-    struct Row
-    {
-        POINT point;
-        int button;
-        DWORD flags;
-    };
-    for (const Row& row : {Row{{5, 2}, 0, 0}, Row{{5, kHeight - 2}, 0, TBIMHT_AFTER}, Row{{5, kHeight + 2}, 1, 0},
-                           Row{{5, 500}, 2, TBIMHT_AFTER | TBIMHT_BACKGROUND}})
-    {
-        TBINSERTMARK mark{};
-        EXPECT_TRUE(Send(TB_INSERTMARKHITTEST, reinterpret_cast<WPARAM>(&row.point), reinterpret_cast<LPARAM>(&mark)));
-        EXPECT_EQ(mark.iButton, row.button) << row.point.y;
-        EXPECT_EQ(mark.dwFlags, row.flags) << row.point.y;
-    }
-}
-
 TEST_F(ToolbarDrawing, AHighlightMoveSendsTwoItemsToTheScreen)
 {
     Send(TB_SETHOTITEM, 0);

@@ -24,6 +24,36 @@ TEST_F(WindowLifetime, HiddenWindowDestroyedByTheLossOfCapture)
     EXPECT_TRUE(IsWindow(popup));
 }
 
+// A child that lost the capture in its destruction was used after its parent had been destroyed by that.
+TEST_F(WindowLifetime, ParentDestroyedByTheLossOfCapture)
+{
+    const HWND popup = ShownPopup(0, 0, 100, 100);
+    const HWND child = Child(popup, 0, 0, 50, 50);
+    SetCapture(child);
+    m_handlers[WM_CAPTURECHANGED] = [&](HWND, WPARAM, LPARAM) -> std::optional<LRESULT>
+    {
+        DestroyWindow(popup);
+        return 0;
+    };
+    DestroyWindow(child);
+    EXPECT_FALSE(IsWindow(child));
+    EXPECT_FALSE(IsWindow(popup));
+    EXPECT_EQ(GetCapture(), nullptr);
+}
+
+// The search for the window under the pointer came back to one that a child's answer had destroyed.
+TEST_F(WindowLifetime, PopUpDestroyedByItsChildsHitTestIsNotFound)
+{
+    const HWND popup = ShownPopup(0, 0, 100, 100);
+    Child(popup, 0, 0, 50, 50);
+    m_handlers[WM_NCHITTEST] = [&](HWND, WPARAM, LPARAM) -> std::optional<LRESULT>
+    {
+        DestroyWindow(popup);
+        return HTTRANSPARENT;
+    };
+    EXPECT_EQ(WindowFromPoint({20, 20}), nullptr);
+}
+
 // A child made in answer to its parent's last message pointed to a parent that was gone.
 TEST_F(WindowLifetime, ChildMadeInTheLastMessageGoesWithItsParent)
 {
