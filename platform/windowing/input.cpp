@@ -19,23 +19,11 @@ namespace
 using screen::Event;
 using screen::EventType;
 
-constexpr UINT kParentNotify = 0x0210; // WM_PARENTNOTIFY
-constexpr int kHitError = -2;          // HTERROR
-
-struct Press
-{
-    HWND window = nullptr;
-    UINT message = 0;
-    std::uint64_t time = 0;
-    POINT position{};
-};
-
 struct InputQueue
 {
     std::deque<Event> events;
     bool refresh = false;                   ///< windows have moved under the pointer
     screen::NativeWindow pointerWindow = 0; ///< where the pointer was last seen; 0 outside of this program's windows
-    Press lastPress;
 };
 
 InputQueue& Input()
@@ -44,164 +32,12 @@ InputQueue& Input()
     return input;
 }
 
-struct MouseTarget
-{
-    HWND window = nullptr;
-    LRESULT hit = HTCLIENT;
-};
-
 Window* WindowOfNative(screen::NativeWindow native)
 {
     for (Window* window : TopLevels())
         if (window->native == native && native != 0)
             return window;
     return nullptr;
-}
-
-Window* TopLevelAt(POINT position)
-{
-    for (Window* window : TopLevels())
-        if ((window->style & WS_VISIBLE) != 0 && PtInRect(&window->rect, position))
-            return window;
-    return nullptr;
-}
-
-MouseTarget FindMouseTarget(POINT position)
-{
-    if (const HWND capture = GetCapture())
-        return {capture, HTCLIENT};
-    Window* root = TopLevelAt(position);
-    if (root == nullptr)
-        return {};
-    if ((root->style & WS_DISABLED) != 0)
-        return {root->handle, kHitError};
-    const HWND window = WindowAtPoint(root->handle, position);
-    if (window == nullptr)
-        return {};
-    return {window, SendMessageW(window, WM_NCHITTEST, 0, MAKELPARAM(position.x, position.y))};
-}
-
-BYTE ButtonKey(screen::Button button)
-{
-    constexpr BYTE kKeys[] = {VK_LBUTTON, VK_RBUTTON, VK_MBUTTON};
-    return kKeys[static_cast<int>(button)];
-}
-
-WPARAM ButtonFlag(screen::Button button)
-{
-    constexpr WPARAM kFlags[] = {MK_LBUTTON, MK_RBUTTON, MK_MBUTTON};
-    return kFlags[static_cast<int>(button)];
-}
-
-bool IsDoubleClick(const Event& event, const MouseTarget& target, UINT message)
-{
-    const Press& last = Input().lastPress;
-    const Window* window = FindObject<Window>(target.window);
-    return window != nullptr && (window->windowClass->style & CS_DBLCLKS) != 0 && last.window == target.window &&
-           last.message == message && event.time - last.time <= GetDoubleClickTime() &&
-           std::abs(event.position.x - last.position.x) <= GetSystemMetrics(SM_CXDOUBLECLK) / 2 &&
-           std::abs(event.position.y - last.position.y) <= GetSystemMetrics(SM_CYDOUBLECLK) / 2;
-}
-
-UINT MouseMessage(const Event& event, const MouseTarget& target)
-{
-    const auto button = static_cast<UINT>(event.button);
-    if (event.type == EventType::MouseMove)
-        return WM_MOUSEMOVE;
-    if (event.type == EventType::ButtonUp)
-        return WM_LBUTTONUP + 3 * button;
-    const UINT press = WM_LBUTTONDOWN + 3 * button;
-    return IsDoubleClick(event, target, press) ? WM_LBUTTONDBLCLK + 3 * button : press;
-}
-
-WPARAM KeysAfter(const Event& event)
-{
-    const WPARAM keys = MouseKeys();
-    if (event.type == EventType::ButtonDown)
-        return keys | ButtonFlag(event.button);
-    return event.type == EventType::ButtonUp ? keys & ~ButtonFlag(event.button) : keys;
-}
-
-void FillMouseMessage(const Event& event, const MouseTarget& target, MSG& message)
-{
-    message.hwnd = target.window;
-    message.message = MouseMessage(event, target);
-    POINT position = event.position;
-    if (target.hit == HTCLIENT)
-    {
-        ScreenToClient(target.window, &position);
-        message.wParam = KeysAfter(event);
-    }
-    else
-    {
-        message.message += WM_NCMOUSEMOVE - WM_MOUSEMOVE;
-        message.wParam = static_cast<WPARAM>(target.hit);
-    }
-    message.lParam = MAKELPARAM(position.x, position.y);
-}
-
-/// WM_MOUSEACTIVATE and what follows from its answer; false when the press is to be eaten.
-bool ActivateByMouse(const MSG& message, const MouseTarget& target)
-{
-    Window* window = FindObject<Window>(target.window);
-    if (window == nullptr || target.window == GetForegroundWindow())
-        return window != nullptr;
-    const HWND root = RootOf(*window).handle;
-    const LRESULT answer = SendMessageW(target.window, WM_MOUSEACTIVATE, reinterpret_cast<WPARAM>(root),
-                                        MAKELPARAM(target.hit, message.message));
-    if (answer != MA_NOACTIVATE && answer != MA_NOACTIVATEANDEAT && IsWindow(root) && root != GetForegroundWindow())
-        SetForeground(root, true);
-    return answer != MA_ACTIVATEANDEAT && answer != MA_NOACTIVATEANDEAT;
-}
-
-void NotifyParentsOfPress(const MSG& message)
-{
-    const Window* window = FindObject<Window>(message.hwnd);
-    while (window != nullptr && window->IsChild() && window->parent != nullptr)
-    {
-        const HWND parent = window->parent->handle;
-        POINT position = message.pt;
-        ScreenToClient(parent, &position);
-        SendMessageW(parent, kParentNotify, message.message, MAKELPARAM(position.x, position.y));
-        window = FindObject<Window>(parent);
-    }
-}
-
-void SetCursorFor(const MSG& message, const MouseTarget& target)
-{
-    if (GetCapture() == nullptr && IsWindow(target.window))
-    {
-        const UINT plain = target.hit == HTCLIENT ? message.message : message.message - WM_NCMOUSEMOVE + WM_MOUSEMOVE;
-        SendMessageW(target.window, WM_SETCURSOR, reinterpret_cast<WPARAM>(target.window),
-                     MAKELPARAM(target.hit, plain));
-    }
-}
-
-/// What taking a button press does besides giving a message; false when the press is eaten.
-bool CommitPress(const Event& event, const MSG& message, const MouseTarget& target)
-{
-    NoteKey(ButtonKey(event.button), true);
-    const UINT press = WM_LBUTTONDOWN + 3 * static_cast<UINT>(event.button);
-    const bool doubled = message.message == press + 2;
-    Input().lastPress = doubled ? Press{} : Press{target.window, press, event.time, event.position};
-    if (GetCapture() != nullptr)
-        return true;
-    NotifyParentsOfPress(message);
-    return ActivateByMouse(message, target);
-}
-
-bool CommitMouse(const Event& event, const MSG& message, const MouseTarget& target)
-{
-    SetMessagePoint(event.position);
-    if (event.window != 0)
-        Input().pointerWindow = event.window;
-    TrackPointer(target.window);
-    if (event.type == EventType::ButtonUp)
-        NoteKey(ButtonKey(event.button), false);
-    if (event.type == EventType::ButtonDown && !CommitPress(event, message, target))
-        return false;
-    SetCursorFor(message, target);
-    return IsWindow(message.hwnd);
 }
 
 enum class Outcome
@@ -241,6 +77,8 @@ Outcome TakeMouse(std::size_t index, MSG& message, const MessageFilter& filter, 
     if (!remove)
         return Outcome::Message;
     Drop(index);
+    if (event.window != 0)
+        Input().pointerWindow = event.window;
     return CommitMouse(event, message, target) ? Outcome::Message : Outcome::Consumed;
 }
 

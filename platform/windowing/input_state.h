@@ -19,6 +19,26 @@ void MakeKeyMessage(const screen::Event& event, MSG& message);
 /// Records the event as the one whose text TranslateMessage gives.
 void CommitKey(const screen::Event& event);
 
+// --- mouse_messages.cpp
+
+inline constexpr int kHitError = -2; ///< HTERROR: a disabled window
+
+struct MouseTarget
+{
+    HWND window = nullptr;
+    LRESULT hit = HTCLIENT;
+};
+
+/// Where a mouse message at this point goes, and the answer to WM_NCHITTEST there; asks the windows.
+MouseTarget FindMouseTarget(POINT position);
+/// The virtual key of a mouse button.
+BYTE ButtonKey(screen::Button button);
+/// Window, message and parameters.
+void FillMouseMessage(const screen::Event& event, const MouseTarget& target, MSG& message);
+/// Does what taking the message does besides giving it: cursor, activation, word to the parents. False when a press is
+/// eaten, or the window gone.
+bool CommitMouse(const screen::Event& event, const MSG& message, const MouseTarget& target);
+
 // --- capture.cpp
 
 /// Ends the capture because the program lost the foreground.

@@ -1,6 +1,7 @@
-// From X events to the screen's events.
+// Taking events from the server: those about windows and the display, waiting, and waking.
 #include "platform/screen/x11/connection.h"
 #include "platform/screen/x11/focus.h"
+#include "platform/screen/x11/input.h"
 #include "platform/screen/x11/keymap.h"
 #include "platform/screen/x11/monitors.h"
 #include "platform/screen/x11/windows.h"
@@ -22,130 +23,11 @@ namespace
 using screen::Event;
 using screen::EventType;
 
-constexpr int kNotch = 120;
-
-struct Events
+/// What ends a wait from another thread.
+int WakeFd()
 {
-    std::deque<Event> ready;
-    unsigned pressed = 0; ///< buttons whose press was reported, one bit each
-    std::optional<std::int64_t> clockOffset;
-    int wakeFd = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-};
-
-Events& TheEvents()
-{
-    static Events& events = *new Events;
-    return events;
-}
-
-/// The server's milliseconds on the layer's clock.
-std::uint64_t ClockTime(xcb_timestamp_t serverTime)
-{
-    auto& offset = TheEvents().clockOffset;
-    const auto now = static_cast<std::int64_t>(NowMs());
-    const auto server = static_cast<std::int64_t>(serverTime);
-    // Taken anew when the server's time has wrapped (after 49 days) or the clock has been changed.
-    if (!offset || server + *offset > now || now - (server + *offset) > 10000)
-        offset = now - server;
-    return static_cast<std::uint64_t>(server + *offset);
-}
-
-unsigned Modifiers(std::uint16_t state)
-{
-    unsigned modifiers = 0;
-    modifiers |= (state & XCB_MOD_MASK_SHIFT) != 0 ? screen::kShift : 0;
-    modifiers |= (state & XCB_MOD_MASK_CONTROL) != 0 ? screen::kControl : 0;
-    modifiers |= (state & XCB_MOD_MASK_1) != 0 ? screen::kAlt : 0;
-    modifiers |= (state & XCB_MOD_MASK_LOCK) != 0 ? screen::kCapsLock : 0;
-    modifiers |= (state & XCB_MOD_MASK_2) != 0 ? screen::kNumLock : 0;
-    return modifiers;
-}
-
-template <typename T>
-Event MouseEvent(EventType type, const T& from)
-{
-    Event event;
-    event.type = type;
-    event.window = from.event;
-    event.position = {from.root_x, from.root_y};
-    event.time = ClockTime(from.time);
-    event.modifiers = Modifiers(from.state);
-    return event;
-}
-
-std::optional<screen::Button> ButtonOf(xcb_button_t button)
-{
-    switch (button)
-    {
-    case XCB_BUTTON_INDEX_1:
-        return screen::Button::Left;
-    case XCB_BUTTON_INDEX_2:
-        return screen::Button::Middle;
-    case XCB_BUTTON_INDEX_3:
-        return screen::Button::Right;
-    default:
-        return std::nullopt;
-    }
-}
-
-void Add(Event event)
-{
-    auto& ready = TheEvents().ready;
-    const bool onlyMoved = event.type == EventType::MouseMove && !ready.empty() &&
-                           ready.back().type == EventType::MouseMove && ready.back().window == event.window;
-    if (onlyMoved)
-        ready.back() = event;
-    else
-        ready.push_back(event);
-}
-
-void OnButton(const xcb_button_press_event_t& from, bool down)
-{
-    const bool wheel = from.detail == XCB_BUTTON_INDEX_4 || from.detail == XCB_BUTTON_INDEX_5;
-    if (down)
-        OnOwnPress(from.time);
-    if (wheel && down)
-    {
-        Event event = MouseEvent(EventType::Wheel, from);
-        event.wheel = from.detail == XCB_BUTTON_INDEX_4 ? kNotch : -kNotch;
-        Add(event);
-        return;
-    }
-    const auto button = ButtonOf(from.detail);
-    const unsigned bit = 1U << from.detail % 32;
-    unsigned& pressed = TheEvents().pressed;
-    // A release without its press belongs to a click that began elsewhere, such as the one that opened the menu.
-    if (!button || (!down && (pressed & bit) == 0))
-        return;
-    pressed = down ? pressed | bit : pressed & ~bit;
-    Event event = MouseEvent(down ? EventType::ButtonDown : EventType::ButtonUp, from);
-    event.button = *button;
-    Add(event);
-}
-
-void OnCrossing(const xcb_enter_notify_event_t& from, bool entered)
-{
-    OnPointerInside(entered || PointIsInPopup({from.root_x, from.root_y}));
-    Add(MouseEvent(entered ? EventType::MouseMove : EventType::MouseLeave, from));
-}
-
-void OnKey(const xcb_key_press_event_t& from, bool down)
-{
-    static std::uint8_t held[32] = {};
-    std::uint8_t& bits = held[from.detail / 8];
-    const auto bit = static_cast<std::uint8_t>(1U << from.detail % 8);
-    Event event = MouseEvent(down ? EventType::KeyDown : EventType::KeyUp, from);
-    event.repeat = down && (bits & bit) != 0;
-    bits = static_cast<std::uint8_t>(down ? bits | bit : bits & ~bit);
-    const KeyMeaning meaning = TranslateKey(from.detail, from.state);
-    event.virtualKey = meaning.virtualKey;
-    event.extended = meaning.extended;
-    // evdev's key codes are those of the PC keyboard for all keys that it had.
-    event.scanCode = static_cast<BYTE>(from.detail - 8);
-    if (down)
-        std::copy(std::begin(meaning.text), std::end(meaning.text), event.text);
-    if (event.virtualKey != 0 || event.text[0] != 0)
-        Add(event);
+    static const int fd = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    return fd;
 }
 
 void OnExpose(const xcb_expose_event_t& from)
@@ -175,7 +57,7 @@ void OnConfigure(const xcb_configure_notify_event_t& from)
         event.window = from.window;
         event.bounds = bounds;
         event.time = NowMs();
-        Add(event);
+        AddEvent(event);
     }
 }
 
@@ -200,7 +82,7 @@ void OnClientMessage(const xcb_client_message_event_t& from)
         event.type = EventType::CloseRequest;
         event.window = from.window;
         event.time = NowMs();
-        Add(event);
+        AddEvent(event);
     }
 }
 
@@ -236,36 +118,6 @@ void OnError(const xcb_generic_error_t& error)
         std::fprintf(stderr, "orb-launcher: X error %d of request %d.%d, resource 0x%x\n", error.error_code,
                      error.major_code, error.minor_code, error.resource_id);
         std::abort();
-    }
-}
-
-bool HandleInputEvent(const xcb_generic_event_t& event, std::uint8_t type)
-{
-    switch (type)
-    {
-    case XCB_KEY_PRESS:
-    case XCB_KEY_RELEASE:
-        OnKey(reinterpret_cast<const xcb_key_press_event_t&>(event), type == XCB_KEY_PRESS);
-        return true;
-    case XCB_BUTTON_PRESS:
-    case XCB_BUTTON_RELEASE:
-        OnButton(reinterpret_cast<const xcb_button_press_event_t&>(event), type == XCB_BUTTON_PRESS);
-        return true;
-    case XCB_MOTION_NOTIFY:
-        Add(MouseEvent(EventType::MouseMove, reinterpret_cast<const xcb_motion_notify_event_t&>(event)));
-        return true;
-    case XCB_ENTER_NOTIFY:
-    case XCB_LEAVE_NOTIFY:
-        OnCrossing(reinterpret_cast<const xcb_enter_notify_event_t&>(event), type == XCB_ENTER_NOTIFY);
-        return true;
-    case XCB_FOCUS_IN:
-        OnFocusIn(reinterpret_cast<const xcb_focus_in_event_t&>(event), TheEvents().ready);
-        return true;
-    case XCB_FOCUS_OUT:
-        OnFocusOut(reinterpret_cast<const xcb_focus_out_event_t&>(event));
-        return true;
-    default:
-        return false;
     }
 }
 
@@ -356,7 +208,7 @@ bool Pump()
     {
         HandleUpToNow();
         any = true;
-        CheckFocus(TheEvents().ready);
+        CheckFocus(ReadyEvents());
         // The check's own questions may have brought events along, for which the socket will not wake us again.
         HandleArrived();
     }
@@ -379,7 +231,7 @@ namespace platform::screen
 
 bool NextEvent(Event& event)
 {
-    auto& ready = x11::TheEvents().ready;
+    auto& ready = x11::ReadyEvents();
     if (ready.empty())
         x11::Pump();
     if (ready.empty())
@@ -391,21 +243,20 @@ bool NextEvent(Event& event)
 
 void Wait(std::optional<std::uint64_t> deadline)
 {
-    x11::Events& events = x11::TheEvents();
     // Writing to the socket also reads what has arrived there, of which poll does not tell any more. So the last look
     // comes after the last writing.
     do
     {
         Commit();
     } while (x11::Pump());
-    if (!events.ready.empty())
+    if (!x11::ReadyEvents().empty())
         return;
     const bool open = x11::TheConnection().IsOpen();
-    pollfd fds[] = {{events.wakeFd, POLLIN, 0},
+    pollfd fds[] = {{x11::WakeFd(), POLLIN, 0},
                     {open ? xcb_get_file_descriptor(x11::TheConnection().Xcb()) : -1, POLLIN, 0}};
     poll(fds, 2, x11::TimeoutUntil(deadline));
     std::uint64_t count = 0;
-    while (read(events.wakeFd, &count, sizeof(count)) > 0)
+    while (read(x11::WakeFd(), &count, sizeof(count)) > 0)
     {
     }
 }
@@ -413,7 +264,7 @@ void Wait(std::optional<std::uint64_t> deadline)
 void Wake()
 {
     const std::uint64_t one = 1;
-    const auto written = write(x11::TheEvents().wakeFd, &one, sizeof(one));
+    const auto written = write(x11::WakeFd(), &one, sizeof(one));
     static_cast<void>(written); // a full counter wakes as well
 }
 

@@ -1,11 +1,9 @@
 // Native windows: creating, showing, placing, and putting pictures into them.
 #include "platform/screen/x11/windows.h"
 
-#include "platform/base/text.h"
 #include "platform/screen/x11/focus.h"
 
 #include <algorithm>
-#include <unistd.h>
 
 namespace platform::x11
 {
@@ -13,7 +11,6 @@ namespace
 {
 
 constexpr std::uint8_t kDepth = 24;
-constexpr char kWindowClass[] = "orb-launcher\0Orb-launcher"; // instance and class, each ended by 0
 
 struct Windows
 {
@@ -93,69 +90,6 @@ void CreateX(const NativeWindowState& window)
         XCB_CW_BACK_PIXMAP | XCB_CW_BORDER_PIXEL | XCB_CW_BIT_GRAVITY | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK |
             XCB_CW_COLORMAP,
         values);
-}
-
-template <typename T>
-void SetProperty(xcb_window_t window, xcb_atom_t property, xcb_atom_t type, std::span<const T> values)
-{
-    xcb_change_property(TheConnection().Xcb(), XCB_PROP_MODE_REPLACE, window, property, type, sizeof(T) * 8,
-                        static_cast<std::uint32_t>(values.size()), values.data());
-}
-
-void SetAtoms(xcb_window_t window, Atom property, std::initializer_list<Atom> values)
-{
-    std::vector<xcb_atom_t> atoms;
-    for (const Atom value : values)
-        atoms.push_back(TheConnection()[value]);
-    SetProperty<xcb_atom_t>(window, TheConnection()[property], XCB_ATOM_ATOM, atoms);
-}
-
-void SetTitle(xcb_window_t window, std::u16string_view title)
-{
-    const std::string text = Utf8FromUtf16(title);
-    SetProperty<char>(window, TheConnection()[Atom::NetWmName], TheConnection()[Atom::Utf8String], text);
-    SetProperty<char>(window, XCB_ATOM_WM_NAME, TheConnection()[Atom::Utf8String], text);
-}
-
-/// WM_NORMAL_HINTS (ICCCM 4.1.2.3): the program's own place, and one size.
-void SetFixedSize(const NativeWindowState& window)
-{
-    constexpr std::uint32_t kProgramPosition = 1U << 2, kMinSize = 1U << 4, kMaxSize = 1U << 5;
-    const auto width = static_cast<std::uint32_t>(WidthOf(window.bounds));
-    const auto height = static_cast<std::uint32_t>(HeightOf(window.bounds));
-    std::uint32_t hints[18] = {kProgramPosition | kMinSize | kMaxSize};
-    hints[5] = hints[7] = width;
-    hints[6] = hints[8] = height;
-    SetProperty<std::uint32_t>(window.id, XCB_ATOM_WM_NORMAL_HINTS, XCB_ATOM_WM_SIZE_HINTS, hints);
-}
-
-/// WM_HINTS (ICCCM 4.1.2.4): the window wants the keyboard.
-void SetInputHint(xcb_window_t window)
-{
-    constexpr std::uint32_t kInputHint = 1;
-    const std::uint32_t hints[9] = {kInputHint, 1};
-    SetProperty<std::uint32_t>(window, XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, hints);
-}
-
-void SetProperties(const NativeWindowState& window, const screen::WindowOptions& options)
-{
-    SetProperty<char>(window.id, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, {kWindowClass, sizeof(kWindowClass)});
-    const std::uint32_t pid = static_cast<std::uint32_t>(getpid());
-    SetProperty<std::uint32_t>(window.id, TheConnection()[Atom::NetWmPid], XCB_ATOM_CARDINAL, {&pid, 1});
-    SetTitle(window.id, options.title.empty() ? u"Orb Launcher" : options.title);
-    if (window.kind == screen::WindowKind::Popup)
-    {
-        SetAtoms(window.id, Atom::NetWmWindowType, {Atom::NetWmWindowTypePopupMenu});
-        return;
-    }
-    SetAtoms(window.id, Atom::NetWmWindowType, {Atom::NetWmWindowTypeDialog});
-    SetAtoms(window.id, Atom::NetWmState, {Atom::NetWmStateAbove});
-    SetAtoms(window.id, Atom::WmProtocols, {Atom::WmDeleteWindow});
-    SetInputHint(window.id);
-    SetFixedSize(window);
-    const NativeWindowState* owner = FindNative(options.transientFor);
-    if (owner != nullptr && owner->kind == screen::WindowKind::Managed)
-        SetProperty<xcb_window_t>(window.id, XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW, {&owner->id, 1});
 }
 
 xcb_gcontext_t GraphicsContext(xcb_window_t window)
@@ -379,7 +313,7 @@ void StackNativeWindow(NativeWindow window, NativeWindow above)
 void SetNativeTitle(NativeWindow window, std::u16string_view title)
 {
     if (FindNative(window) != nullptr)
-        x11::SetTitle(window, title);
+        SetTitle(window, title);
 }
 
 const Surface& WindowSurface(NativeWindow window)

@@ -35,4 +35,12 @@ void FocusManaged(NativeWindowState& window);
 /// Stacks this program's pop-ups below a managed window, which is there to be answered.
 void PutPopupsBelow(const NativeWindowState& managed);
 
+// --- what the window manager is told (window_properties.cpp)
+
+void SetTitle(xcb_window_t window, std::u16string_view title);
+/// The program's own place, and one size: the window's.
+void SetFixedSize(const NativeWindowState& window);
+/// All that is told before the window is first mapped.
+void SetProperties(const NativeWindowState& window, const screen::WindowOptions& options);
+
 } // namespace platform::x11

@@ -1,0 +1,19 @@
+// Mouse and keyboard on X11, and the queue of the screen's events that all files of this back end add to.
+#pragma once
+
+#include "platform/screen/screen.h"
+
+#include <deque>
+#include <xcb/xcb.h>
+
+namespace platform::x11
+{
+
+/// What NextEvent has still to give.
+std::deque<screen::Event>& ReadyEvents();
+/// Adds one; a movement takes the place of the one right before it.
+void AddEvent(const screen::Event& event);
+/// Deals with an event of mouse, keyboard or focus; false for any other.
+bool HandleInputEvent(const xcb_generic_event_t& event, std::uint8_t type);
+
+} // namespace platform::x11
