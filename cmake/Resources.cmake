@@ -1,8 +1,9 @@
-# orb_embed_resources(target script.rc [DEPENDS file...] [INCLUDE folder...]): compiles a resource script into a target.
+# orb_embed_resources(target script.rc [SYMBOL name] [DEPENDS file...] [INCLUDE folder...]): compiles a resource script
+# into a target.
 #
 # For Windows the ordinary way. For Linux the same windres compiles it to a .res file, which becomes constant data of the
-# program between the symbols orb_resources_begin and orb_resources_end (read by platform/base/resources.cpp). Files
-# that the script names and that should cause a rebuild go under DEPENDS. Both get UTF-8 as the script's code page.
+# target between the symbols NAME_begin and NAME_end, orb_resources if not said (read by platform/base/resources.cpp).
+# Files that the script names and that should cause a rebuild go under DEPENDS. Both get UTF-8 as the script's code page.
 if(WIN32)
   enable_language(RC)
   set(CMAKE_RC_FLAGS "${CMAKE_RC_FLAGS} -c 65001")
@@ -11,7 +12,10 @@ else()
 endif()
 
 function(orb_embed_resources target script)
-  cmake_parse_arguments(arg "" "" "DEPENDS;INCLUDE" ${ARGN})
+  cmake_parse_arguments(arg "" "SYMBOL" "DEPENDS;INCLUDE" ${ARGN})
+  if(NOT arg_SYMBOL)
+    set(arg_SYMBOL orb_resources)
+  endif()
   get_filename_component(script ${script} ABSOLUTE)
   get_filename_component(folder ${script} DIRECTORY)
   get_filename_component(name ${script} NAME_WE)
@@ -33,9 +37,9 @@ function(orb_embed_resources target script)
   file(CONFIGURE OUTPUT ${holder} CONTENT [[
 asm(R"(.section .rodata
 .balign 16
-.globl orb_resources_begin, orb_resources_end
-orb_resources_begin: .incbin "@compiled@"
-orb_resources_end: .byte 0
+.globl @arg_SYMBOL@_begin, @arg_SYMBOL@_end
+@arg_SYMBOL@_begin: .incbin "@compiled@"
+@arg_SYMBOL@_end: .byte 0
 .previous)");
 ]] @ONLY)
   set_source_files_properties(${holder} PROPERTIES OBJECT_DEPENDS ${compiled})

@@ -1,4 +1,5 @@
-// The resource calls, over the compiled resource file that is part of the program (cmake/Resources.cmake embeds it).
+// The resource calls, over two compiled resource files (cmake/Resources.cmake embeds them): the program's own, and the
+// layer's, which all system modules share.
 #include "platform/base/fault_points.h"
 #include "platform/base/last_error.h"
 #include "platform/base/modules.h"
@@ -13,28 +14,46 @@
 // Weak: a program without resources has neither.
 extern "C" __attribute__((weak)) const unsigned char orb_resources_begin[];
 extern "C" __attribute__((weak)) const unsigned char orb_resources_end[];
+extern "C" const unsigned char orb_layer_resources_begin[];
+extern "C" const unsigned char orb_layer_resources_end[];
 
 namespace platform
 {
 namespace
 {
 
-std::vector<ResourceEntry> ReadAll()
+using Entries = std::vector<ResourceEntry>;
+
+Entries ReadAll(const unsigned char* begin, const unsigned char* end)
 {
-    std::vector<ResourceEntry> entries;
-    if (orb_resources_begin == nullptr)
+    Entries entries;
+    if (begin == nullptr)
         return entries;
-    const ResourceBytes file(orb_resources_begin, orb_resources_end);
+    const ResourceBytes file(begin, end);
     std::size_t offset = 0;
     while (auto entry = NextResource(file, offset))
         entries.push_back(std::move(*entry));
     return entries;
 }
 
-const std::vector<ResourceEntry>& Entries()
+const Entries& ProgramEntries()
 {
-    static const auto& entries = *new std::vector<ResourceEntry>(ReadAll());
+    static const auto& entries = *new Entries(ReadAll(orb_resources_begin, orb_resources_end));
     return entries;
+}
+
+const Entries& LayerEntries()
+{
+    static const auto& entries = *new Entries(ReadAll(orb_layer_resources_begin, orb_layer_resources_end));
+    return entries;
+}
+
+const Entries& EntriesOf(HMODULE module)
+{
+    static const auto& none = *new Entries;
+    if (IsProgramModule(module))
+        return ProgramEntries();
+    return IsSystemModule(module) ? LayerEntries() : none;
 }
 
 ResourceId IdOf(LPCWSTR id)
@@ -47,8 +66,9 @@ ResourceId IdOf(LPCWSTR id)
 const ResourceEntry* EntryOf(HRSRC resource)
 {
     const auto* entry = reinterpret_cast<const ResourceEntry*>(resource);
-    const auto& entries = Entries();
-    return entry >= entries.data() && entry < entries.data() + entries.size() ? entry : nullptr;
+    const auto isIn = [entry](const Entries& entries)
+    { return entry >= entries.data() && entry < entries.data() + entries.size(); };
+    return isIn(ProgramEntries()) || isIn(LayerEntries()) ? entry : nullptr;
 }
 
 /// Copies as much as fits, with a terminator; returns the number of units copied.
@@ -73,12 +93,13 @@ HRSRC FindResourceW(HMODULE module, LPCWSTR name, LPCWSTR type)
 {
     using namespace platform;
     constexpr HRSRC kNone = nullptr;
-    if (FaultPoint("FindResourceW") || !IsProgramModule(module) || Entries().empty())
+    const Entries& entries = EntriesOf(module);
+    if (FaultPoint("FindResourceW") || entries.empty())
         return Fail(ERROR_RESOURCE_DATA_NOT_FOUND, kNone);
     const ResourceId wantedType = IdOf(type);
     const ResourceId wantedName = IdOf(name);
     bool typeSeen = false;
-    for (const ResourceEntry& entry : Entries())
+    for (const ResourceEntry& entry : entries)
     {
         if (entry.type != wantedType)
             continue;

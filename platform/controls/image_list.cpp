@@ -4,7 +4,7 @@
 #include "platform/controls/image_list.h"
 
 #include "platform/base/fault_points.h"
-#include "platform/controls/image_scaling.h"
+#include "platform/drawing/image_scaling.h"
 
 namespace platform
 {

@@ -3,10 +3,10 @@
 // It is a managed window that disables its owner and runs its own message loop. Not implemented: the help button, the
 // service and default-desktop kinds, reading from right to left.
 #include "platform/dialogs/message_box_layout.h"
-#include "platform/dialogs/message_box_picture.h"
 
 #include "platform/base/fault_points.h"
 #include "platform/base/last_error.h"
+#include "platform/drawing/icon.h"
 
 #include <algorithm>
 #include <optional>
@@ -57,7 +57,7 @@ private:
     std::u16string m_text;
     std::u16string m_caption;
     const MessageBoxKind& m_kind;
-    MessageBoxPicture m_picture;
+    HICON m_icon;
     std::size_t m_first;
     HFONT m_font = nullptr;
     HWND m_window = nullptr;
@@ -88,6 +88,17 @@ HFONT MessageFont()
     return CreateFontIndirectW(&metrics.lfMessageFont);
 }
 
+/// The icon that says of what kind the box is; null for none.
+HICON IconOfMessageBox(UINT type)
+{
+    const LPCWSTR icons[] = {nullptr, IDI_ERROR, IDI_QUESTION, IDI_WARNING, IDI_INFORMATION};
+    const UINT kind = type >> 4 & 0xF;
+    if (kind == 0 || kind >= std::size(icons))
+        return nullptr;
+    const int size = GetSystemMetrics(SM_CXICON);
+    return static_cast<HICON>(LoadImageW(nullptr, icons[kind], IMAGE_ICON, size, size, LR_DEFAULTCOLOR));
+}
+
 RECT WorkAreaOf(HWND owner)
 {
     MONITORINFO info = {};
@@ -101,7 +112,7 @@ MessageBox::MessageBox(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type)
       m_text(text != nullptr ? text : TEXT("")),
       m_caption(caption != nullptr ? caption : TEXT("Error")),
       m_kind(KindOfMessageBox(type)),
-      m_picture(PictureOfMessageBox(type)),
+      m_icon(IconOfMessageBox(type)),
       m_first(std::min<std::size_t>((type >> 8) & 0xf, m_kind.buttons.size() - 1)),
       m_font(MessageFont())
 {
@@ -112,6 +123,8 @@ MessageBox::~MessageBox()
     if (m_window != nullptr)
         DestroyWindow(m_window);
     DeleteObject(m_font);
+    if (m_icon != nullptr)
+        DestroyIcon(m_icon);
 }
 
 int MessageBox::Run()
@@ -154,7 +167,7 @@ MessageBoxLayout MessageBox::Measure() const
     SelectObject(dc, previous);
     ReleaseDC(nullptr, dc);
     return LayOutMessageBox({text.right, text.bottom}, widestLabel, metrics.tmHeight, m_kind.buttons.size(),
-                            m_picture != MessageBoxPicture::None);
+                            m_icon != nullptr ? GetSystemMetrics(SM_CXICON) : 0);
 }
 
 bool MessageBox::Create()
@@ -320,7 +333,8 @@ void MessageBox::Paint()
         SetTextColor(dc, GetSysColor(COLOR_BTNTEXT));
         RECT text = m_layout.text;
         DrawTextW(dc, m_text.data(), static_cast<int>(m_text.size()), &text, DT_WORDBREAK | DT_NOPREFIX);
-        DrawMessageBoxPicture(dc, m_layout.picture, m_picture);
+        if (const auto picture = IconSourceOf(m_icon))
+            DrawIconImage(dc, m_layout.picture.left, m_layout.picture.top, picture->Image());
         SelectObject(dc, previous);
     }
     EndPaint(m_window, &paint);

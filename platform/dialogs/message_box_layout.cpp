@@ -42,11 +42,10 @@ RECT MessageBoxLayout::ButtonRect(std::size_t index) const
     return rect;
 }
 
-MessageBoxLayout LayOutMessageBox(SIZE text, LONG widestLabel, LONG line, std::size_t buttons, bool hasPicture)
+MessageBoxLayout LayOutMessageBox(SIZE text, LONG widestLabel, LONG line, std::size_t buttons, LONG picture)
 {
     const LONG space = line * 3 / 4;
-    const LONG picture = hasPicture ? line * 2 : 0;
-    const LONG textLeft = hasPicture ? space + picture + space : space;
+    const LONG textLeft = picture != 0 ? space + picture + space : space;
     const LONG contentHeight = std::max(picture, text.cy);
     const LONG buttonWidth = std::max(widestLabel + 2 * line, 5 * line);
     const LONG buttonHeight = line * 7 / 4;

@@ -37,7 +37,8 @@ struct MessageBoxLayout
 };
 
 /// Everything is measured in lines of the font, so that the box grows with it: `text` is the size of the broken text,
-/// `widestLabel` of the widest button label, `line` the font's height.
-MessageBoxLayout LayOutMessageBox(SIZE text, LONG widestLabel, LONG line, std::size_t buttons, bool hasPicture);
+/// `widestLabel` of the widest button label, `line` the font's height, `picture` the picture's width and height, 0 for
+/// none.
+MessageBoxLayout LayOutMessageBox(SIZE text, LONG widestLabel, LONG line, std::size_t buttons, LONG picture);
 
 } // namespace platform

@@ -33,6 +33,8 @@ public:
 HICON CreateIconFromSource(std::shared_ptr<IconSource> source);
 /// The source of an icon, null for a handle that is none.
 std::shared_ptr<IconSource> IconSourceOf(HICON icon);
+/// An icon of the system's resources (platform/resources/layer.rc), `size` pixels square; empty when there is none.
+IconImage SystemPicture(LPCWSTR name, int size);
 /// Draws the picture with its top-left corner at (x, y) of the context.
 bool DrawIconImage(HDC dc, int x, int y, const IconImage& image);
 

@@ -13,7 +13,7 @@ int BestIconId(Bytes directory, int width, int height);
 /// Data of one of the program's resources, empty when there is none.
 Bytes ResourceBytesOf(HINSTANCE instance, LPCWSTR name, LPCWSTR type);
 
-/// A new icon of the program's resources, at the picture that suits the size best.
+/// A new icon of this size out of a module's resources, the system's for null; made of the picture that suits best.
 HICON LoadResourceIcon(HINSTANCE instance, LPCWSTR name, int width, int height);
 
 } // namespace platform

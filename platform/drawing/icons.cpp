@@ -2,6 +2,7 @@
 #include "platform/drawing/dib_file.h"
 #include "platform/drawing/icon.h"
 #include "platform/drawing/icon_directory.h"
+#include "platform/drawing/image_scaling.h"
 
 #include <algorithm>
 
@@ -18,25 +19,44 @@ public:
     std::shared_ptr<IconSource> source;
 };
 
-/// A picture out of the program's resources, decoded when it is first drawn.
+/// Scaled where the resource has no picture of the size; a damaged one is an empty one.
+IconImage ReadScaled(Bytes bytes, int width, int height)
+{
+    IconImage image = ReadIconImage(bytes).value_or(IconImage{});
+    const bool fits = image.width == width && image.height == height;
+    return fits || image.pixels.empty() ? std::move(image) : ScaleImage(image, width, height);
+}
+
+/// A picture out of resources, decoded when it is first drawn.
 class ResourceIcon : public IconSource
 {
 public:
-    explicit ResourceIcon(Bytes bytes) : m_bytes(bytes) {}
+    ResourceIcon(Bytes bytes, int width, int height) : m_bytes(bytes), m_width(width), m_height(height) {}
     const IconImage& Image() override
     {
         if (!m_image)
-        {
-            // A damaged picture is an empty one.
-            m_image = ReadIconImage(m_bytes).value_or(IconImage{});
-        }
+            m_image = ReadScaled(m_bytes, m_width, m_height);
         return *m_image;
     }
 
 private:
     Bytes m_bytes;
+    int m_width;
+    int m_height;
     std::optional<IconImage> m_image;
 };
+
+/// The data of the picture that suits the size best, empty when there is none.
+Bytes BestIconPicture(HINSTANCE instance, LPCWSTR name, int width, int height)
+{
+    const int id = BestIconId(ResourceBytesOf(instance, name, RT_GROUP_ICON), width, height);
+    return id != 0 ? ResourceBytesOf(instance, MAKEINTRESOURCEW(id), RT_ICON) : Bytes();
+}
+
+HMODULE SystemModule()
+{
+    return GetModuleHandleW(TEXT("USER32"));
+}
 
 } // namespace
 
@@ -62,10 +82,14 @@ Bytes ResourceBytesOf(HINSTANCE instance, LPCWSTR name, LPCWSTR type)
 
 HICON LoadResourceIcon(HINSTANCE instance, LPCWSTR name, int width, int height)
 {
-    const int id = BestIconId(ResourceBytesOf(instance, name, RT_GROUP_ICON), width, height);
-    const Bytes picture = id != 0 ? ResourceBytesOf(instance, MAKEINTRESOURCEW(id), RT_ICON) : Bytes();
-    return !picture.empty() ? CreateIconFromSource(std::make_shared<ResourceIcon>(picture))
+    const Bytes picture = BestIconPicture(instance != nullptr ? instance : SystemModule(), name, width, height);
+    return !picture.empty() ? CreateIconFromSource(std::make_shared<ResourceIcon>(picture, width, height))
                             : Fail(ERROR_RESOURCE_NAME_NOT_FOUND, static_cast<HICON>(nullptr));
+}
+
+IconImage SystemPicture(LPCWSTR name, int size)
+{
+    return ReadScaled(BestIconPicture(SystemModule(), name, size, size), size, size);
 }
 
 } // namespace platform

@@ -1,5 +1,5 @@
-// Scaling of premultiplied pictures with pixman's separable convolution.
-#include "platform/controls/image_scaling.h"
+// Working on premultiplied pictures by pixman.
+#include "platform/drawing/image_scaling.h"
 
 #include "platform/drawing/pixman_image.h"
 
@@ -52,6 +52,14 @@ IconImage ScaleImage(const IconImage& source, int width, int height)
     UseAveragingFilter(from.get(), scaleX, scaleY);
     pixman_image_composite32(PIXMAN_OP_SRC, from.get(), nullptr, to.get(), 0, 0, 0, 0, 0, 0, width, height);
     return result;
+}
+
+void ComposeImage(IconImage& image, const IconImage& over, int x, int y)
+{
+    if (image.width <= 0 || image.height <= 0 || over.width <= 0 || over.height <= 0)
+        return;
+    pixman_image_composite32(PIXMAN_OP_OVER, Wrap(over).get(), nullptr, Wrap(image).get(), 0, 0, 0, 0, x, y, over.width,
+                             over.height);
 }
 
 } // namespace platform

@@ -1,12 +1,12 @@
 // Making the pictures of shell items: from the pack of an earlier run, else rendered from the files that the icon theme
-// names, else drawn by the program itself.
+// names, else out of the layer's resources.
 #include "platform/icons/shell_icon.h"
 
 #include "platform/base/deferred.h"
 #include "platform/services/desktop_module.h"
 #include "platform/services/picture_service.h"
 #include "platform/screen/desktop_settings.h"
-#include "platform/icons/builtin_pictures.h"
+#include "platform/drawing/image_scaling.h"
 #include "platform/icons/icon_pack.h"
 #include "platform/icons/icon_theme.h"
 #include "platform/icons/system_images.h"
@@ -76,6 +76,16 @@ IconImage EmptyImage(int size)
     return {size, size, std::vector<std::uint32_t>(static_cast<std::size_t>(size) * size)};
 }
 
+/// "!folder", "!program" or, for any other name, a document.
+IconImage BuiltinPicture(std::string_view name, int size)
+{
+    const LPCWSTR resource = name == "!folder"    ? TEXT("FOLDER")
+                             : name == "!program" ? TEXT("PROGRAM")
+                                                  : TEXT("DOCUMENT");
+    IconImage image = SystemPicture(resource, size);
+    return !image.pixels.empty() ? std::move(image) : EmptyImage(size);
+}
+
 /// The best alternative of an identity that there is a readable picture for.
 IconImage RenderIdentity(std::string_view identity, int size, std::vector<FileWitness>& witnesses)
 {
@@ -85,7 +95,7 @@ IconImage RenderIdentity(std::string_view identity, int size, std::vector<FileWi
         const std::string name(identity.substr(0, identity.find('\n')));
         identity.remove_prefix(std::min(name.size() + 1, identity.size()));
         if (name.starts_with('!'))
-            return DrawBuiltinPicture(name, size);
+            return BuiltinPicture(name, size);
         const std::string path = name.starts_with('/') ? name : Theme().Find(name, size);
         if (!path.empty())
         {
@@ -94,7 +104,7 @@ IconImage RenderIdentity(std::string_view identity, int size, std::vector<FileWi
                 return image;
         }
     }
-    return DrawBuiltinPicture("!document", size);
+    return BuiltinPicture("!document", size);
 }
 
 void MarkAsLink(IconImage& image)
@@ -103,9 +113,9 @@ void MarkAsLink(IconImage& image)
     IconImage emblem = EmptyImage(std::max(size, 1));
     const std::string path = Theme().Find("emblem-symbolic-link", size);
     if (!path.empty() && RenderFile(path, emblem))
-        Compose(image, emblem, 0, image.height - emblem.height);
-    else
-        DrawLinkMark(image);
+        return ComposeImage(image, emblem, 0, image.height - emblem.height);
+    const int markSize = std::max(image.height * 3 / 8, std::min(image.height, 7));
+    ComposeImage(image, SystemPicture(TEXT("LINK_MARK"), markSize), 0, image.height - markSize);
 }
 
 IconImage MakePicture(const std::string& identity, int size, bool linkOverlay)

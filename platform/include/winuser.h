@@ -410,6 +410,7 @@ struct NONCLIENTMETRICSW
 #define MB_ICONERROR 0x0010
 #define MB_ICONQUESTION 0x0020
 #define MB_ICONWARNING 0x0030
+#define MB_ICONINFORMATION 0x0040
 #define IDOK 1
 #define IDCANCEL 2
 #define IDYES 6
@@ -521,6 +522,10 @@ BOOL IntersectRect(LPRECT result, const RECT* a, const RECT* b);
 BOOL EqualRect(const RECT* a, const RECT* b);
 
 // --- resources
+#define IDI_ERROR MAKEINTRESOURCEW(32513)
+#define IDI_QUESTION MAKEINTRESOURCEW(32514)
+#define IDI_WARNING MAKEINTRESOURCEW(32515)
+#define IDI_INFORMATION MAKEINTRESOURCEW(32516)
 HANDLE LoadImageW(HINSTANCE instance, LPCWSTR name, UINT type, int width, int height, UINT flags);
 HICON LoadIconW(HINSTANCE instance, LPCWSTR name);
 BOOL DestroyIcon(HICON icon);

@@ -105,6 +105,37 @@ TEST_F(ImageListTest, OnlyImagesThereAreAreDrawn)
     EXPECT_EQ(GetPixel(picture.Context(), 24, 19), RGB(0, 0, 0));
 }
 
+TEST(StockIcons, SayByColourWhatKindTheyAreAtTheSizeAskedFor)
+{
+    constexpr int kRed = 0;
+    constexpr int kGreen = 1;
+    constexpr int kBlue = 2;
+    struct Stock
+    {
+        LPCWSTR name;
+        POINT probe;
+        int strongest; ///< colour channel
+        int weakest;
+    };
+    for (const Stock& stock : {Stock{IDI_ERROR, {8, 16}, kRed, kBlue}, Stock{IDI_WARNING, {10, 27}, kRed, kBlue},
+                               Stock{IDI_INFORMATION, {8, 20}, kBlue, kRed}, Stock{IDI_QUESTION, {8, 20}, kBlue, kRed}})
+    {
+        const Picture picture;
+        HIMAGELIST list = ImageList_Create(32, 32, ILC_COLOR32 | ILC_MASK, 1, 1);
+        auto* icon = static_cast<HICON>(LoadImageW(nullptr, stock.name, IMAGE_ICON, 32, 32, LR_DEFAULTCOLOR));
+        ASSERT_NE(icon, nullptr);
+        ImageList_ReplaceIcon(list, -1, icon);
+        ImageList_Draw(list, 0, picture.Context(), 0, 0, ILD_NORMAL);
+        const COLORREF color = GetPixel(picture.Context(), stock.probe.x, stock.probe.y);
+        const int channels[] = {GetRValue(color), GetGValue(color), GetBValue(color)};
+        EXPECT_GT(channels[stock.strongest], channels[stock.weakest] + 60) << std::hex << color;
+        EXPECT_GE(channels[stock.strongest], channels[kGreen]) << std::hex << color;
+        DestroyIcon(icon);
+        ImageList_Destroy(list);
+    }
+    EXPECT_EQ(LoadImageW(nullptr, MAKEINTRESOURCEW(32599), IMAGE_ICON, 32, 32, LR_DEFAULTCOLOR), nullptr);
+}
+
 TEST(ImageList, BadSizesAndDeadListsAreRefused)
 {
     EXPECT_EQ(ImageList_Create(-1, 16, ILC_COLOR32, 1, 1), nullptr);

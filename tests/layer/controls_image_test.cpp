@@ -1,5 +1,5 @@
 // Image lists: when pictures are made, and how they are scaled.
-#include "platform/controls/image_scaling.h"
+#include "platform/drawing/image_scaling.h"
 #include "tests/layer/controls_desk.h"
 
 namespace
