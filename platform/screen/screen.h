@@ -92,7 +92,7 @@ struct Event
     BYTE scanCode = 0;
     bool extended = false;
     bool repeat = false;
-    char16_t text[4] = {}; ///< what the key types, UTF-16, ended by 0; KeyDown only
+    char16_t text[16] = {}; ///< what the key types, UTF-16, ended by 0; KeyDown only
 };
 
 /// Connects if that has not happened yet. False when there is no display to connect to.

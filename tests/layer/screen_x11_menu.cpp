@@ -41,7 +41,7 @@ void OnKey(HWND window, WPARAM key)
     if (key == 'L')
     {
         // The key left of V, as an event reports it while the second layout is active.
-        const auto meaning = platform::x11::TranslateKey(54, 1U << 13);
+        const auto meaning = platform::x11::TranslateKey(54, 1U << 13, true);
         Say("second-layout-key", meaning.virtualKey);
         Say("second-layout-char", meaning.text[0]);
     }

@@ -10,7 +10,7 @@ server_options=("${@:3}")
 work=$(mktemp -d)
 failures=0
 pids=()
-export ORB_LAUNCHER_STRICT_X11=1 XDG_CONFIG_HOME=$work/config XDG_CACHE_HOME=$work/cache
+export ORB_LAUNCHER_STRICT_X11=1 LC_ALL=C.UTF-8 XDG_CONFIG_HOME=$work/config XDG_CACHE_HOME=$work/cache
 unset DISPLAY WAYLAND_DISPLAY
 
 for program in Xvfb xdotool ${manager%%-*}; do
@@ -318,7 +318,28 @@ if command -v setxkbmap >/dev/null; then
     xdotool key l # xdotool itself always types in the first layout
     expect says menu.log "second-layout-key 67"
     expect says menu.log "second-layout-char 1089"
-    setxkbmap us
+
+    begin "AltGr, dead keys and the Compose key type what the layout says"
+    setxkbmap de
+    open_menu menu 100 100
+    xdotool keydown 108 key 26 keyup 108
+    expect says menu.log "char 8364" # the euro sign
+    setxkbmap us intl -option compose:menu
+    xdotool key 48 26
+    expect says menu.log "char 233" # e with an acute accent
+    refuse says menu.log "char 180" # the accent alone
+    xdotool key 135 32 61
+    expect says menu.log "char 248" # o with a stroke, from o and /
+    setxkbmap us -option
+
+    begin "Num Lock decides what the number pad is"
+    open_menu menu 100 100
+    xdotool key 83
+    expect says menu.log "key 37"
+    refuse says menu.log "char 52"
+    xdotool key Num_Lock key 83 key Num_Lock
+    expect says menu.log "key 100"
+    expect says menu.log "char 52"
 fi
 
 if command -v xrandr >/dev/null && command -v xprop >/dev/null; then

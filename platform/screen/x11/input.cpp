@@ -111,13 +111,13 @@ void OnKey(const xcb_key_press_event_t& from, bool down)
     Event event = MouseEvent(down ? EventType::KeyDown : EventType::KeyUp, from);
     event.repeat = down && (bits & bit) != 0;
     bits = static_cast<std::uint8_t>(down ? bits | bit : bits & ~bit);
-    const KeyMeaning meaning = TranslateKey(from.detail, from.state);
+    const KeyMeaning meaning = TranslateKey(from.detail, from.state, down);
     event.virtualKey = meaning.virtualKey;
     event.extended = meaning.extended;
     // evdev's key codes are those of the PC keyboard for all keys that it had.
     event.scanCode = static_cast<BYTE>(from.detail - 8);
-    if (down)
-        std::copy(std::begin(meaning.text), std::end(meaning.text), event.text);
+    static_assert(sizeof(event.text) == sizeof(meaning.text));
+    std::copy(std::begin(meaning.text), std::end(meaning.text), event.text);
     if (event.virtualKey != 0 || event.text[0] != 0)
         AddEvent(event);
 }
