@@ -1,6 +1,7 @@
 // The cache folder and its files.
 #include "platform/base/cache_folder.h"
 
+#include "platform/base/product.h"
 #include "platform/base/unique_fd.h"
 
 #include <cerrno>
@@ -44,7 +45,7 @@ std::string MakeCacheFolder()
             return {};
         base += "/.cache";
     }
-    base += "/orb-launcher";
+    base += "/" ORB_PRODUCT;
     return MakeFolder(base) ? base : std::string();
 }
 

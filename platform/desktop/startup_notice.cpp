@@ -1,6 +1,8 @@
 // Start-up notification messages, and the GAppLaunchContext that sends them.
 #include "platform/desktop/startup_notice.h"
 
+#include "platform/base/product.h"
+
 #include <gio/gdesktopappinfo.h>
 #include <xcb/xcb.h>
 
@@ -105,7 +107,7 @@ std::string MakeId(const char* name, std::uint32_t time)
     static int sequence = 0;
     const char* base = std::strrchr(name, '/') != nullptr ? std::strrchr(name, '/') + 1 : name;
     const GTextOwner plain(g_uri_escape_string(base, nullptr, FALSE));
-    return "orb-launcher-" + std::to_string(getpid()) + "-" + g_get_host_name() + "-" + plain.get() + "-" +
+    return ORB_PRODUCT "-" + std::to_string(getpid()) + "-" + g_get_host_name() + "-" + plain.get() + "-" +
            std::to_string(sequence++) + "_TIME" + std::to_string(time);
 }
 

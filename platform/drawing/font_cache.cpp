@@ -1,6 +1,8 @@
 // Reading, checking and writing the font cache.
 #include "platform/drawing/font_cache.h"
 
+#include "platform/base/product.h"
+
 #include <charconv>
 #include <cstdlib>
 #include <sys/stat.h>
@@ -10,7 +12,7 @@ namespace platform
 namespace
 {
 
-constexpr std::string_view kHeader = "orb-launcher fonts 1";
+constexpr std::string_view kHeader = ORB_PRODUCT " fonts 1";
 
 /// Splits off the text up to a separator, which is dropped.
 std::string_view TakeUntil(std::string_view& text, char separator)

@@ -1,4 +1,5 @@
 // The program's entry on Linux: makes the command line that Windows would pass and calls the Windows entry point.
+#include "platform/base/product.h"
 #include "platform/base/text.h"
 #include "platform/screen/screen.h"
 
@@ -13,7 +14,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE previous, LPWSTR commandLine, 
 namespace
 {
 
-constexpr char kUsage[] = "Usage: orb-launcher [fx,fy,align[,window]]\n"
+constexpr char kUsage[] = "Usage: " ORB_PRODUCT " [fx,fy,align[,window]]\n"
                           "Pops up the menu of your shortcuts.\n"
                           "\n"
                           "  fx,fy    point on the screen, or a fraction of the window's size when one is given\n"
@@ -22,7 +23,7 @@ constexpr char kUsage[] = "Usage: orb-launcher [fx,fy,align[,window]]\n"
                           "  window   X window id that fx,fy are relative to\n"
                           "\n"
                           "Without arguments the menu opens at the pointer.\n";
-constexpr char kVersion[] = "orb-launcher 1.0.0\n";
+constexpr char kVersion[] = ORB_PRODUCT " " ORB_VERSION "\n";
 
 /// Backslashes double before a quote and before the closing one, as Windows programs expect.
 std::string Quoted(std::string_view argument)
@@ -66,7 +67,7 @@ int main(int argc, char** argv)
     }
     if (!platform::screen::Open())
     {
-        std::fprintf(stderr, "orb-launcher: cannot open display %s\n", platform::screen::DisplayName().c_str());
+        std::fprintf(stderr, ORB_PRODUCT ": cannot open display %s\n", platform::screen::DisplayName().c_str());
         return 1;
     }
     std::u16string line = platform::Utf16FromUtf8(CommandLine(argc, argv));

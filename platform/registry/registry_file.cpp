@@ -1,6 +1,8 @@
 // Places of the hives (XDG base directory specification) and setting a file aside.
 #include "platform/registry/registry_file.h"
 
+#include "platform/base/product.h"
+
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -14,7 +16,7 @@ namespace platform
 namespace
 {
 
-constexpr char kFile[] = "/orb-launcher/registry.db";
+constexpr char kFile[] = "/" ORB_PRODUCT "/registry.db";
 constexpr int kMostDamagedFiles = 1000;
 
 /// A relative path in one of these variables counts as not set.

@@ -1,6 +1,8 @@
 // Loading of the desktop module.
 #include "platform/services/desktop_module.h"
 
+#include "platform/base/product.h"
+
 #include <dlfcn.h>
 #include <string>
 #include <unistd.h>
@@ -10,7 +12,7 @@ namespace platform
 namespace
 {
 
-constexpr char kModuleName[] = "/orb-launcher-desktop.so";
+constexpr char kModuleName[] = "/" ORB_PRODUCT "-desktop.so";
 
 std::string ProgramFolder()
 {

@@ -4,6 +4,7 @@
 #include "windows.h"
 
 #include "platform/services/desktop_module.h"
+#include "platform/base/product.h"
 #include "platform/base/text.h"
 #include "platform/services/launch_service.h"
 #include "platform/shell/process_reference.h"
@@ -19,7 +20,7 @@ std::string OpenPath(const std::string& path)
 {
     const auto* service = static_cast<const LaunchService*>(DesktopModuleSymbol("orb_launch_service"));
     if (service == nullptr)
-        return "The desktop module orb-launcher-desktop.so is missing.";
+        return "The desktop module " ORB_PRODUCT "-desktop.so is missing.";
     const auto finished = [](void* context) { delete static_cast<ProcessHold*>(context); };
     char reason[1024] = "";
     const bool opened = service->open(path.c_str(), {finished, new ProcessHold}, reason, sizeof reason);
@@ -32,7 +33,7 @@ void ReportFailure(HWND owner, const std::u16string& name, const std::string& re
     text += name;
     text += u"\u201D could not be started: ";
     text += Utf16FromUtf8(reason);
-    MessageBoxW(owner, text.c_str(), u"Orb Launcher", MB_OK | MB_ICONERROR);
+    MessageBoxW(owner, text.c_str(), u"" ORB_PRODUCT_TITLE, MB_OK | MB_ICONERROR);
 }
 
 } // namespace

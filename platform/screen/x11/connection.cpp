@@ -1,6 +1,7 @@
 // Opening the connection and asking, in two batches, all that a start wants to know.
 #include "platform/screen/x11/connection.h"
 
+#include "platform/base/product.h"
 #include "platform/screen/x11/focus.h"
 #include "platform/screen/x11/xkb_protocol.h"
 
@@ -180,7 +181,7 @@ void Connection::RequireAlive()
     if (xcb_connection_has_error(m_xcb) != 0)
     {
         // Not exit: exit handlers would wait for messages of windows that are no more.
-        std::fputs("orb-launcher: the display was lost\n", stderr);
+        std::fputs(ORB_PRODUCT ": the display was lost\n", stderr);
         std::fflush(nullptr);
         _exit(1);
     }

@@ -8,6 +8,7 @@
 #include "platform/screen/x11/xkb_protocol.h"
 
 #include "platform/base/clock.h"
+#include "platform/base/product.h"
 
 #include <cstdio>
 #include <poll.h>
@@ -115,7 +116,7 @@ void OnError(const xcb_generic_error_t& error)
     static const bool strict = std::getenv("ORB_LAUNCHER_STRICT_X11") != nullptr;
     if (strict)
     {
-        std::fprintf(stderr, "orb-launcher: X error %d of request %d.%d, resource 0x%x\n", error.error_code,
+        std::fprintf(stderr, ORB_PRODUCT ": X error %d of request %d.%d, resource 0x%x\n", error.error_code,
                      error.major_code, error.minor_code, error.resource_id);
         std::abort();
     }

@@ -2,6 +2,7 @@
 #include "platform/screen/x11/focus.h"
 
 #include "platform/base/clock.h"
+#include "platform/base/product.h"
 #include "platform/screen/x11/focus_policy.h"
 #include "platform/screen/x11/windows.h"
 
@@ -79,7 +80,7 @@ void CreateKeyWindow()
     xcb_create_window(connection.Xcb(), 0, state.keyWindow, connection.Root(), -10, -10, 1, 1, 0,
                       XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK,
                       values);
-    constexpr char kClass[] = "orb-launcher\0Orb-launcher";
+    constexpr char kClass[] = ORB_PRODUCT "\0" ORB_PRODUCT_CLASS;
     xcb_change_property(connection.Xcb(), XCB_PROP_MODE_REPLACE, state.keyWindow, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
                         sizeof(kClass), kClass);
     const std::uint32_t pid = static_cast<std::uint32_t>(getpid());

@@ -6,6 +6,7 @@
 // again by the Present that follows the drawing.
 #include "platform/screen/x11/pixel_buffer.h"
 
+#include "platform/base/product.h"
 #include "platform/base/unique_fd.h"
 
 #include <algorithm>
@@ -95,7 +96,7 @@ PixelBuffer::~PixelBuffer()
 
 bool PixelBuffer::Share(std::size_t size)
 {
-    const int fd = memfd_create("orb-launcher-window", MFD_CLOEXEC);
+    const int fd = memfd_create(ORB_PRODUCT "-window", MFD_CLOEXEC);
     if (fd < 0)
         return false;
     m_surface.pixels = Extend(fd, size) ? static_cast<std::uint32_t*>(MapShared(size, fd)) : nullptr;

@@ -1,6 +1,7 @@
 // What the window manager is told of a window: properties by the conventions of X clients.
 #include "platform/screen/x11/windows.h"
 
+#include "platform/base/product.h"
 #include "platform/base/text.h"
 
 #include <algorithm>
@@ -11,7 +12,7 @@ namespace platform::x11
 namespace
 {
 
-constexpr char kWindowClass[] = "orb-launcher\0Orb-launcher"; // instance and class, each ended by 0
+constexpr char kWindowClass[] = ORB_PRODUCT "\0" ORB_PRODUCT_CLASS; // instance and class, each ended by 0
 
 template <typename T>
 void SetProperty(xcb_window_t window, xcb_atom_t property, xcb_atom_t type, std::span<const T> values)
@@ -62,7 +63,7 @@ void SetProperties(const NativeWindowState& window, const screen::WindowOptions&
     SetProperty<char>(window.id, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, {kWindowClass, sizeof(kWindowClass)});
     const std::uint32_t pid = static_cast<std::uint32_t>(getpid());
     SetProperty<std::uint32_t>(window.id, TheConnection()[Atom::NetWmPid], XCB_ATOM_CARDINAL, {&pid, 1});
-    SetTitle(window.id, options.title.empty() ? u"Orb Launcher" : options.title);
+    SetTitle(window.id, options.title.empty() ? u"" ORB_PRODUCT_TITLE : options.title);
     if (window.kind == screen::WindowKind::Popup)
     {
         SetAtoms(window.id, Atom::NetWmWindowType, {Atom::NetWmWindowTypePopupMenu});
