@@ -1,7 +1,7 @@
 // Measures how long programs take from exec to their first complete frame, side by side.
 //
-// Each program is started in turn, round after round, on the display of $DISPLAY. A frame is complete at the last paint
-// of the start-up: the one that a quiet time follows. The process is then killed and its peak memory noted.
+// Each program is started in turn, round after round to and fro, on the display of $DISPLAY. A frame is complete at the
+// last paint of the start-up: the one that a quiet time follows. The process is then killed and its peak memory noted.
 //
 // usage: launch ROUNDS ROWS-FILE    (rows as ReadRows takes them)
 // Prints per row: name, median, quartiles and best in milliseconds, peak memory in KiB.
@@ -64,7 +64,11 @@ int main(int argc, char** argv)
     bench::Observer observer;
     for (int round = -1; round < rounds; ++round)
         for (std::size_t i = 0; i < rows.size(); ++i)
-            Measure(rows[i], results[i], observer, round >= 0);
+        {
+            // To and fro: no row has always the same one before it.
+            const std::size_t row = round % 2 == 0 ? i : rows.size() - 1 - i;
+            Measure(rows[row], results[row], observer, round >= 0);
+        }
     std::printf("%-34s %9s %9s %9s %9s %10s\n", "row", "median", "quartile", "3rd", "best", "peak KiB");
     for (std::size_t i = 0; i < rows.size(); ++i)
     {

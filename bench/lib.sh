@@ -1,12 +1,14 @@
 # What the benchmarks on a display share: building, a scratch folder with icons and menus, rows for the observer.
-# Source it after setting $targets; it builds them in build/bench.
+# Source it after setting $targets, which it builds in build/bench, or $build, a folder that has been built already.
 set -eu
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
-build=build/bench
-mkdir -p "$build"
-tools/setup build run bench || echo "Some packages cannot be installed; their rows are left out."
-cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DORB_BENCH=ON -DORB_TESTS=OFF >"$build/configure.log"
-cmake --build "$build" --target orb-launcher orb_desktop "${targets[@]}" >"$build/build.log"
+if [ -z "${build:-}" ]; then
+    build=build/bench
+    mkdir -p "$build"
+    tools/setup build run bench || echo "Some packages cannot be installed; their rows are left out."
+    cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DORB_BENCH=ON -DORB_TESTS=OFF >"$build/configure.log"
+    cmake --build "$build" --target orb-launcher "${targets[@]}" >"$build/build.log"
+fi
 
 work=$(mktemp -d)
 cleanup() {
@@ -43,9 +45,9 @@ fill() { # folder, count, with icons of their own?
 mkdir -p "$work/jgmenu/config/jgmenu" "$work/jgmenu/cache"
 printf 'icon_theme = hicolor\nicon_size = 32\n' >"$work/jgmenu/config/jgmenu/jgmenurc"
 
-ours() { # profile: the environment and the program
+ours() { # profile, suffix of its cache folder, folder of the program: the environment and the program
     printf 'HOME=%s;XDG_DATA_HOME=%s;XDG_CONFIG_HOME=%s;XDG_CACHE_HOME=%s;XDG_DATA_DIRS=%s\t%s\t100,1000,0\n' "$work/$1" \
-        "$work/$1/data" "$work/$1/config" "$work/$1/cache${2:-}" "$work/share:/usr/local/share:/usr/share" "$build/orb-launcher"
+        "$work/$1/data" "$work/$1/config" "$work/$1/cache${2:-}" "$work/share:/usr/local/share:/usr/share" "${3:-$build}/orb-launcher"
 }
 jgmenu_environment="HOME=$work/jgmenu;XDG_CONFIG_HOME=$work/jgmenu/config;XDG_CACHE_HOME=$work/jgmenu/cache;XDG_DATA_DIRS=$work/share:/usr/local/share:/usr/share"
 rows=$work/rows

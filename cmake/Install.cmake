@@ -1,4 +1,4 @@
-# cmake --install: on Linux the program, the desktop module where the program looks for it, the manual page, and
+# cmake --install: on Linux the program, the modules where the program looks for them, the manual page, and
 # the entry and icon that a panel or a dock shows; on Windows the program alone, which needs nothing beside it.
 include(GNUInstallDirs)
 if(NOT TARGET orb-launcher)
@@ -8,7 +8,7 @@ install(TARGETS orb-launcher RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 if(WIN32)
   return()
 endif()
-install(TARGETS orb_desktop LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/orb-launcher)
+install(TARGETS orb_desktop orb_keyboard LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/orb-launcher)
 install(FILES ${CMAKE_SOURCE_DIR}/docs/orb-launcher.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES ${CMAKE_SOURCE_DIR}/resources/orb-launcher.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 foreach(size 48 128)

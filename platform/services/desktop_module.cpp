@@ -1,4 +1,4 @@
-// Loading of the desktop module.
+// Loading of the modules.
 #include "platform/services/desktop_module.h"
 
 #include "platform/base/product.h"
@@ -12,8 +12,6 @@ namespace platform
 namespace
 {
 
-constexpr char kModuleName[] = "/" ORB_PRODUCT "-desktop.so";
-
 std::string ProgramFolder()
 {
     char path[4096];
@@ -25,11 +23,11 @@ std::string ProgramFolder()
 
 /// Beside the program, as it is built, or where the installation puts it seen from there: wherever an installed tree is
 /// moved, the program finds its own module and no other.
-void* LoadModule()
+void* LoadModule(const char* name)
 {
     for (const char* folder : {"", "/" ORB_MODULE_FROM_PROGRAM})
     {
-        const std::string path = ProgramFolder() + folder + kModuleName;
+        const std::string path = ProgramFolder() + folder + name;
         if (void* module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE))
             return module;
     }
@@ -40,7 +38,13 @@ void* LoadModule()
 
 void* DesktopModuleSymbol(const char* name)
 {
-    static void* const module = LoadModule();
+    static void* const module = LoadModule("/" ORB_PRODUCT "-desktop.so");
+    return module != nullptr ? dlsym(module, name) : nullptr;
+}
+
+void* KeyboardModuleSymbol(const char* name)
+{
+    static void* const module = LoadModule("/" ORB_PRODUCT "-keyboard.so");
     return module != nullptr ? dlsym(module, name) : nullptr;
 }
 

@@ -11,5 +11,7 @@ namespace platform
 /// A symbol of the desktop module, which is loaded by the first call from any thread; null when the module or the
 /// symbol is missing. The module is never unloaded.
 void* DesktopModuleSymbol(const char* name);
+/// The same of the keyboard module (orb-launcher-keyboard.so), which is loaded with the first key.
+void* KeyboardModuleSymbol(const char* name);
 
 } // namespace platform

@@ -15,7 +15,8 @@ unsigned g_layoutSerial = 0;
 
 KeyMeaning TranslateKey(std::uint8_t keycode, std::uint16_t state, bool pressed)
 {
-    static const auto* const service = static_cast<const KeyboardService*>(DesktopModuleSymbol("orb_keyboard_service"));
+    static const auto* const service =
+        static_cast<const KeyboardService*>(KeyboardModuleSymbol("orb_keyboard_service"));
     if (service == nullptr)
         return {};
     return service->translate({TheConnection().Xcb(), g_layoutSerial, keycode, state, pressed});

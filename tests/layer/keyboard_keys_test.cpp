@@ -1,5 +1,5 @@
 // Virtual keys and text of keys in several layouts, by their places on the keyboard (evdev's code + 8).
-#include "platform/desktop/key_translator.h"
+#include "platform/keyboard/key_translator.h"
 
 #include "windows.h"
 

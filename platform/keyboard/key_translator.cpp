@@ -1,5 +1,5 @@
 // Names and text of keys, by xkbcommon.
-#include "platform/desktop/key_translator.h"
+#include "platform/keyboard/key_translator.h"
 
 #include "platform/base/text.h"
 

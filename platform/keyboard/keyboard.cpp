@@ -1,5 +1,5 @@
 // The keyboard service: the layout of the X server, and compositions of the user's locale.
-#include "platform/desktop/key_translator.h"
+#include "platform/keyboard/key_translator.h"
 
 #include <cstdlib>
 #include <utility>
