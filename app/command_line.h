@@ -1,7 +1,4 @@
 // The command line: up to four comma-separated fields fx,fy,align,window.
-//
-// Rules only. Numbers are read as the C library reads them in its "C" locale: leading white space is skipped, a field
-// without a number counts as 0, and what follows a number other than a comma ends the line.
 #pragma once
 
 #include "support/wstring.h"
@@ -24,10 +21,11 @@ struct AnchorRequest
     std::uint32_t window = 0; ///< low 32 bits of the handle
 };
 
+/// A field without a number counts as 0; what follows a number, other than a comma, ends the line.
 AnchorRequest ParseCommandLine(WStringView line);
 
-/// The anchor of an Absolute request. Truncated toward zero; a number that no screen has room for is cut off far
-/// outside every screen, NaN counts as 0.
+/// The anchor of an Absolute request, truncated toward zero. A number beyond every screen stops far outside of them,
+/// where a window's size can still be added to it; NaN counts as 0.
 POINT AbsoluteAnchor(const AnchorRequest& request);
 /// The anchor of a Window request whose window has the given rectangle.
 POINT WindowAnchor(const AnchorRequest& request, const RECT& window);

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <string>
 
 namespace
@@ -58,8 +59,8 @@ TEST(CommandLine, CursorUnlessTheLineNamesAPoint)
 
 TEST(CommandLine, AlignmentIsCheckedOnlyUpward)
 {
-    const std::pair<const char*, int> cases[] = {{"4", 0},   {"99999999999999999999", 0},   {"-1", -1}, {"0x3", 3},
-                                                 {"010", 0}, {"-99999999999", -2147483647}, {"", 0},    {"2x", 2}};
+    const std::pair<const char*, int> cases[] = {{"4", 0},   {"99999999999999999999", 0},       {"-1", -1}, {"0x3", 3},
+                                                 {"010", 0}, {"-99999999999", -2147483647 - 1}, {"", 0},    {"2x", 2}};
     for (const auto& [field, align] : cases)
         EXPECT_EQ(ParseCommandLine(Wide(std::string("1,2,") + field)).align, align) << field;
 }
@@ -73,6 +74,8 @@ TEST(CommandLine, WindowFieldTakesTheLow32Bits)
                                                            {"", 0},
                                                            {"0x", 0},
                                                            {"99999999999999999999999", 0xFFFFFFFF},
+                                                           {"-99999999999999999999999", 0xFFFFFFFF},
+                                                           {"-2", 0xFFFFFFFE},
                                                            {"12 34", 12}};
     for (const auto& [field, window] : cases)
     {
@@ -81,6 +84,18 @@ TEST(CommandLine, WindowFieldTakesTheLow32Bits)
         EXPECT_EQ(request.window, window) << field;
         EXPECT_EQ(request.align, 3) << field;
     }
+}
+
+TEST(CommandLine, TinyNumbersAreNoneAndOverflowIsTheLargest)
+{
+    // Numbers that are too small, written with a capital E or in hexadecimal, became the far end of every screen.
+    const std::pair<const char*, double> cases[] = {
+        {"1e-400", 0},         {"1E-400", 0},          {"0x1p-5000", 0}, {"-0X1P-5000", 0}, {"1E+400", HUGE_VAL},
+        {"-1e400", -HUGE_VAL}, {"0x1P5000", HUGE_VAL}, {"0x.8p1", 1},    {"0x", 0},         {"1e", 1},
+        {".5", 0.5},           {"INFINITY", HUGE_VAL}, {"1E2", 100},     {"0x1P4", 16},
+    };
+    for (const auto& [field, value] : cases)
+        EXPECT_EQ(ParseCommandLine(Wide(std::string(field) + ",1,2")).fx, value) << field;
 }
 
 TEST(CommandLine, FractionsOfAWindowAreTruncatedTowardZero)
