@@ -6,7 +6,6 @@
 #include "content/layout_store.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace
 {
@@ -19,24 +18,16 @@ WString OptionsKeyPath()
     return g_launcher.m_layoutRoot + TEXT("\\");
 }
 
-std::uint32_t FirstDword(const std::vector<std::uint8_t>& data)
-{
-    std::uint32_t value = 0;
-    if (!data.empty())
-        std::memcpy(&value, data.data(), std::min(sizeof(value), data.size()));
-    return value;
-}
-
 } // namespace
 
 void LoadOptions()
 {
     if (g_launcher.m_layoutRoot.empty())
         return;
-    const UniqueRegistryKey key = OpenUserKey(OptionsKeyPath());
-    if (!key)
-        return;
-    g_launcher.m_options = FirstDword(ReadValue(key.Get(), kOptionsValue));
+    // Only the first bytes count, should the value have another size.
+    const std::vector<std::uint8_t> data = ReadValue(OpenUserKey(OptionsKeyPath()), kOptionsValue);
+    std::copy_n(data.begin(), std::min(data.size(), sizeof(g_launcher.m_options)),
+                reinterpret_cast<std::uint8_t*>(&g_launcher.m_options));
 }
 
 void SaveOptions()

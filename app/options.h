@@ -1,7 +1,5 @@
-// The options word: what its bits mean, and what a click on an empty part of a level makes of it.
+// The options word: which bits it has, and what is done with it.
 #pragma once
-
-#include "resources/resource.h"
 
 #include <cstdint>
 
@@ -15,24 +13,12 @@ enum OptionBits : std::uint32_t
 };
 
 /// Number of the bitmap resource that the style bits choose.
-constexpr unsigned SeparatorBitmap(std::uint32_t bits)
-{
-    if (bits & OPTION_LONG_DASHES)
-        return BITMAP_SEPARATOR_LONG_DASHES;
-    return bits & OPTION_SHORT_DASHES ? BITMAP_SEPARATOR_SHORT_DASHES : BITMAP_SEPARATOR_SOLID;
-}
+unsigned SeparatorBitmap(std::uint32_t bits);
 
 /// Style bits after the present ones: solid, long dashes, short dashes, solid.
-constexpr std::uint32_t NextSeparatorStyle(std::uint32_t options)
-{
-    if (options & OPTION_LONG_DASHES)
-        return OPTION_SHORT_DASHES;
-    if (options & OPTION_SHORT_DASHES)
-        return 0;
-    return OPTION_LONG_DASHES;
-}
+std::uint32_t NextSeparatorStyle(std::uint32_t options);
 
-/// Reads the value "options" beside the root's order into m_options, whatever its type; 0 when it is missing.
+/// Reads the value "options" beside the root's order into m_options, whatever its type; a missing one leaves 0.
 void LoadOptions();
 /// Writes m_options; failures are ignored. Does nothing without a layout root.
 void SaveOptions();

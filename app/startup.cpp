@@ -16,7 +16,6 @@ namespace
 {
 
 constexpr int kTitlePoints = 20;
-constexpr UINT kUsualMenuShowDelay = 400;
 constexpr int kPointsPerInch = 72;
 
 ItemList ParseFolder(const WString& path)
@@ -25,16 +24,6 @@ ItemList ParseFolder(const WString& path)
     if (FAILED(SHParseDisplayName(path.c_str(), nullptr, list.Receive(), 0, nullptr)))
         return {};
     return list;
-}
-
-/// False for a path that the shell cannot parse, and for a file in the folder's place. A link to the folder is as good.
-bool IsFolder(const WString& path)
-{
-    constexpr SFGAOF kKind = SFGAO_FOLDER | SFGAO_LINK;
-    ItemList list;
-    SFGAOF attributes = kKind;
-    return SUCCEEDED(SHParseDisplayName(path.c_str(), nullptr, list.Receive(), kKind, &attributes)) &&
-           (attributes & kKind) != 0;
 }
 
 POINT AnchorOf(const AnchorRequest& request, POINT cursor)
@@ -53,19 +42,16 @@ POINT AnchorOf(const AnchorRequest& request, POINT cursor)
     }
 }
 
-/// Positive, so the height of a character cell: 26 pixels at 96 DPI.
+/// In pixels. CreateFontW takes a positive height for that of the whole cell, a negative one for the letters'.
 int TitleCellHeight()
 {
-    return RoundedRatio(g_dpi.percent, 96, 100) * g_launcher.m_fontSize / kPointsPerInch;
+    return MulDiv(g_dpi.percent, 96, 100) * g_launcher.m_fontSize / kPointsPerInch;
 }
 
 void QuerySystemParameters()
 {
-    // Without a work area no item would have room.
-    if (!SystemParametersInfoW(SPI_GETWORKAREA, 0, &g_launcher.m_workArea, 0))
-        g_launcher.m_workArea = {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
-    if (!SystemParametersInfoW(SPI_GETMENUSHOWDELAY, 0, &g_launcher.m_menuShowDelay, 0))
-        g_launcher.m_menuShowDelay = kUsualMenuShowDelay;
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &g_launcher.m_workArea, 0);
+    SystemParametersInfoW(SPI_GETMENUSHOWDELAY, 0, &g_launcher.m_menuShowDelay, 0);
     g_launcher.m_shellIdListFormat = static_cast<WORD>(RegisterClipboardFormatW(TEXT("Shell IDList Array")));
 }
 
@@ -85,23 +71,17 @@ RootPlace ReadCommandLine(WStringView line)
     return {AnchorOf(request, cursor), request.align};
 }
 
-/// Creates the folder when it is missing. Failures are shown and start-up goes on.
 void FindLauncherFolder()
 {
     ShellString appData;
     SHGetKnownFolderPath(FOLDERID_RoamingAppData, 0, nullptr, appData.Receive());
-    const WString& path = g_launcher.m_folderPath;
-    if (!appData)
-    {
-        // A path without its beginning would name a folder somewhere else.
-        g_launcher.m_folderPath.clear();
-        ShowOpenError(TEXT("OrbLauncher"));
-        return;
-    }
-    g_launcher.m_folderPath = appData.Get() + WString(TEXT("\\OrbLauncher"));
-    if (!CreateDirectoryW(path.c_str(), nullptr) && GetLastError() != ERROR_ALREADY_EXISTS)
+    WString& path = g_launcher.m_folderPath;
+    path = (appData ? appData.Get() : WString()) + TEXT("\\OrbLauncher");
+    // Without the known folder this is a path at the top of a drive, where nothing of ours may be made; the shell does
+    // not take it. An empty path it would: for My Computer.
+    if (appData && !CreateDirectoryW(path.c_str(), nullptr) && GetLastError() != ERROR_ALREADY_EXISTS)
         ShowOpenError(path);
-    if (!IsFolder(path))
+    if (!ParseFolder(path))
         ShowOpenError(path);
 }
 
@@ -134,12 +114,6 @@ HWND CreateRootLevel()
     if (!folder)
         return nullptr;
     auto* const root = new CustomBar(nullptr, -1, {folder.Get(), nullptr}, g_launcher.m_layoutRoot, false);
-    if (!root->m_sourceFolders[0])
-    {
-        // It would be empty whatever the folder holds.
-        root->Release();
-        return nullptr;
-    }
     root->ReloadItems();
     const POINT& anchor = g_launcher.m_anchor;
     const RECT place{anchor.x, anchor.y, anchor.x, anchor.y};

@@ -7,6 +7,7 @@ namespace
 constexpr int kSources = SHCNRF_InterruptLevel | SHCNRF_ShellLevel | SHCNRF_NewDelivery;
 constexpr LONG kEvents =
     SHCNE_RENAMEITEM | SHCNE_CREATE | SHCNE_DELETE | SHCNE_MKDIR | SHCNE_RMDIR | SHCNE_RENAMEFOLDER;
+static_assert(kSources == 0x8003 && kEvents == 0x2001F);
 
 } // namespace
 

@@ -12,15 +12,16 @@ public:
     CShellItemChangeWatcher(const CShellItemChangeWatcher&) = delete;
     CShellItemChangeWatcher& operator=(const CShellItemChangeWatcher&) = delete;
 
+    /// Registers the slot (0 or 1) for changes directly inside the folder, reported to the window as `message`; an
+    /// earlier registration of the slot goes first.
+    void Watch(int slot, LPCITEMIDLIST folder, HWND window, UINT message);
+
 protected:
     ~CShellItemChangeWatcher() { StopWatching(); }
 
     /// Change callback. Levels get their notices as window messages instead, and override it to do nothing.
     virtual void OnShellItemChange(LONG event, LPCITEMIDLIST first, LPCITEMIDLIST second) = 0;
 
-    /// Registers the slot (0 or 1) for changes directly inside the folder, reported to the window as `message`; an
-    /// earlier registration of the slot goes first.
-    void Watch(int slot, LPCITEMIDLIST folder, HWND window, UINT message);
     void StopWatching();
 
 private:

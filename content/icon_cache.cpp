@@ -8,18 +8,22 @@
 namespace
 {
 
+constexpr UINT kKindFlags = SHGFI_PIDL | SHGFI_ADDOVERLAYS | SHGFI_TYPENAME | SHGFI_SYSICONINDEX;
+constexpr UINT kIconFlags = SHGFI_PIDL | SHGFI_ADDOVERLAYS | SHGFI_ICON | SHGFI_SYSICONINDEX;
+static_assert(kKindFlags == 0x4428 && kIconFlags == 0x4128);
+
 DWORD_PTR QueryFileInfo(LPCITEMIDLIST pidl, SHFILEINFOW& info, UINT flags)
 {
-    return SHGetFileInfoW(reinterpret_cast<LPCWSTR>(pidl), 0, &info, sizeof(info), SHGFI_PIDL | flags);
+    return SHGetFileInfoW(reinterpret_cast<LPCWSTR>(pidl), 0, &info, sizeof(info), flags);
 }
+
+} // namespace
 
 std::uint32_t IconKey(const SHFILEINFOW& info, DWORD_PTR systemImageList)
 {
     return static_cast<std::uint32_t>(info.iIcon) + HashText(info.szTypeName) +
            static_cast<std::uint32_t>(systemImageList);
 }
-
-} // namespace
 
 std::int32_t GetIconIndex(LPCITEMIDLIST pidl, bool large)
 {
@@ -30,7 +34,7 @@ std::int32_t GetIconIndex(LPCITEMIDLIST pidl, bool large)
     SHFILEINFOW info;
     info.szTypeName[0] = 0;
     info.iIcon = 0;
-    const DWORD_PTR list = QueryFileInfo(pidl, info, SHGFI_ADDOVERLAYS | SHGFI_TYPENAME | SHGFI_SYSICONINDEX | size);
+    const DWORD_PTR list = QueryFileInfo(pidl, info, kKindFlags | size);
     if (list == 0)
         return 0;
     const std::uint32_t key = IconKey(info, list);
@@ -38,7 +42,7 @@ std::int32_t GetIconIndex(LPCITEMIDLIST pidl, bool large)
         return found->second;
 
     info.hIcon = nullptr;
-    const DWORD_PTR result = QueryFileInfo(pidl, info, SHGFI_ADDOVERLAYS | SHGFI_ICON | SHGFI_SYSICONINDEX | size);
+    const DWORD_PTR result = QueryFileInfo(pidl, info, kIconFlags | size);
     const UniqueIcon icon(info.hIcon);
     if (result == 0 || !icon)
         return 0;

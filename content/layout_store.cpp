@@ -7,19 +7,6 @@ namespace
 constexpr LPCWSTR kOrderValue = TEXT("m_layout");
 constexpr REGSAM kAccess = KEY_READ | KEY_WRITE;
 
-/// A value's data and the call's result; `data` is empty unless that is ERROR_SUCCESS.
-LSTATUS QueryValue(HKEY key, LPCWSTR name, std::vector<std::uint8_t>& data)
-{
-    DWORD size = 0;
-    LSTATUS status = RegQueryValueExW(key, name, nullptr, nullptr, nullptr, &size);
-    if (status != ERROR_SUCCESS || size == 0)
-        return status;
-    data.resize(size);
-    status = RegQueryValueExW(key, name, nullptr, nullptr, data.data(), &size);
-    data.resize(status == ERROR_SUCCESS ? size : 0);
-    return status;
-}
-
 } // namespace
 
 UniqueRegistryKey OpenUserKey(const WString& path)
@@ -41,25 +28,24 @@ UniqueRegistryKey OpenOrCreateUserKey(const WString& path)
     return UniqueRegistryKey(key);
 }
 
-std::vector<std::uint8_t> ReadValue(HKEY key, LPCWSTR name)
+std::vector<std::uint8_t> ReadValue(const UniqueRegistryKey& key, LPCWSTR name)
 {
-    std::vector<std::uint8_t> data;
-    QueryValue(key, name, data);
+    DWORD size = 0;
+    if (!key || RegQueryValueExW(key.Get(), name, nullptr, nullptr, nullptr, &size) != ERROR_SUCCESS || size == 0)
+        return {};
+    std::vector<std::uint8_t> data(size);
+    if (RegQueryValueExW(key.Get(), name, nullptr, nullptr, data.data(), &size) != ERROR_SUCCESS)
+        return {};
+    data.resize(size);
     return data;
 }
 
-bool ReadStoredOrder(const WString& layoutKey, StoredOrder& order)
+StoredOrder ReadStoredOrder(const WString& layoutKey)
 {
-    order.clear();
     if (layoutKey.empty())
-        return true;
-    UniqueRegistryKey key;
-    LSTATUS status = RegOpenKeyExW(HKEY_CURRENT_USER, layoutKey.c_str(), 0, kAccess, key.Receive());
-    std::vector<std::uint8_t> data;
-    if (status == ERROR_SUCCESS)
-        status = QueryValue(key.Get(), kOrderValue, data);
-    order = DecodeOrder(data.data(), data.size());
-    return status == ERROR_SUCCESS || status == ERROR_FILE_NOT_FOUND;
+        return {};
+    const std::vector<std::uint8_t> data = ReadValue(OpenUserKey(layoutKey), kOrderValue);
+    return DecodeOrder(data.data(), data.size());
 }
 
 void WriteStoredOrder(const WString& layoutKey, const MenuItems& items)

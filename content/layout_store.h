@@ -3,9 +3,8 @@
 
 #include "content/ordering.h"
 
-/// Reads the value "m_layout" whatever its type. Nothing is stored when the path is empty or the key or value missing.
-/// False, with an empty order, when there may be an order that cannot be read now: it must not be overwritten then.
-bool ReadStoredOrder(const WString& layoutKey, StoredOrder& order);
+/// Reads the value "m_layout" whatever its type; empty when the path is empty or nothing is stored.
+StoredOrder ReadStoredOrder(const WString& layoutKey);
 /// Writes the keys of all items; creates the key when it is missing. Failures are ignored: the order is then not kept.
 void WriteStoredOrder(const WString& layoutKey, const MenuItems& items);
 
@@ -13,5 +12,5 @@ void WriteStoredOrder(const WString& layoutKey, const MenuItems& items);
 UniqueRegistryKey OpenUserKey(const WString& path);
 /// The same, creating the key when it cannot be opened.
 UniqueRegistryKey OpenOrCreateUserKey(const WString& path);
-/// A value's bytes, whatever its type; empty when it is missing or cannot be read.
-std::vector<std::uint8_t> ReadValue(HKEY key, LPCWSTR name);
+/// A value's bytes, whatever its type; empty without a key, and when the value is missing or cannot be read.
+std::vector<std::uint8_t> ReadValue(const UniqueRegistryKey& key, LPCWSTR name);

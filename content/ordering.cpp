@@ -4,82 +4,8 @@
 #include "content/item_key.h"
 
 #include <algorithm>
-#include <bit>
-#include <numeric>
-
-namespace
-{
-
-/// First position of every key in the stored order, by open addressing: every item of a level asks.
-class FirstPositions
-{
-public:
-    explicit FirstPositions(const StoredOrder& stored)
-        : m_stored(stored), m_slots(std::bit_ceil(stored.size() * 2 + 2), kFree)
-    {
-        for (std::size_t i = 0; i < stored.size(); ++i)
-        {
-            std::int32_t& slot = m_slots[SlotOf(stored[i])];
-            if (slot == kFree)
-                slot = static_cast<std::int32_t>(i);
-        }
-    }
-
-    /// The length of the stored order for a key that it does not hold.
-    std::int32_t Of(std::uint32_t key) const
-    {
-        const std::int32_t slot = m_slots[SlotOf(key)];
-        return slot != kFree ? slot : static_cast<std::int32_t>(m_stored.size());
-    }
-
-private:
-    static constexpr std::int32_t kFree = -1;
-
-    /// The slot that holds the key, or the free one that it would go into. Half of the slots stay free.
-    std::size_t SlotOf(std::uint32_t key) const
-    {
-        const std::size_t mask = m_slots.size() - 1;
-        std::size_t slot = (key * std::uint64_t{0x9E3779B97F4A7C15}) >> std::countl_zero(mask);
-        while (m_slots[slot] != kFree && m_stored[static_cast<std::size_t>(m_slots[slot])] != key)
-            slot = (slot + 1) & mask;
-        return slot;
-    }
-
-    const StoredOrder& m_stored;
-    std::vector<std::int32_t> m_slots; ///< positions in the stored order
-};
-
-/// Sorts by position, of which there are `positions`, then by name. Nearly every position has one item, so that
-/// counting puts most of them in place.
-void SortByPosition(MenuItems& items, std::size_t positions)
-{
-    std::vector<std::size_t> starts(positions + 1);
-    for (const MenuItem& item : items)
-        ++starts[static_cast<std::size_t>(item.order)];
-    std::partial_sum(starts.begin(), starts.end(), starts.begin());
-    std::vector<std::size_t> places(items.size());
-    for (std::size_t i = 0; i < items.size(); ++i)
-        places[i] = --starts[static_cast<std::size_t>(items[i].order)];
-    for (std::size_t i = 0; i < items.size(); ++i)
-    {
-        while (places[i] != i) // each swap puts one item where it belongs
-        {
-            const std::size_t place = places[i];
-            std::swap(items[i], items[place]);
-            std::swap(places[i], places[place]);
-        }
-    }
-    for (std::size_t i = 0; i < positions; ++i)
-    {
-        if (starts[i + 1] - starts[i] > 1)
-            std::sort(
-                items.begin() + static_cast<std::ptrdiff_t>(starts[i]),
-                items.begin() + static_cast<std::ptrdiff_t>(starts[i + 1]),
-                [](const MenuItem& a, const MenuItem& b) { return a.name < b.name; });
-    }
-}
-
-} // namespace
+#include <tuple>
+#include <unordered_map>
 
 StoredOrder DecodeOrder(const std::uint8_t* data, std::size_t size)
 {
@@ -104,15 +30,22 @@ std::vector<std::uint8_t> EncodeOrder(const MenuItems& items)
 
 void MergeOrder(MenuItems& items, const StoredOrder& stored)
 {
-    const FirstPositions positions(stored);
+    const auto count = static_cast<std::int32_t>(stored.size());
+    std::unordered_map<std::uint32_t, std::int32_t> positions; // of a key stored twice the first counts
+    positions.reserve(stored.size());
+    for (std::int32_t i = 0; i < count; ++i)
+        positions.try_emplace(stored[i], i);
     for (MenuItem& item : items)
-        item.order = positions.Of(item.key);
-    for (std::size_t i = 0; i < stored.size(); ++i)
+    {
+        const auto found = positions.find(item.key);
+        item.order = found != positions.end() ? found->second : count;
+    }
+    for (std::int32_t i = 0; i < count; ++i)
         if (stored[i] == SeparatorKey)
-            items.push_back(MakeSeparator(static_cast<std::int32_t>(i)));
-    const auto notBefore = [](const MenuItem& a, const MenuItem& b) { return a.order >= b.order; };
-    if (std::adjacent_find(items.begin(), items.end(), notBefore) != items.end())
-        SortByPosition(items, stored.size() + 1);
+            items.push_back(MakeSeparator(i));
+    std::sort(items.begin(), items.end(),
+              [](const MenuItem& a, const MenuItem& b)
+              { return std::tie(a.order, a.name) < std::tie(b.order, b.name); });
 }
 
 void CleanUpSeparators(MenuItems& items)
@@ -176,4 +109,21 @@ int InsertSeparatorBeside(MenuItems& items, Where where, int index)
         return -1;
     items.insert(items.begin() + (where == Where::Above ? index : index + 1), MakeSeparator(0));
     return where == Where::Above ? index + 1 : index;
+}
+
+bool InsertNewItem(MenuItems& items, std::vector<WString> before, std::vector<WString> after, int position)
+{
+    if (position < 0 || position > static_cast<int>(items.size()))
+        return false;
+    std::sort(before.begin(), before.end());
+    std::sort(after.begin(), after.end());
+    const auto isNew = [&](const WString& name) { return !std::binary_search(before.begin(), before.end(), name); };
+    const auto name = std::find_if(after.begin(), after.end(), isNew);
+    if (name == after.end())
+        return false;
+    MenuItem item;
+    item.name = ShellText(name->c_str());
+    item.key = ItemKey(*name);
+    items.insert(items.begin() + position, std::move(item));
+    return true;
 }

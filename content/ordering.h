@@ -1,6 +1,4 @@
-// The order of a level's items: merging the stored order with the items that exist.
-//
-// Rules only: the store is next door in layout_store.
+// The order of a level's items: merging the stored order with the items that exist. The store is in layout_store.
 #pragma once
 
 #include "content/menu_item.h"
@@ -44,3 +42,8 @@ enum class Where
 /// Inserts a separator next to the item at `index` and returns that item's new index; −1, changing nothing, when there
 /// is no neighbour on that side or the neighbour is a separator.
 int InsertSeparatorBeside(MenuItems& items, Where where, int index);
+
+/// After a file operation: puts the first, in the order of code units, of the names that have appeared at `position`.
+/// The new item carries only its key into the stored order; the next load finds the file there. False, changing
+/// nothing, when no name has appeared or the position lies outside the items and their end.
+bool InsertNewItem(MenuItems& items, std::vector<WString> before, std::vector<WString> after, int position);

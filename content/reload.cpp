@@ -36,17 +36,52 @@ bool IsPlainFolder(IShellFolder& folder, LPCITEMIDLIST child)
     return SUCCEEDED(folder.GetAttributesOf(1, &child, &attributes)) && (attributes & kKindMask) == SFGAO_FOLDER;
 }
 
+/// What cannot be bound or enumerated contributes nothing.
+void LoadFolder(CustomBar& level, int slot)
+{
+    const ItemList& source = level.m_sourceFolders[slot];
+    IShellFolder* const desktop = g_launcher.m_desktopFolder.Get();
+    ComPtr<IShellFolder> folder;
+    if (!source || desktop == nullptr ||
+        FAILED(desktop->BindToObject(source.Get(), nullptr, IID_IShellFolder, folder.ReceiveVoid())))
+        return;
+    level.m_folder = std::move(folder);
+    ComPtr<IEnumIDList> children;
+    if (level.m_folder->EnumObjects(nullptr, SHCONTF_FOLDERS | SHCONTF_NONFOLDERS, children.Receive()) != S_OK)
+        return;
+    ItemList child;
+    while (children->Next(1, child.Receive(), nullptr) == S_OK)
+        level.AddShellItem(*level.m_folder.Get(), child.Get(), slot, false);
+}
+
+void LoadLinkedFolder(CustomBar& level, int csidl, bool isStartMenu)
+{
+    ItemList location;
+    if (g_launcher.m_desktopFolder && SUCCEEDED(SHGetFolderLocation(nullptr, csidl, nullptr, 0, location.Receive())))
+        level.AddShellItem(*g_launcher.m_desktopFolder.Get(), location.Get(), -1, isStartMenu);
+}
+
+void LoadLinkedFolders(CustomBar& root)
+{
+    if (g_launcher.m_options & OPTION_DESKTOP)
+        LoadLinkedFolder(root, CSIDL_DESKTOPDIRECTORY, false);
+    if (g_launcher.m_options & OPTION_START_MENU)
+    {
+        LoadLinkedFolder(root, CSIDL_STARTMENU, true);
+        LoadLinkedFolder(root, CSIDL_COMMON_STARTMENU, false);
+    }
+}
+
 } // namespace
 
-bool CustomBar::AddShellItem(IShellFolder& folder, LPCITEMIDLIST child, int slot, bool isStartMenu,
-                             FolderIndexes& folders)
+void CustomBar::AddShellItem(IShellFolder& folder, LPCITEMIDLIST childPidl, int slot, bool isStartMenu)
 {
     ShellString parsingName;
-    if (!QueryName(folder, child, SHGDN_INFOLDER | SHGDN_FORPARSING, parsingName))
-        return false;
+    if (!QueryName(folder, childPidl, SHGDN_INFOLDER | SHGDN_FORPARSING, parsingName))
+        return;
     MenuItem item;
     ShellString displayName;
-    if (QueryName(folder, child, SHGDN_INFOLDER, displayName))
+    if (QueryName(folder, childPidl, SHGDN_INFOLDER, displayName))
         item.name = ShellText(std::move(displayName));
     else if (parsingName)
         item.name = ShellText(parsingName.Get());
@@ -55,54 +90,24 @@ bool CustomBar::AddShellItem(IShellFolder& folder, LPCITEMIDLIST child, int slot
         item.flags |= MIF_STARTMENU;
     if (slot < 0)
         item.flags |= MIF_LINKED | MIF_PROTECTED;
-    if (IsPlainFolder(folder, child))
+    if (IsPlainFolder(folder, childPidl))
         item.flags |= MIF_FOLDER;
 
-    ItemList absolute(slot < 0 ? ILClone(child) : ILCombine(m_sourceFolders[slot].Get(), child));
+    ItemList absolute(slot < 0 ? ILClone(childPidl) : ILCombine(m_sourceFolders[slot].Get(), childPidl));
     if (item.Is(MIF_FOLDER))
     {
-        const auto [sameName, isNew] = folders.try_emplace(item.name.Get(), m_items.size());
-        if (!isNew)
+        const auto sameFolder =
+            std::find_if(m_items.begin(), m_items.end(),
+                         [&](const MenuItem& other) { return other.Is(MIF_FOLDER) && other.name == item.name; });
+        if (sameFolder != m_items.end())
         {
-            m_items[sameName->second].pidl2 = std::move(absolute);
-            return true;
+            sameFolder->pidl2 = std::move(absolute);
+            return;
         }
     }
     item.pidl = std::move(absolute);
     item.image = GetIconIndex(item.pidl.Get(), UsesLargeIcons());
     m_items.push_back(std::move(item));
-    return static_cast<bool>(parsingName);
-}
-
-bool CustomBar::LoadFolder(int slot, FolderIndexes& folders)
-{
-    const ItemList& source = m_sourceFolders[slot];
-    if (!source)
-        return true;
-    // The constructor's attempt may have failed.
-    if (!g_launcher.m_desktopFolder && FAILED(SHGetDesktopFolder(g_launcher.m_desktopFolder.Receive())))
-        return false;
-    ComPtr<IShellFolder> folder;
-    if (FAILED(g_launcher.m_desktopFolder->BindToObject(source.Get(), nullptr, IID_IShellFolder, folder.ReceiveVoid())))
-        return false;
-    m_folder = std::move(folder);
-    ComPtr<IEnumIDList> children;
-    const HRESULT result = m_folder->EnumObjects(nullptr, SHCONTF_FOLDERS | SHCONTF_NONFOLDERS, children.Receive());
-    if (result != S_OK)
-        return SUCCEEDED(result);
-    ItemList child;
-    bool whole = true;
-    HRESULT next = S_OK;
-    while ((next = children->Next(1, child.Receive(), nullptr)) == S_OK)
-        whole &= AddShellItem(*m_folder.Get(), child.Get(), slot, false, folders);
-    return whole && SUCCEEDED(next);
-}
-
-void CustomBar::LoadLinkedFolder(int csidl, bool isStartMenu, FolderIndexes& folders)
-{
-    ItemList location;
-    if (g_launcher.m_desktopFolder && SUCCEEDED(SHGetFolderLocation(nullptr, csidl, nullptr, 0, location.Receive())))
-        AddShellItem(*g_launcher.m_desktopFolder.Get(), location.Get(), -1, isStartMenu, folders);
 }
 
 void CustomBar::ReloadItems()
@@ -117,36 +122,25 @@ void CustomBar::ReloadItems()
     m_contextIndex = -1;
     m_lastMessagePos = GetMessagePos();
 
-    StoredOrder stored;
-    bool whole = ReadStoredOrder(m_layoutKey, stored);
-    m_items.reserve(stored.size()); // most of what was there is there again
-    FolderIndexes folders;
-    whole &= LoadFolder(0, folders);
-    whole &= LoadFolder(1, folders);
+    LoadFolder(*this, 0);
+    LoadFolder(*this, 1);
     if (IsRoot())
-    {
-        if (g_launcher.m_options & OPTION_DESKTOP)
-            LoadLinkedFolder(CSIDL_DESKTOPDIRECTORY, false, folders);
-        if (g_launcher.m_options & OPTION_START_MENU)
-        {
-            LoadLinkedFolder(CSIDL_STARTMENU, true, folders);
-            LoadLinkedFolder(CSIDL_COMMON_STARTMENU, false, folders);
-        }
-    }
-    MergeOrder(m_items, stored);
+        LoadLinkedFolders(*this);
+    ApplyLayout();
     CleanUpSeparators(m_items);
     if (m_protectFolders)
         ProtectFolders(m_items);
     if (m_items.empty())
         m_items.push_back(MakePlaceholder());
-    // An item that has a stored place is back, not new.
-    if (std::find(stored.begin(), stored.end(), m_items.back().key) == stored.end())
-        PlaceNewcomer(m_items, before, m_refreshIndex);
+    PlaceNewcomer(m_items, before, m_refreshIndex);
     if (subLevelOpen)
         m_openIndex = FindKey(m_items, openKey);
-    // What could not be read now (a place that does not answer, a locked store) keeps its stored order.
-    if (whole)
-        SaveLayout();
+    SaveLayout();
+}
+
+void CustomBar::ApplyLayout()
+{
+    MergeOrder(m_items, ReadStoredOrder(m_layoutKey));
 }
 
 void CustomBar::SaveLayout()
@@ -162,6 +156,12 @@ void CustomBar::InsertSeparator(Where where, int index)
     SaveLayout();
     m_refreshIndex = highlight;
     RequestRefresh();
+}
+
+void CustomBar::InsertNewItemAt(std::vector<WString> before, std::vector<WString> after, int position)
+{
+    if (InsertNewItem(m_items, std::move(before), std::move(after), position))
+        SaveLayout();
 }
 
 } // namespace CustomMenu

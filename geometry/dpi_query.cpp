@@ -1,25 +1,11 @@
-// Asking the platform for the DPI. The arithmetic is in dpi_scale.cpp.
+// Asking the platform for the DPI.
+#include "geometry/dpi_query.h"
+
 #include "geometry/dpi_scale.h"
-
 #include "support/unique_handle.h"
-
-#include <shellscalingapi.h>
 
 namespace
 {
-
-using GetDpiForMonitorFunction = decltype(&::GetDpiForMonitor);
-using MonitorFromPointFunction = decltype(&::MonitorFromPoint);
-
-/// Functions that older systems lack, looked up once among the modules already loaded.
-struct MonitorFunctions
-{
-    GetDpiForMonitorFunction getDpiForMonitor;
-    MonitorFromPointFunction monitorFromPoint;
-    FARPROC monitorFromWindow;
-
-    bool AllFound() const { return getDpiForMonitor && monitorFromPoint && monitorFromWindow; }
-};
 
 template <typename Function>
 Function FindFunction(HMODULE module, LPCSTR name)
@@ -28,15 +14,16 @@ Function FindFunction(HMODULE module, LPCSTR name)
                              : nullptr;
 }
 
+/// Looks among the modules already loaded, once.
 const MonitorFunctions& FindMonitorFunctions()
 {
     static const MonitorFunctions functions = []
     {
         const HMODULE shcore = GetModuleHandleW(TEXT("shcore"));
         const HMODULE user32 = GetModuleHandleW(TEXT("user32"));
-        return MonitorFunctions{FindFunction<GetDpiForMonitorFunction>(shcore, "GetDpiForMonitor"),
-                                FindFunction<MonitorFromPointFunction>(user32, "MonitorFromPoint"),
-                                FindFunction<FARPROC>(user32, "MonitorFromWindow")};
+        return MonitorFunctions{FindFunction<decltype(&::GetDpiForMonitor)>(shcore, "GetDpiForMonitor"),
+                                FindFunction<decltype(&::MonitorFromPoint)>(user32, "MonitorFromPoint"),
+                                FindFunction<decltype(&::MonitorFromWindow)>(user32, "MonitorFromWindow")};
     }();
     return functions;
 }
@@ -54,16 +41,20 @@ int DpiOfPrimaryMonitor(const MonitorFunctions& functions)
 
 } // namespace
 
-int GetDpi()
+int QueryDpi(const MonitorFunctions& functions)
 {
-    const MonitorFunctions& functions = FindMonitorFunctions();
-    if (functions.AllFound())
+    if (functions.getDpiForMonitor && functions.monitorFromPoint && functions.monitorFromWindow)
     {
         if (const int dpi = DpiOfPrimaryMonitor(functions))
             return dpi;
     }
     const WindowDC screen(nullptr);
     return screen.Get() != nullptr ? GetDeviceCaps(screen.Get(), LOGPIXELSX) : 96;
+}
+
+int GetDpi()
+{
+    return QueryDpi(FindMonitorFunctions());
 }
 
 DpiScale g_dpi = DpiScale::FromDpi(GetDpi());

@@ -1,9 +1,7 @@
 // The DPI record that every pixel constant is scaled by.
 #pragma once
 
-/// number × numerator / denominator, rounded to the nearest integer with halves away from zero; computed in 64 bits.
-/// −1 for a zero denominator or a result that does not fit, as the platform's MulDiv.
-int RoundedRatio(int number, int numerator, int denominator);
+#include <windows.h>
 
 struct DpiScale
 {
@@ -11,12 +9,12 @@ struct DpiScale
     int relativePercent; ///< scale in percent of baseDpi
     int baseDpi;         ///< the DPI read when the record was filled
 
-    static DpiScale FromDpi(int dpi);
+    static DpiScale FromDpi(int dpi) { return {MulDiv(dpi, 100, 96), MulDiv(dpi, 100, dpi), dpi}; }
     /// n pixels at 96 DPI, in device pixels.
-    int Scaled(int n) const { return RoundedRatio(n, percent, 100); }
+    int Scaled(int n) const { return MulDiv(n, percent, 100); }
 };
 
-/// The process's scale, filled during static initialisation, before the entry point runs.
+/// The process's scale, filled before the entry point runs.
 extern DpiScale g_dpi;
 
 /// Effective DPI of the monitor at the centre of the primary screen; without per-monitor DPI the screen device

@@ -76,7 +76,8 @@ LevelSize ComputeLevelSize(const LevelMeasure& measure, const DpiScale& dpi)
     size.visibleHeight = std::min(size.height, measure.workHeight);
     if (measure.bannerText)
     {
-        const BannerSize banner = ComputeBannerSize(*measure.bannerText, size.width, size.visibleHeight);
+        const BannerSize& banner =
+            size.banner.emplace(ComputeBannerSize(*measure.bannerText, size.width, size.visibleHeight));
         size.client = {banner.totalWidth, banner.totalHeight};
         size.content = {banner.bannerWidth, 0, banner.totalWidth, banner.totalHeight};
     }

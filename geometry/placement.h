@@ -1,11 +1,9 @@
-// Where levels go and how large they are: arithmetic on rectangles.
-//
-// Rules only: nothing here calls the platform. Rectangles are screen pixels, right and bottom exclusive.
+// Where levels go and how large they are. Rectangles are screen pixels, right and bottom exclusive.
 #pragma once
 
 #include "geometry/dpi_scale.h"
 
-#include <windef.h>
+#include <windows.h>
 
 #include <optional>
 
@@ -28,6 +26,16 @@ struct LevelMeasure
     std::optional<SIZE> bannerText; ///< extent of the title, for a level with a banner
 };
 
+/// Sizes of a level with a banner, from its title's extent and the size of the items beside it.
+struct BannerSize
+{
+    int bannerWidth; ///< of the strip at the left
+    int totalWidth;
+    int totalHeight;
+    int stripLength; ///< how far the title reaches up from the bottom
+};
+BannerSize ComputeBannerSize(SIZE title, int levelWidth, int visibleHeight);
+
 struct LevelSize
 {
     int width = 0;         ///< of every button
@@ -38,19 +46,10 @@ struct LevelSize
     SIZE client{};
     bool needsPager = false;
     int pagerButtonSize = 0;
+    std::optional<BannerSize> banner;
 };
 
 LevelSize ComputeLevelSize(const LevelMeasure& measure, const DpiScale& dpi);
-
-/// Sizes of a level with a banner, from its title's extent and the size of the items beside it.
-struct BannerSize
-{
-    int bannerWidth; ///< of the strip at the left
-    int totalWidth;
-    int totalHeight;
-    int stripLength; ///< how far the title reaches up from the bottom
-};
-BannerSize ComputeBannerSize(SIZE title, int levelWidth, int visibleHeight);
 
 /// Moves the rectangle onto the work area, keeping its size; when it does not fit, the left or top edge wins.
 RECT ClampToWorkArea(const RECT& rect, const RECT& workArea);

@@ -57,17 +57,6 @@ void DrawSkin(HDC destination, const BannerSize& size)
                      {kSkinStripWidth, 0, kSkinStripWidth + 1, height}, {0, 2, 0, 2});
 }
 
-/// Whether anything of the skin shows in the level's body.
-bool SkinShowsInBody()
-{
-    BITMAP skin{};
-    if (GetObjectW(g_launcher.m_bannerSkin.Get(), sizeof(skin), &skin) == 0 || skin.bmBits == nullptr ||
-        skin.bmBitsPixel != 32 || skin.bmWidth <= kSkinStripWidth)
-        return static_cast<bool>(g_launcher.m_bannerSkin);
-    return !ColumnIsClear(static_cast<const std::uint32_t*>(skin.bmBits), {skin.bmWidth, skin.bmHeight},
-                          kSkinStripWidth);
-}
-
 /// The title in white on black, as long as its strip and as high as the banner is wide.
 PixelBitmap DrawTitleMask(const BannerSize& size)
 {
@@ -100,16 +89,14 @@ SIZE MeasureTitle()
 
 UniqueBitmap RenderBannerBitmap(const BannerSize& size)
 {
-    // A level is several megabytes on a large screen: a body that is plain all over has no place in the bitmap.
-    PixelBitmap banner = CreatePixelBitmap(SkinShowsInBody() ? size.totalWidth : size.bannerWidth, size.totalHeight);
+    PixelBitmap banner = CreatePixelBitmap(size.totalWidth, size.totalHeight);
     const UniqueMemoryDC dc(CreateCompatibleDC(nullptr));
     if (!banner.bitmap || !dc)
         return {};
     {
         const SelectGuard selected(dc.Get(), banner.bitmap.Get());
         FillWith(dc.Get(), banner.size, g_launcher.m_menuColor);
-        if (g_launcher.m_bannerSkin)
-            DrawSkin(dc.Get(), size);
+        DrawSkin(dc.Get(), size);
         GdiFlush();
     }
     const PixelBitmap mask = DrawTitleMask(size);
@@ -118,19 +105,8 @@ UniqueBitmap RenderBannerBitmap(const BannerSize& size)
     return std::move(banner.bitmap);
 }
 
-int DrawBanner(HDC dc, HBITMAP banner, int height)
+void CustomMenu::CustomBar::RenderBanner(const BannerSize& size)
 {
-    BITMAP bitmap{};
-    GetObjectW(banner, sizeof(bitmap), &bitmap);
-    const UniqueMemoryDC source(CreateCompatibleDC(dc));
-    const SelectGuard selected(source.Get(), banner);
-    BitBlt(dc, 0, 0, bitmap.bmWidth, height, source.Get(), 0, 0, SRCCOPY);
-    return bitmap.bmWidth;
-}
-
-void CustomMenu::CustomBar::RenderBanner(int levelWidth, int visibleHeight)
-{
-    const BannerSize size = ComputeBannerSize(MeasureTitle(), levelWidth, visibleHeight);
     m_banner = RenderBannerBitmap(size);
     m_contentRect = {size.bannerWidth, 0, size.totalWidth, size.totalHeight};
 }

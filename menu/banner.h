@@ -9,12 +9,8 @@
 /// Extent of the title in the banner font, as one line.
 SIZE MeasureTitle();
 
-/// The rendered background of a level of the given size, as wide as the banner when the rest is the menu's colour all
-/// over; empty when out of resources.
+/// The rendered background of a level with a banner; empty when out of resources.
 UniqueBitmap RenderBannerBitmap(const BannerSize& size);
-
-/// Draws such a bitmap at the top left corner and returns its width.
-int DrawBanner(HDC dc, HBITMAP banner, int height);
 
 /// One colour or alpha channel of the title composited onto the banner: `mask` is the title's coverage, 0 to 255.
 constexpr std::uint8_t BlendChannel(std::uint8_t under, std::uint8_t over, std::uint8_t mask)
@@ -25,9 +21,6 @@ constexpr std::uint8_t BlendAlpha(std::uint8_t alpha, std::uint8_t mask)
 {
     return static_cast<std::uint8_t>(alpha - alpha * mask / 255 + mask);
 }
-
-/// True when every pixel of the column is 0, which is transparent.
-bool ColumnIsClear(const std::uint32_t* pixels, SIZE size, int column);
 
 /// Composites the mask onto the banner turned a quarter turn anticlockwise, starting at the banner's bottom-left
 /// corner: mask row x, column i falls on the banner's column x, row height − 1 − i. The mask's lowest byte counts;

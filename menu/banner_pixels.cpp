@@ -19,14 +19,6 @@ std::uint32_t BlendPixel(std::uint32_t under, std::uint32_t color, std::uint8_t 
 
 } // namespace
 
-bool ColumnIsClear(const std::uint32_t* pixels, SIZE size, int column)
-{
-    for (LONG y = 0; y < size.cy; ++y)
-        if (pixels[y * size.cx + column] != 0)
-            return false;
-    return true;
-}
-
 void CompositeTitle(std::uint32_t* banner, SIZE bannerSize, const std::uint32_t* mask, SIZE maskSize,
                     std::uint32_t color)
 {

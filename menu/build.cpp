@@ -78,83 +78,113 @@ LevelSize MeasureLevel(const CustomBar& level)
     return ComputeLevelSize(measure, g_dpi);
 }
 
+void CreateToolbar(CustomBar& level, SUBCLASSPROC subclass)
+{
+    level.m_toolbar =
+        CreateWindowExW(WS_EX_TOOLWINDOW, TOOLBARCLASSNAMEW, nullptr, kToolbarStyle, 0, 0, kInitialToolbarSize,
+                        kInitialToolbarSize, level.m_hWnd, ChildId(kToolbarId), g_instance, nullptr);
+    SetWindowTheme(level.m_toolbar, TEXT(""), TEXT(""));
+    level.SendToolbar(TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON));
+    const UniqueImageList& images = level.UsesLargeIcons() ? g_launcher.m_largeImages : g_launcher.m_smallImages;
+    level.SendToolbar(TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(images.Get()));
+    level.SendToolbar(TB_SETINSERTMARKCOLOR, 0, static_cast<LPARAM>(g_launcher.m_menuTextColor));
+    SetWindowSubclass(level.m_toolbar, subclass, reinterpret_cast<UINT_PTR>(&level),
+                      reinterpret_cast<DWORD_PTR>(&level));
+    for (int slot = 0; slot < static_cast<int>(level.m_sourceFolders.size()); ++slot)
+        if (level.m_sourceFolders[slot])
+            level.Watch(slot, level.m_sourceFolders[slot].Get(), level.m_toolbar, WM_APP_SHELLNOTIFY);
+}
+
+void RemoveButtons(const CustomBar& level)
+{
+    for (int i = static_cast<int>(level.SendToolbar(TB_BUTTONCOUNT)) - 1; i >= 0; --i)
+        level.SendToolbar(TB_DELETEBUTTON, static_cast<WPARAM>(i));
+}
+
+void InsertButtons(CustomBar& level)
+{
+    for (int i = 0; i < level.ItemCount(); ++i)
+    {
+        MenuItem& item = level.m_items[i];
+        const TBBUTTON button = ButtonOf(item, i);
+        item.order = static_cast<std::int32_t>(level.SendToolbar(TB_BUTTONCOUNT));
+        level.SendToolbar(TB_INSERTBUTTONW, static_cast<WPARAM>(item.order), reinterpret_cast<LPARAM>(&button));
+    }
+}
+
+void PlaceWindow(HWND window, SIZE client, bool firstBuild)
+{
+    RECT frame{};
+    RECT current{};
+    AdjustWindowRect(&frame, g_launcher.m_levelStyle, FALSE);
+    GetWindowRect(window, &current);
+    RECT place = PlaceLevel(client, frame, current, firstBuild, g_launcher.m_align);
+    ClipToWorkArea(place);
+    SetWindowPos(window, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS | SWP_DEFERERASE);
+}
+
+void PlacePager(CustomBar& level, const RECT& rect, int buttonSize)
+{
+    const bool existed = level.m_pager != nullptr;
+    LRESULT position = 0;
+    if (existed)
+    {
+        position = SendMessageW(level.m_pager, PGM_GETPOS, 0, 0);
+        MoveChild(level.m_pager, rect);
+    }
+    else
+    {
+        level.m_pager =
+            CreateWindowExW(0, WC_PAGESCROLLERW, nullptr, kPagerStyle, rect.left, rect.top, rect.right - rect.left,
+                            rect.bottom - rect.top, level.m_hWnd, ChildId(kPagerId), g_instance, nullptr);
+        if (level.m_pager == nullptr)
+            return;
+    }
+    SendMessageW(level.m_pager, PGM_SETBUTTONSIZE, 0, buttonSize);
+    SetParent(level.m_toolbar, level.m_pager);
+    SetWindowPos(level.m_toolbar, nullptr, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    SendMessageW(level.m_pager, PGM_SETCHILD, 0, reinterpret_cast<LPARAM>(level.m_toolbar));
+    if (existed)
+        SendMessageW(level.m_pager, PGM_SETPOS, 0, position);
+}
+
 } // namespace
-
-bool CustomBar::CreateToolbar()
-{
-    m_toolbar = CreateWindowExW(WS_EX_TOOLWINDOW, TOOLBARCLASSNAMEW, nullptr, kToolbarStyle, 0, 0, kInitialToolbarSize,
-                                kInitialToolbarSize, m_hWnd, ChildId(kToolbarId), g_instance, nullptr);
-    if (m_toolbar == nullptr)
-        return false;
-    SetWindowTheme(m_toolbar, TEXT(""), TEXT(""));
-    SendToolbar(TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON));
-    const UniqueImageList& images = UsesLargeIcons() ? g_launcher.m_largeImages : g_launcher.m_smallImages;
-    SendToolbar(TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(images.Get()));
-    SendToolbar(TB_SETINSERTMARKCOLOR, 0, static_cast<LPARAM>(g_launcher.m_menuTextColor));
-    if (!SetWindowSubclass(m_toolbar, &CustomBar::ToolbarSubclassProc, reinterpret_cast<UINT_PTR>(this),
-                           reinterpret_cast<DWORD_PTR>(this)))
-    {
-        // It would never hear of changes, nor tell a move of the mouse from a menu that appears under it.
-        DestroyWindow(m_toolbar);
-        m_toolbar = nullptr;
-        return false;
-    }
-    for (int slot = 0; slot < static_cast<int>(m_sourceFolders.size()); ++slot)
-        if (m_sourceFolders[slot])
-            Watch(slot, m_sourceFolders[slot].Get(), m_toolbar, WM_APP_SHELLNOTIFY);
-    return true;
-}
-
-void CustomBar::RemoveButtons()
-{
-    for (int i = static_cast<int>(SendToolbar(TB_BUTTONCOUNT)) - 1; i >= 0; --i)
-        SendToolbar(TB_DELETEBUTTON, static_cast<WPARAM>(i));
-}
-
-void CustomBar::InsertButtons()
-{
-    std::int32_t count = 0;
-    for (int i = 0; i < ItemCount(); ++i)
-    {
-        const TBBUTTON button = ButtonOf(m_items[i], i);
-        m_items[i].order = count;
-        count += SendToolbar(TB_INSERTBUTTONW, static_cast<WPARAM>(count), reinterpret_cast<LPARAM>(&button)) != FALSE;
-    }
-}
 
 void CustomBar::Build()
 {
     const bool firstBuild = m_toolbar == nullptr;
     if (firstBuild)
     {
-        if (!CreateToolbar())
+        CreateToolbar(*this, &CustomBar::ToolbarSubclassProc);
+        if (m_toolbar == nullptr)
             return;
     }
     else
     {
         // Out of the pager first, so that destroying the pager never destroys the toolbar.
         SetParent(m_toolbar, m_hWnd);
-        RemoveButtons();
+        RemoveButtons(*this);
     }
-    InsertButtons();
+    InsertButtons(*this);
     SendToolbar(TB_AUTOSIZE);
 
     const LevelSize size = MeasureLevel(*this);
     m_width = size.width;
     m_contentRect = size.content;
     m_banner.Reset();
-    if (IsRoot() && g_launcher.m_bannerSkin)
-        RenderBanner(size.width, size.visibleHeight);
+    if (size.banner)
+        RenderBanner(*size.banner);
 
     SendToolbar(TB_SETBUTTONSIZE, 0, MAKELPARAM(size.width, size.itemHeight));
     const RECT& content = m_contentRect;
     MoveChild(m_toolbar, {content.left, content.top, content.left + size.width, content.top + size.height});
-    PlaceWindow(size.client, firstBuild);
+    PlaceWindow(m_hWnd, size.client, firstBuild);
 
     if (size.needsPager)
     {
         const int workHeight = g_launcher.m_workArea.bottom - g_launcher.m_workArea.top;
-        PlacePager({content.left, content.top, content.left + size.width, content.top + workHeight},
+        PlacePager(*this, {content.left, content.top, content.left + size.width, content.top + workHeight},
                    size.pagerButtonSize);
     }
     else if (m_pager != nullptr)
@@ -162,43 +192,6 @@ void CustomBar::Build()
         DestroyWindow(m_pager);
         m_pager = nullptr;
     }
-}
-
-void CustomBar::PlaceWindow(SIZE client, bool firstBuild)
-{
-    RECT frame{};
-    RECT current{};
-    AdjustWindowRect(&frame, g_launcher.m_levelStyle, FALSE);
-    GetWindowRect(m_hWnd, &current);
-    RECT place = PlaceLevel(client, frame, current, firstBuild, g_launcher.m_align);
-    ClipToWorkArea(place);
-    SetWindowPos(m_hWnd, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
-                 SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS | SWP_DEFERERASE);
-}
-
-void CustomBar::PlacePager(const RECT& rect, int buttonSize)
-{
-    const bool existed = m_pager != nullptr;
-    LRESULT position = 0;
-    if (existed)
-    {
-        position = SendMessageW(m_pager, PGM_GETPOS, 0, 0);
-        MoveChild(m_pager, rect);
-    }
-    else
-    {
-        m_pager =
-            CreateWindowExW(0, WC_PAGESCROLLERW, nullptr, kPagerStyle, rect.left, rect.top, rect.right - rect.left,
-                            rect.bottom - rect.top, m_hWnd, ChildId(kPagerId), g_instance, nullptr);
-        if (m_pager == nullptr)
-            return;
-    }
-    SendMessageW(m_pager, PGM_SETBUTTONSIZE, 0, buttonSize);
-    SetParent(m_toolbar, m_pager);
-    SetWindowPos(m_toolbar, nullptr, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-    SendMessageW(m_pager, PGM_SETCHILD, 0, reinterpret_cast<LPARAM>(m_toolbar));
-    if (existed)
-        SendMessageW(m_pager, PGM_SETPOS, 0, position);
 }
 
 } // namespace CustomMenu

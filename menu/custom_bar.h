@@ -18,7 +18,6 @@
 
 #include <array>
 #include <atomic>
-#include <unordered_map>
 
 /// Reload, rebuild and restore the highlight.
 constexpr UINT WM_APP_REFRESH = WM_APP;
@@ -36,6 +35,8 @@ enum class ItemCommandMode
     ContextMenu = 3,      ///< show its context menu
     Launch = 4,           ///< run its default command and close every level
 };
+
+struct BannerSize;
 
 namespace CustomMenu
 {
@@ -76,8 +77,16 @@ public:
     // --- content/: items and their order
     /// Rebuilds m_items from the level's folders and the stored order, and stores the result.
     void ReloadItems();
+    /// Adds what `folder` knows as `childPidl`, or merges it into a folder item of the same name. `slot` says which of
+    /// m_sourceFolders the folder is; −1: `folder` is the desktop and `childPidl`, absolute, comes from elsewhere.
+    void AddShellItem(IShellFolder& folder, LPCITEMIDLIST childPidl, int slot, bool isStartMenu);
+    /// Brings m_items into the stored order, its separators among them.
+    void ApplyLayout();
     void SaveLayout();
     void InsertSeparator(Where where, int index);
+    /// Gives what a file operation has created the display position `position` at the next reload. `before` and `after`
+    /// are the in-folder parsing names of the level's folders just before and just after it.
+    void InsertNewItemAt(std::vector<WString> before, std::vector<WString> after, int position);
 
     // --- commands/
     /// `index` may lie outside the items: then only Select does anything. (x, y) are screen coordinates; (−1, −1) for a
@@ -165,25 +174,11 @@ private:
     LRESULT OnToolbarMouseMove(WPARAM wParam, LPARAM lParam);
 
     // --- building
-    bool CreateToolbar();
-    void RemoveButtons();
-    void InsertButtons();
-    void PlacePager(const RECT& rect, int buttonSize);
-    void PlaceWindow(SIZE client, bool firstBuild);
     RECT OpenerOnScreen(const MenuItem& item) const;
 
     // --- painting
-    void RenderBanner(int levelWidth, int visibleHeight);
+    void RenderBanner(const BannerSize& size);
     LRESULT OnCustomDraw(NMTBCUSTOMDRAW& draw, bool& handled);
-    void DrawSeparators(HDC dc) const;
-
-    // --- items
-    /// The folders loaded so far: label → index. A folder of a known label joins that item.
-    using FolderIndexes = std::unordered_map<WString, std::size_t>;
-    void LoadLinkedFolder(int csidl, bool isStartMenu, FolderIndexes& folders);
-    // These two: false when something that is there could not be read.
-    bool LoadFolder(int slot, FolderIndexes& folders);
-    bool AddShellItem(IShellFolder& folder, LPCITEMIDLIST child, int slot, bool isStartMenu, FolderIndexes& folders);
 
     // --- commands
     void SelectItem(int index);

@@ -3,7 +3,6 @@
 
 #include "app/launcher_state.h"
 #include "geometry/dpi_scale.h"
-#include "menu/banner.h"
 #include "menu/commands.h"
 #include "menu/nine_slice.h"
 
@@ -42,6 +41,28 @@ void DrawArrow(HDC dc, const RECT& item, COLORREF color)
     Polygon(dc, triangle, 3);
 }
 
+void DrawSeparators(const CustomBar& level, HDC dc)
+{
+    const auto isSeparator = [](const MenuItem& item) { return item.Is(MIF_SEPARATOR); };
+    if (!g_launcher.m_separatorImage || std::none_of(level.m_items.begin(), level.m_items.end(), isSeparator))
+        return;
+    const UniqueMemoryDC image(CreateCompatibleDC(dc));
+    if (!image)
+        return;
+    const SelectGuard selected(image.Get(), g_launcher.m_separatorImage.Get());
+    const RECT source{0, 0, g_launcher.m_separatorWidth, g_launcher.m_separatorHeight};
+    const Margins margins{0, g_launcher.m_separatorHeight, 0, 0};
+    for (const MenuItem& item : level.m_items)
+    {
+        if (!isSeparator(item))
+            continue;
+        const RECT place = level.ButtonRect(item.order);
+        StretchNineSlice(image.Get(), dc, place, source, margins);
+        ExcludeClipRect(dc, place.left + kSeparatorInset, place.top + kSeparatorInset, place.right - kSeparatorInset,
+                        place.bottom - kSeparatorInset);
+    }
+}
+
 } // namespace
 
 bool CustomBar::OnEraseBackground(WPARAM wParam, LPARAM, LRESULT& result)
@@ -49,11 +70,17 @@ bool CustomBar::OnEraseBackground(WPARAM wParam, LPARAM, LRESULT& result)
     const HDC dc = reinterpret_cast<HDC>(wParam);
     RECT client{};
     GetClientRect(m_hWnd, &client);
-    RECT plain = client;
     if (m_banner)
-        plain.left = DrawBanner(dc, m_banner.Get(), client.bottom);
-    const UniqueBrush brush(CreateSolidBrush(g_launcher.m_menuColor));
-    FillRect(dc, &plain, brush.Get());
+    {
+        const UniqueMemoryDC banner(CreateCompatibleDC(dc));
+        const SelectGuard selected(banner.Get(), m_banner.Get());
+        BitBlt(dc, 0, 0, client.right, client.bottom, banner.Get(), 0, 0, SRCCOPY);
+    }
+    else
+    {
+        const UniqueBrush brush(CreateSolidBrush(g_launcher.m_menuColor));
+        FillRect(dc, &client, brush.Get());
+    }
     result = 1;
     return true;
 }
@@ -64,7 +91,7 @@ LRESULT CustomBar::OnCustomDraw(NMTBCUSTOMDRAW& draw, bool& handled)
     switch (draw.nmcd.dwDrawStage)
     {
     case CDDS_PREPAINT:
-        DrawSeparators(draw.nmcd.hdc);
+        DrawSeparators(*this, draw.nmcd.hdc);
         return CDRF_NOTIFYITEMDRAW;
     case CDDS_ITEMPREPAINT:
         return ColorItem(draw);
@@ -84,28 +111,6 @@ LRESULT CustomBar::OnCustomDraw(NMTBCUSTOMDRAW& draw, bool& handled)
     }
     handled = false;
     return 0;
-}
-
-void CustomBar::DrawSeparators(HDC dc) const
-{
-    const auto isSeparator = [](const MenuItem& item) { return item.Is(MIF_SEPARATOR); };
-    if (!g_launcher.m_separatorImage || std::none_of(m_items.begin(), m_items.end(), isSeparator))
-        return;
-    const UniqueMemoryDC image(CreateCompatibleDC(dc));
-    if (!image)
-        return;
-    const SelectGuard selected(image.Get(), g_launcher.m_separatorImage.Get());
-    const RECT source{0, 0, g_launcher.m_separatorWidth, g_launcher.m_separatorHeight};
-    const Margins margins{0, g_launcher.m_separatorHeight, 0, 0};
-    for (const MenuItem& item : m_items)
-    {
-        if (!isSeparator(item))
-            continue;
-        const RECT place = ButtonRect(item.order);
-        StretchNineSlice(image.Get(), dc, place, source, margins);
-        ExcludeClipRect(dc, place.left + kSeparatorInset, place.top + kSeparatorInset, place.right - kSeparatorInset,
-                        place.bottom - kSeparatorInset);
-    }
 }
 
 } // namespace CustomMenu

@@ -96,6 +96,7 @@ TEST_F(ShellDesk, WhatIsNotThereIsNotParsed)
     EXPECT_EQ(SHParseDisplayName((ShellPath(m_root) + TEXT("\\absent")).c_str(), nullptr, &list, 0, nullptr),
               HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND));
     EXPECT_EQ(list, nullptr);
+    EXPECT_TRUE(FAILED(SHParseDisplayName(TEXT("\\OrbLauncher"), nullptr, &list, 0, nullptr))) << "without a beginning";
     EXPECT_EQ(Child(TEXT("absent")), nullptr);
 }
 

@@ -1,9 +1,11 @@
 // Keys, stored orders, and what a level makes of them.
+#include "content/icon_cache.h"
 #include "content/item_key.h"
 #include "content/ordering.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 namespace
@@ -71,6 +73,20 @@ TEST(ItemKey, HashesTheUpperCasedName)
     EXPECT_EQ(ItemKey(TEXT("abc")), 0x726ABF1Du);
     EXPECT_EQ(ItemKey(TEXT("caf\u00E9")), ItemKey(TEXT("CAF\u00C9")));
     EXPECT_NE(ItemKey(TEXT(".separator.")), SeparatorKey) << "no name may pass for a separator";
+}
+
+TEST(IconKey, TellsOverlayTypeNameAndListApart)
+{
+    SHFILEINFOW info{};
+    info.iIcon = 7;
+    const std::uint32_t plain = IconKey(info, 0x10);
+    EXPECT_EQ(plain, 7 + HashText(TEXT("")) + 0x10);
+    info.iIcon = 0x01000007; // the overlay's number is in the highest byte
+    EXPECT_EQ(IconKey(info, 0x10), plain + 0x01000000);
+    info.iIcon = 7;
+    EXPECT_NE(IconKey(info, 0x20), plain);
+    std::copy_n(TEXT("Text"), 5, info.szTypeName);
+    EXPECT_EQ(IconKey(info, 0x10), 7 + HashText(TEXT("Text")) + 0x10) << "as it is written, not in upper case";
 }
 
 TEST(StoredOrder, IsRawLittleEndianKeys)
@@ -156,6 +172,34 @@ TEST(InsertSeparator, NeedsANeighbourThatIsNone)
     EXPECT_EQ(inserted("a|b", Where::Above, 2, -1), "a|b");
     EXPECT_EQ(inserted("a|b", Where::Below, 0, -1), "a|b");
     EXPECT_EQ(inserted("abc", Where::Above, -1, -1), "abc");
+}
+
+TEST(InsertNewItem, TakesTheFirstNameThatHasAppeared)
+{
+    using Names = std::vector<WString>;
+    const auto inserted = [](const std::string& letters, const Names& before, const Names& after, int position)
+    {
+        MenuItems items = Items(letters);
+        InsertNewItem(items, before, after, position);
+        return Letters(items);
+    };
+    const Names before{TEXT("b"), TEXT("a")};
+    EXPECT_EQ(inserted("ab", before, {TEXT("b"), TEXT("n"), TEXT("a")}, 1), "anb");
+    EXPECT_EQ(inserted("ab", before, {TEXT("a"), TEXT("b"), TEXT("n")}, 2), "abn") << "the end is a position";
+    EXPECT_EQ(inserted("ab", before, {TEXT("o"), TEXT("n"), TEXT("Z"), TEXT("a")}, 0), "Zab") << "code units";
+    EXPECT_EQ(inserted("", {}, {TEXT("n")}, 0), "n");
+    EXPECT_EQ(inserted("ab", before, before, 0), "ab") << "a replaced file";
+    EXPECT_EQ(inserted("ab", before, {TEXT("a")}, 0), "ab");
+    EXPECT_EQ(inserted("ab", before, {TEXT("a"), TEXT("a"), TEXT("b")}, 0), "ab") << "two folders may share a name";
+    EXPECT_EQ(inserted("ab", before, {TEXT("n")}, -1), "ab");
+    EXPECT_EQ(inserted("ab", before, {TEXT("n")}, 3), "ab");
+
+    MenuItems items = Items("a");
+    ASSERT_TRUE(InsertNewItem(items, {}, {TEXT("new")}, 0));
+    EXPECT_EQ(items[0].key, ItemKey(TEXT("NEW")));
+    EXPECT_EQ(items[0].flags, 0u);
+    EXPECT_EQ(items[0].image, 0);
+    EXPECT_FALSE(items[0].pidl);
 }
 
 TEST(ProtectFolders, MarksFoldersAlone)

@@ -1,7 +1,7 @@
 // Level sizes and places.
+#include "geometry/dpi_query.h"
 #include "geometry/placement.h"
-
-#include <windows.h>
+#include "support/unique_handle.h"
 
 #include <gtest/gtest.h>
 
@@ -23,25 +23,70 @@ namespace
 const RECT kWork{0, 0, 1000, 700};
 const RECT kFrame{-1, -1, 1, 1};
 
-TEST(DpiScale, RoundsAsThePlatformDoes)
+TEST(DpiScale, CountsInPercentOf96)
 {
-    const int dpis[] = {72, 96, 109, 120, 144, 192, 288};
-    for (const int dpi : dpis)
+    const struct
     {
-        const DpiScale scale = DpiScale::FromDpi(dpi);
-        EXPECT_EQ(scale.percent, MulDiv(dpi, 100, 96));
-        EXPECT_EQ(scale.relativePercent, 100);
-        for (const int n : {2, 4, 16, 32, -5})
-            EXPECT_EQ(scale.Scaled(n), MulDiv(n, scale.percent, 100)) << n << " at " << dpi;
-    }
-    const int numbers[] = {0, 1, -1, 5, -5, 2147483647, -2147483647};
-    for (const int a : numbers)
+        int dpi;
+        int percent;
+        int largeIcon;
+        int smallIcon;
+    } cases[] = {{96, 100, 32, 16}, {109, 114, 36, 18}, {120, 125, 40, 20}, {144, 150, 48, 24}, {192, 200, 64, 32}};
+    for (const auto& c : cases)
     {
-        for (const int b : numbers)
-            for (const int c : {1, -1, 2, -2, 3, 100, 2147483647})
-                EXPECT_EQ(RoundedRatio(a, b, c), MulDiv(a, b, c)) << a << " * " << b << " / " << c;
+        const DpiScale scale = DpiScale::FromDpi(c.dpi);
+        EXPECT_EQ(scale.percent, c.percent) << c.dpi;
+        EXPECT_EQ(scale.relativePercent, 100) << c.dpi;
+        EXPECT_EQ(scale.Scaled(32), c.largeIcon) << c.dpi;
+        EXPECT_EQ(scale.Scaled(16), c.smallIcon) << c.dpi;
     }
-    EXPECT_EQ(RoundedRatio(1, 1, 0), -1);
+}
+
+HRESULT WINAPI TellDpi(HMONITOR, MONITOR_DPI_TYPE type, UINT* x, UINT* y)
+{
+    *x = type == MDT_EFFECTIVE_DPI ? 131 : 1;
+    *y = 2;
+    return S_OK;
+}
+
+HRESULT WINAPI TellNoDpi(HMONITOR, MONITOR_DPI_TYPE, UINT* x, UINT* y)
+{
+    *x = *y = 3;
+    return E_FAIL;
+}
+
+POINT g_askedPoint;
+DWORD g_askedFlags;
+
+HMONITOR WINAPI FindMonitor(POINT point, DWORD flags)
+{
+    g_askedPoint = point;
+    g_askedFlags = flags;
+    return reinterpret_cast<HMONITOR>(static_cast<UINT_PTR>(1));
+}
+
+HMONITOR WINAPI FindNoMonitor(POINT, DWORD)
+{
+    return nullptr;
+}
+
+TEST(GetDpi, IsTheMonitorsOwnAtTheCentreOfTheScreen)
+{
+    EXPECT_EQ(QueryDpi({TellDpi, FindMonitor, ::MonitorFromWindow}), 131);
+    EXPECT_EQ(g_askedPoint.x, GetSystemMetrics(SM_CXSCREEN) / 2);
+    EXPECT_EQ(g_askedPoint.y, GetSystemMetrics(SM_CYSCREEN) / 2);
+    EXPECT_EQ(g_askedFlags, static_cast<DWORD>(MONITOR_DEFAULTTONEAREST));
+}
+
+TEST(GetDpi, IsTheScreensWhereTheMonitorDoesNotTell)
+{
+    const WindowDC screen(nullptr);
+    const int dpi = GetDeviceCaps(screen.Get(), LOGPIXELSX);
+    EXPECT_EQ(QueryDpi({nullptr, FindMonitor, ::MonitorFromWindow}), dpi);
+    EXPECT_EQ(QueryDpi({TellDpi, nullptr, ::MonitorFromWindow}), dpi);
+    EXPECT_EQ(QueryDpi({TellDpi, FindMonitor, nullptr}), dpi);
+    EXPECT_EQ(QueryDpi({TellDpi, FindNoMonitor, ::MonitorFromWindow}), dpi);
+    EXPECT_EQ(QueryDpi({TellNoDpi, FindMonitor, ::MonitorFromWindow}), dpi);
 }
 
 LevelMeasure FiveItems()

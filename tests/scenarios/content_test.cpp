@@ -1,18 +1,17 @@
 // What a level shows besides one folder's files: linked and merged folders, orders of sub-levels, icons.
 #include "tests/scenarios/desk.h"
+#include "tests/scenarios/failing.h"
 #include "tests/scenarios/privileges.h"
 
 #include "app/launcher_state.h"
 #include "app/options.h"
 #include "content/item_key.h"
-#include "platform/base/fault_points.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
-#include <string_view>
 
 using Labels = std::vector<std::string>;
 namespace fs = std::filesystem;
@@ -135,6 +134,78 @@ TEST_F(LinkedFolders, AFolderOfTheirNameTakesThemIn)
     EXPECT_EQ(m_desk.Items(1), (Labels{"Games", "inside", "theirs"})) << "never more than two folders";
 }
 
+TEST_F(LinkedFolders, OneThatCannotBeLocatedIsLeftOut)
+{
+    m_desk.StoreOptions(OPTION_START_MENU | OPTION_DESKTOP);
+    const std::pair<int, Labels> cases[] = {{0, {"Start Menu"}}, {1, {"Desktop", "Start Menu"}}};
+    for (const auto& [spared, items] : cases)
+    {
+        m_desk.StoreOrder(kRoot, {});
+        const Failing location("SHGetFolderLocation", 1, spared);
+        m_desk.Launch();
+        EXPECT_EQ(m_desk.Items(), items);
+        EXPECT_EQ(Item("Start Menu", 0).Is(MIF_STARTMENU), spared == 0) << "only the all-users one is left";
+        EXPECT_EQ(static_cast<bool>(Item("Start Menu", 0).pidl2), spared == 0);
+        m_desk.End();
+    }
+}
+
+/// A failing call of the shell takes away only what it concerns, and is not reported.
+class UntoldItems : public testing::Test
+{
+protected:
+    UntoldItems()
+    {
+        m_desk.MakeShortcut("1.desktop", "First", "true");
+        m_desk.MakeFolder("2");
+    }
+
+    Labels ItemsWithout(const char* call, int times = 1 << 30, int spared = 0)
+    {
+        const Failing failing(call, times, spared);
+        m_desk.Launch();
+        return m_desk.Items();
+    }
+
+    Desk m_desk;
+};
+
+TEST_F(UntoldItems, AnItemWithoutAParsingNameIsNotShown)
+{
+    EXPECT_EQ(ItemsWithout("IShellFolder::GetDisplayNameOf"), Labels{"(Empty)"});
+}
+
+TEST_F(UntoldItems, AnItemWithoutADisplayNameShowsItsParsingName)
+{
+    // Each item is asked for the one, then for the other.
+    fs::remove(m_desk.Folder() / "2");
+    EXPECT_EQ(ItemsWithout("IShellFolder::GetDisplayNameOf", 1, 1), Labels{"1.desktop"});
+}
+
+TEST_F(UntoldItems, AnItemWithoutAttributesIsNoFolder)
+{
+    EXPECT_EQ(ItemsWithout("IShellFolder::GetAttributesOf"), (Labels{"2", "First"}));
+    EXPECT_EQ(m_desk.Level().m_items[0].flags, 0u);
+}
+
+TEST_F(UntoldItems, AFolderThatCannotBeBoundIsEmpty)
+{
+    EXPECT_EQ(ItemsWithout("IShellFolder::BindToObject"), Labels{"(Empty)"});
+    EXPECT_FALSE(m_desk.Level().m_folder);
+}
+
+TEST_F(UntoldItems, AFolderThatCannotBeEnumeratedIsEmpty)
+{
+    EXPECT_EQ(ItemsWithout("IShellFolder::EnumObjects"), Labels{"(Empty)"});
+    EXPECT_TRUE(m_desk.Level().m_folder);
+}
+
+TEST_F(UntoldItems, AnEnumerationThatEndsEarlyShowsWhatCameBefore)
+{
+    EXPECT_EQ(ItemsWithout("IEnumIDList::Next", 1, 1).size(), 1u);
+    EXPECT_EQ(m_desk.StoredBytes(kRoot).size(), 4u) << "and every load is stored";
+}
+
 TEST(Orders, OfSubLevelsAreKeptUnderTheNamesThatLeadThere)
 {
     Desk desk;
@@ -180,11 +251,14 @@ TEST(Orders, OutliveAFolderThatCannotBeRead)
     for (const char* name : {"a", "b"})
         desk.MakeFile(name);
     desk.StoreOrder(kRoot, Order({"b", "a"}));
+    desk.Launch();
+    desk.Idle();
     fs::permissions(desk.Folder(), fs::perms::none);
     {
         const BoundByPermissions bound;
-        desk.Launch();
-        EXPECT_EQ(desk.Items(), Labels{"(Empty)"});
+        desk.SendNotice();
+        desk.Settle();
+        EXPECT_EQ(desk.Items(), (Labels{"b", "a"})) << "as it was last seen";
     }
     fs::permissions(desk.Folder(), fs::perms::owner_all);
     desk.SendNotice();
@@ -192,7 +266,7 @@ TEST(Orders, OutliveAFolderThatCannotBeRead)
     EXPECT_EQ(desk.Items(), (Labels{"b", "a"}));
 }
 
-TEST(Orders, AnItemThatComesBackToItsPlaceIsNoNewcomer)
+TEST(Orders, AnItemThatComesBackIsANewcomerLikeAnyOther)
 {
     Desk desk;
     for (const char* name : {"a", "b", "c"})
@@ -201,17 +275,18 @@ TEST(Orders, AnItemThatComesBackToItsPlaceIsNoNewcomer)
     desk.Launch();
     desk.Press(VK_DOWN);
     fs::remove(desk.Folder() / "a");
-    // The order without it cannot be stored.
-    platform::SetFaultHook([](const char* asked) { return std::string_view(asked) == "RegSetValueExW"; });
-    desk.SendNotice();
-    desk.Settle();
-    platform::SetFaultHook(nullptr);
+    // The order without it cannot be stored, so that its old place, the last, still is.
+    {
+        const Failing saving("RegSetValueExW");
+        desk.SendNotice();
+        desk.Settle();
+    }
     ASSERT_EQ(desk.Items(), (Labels{"b", "c"}));
     ASSERT_EQ(desk.Hot(), "b");
     desk.MakeFile("a");
     desk.SendNotice();
     desk.Settle();
-    EXPECT_EQ(desk.Items(), (Labels{"b", "c", "a"}));
+    EXPECT_EQ(desk.Items(), (Labels{"a", "b", "c"})) << "before the highlighted item";
 }
 
 TEST(Icons, AreCopiedOncePerKindAndSize)
@@ -239,21 +314,27 @@ TEST(Icons, AreCopiedOncePerKindAndSize)
     EXPECT_EQ(ImageList_GetImageCount(g_launcher.m_largeImages.Get()), 2);
 }
 
+TEST(Icons, ALinkHasOneOfItsOwn)
+{
+    Desk desk;
+    desk.MakeFile("target");
+    fs::create_symlink("target", desk.Folder() / "link");
+    desk.Launch();
+    ASSERT_EQ(desk.Items(), (Labels{"link", "target"}));
+    EXPECT_NE(desk.Level().m_items[0].image, desk.Level().m_items[1].image) << "with the arrow";
+}
+
 TEST(Icons, OneThatIsNotToBeHadIsAskedForAgain)
 {
     for (const int failing : {1, 2})
     {
         Desk desk;
         desk.MakeFile("a");
-        // The first question is what kind of icon it is, the second is for the icon.
-        static int calls;
-        static int which;
-        calls = 0;
-        which = failing;
-        platform::SetFaultHook([](const char* asked)
-                               { return std::string_view(asked) == "SHGetFileInfoW" && ++calls == which; });
-        desk.Launch();
-        platform::SetFaultHook(nullptr);
+        {
+            // The first question is what kind of icon it is, the second is for the icon.
+            const Failing question("SHGetFileInfoW", 1, failing - 1);
+            desk.Launch();
+        }
         EXPECT_EQ(desk.Level().m_items[0].image, 0);
         EXPECT_TRUE(g_launcher.IconCacheLarge.empty());
         desk.SendNotice();

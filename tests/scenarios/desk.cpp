@@ -176,8 +176,14 @@ void Desk::StoreOrder(const WString& layoutKey, const std::vector<std::uint8_t>&
 
 std::vector<std::uint8_t> Desk::StoredBytes(const WString& layoutKey, LPCWSTR value)
 {
-    const UniqueRegistryKey key = OpenUserKey(layoutKey);
-    return key ? ReadValue(key.Get(), value) : std::vector<std::uint8_t>();
+    return ReadValue(OpenUserKey(layoutKey), value);
+}
+
+DWORD Desk::StoredType(const WString& layoutKey, LPCWSTR value)
+{
+    DWORD type = REG_NONE;
+    EXPECT_EQ(RegQueryValueExW(OpenUserKey(layoutKey).Get(), value, nullptr, &type, nullptr, nullptr), ERROR_SUCCESS);
+    return type;
 }
 
 void Desk::StoreOptions(std::uint32_t options)

@@ -35,6 +35,7 @@ public:
     void MakeShortcut(const std::string& path, const std::string& name, const std::string& exec);
     void StoreOrder(const WString& layoutKey, const std::vector<std::uint8_t>& bytes, DWORD type = REG_BINARY);
     std::vector<std::uint8_t> StoredBytes(const WString& layoutKey, LPCWSTR value = TEXT("m_layout"));
+    DWORD StoredType(const WString& layoutKey, LPCWSTR value = TEXT("m_layout")); ///< REG_…
     void StoreOptions(std::uint32_t options);
 
     // --- what the person does

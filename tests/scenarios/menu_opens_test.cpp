@@ -1,5 +1,6 @@
 // Popping up: what shows, where, in which order, and what is remembered of it.
 #include "tests/scenarios/desk.h"
+#include "tests/scenarios/failing.h"
 
 #include "app/launcher_state.h"
 #include "content/item_key.h"
@@ -63,6 +64,7 @@ TEST(MenuOpens, TheStoredOrderCountsAndItsLeftoversGo)
     desk.Launch();
     EXPECT_EQ(desk.Items(), (Labels{"b", "|", "a", "|", "c"}));
     EXPECT_EQ(desk.StoredBytes(kRoot), Order({TEXT("b"), TEXT("|"), TEXT("a"), TEXT("|"), TEXT("c")}));
+    EXPECT_EQ(desk.StoredType(kRoot), static_cast<DWORD>(REG_BINARY));
 }
 
 TEST(MenuOpens, AHugeStoredValueIsReadToo)
@@ -232,18 +234,42 @@ TEST(MenuOpens, AClickBesideTheItemsCyclesTheSeparators)
         const auto stored = desk.StoredBytes(kRoot, TEXT("options"));
         ASSERT_EQ(stored.size(), 4u);
         EXPECT_EQ(DecodeOrder(stored.data(), 4).front(), expected);
+        EXPECT_EQ(desk.StoredType(kRoot, TEXT("options")), static_cast<DWORD>(REG_DWORD));
     }
     EXPECT_EQ(refreshes.Count(), 3) << "each shows at once";
 }
 
-TEST(MenuOpens, AFileInTheFoldersPlaceIsReportedOnce)
+TEST(MenuOpens, AStyleWhosePictureCannotBeLoadedIsNoneAndIsNotKept)
+{
+    Desk desk;
+    for (const char* name : {"a", "b"})
+        desk.MakeFile(name);
+    desk.StoreOptions(0x10004);
+    desk.StoreOrder(kRoot, Order({TEXT("a"), TEXT("|"), TEXT("b")}));
+    desk.Launch();
+    const RECT last = desk.ItemBounds("b");
+    desk.MoveTo({last.left + 5, last.bottom + 1});
+    const MessageCounter refreshes(desk.Level().m_hWnd, WM_APP_REFRESH);
+    {
+        const Failing picture("FindResourceW");
+        desk.PressMouse();
+        desk.ReleaseMouse();
+    }
+    EXPECT_EQ(g_launcher.m_options, 0x4u);
+    EXPECT_FALSE(g_launcher.m_separatorImage);
+    EXPECT_EQ(g_launcher.m_separatorWidth, 100);
+    EXPECT_EQ(g_launcher.m_separatorHeight, 8);
+    EXPECT_EQ(DecodeOrder(desk.StoredBytes(kRoot, TEXT("options")).data(), 4).front(), 0x10004u);
+    EXPECT_EQ(refreshes.Count(), 0);
+}
+
+TEST(MenuOpens, AFileInTheFoldersPlaceHoldsNothing)
 {
     Desk desk;
     std::filesystem::remove_all(desk.Folder());
     std::ofstream(desk.Folder()) << "in the way";
-    desk.ExpectBoxes();
     desk.Launch();
-    EXPECT_EQ(desk.Boxes(), 1);
+    EXPECT_EQ(desk.BoxTexts(), Labels{});
     EXPECT_EQ(desk.Items(), Labels{"(Empty)"});
     EXPECT_TRUE(std::filesystem::is_regular_file(desk.Folder())) << "nothing of the user's is touched";
 }

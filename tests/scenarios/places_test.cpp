@@ -1,7 +1,9 @@
 // Where levels go: edges, two monitors, scales, rebuilding.
 #include "tests/scenarios/desk.h"
+#include "tests/scenarios/failing.h"
 
 #include "app/launcher_state.h"
+#include "geometry/dpi_query.h"
 #include "geometry/dpi_scale.h"
 
 #include <gtest/gtest.h>
@@ -168,6 +170,18 @@ TEST(Places, ThePagerComesAndGoesWithTheItems)
     EXPECT_EQ(desk.Level().m_toolbar, toolbar) << "the toolbar outlives the pager";
     EXPECT_TRUE(IsWindow(toolbar));
     EXPECT_EQ(desk.Items(), (Labels{"item 100", "item 101", "item 102"}));
+}
+
+TEST(Places, TheScaleIsTheScreensOrElseNone)
+{
+    const Desk desk("1920x1080+0+0", 144);
+    {
+        const Failing monitor("GetDpiForMonitor", 1);
+        EXPECT_EQ(GetDpi(), 144);
+    }
+    const Failing screen("GetDC");
+    EXPECT_EQ(GetDpi(), 144) << "the monitor tells";
+    EXPECT_EQ(QueryDpi({}), 96);
 }
 
 TEST(Places, SubLevelsScaleToo)

@@ -1,40 +1,20 @@
 // Starting when something is not as it should be: what is reported, how often, and what still works.
 #include "tests/scenarios/desk.h"
+#include "tests/scenarios/failing.h"
 #include "tests/scenarios/privileges.h"
 
 #include "app/launcher_state.h"
 #include "content/layout_store.h"
-#include "platform/base/fault_points.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <fstream>
-#include <string_view>
 
 using Labels = std::vector<std::string>;
 
 namespace
 {
-
-/// Fails calls of one name from the first on, as many as asked for, while it lives.
-class Failing
-{
-public:
-    explicit Failing(std::string_view call, int times = 1 << 30)
-    {
-        s_call = call;
-        s_left = times;
-        platform::SetFaultHook([](const char* asked) { return asked == s_call && s_left-- > 0; });
-    }
-    ~Failing() { platform::SetFaultHook(nullptr); }
-    Failing(const Failing&) = delete;
-    Failing& operator=(const Failing&) = delete;
-
-private:
-    static inline std::string_view s_call;
-    static inline int s_left = 0;
-};
 
 TEST(Starting, WithoutTheBannersPictureThereIsOneBoxAndAPlainMenu)
 {
@@ -58,12 +38,8 @@ TEST(Starting, WithoutASeparatorPictureSeparatorsAreSolidAndUnpainted)
     desk.StoreOptions(0x20001);
     {
         // The banner's picture is the first one loaded, the separator's the second.
-        static int calls;
-        calls = 0;
-        platform::SetFaultHook([](const char* asked)
-                               { return std::string_view(asked) == "FindResourceW" && ++calls == 2; });
+        const Failing picture("FindResourceW", 1, 1);
         desk.Launch();
-        platform::SetFaultHook(nullptr);
     }
     EXPECT_EQ(desk.BoxTexts(), Labels{});
     EXPECT_FALSE(g_launcher.m_separatorImage);
@@ -79,13 +55,33 @@ TEST(Starting, AFolderThatCannotBeMadeIsReportedAndSoIsTheMenuThatNeedsIt)
     desk.ExpectBoxes();
     desk.Launch();
     EXPECT_FALSE(desk.IsOpen());
-    EXPECT_EQ(desk.BoxTexts(), Labels{"Error opening OrbLauncher"});
+    EXPECT_EQ(desk.BoxTexts(), Labels{"Error opening \\OrbLauncher"});
     desk.End();
-    EXPECT_EQ(desk.BoxTexts(), (Labels{"Error opening OrbLauncher", "Error opening menu window"}));
+    EXPECT_EQ(desk.BoxTexts(), (Labels{"Error opening \\OrbLauncher", "Error opening menu window"}));
     EXPECT_EQ(desk.Boxes(), 2) << "each was seen";
     EXPECT_TRUE(std::filesystem::is_regular_file(home)) << "nothing of the user's is touched";
     std::filesystem::remove(home);
     std::filesystem::create_directories(home);
+}
+
+TEST(Starting, WithoutAPlaceForTheFolderNothingIsMadeOpenedOrStored)
+{
+    // An empty path opened the shell's topmost folder and stored its order as the user's.
+    const WString key = TEXT("Software\\Quillfen\\OrbLauncher\\Layout");
+    const std::vector<std::uint8_t> order{1, 2, 3, 4};
+    Desk desk;
+    desk.StoreOrder(key, order);
+    desk.ExpectBoxes();
+    {
+        const Failing place("SHGetKnownFolderPath");
+        desk.Launch();
+    }
+    EXPECT_EQ(g_launcher.m_folderPath, TEXT("\\OrbLauncher")) << "nothing that the shell knows";
+    EXPECT_FALSE(desk.IsOpen());
+    desk.End();
+    EXPECT_EQ(desk.BoxTexts(), (Labels{"Error opening \\OrbLauncher", "Error opening menu window"}));
+    EXPECT_FALSE(std::filesystem::exists("/OrbLauncher"));
+    EXPECT_EQ(desk.StoredBytes(key), order);
 }
 
 TEST(Starting, AFolderThatMayNotBeMadeIsReportedByItsPath)
@@ -130,12 +126,8 @@ TEST(Starting, AMenuThatCannotHoldItemsIsNotLeftStanding)
     desk.ExpectBoxes();
     {
         // The level's window is the first one, its toolbar the second.
-        static int calls;
-        calls = 0;
-        platform::SetFaultHook([](const char* asked)
-                               { return std::string_view(asked) == "CreateWindowExW" && ++calls == 2; });
+        const Failing toolbar("CreateWindowExW", 1, 1);
         desk.Launch();
-        platform::SetFaultHook(nullptr);
     }
     EXPECT_FALSE(desk.IsOpen()) << "an empty frame would be all that shows";
     EXPECT_EQ(desk.Levels(), 0);
