@@ -6,7 +6,6 @@
 #include <algorithm>
 
 LauncherState g_launcher;
-CustomMenu::CustomBar* g_operationBar = nullptr;
 HINSTANCE g_instance = nullptr;
 
 namespace

@@ -1,6 +1,4 @@
-// The process-wide settings and shared resources.
-//
-// A plain record that every folder may read; it holds no logic. The user-interface thread owns it.
+// What the levels share: settings, and resources that are loaded once for all of them. Only the one thread uses it.
 #pragma once
 
 #include "content/icon_cache.h"
@@ -16,7 +14,7 @@ namespace CustomMenu
 class CustomBar;
 }
 
-/// Bits of LauncherState::m_largeIcons.
+/// Which levels show large icons.
 enum LargeIcons : std::uint32_t
 {
     LARGE_ICONS_SUB_LEVELS = 1,
@@ -25,15 +23,15 @@ enum LargeIcons : std::uint32_t
 
 struct LauncherState
 {
-    RECT m_workArea{};            ///< of the primary monitor, read when the root level is created
+    RECT m_workArea{};            ///< of the primary monitor, as it was at the start
     UINT m_menuShowDelay = 0;     ///< milliseconds
     WORD m_shellIdListFormat = 0; ///< clipboard format of shell items
     ComPtr<IShellFolder> m_desktopFolder;
     POINT m_anchor{}; ///< screen point of the root's corner
-    int m_align = 0;  ///< which corner of the root sits on the anchor, see PlaceLevel
+    int m_align = 0;  ///< which corner of the root that is, see PlaceLevel
     HWND m_rootParent = nullptr;
-    WString m_folderPath;           ///< shell path of the folder that the root level shows
-    WString m_layoutRoot;           ///< registry key path of the root's order and the options
+    WString m_folderPath;           ///< the root level's folder
+    WString m_layoutRoot;           ///< registry key of the root's order and of the options
     std::uint32_t m_largeIcons = 0; ///< LargeIcons
     DWORD m_levelStyle = 0;
     DWORD m_levelExStyle = 0;
@@ -55,11 +53,14 @@ struct LauncherState
     std::uint32_t m_titleColor = 0; ///< 0x00RRGGBB, as a bitmap's pixel
     int m_fontSize = 0;             ///< points
     WString m_fontFace;
-    COLORREF m_menuTextColor = 0; ///< this and the next three: system colours without a channel of 0
+    // System colours, with no channel of 0.
+    COLORREF m_menuTextColor = 0;
     COLORREF m_highlightTextColor = 0;
     COLORREF m_menuColor = 0;
     COLORREF m_highlightColor = 0;
-    /// Every live level in creation order: the root first, the deepest last. Not owned.
+    /// The level for which the launcher itself has started a shell operation or a drag, null when there is none.
+    CustomMenu::CustomBar* g_operationBar = nullptr;
+    /// Every live level as it was opened: the root first, the deepest last. They own themselves.
     std::vector<CustomMenu::CustomBar*> m_levels;
     WString m_renameText;
     std::uint32_t m_options = 0; ///< OptionBits
@@ -67,13 +68,9 @@ struct LauncherState
 
 extern LauncherState g_launcher;
 
-/// The level on which a shell operation or a drag that the launcher started is under way, null otherwise.
-extern CustomMenu::CustomBar* g_operationBar;
+extern HINSTANCE g_instance; ///< the program's module
 
-/// The program's module.
-extern HINSTANCE g_instance;
-
-/// Styles, icon sizes, image lists and colours as the platform has them now; everything else empty.
+/// Empties g_launcher, but for the styles, icon sizes, image lists and colours.
 void InitLauncherState();
 
 /// Box "Error opening " followed by `what`; returns when the user closes it.

@@ -107,7 +107,7 @@ HWND CreateRootLevel()
 {
     QuerySystemParameters();
     g_launcher.m_renamePosition = {0, 0};
-    g_operationBar = nullptr;
+    g_launcher.g_operationBar = nullptr;
     LoadOptions();
     SetSeparatorStyle(g_launcher.m_options);
     const ItemList folder = ParseFolder(g_launcher.m_folderPath);

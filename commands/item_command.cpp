@@ -21,13 +21,13 @@ public:
     {
         // The operation dispatches messages; the level must outlive them.
         m_level.AddRef();
-        g_operationBar = &m_level;
+        g_launcher.g_operationBar = &m_level;
         m_level.EnableMenu(false);
     }
     ~OperationScope()
     {
         m_level.EnableMenu(true);
-        g_operationBar = nullptr;
+        g_launcher.g_operationBar = nullptr;
         m_level.Release();
     }
     OperationScope(const OperationScope&) = delete;

@@ -151,7 +151,7 @@ protected:
         ASSERT_EQ(desk.Levels(), 2) << "a click opens the folder";
         EXPECT_EQ(desk.Items(1), Labels{"inside"});
         EXPECT_TRUE(IsWindowEnabled(desk.Level(0).m_hWnd));
-        EXPECT_EQ(g_operationBar, nullptr);
+        EXPECT_EQ(g_launcher.g_operationBar, nullptr);
         desk.Press(VK_ESCAPE);
         EXPECT_EQ(desk.Levels(), 1) << "the keyboard closes it";
         desk.Press(VK_ESCAPE);

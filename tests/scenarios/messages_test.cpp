@@ -267,7 +267,7 @@ TEST_F(Messages, WhileAnItemStartsTheMenuWaitsForIt)
         {
             // The box that says why it cannot be started is up.
             ++looks;
-            EXPECT_EQ(g_operationBar, &child);
+            EXPECT_EQ(g_launcher.g_operationBar, &child);
             for (int level = 0; level < 2; ++level)
                 EXPECT_FALSE(IsWindowEnabled(m_desk.Level(level).m_hWnd)) << level;
             EXPECT_EQ(m_desk.Hot(1), "Broken");
@@ -278,7 +278,7 @@ TEST_F(Messages, WhileAnItemStartsTheMenuWaitsForIt)
     child.OnItemCommand(ItemCommandMode::Launch, index);
     platform::headless::SetIdleHandler(nullptr);
     EXPECT_GE(looks, 1);
-    EXPECT_EQ(g_operationBar, nullptr);
+    EXPECT_EQ(g_launcher.g_operationBar, nullptr);
     for (int level = 0; level < 2; ++level)
         EXPECT_TRUE(IsWindowEnabled(m_desk.Level(level).m_hWnd)) << level;
     EXPECT_EQ(GetFocus(), child.m_toolbar);
