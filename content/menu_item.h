@@ -17,19 +17,18 @@ enum MenuItemFlags : std::uint32_t
     MIF_STARTMENU = 0x20000, ///< the link to the user's own Start Menu
 };
 
-/// `image` of an entry without a picture, as the toolbar takes it.
+/// The toolbar's number for a button without a picture.
 constexpr std::int32_t kNoImage = -2;
 
 struct MenuItem
 {
-    ShellText name;          ///< the label; "(Empty)" for the placeholder, empty for a separator
-    std::uint32_t key = 0;   ///< layout key: ItemKey, SeparatorKey, or 0 for the placeholder
-    std::uint32_t flags = 0; ///< MIF_…
-    std::int32_t image = 0;  ///< index in the level's image list
-    /// While the level loads, the position in the stored layout; afterwards the index of the toolbar button.
-    std::int32_t order = 0;
-    ItemList pidl;  ///< the shell item; null for separators and the placeholder
-    ItemList pidl2; ///< a second folder of the same name merged into this entry
+    ShellText name;          ///< the label, none for a separator
+    std::uint32_t key = 0;   ///< stands for the item in the stored order, 0 for the placeholder
+    std::uint32_t flags = 0; ///< MenuItemFlags
+    std::int32_t image = 0;  ///< in the level's image list
+    std::int32_t order = 0;  ///< while the level loads, the place in the stored order; then the toolbar button's index
+    ItemList pidl;           ///< absolute; null for separators and the placeholder
+    ItemList pidl2;          ///< a folder of the same name from elsewhere, shown in the same sub-level
 
     bool Is(std::uint32_t flag) const { return (flags & flag) != 0; }
 };

@@ -6,25 +6,24 @@
 #include <cstdint>
 #include <vector>
 
-/// The stored keys of a level, in display order.
+/// The keys of a level's items, as they were last shown.
 using StoredOrder = std::vector<std::uint32_t>;
 
 /// Keys out of a stored value: 4 bytes each, little-endian; 1 to 3 trailing bytes are ignored.
 StoredOrder DecodeOrder(const std::uint8_t* data, std::size_t size);
 std::vector<std::uint8_t> EncodeOrder(const MenuItems& items);
 
-/// Gives every item its stored position, adds the stored separators and sorts: stored items first, in stored order, the
-/// others after them by name (UTF-16 code units, case-sensitive).
+/// Sorts the items as stored, with the stored separators among them. Items that are not stored follow by name (code
+/// units: "Z" before "a", "10" before "9").
 void MergeOrder(MenuItems& items, const StoredOrder& stored);
 
-/// Drops separators at the front, at the back, and before another separator.
+/// Drops separators that separate nothing; of a run the last one stays.
 void CleanUpSeparators(MenuItems& items);
 
-/// Moves an item that has appeared since the last load, which the merge has put last, to the pending position. Does
-/// nothing unless exactly one item appeared and the position lies before the last item.
+/// Moves the one item that has appeared since the last load from the end, where the merge has put it, to the pending
+/// position. Where more than one has come, or one has gone, nobody can tell which one was meant.
 void PlaceNewcomer(MenuItems& items, const MenuItems& before, int position);
 
-/// Marks every folder item as protected.
 void ProtectFolders(MenuItems& items);
 
 MenuItem MakeSeparator(std::int32_t order);
