@@ -289,6 +289,24 @@ TEST(Orders, AnItemThatComesBackIsANewcomerLikeAnyOther)
     EXPECT_EQ(desk.Items(), (Labels{"a", "b", "c"})) << "before the highlighted item";
 }
 
+TEST(Orders, WhatAnOperationCreatesTakesThePlaceThatItChose)
+{
+    Desk desk;
+    for (const char* name : {"a", "b"})
+        desk.MakeFile(name);
+    desk.Launch();
+    const std::vector<WString> before{TEXT("a"), TEXT("b")};
+    desk.Level().InsertNewItemAt(before, before, 0);
+    EXPECT_EQ(desk.Items(), (Labels{"a", "b"})) << "it has failed";
+    desk.MakeFile("new");
+    desk.MakeFile("newer");
+    desk.Level().InsertNewItemAt(before, {TEXT("a"), TEXT("b"), TEXT("newer"), TEXT("new")}, 1);
+    EXPECT_EQ(desk.StoredBytes(kRoot), Order({"a", "new", "b"}));
+    desk.SendNotice();
+    desk.Settle();
+    EXPECT_EQ(desk.Items(), (Labels{"a", "new", "b", "newer"})) << "the others come last";
+}
+
 TEST(Icons, AreCopiedOncePerKindAndSize)
 {
     Desk desk;
