@@ -213,6 +213,38 @@ TEST_F(Store, ALockedOneIsLeftAlone)
     EXPECT_FALSE(fs::exists(Aside()));
 }
 
+TEST_F(Store, OptionsThatCouldNotBeReadAtTheStartAreNotOverwritten)
+{
+    // A click beside the items wrote an options word that had lost every bit but the style's.
+    constexpr std::uint8_t kOptions[] = {0x04, 0x80, 0, 0};
+    MakeStore();
+    {
+        platform::RegistryStore store(m_file);
+        ASSERT_EQ(store.WriteValue(kRoot, TEXT("options"), REG_DWORD, kOptions), ERROR_SUCCESS);
+    }
+    Alone(
+        [&]
+        {
+            LockingProgram other(m_file);
+            Desk desk{Desk::WithStoreAsItIs()};
+            for (const char* name : kNames)
+                desk.MakeFile(name);
+            desk.Launch("100,700,0");
+            other.End();
+            const RECT last = desk.ItemBounds("c");
+            desk.MoveTo({last.left + 5, last.bottom + 1});
+            desk.PressMouse();
+            desk.ReleaseMouse();
+            EXPECT_EQ(g_launcher.m_options, 0x10000u) << "the click has come through";
+        });
+    platform::RegistryStore store(m_file);
+    platform::RegistryValue value;
+    ASSERT_EQ(store.ReadValue(kRoot, TEXT("options"), value), ERROR_SUCCESS);
+    ASSERT_EQ(value.data.size(), 4u);
+    EXPECT_EQ(value.data[0], 0x04);
+    EXPECT_EQ(value.data[1], 0x80);
+}
+
 TEST_F(Store, AReadOnlyOneIsLeftAlone)
 {
     MakeStore();
