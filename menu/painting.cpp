@@ -4,7 +4,7 @@
 #include "app/launcher_state.h"
 #include "geometry/dpi_scale.h"
 #include "menu/banner.h"
-#include "menu/commands.h"
+#include "menu/button_ids.h"
 #include "menu/nine_slice.h"
 
 #include <algorithm>
@@ -44,7 +44,7 @@ void DrawArrow(HDC dc, const RECT& item, COLORREF color)
 
 } // namespace
 
-bool CustomBar::OnEraseBackground(WPARAM wParam, LPARAM, LRESULT& result)
+LRESULT CustomBar::OnEraseBackground(WPARAM wParam, LPARAM, bool&)
 {
     const HDC dc = reinterpret_cast<HDC>(wParam);
     RECT client{};
@@ -54,13 +54,11 @@ bool CustomBar::OnEraseBackground(WPARAM wParam, LPARAM, LRESULT& result)
         plain.left = DrawBanner(dc, m_banner.Get(), client.bottom);
     const UniqueBrush brush(CreateSolidBrush(g_launcher.m_menuColor));
     FillRect(dc, &plain, brush.Get());
-    result = 1;
-    return true;
+    return 1;
 }
 
 LRESULT CustomBar::OnCustomDraw(NMTBCUSTOMDRAW& draw, bool& handled)
 {
-    handled = true;
     switch (draw.nmcd.dwDrawStage)
     {
     case CDDS_PREPAINT:
