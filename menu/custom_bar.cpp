@@ -65,10 +65,8 @@ bool CustomBar::Create(HWND parent, const RECT* rect, DWORD style, DWORD exStyle
     const RECT place = rect != nullptr ? *rect : RECT{CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT};
     const int width = rect != nullptr ? place.right - place.left : CW_USEDEFAULT;
     const int height = rect != nullptr ? place.bottom - place.top : CW_USEDEFAULT;
-    // A level that was asked to close while it was being made does not open.
-    const bool created =
-        !m_closing && CreateWindowExW(exStyle, kWindowClass, nullptr, style, place.left, place.top, width, height,
-                                      parent, nullptr, g_instance, static_cast<WindowImpl*>(this)) != nullptr;
+    const bool created = CreateWindowExW(exStyle, kWindowClass, nullptr, style, place.left, place.top, width, height,
+                                         parent, nullptr, g_instance, static_cast<WindowImpl*>(this)) != nullptr;
     Release(); // the creator's reference; the window has one of its own
     return created;
 }

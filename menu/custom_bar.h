@@ -103,7 +103,7 @@ public:
 
     std::atomic<ULONG> m_refCount{1};
     bool m_refreshPending = false;    ///< a WM_APP_REFRESH is posted and not yet handled
-    bool m_closing = false;           ///< the window goes, or will not be made; walks over the levels skip this one
+    bool m_closing = false;           ///< the window goes, or need not come; walks over the levels skip this one
     int m_width = 0;                  ///< pixels, from the last sizing
     CustomBar* m_parent;              ///< the level that opened this one; not owned
     int m_parentIndex;                ///< index of the opening item in the parent
@@ -188,7 +188,7 @@ private:
 
 /// Focuses the toolbar of the deepest level, if there is one.
 void FocusDeepestLevel();
-/// Posts WM_CLOSE to the level. One whose window is yet to be made will not make it.
+/// Posts WM_CLOSE to the level. One whose window is yet to be made is marked as closing, and does not open.
 void AskToClose(CustomBar& level);
 /// Asks every level to close, deepest first.
 void CloseAllLevels();

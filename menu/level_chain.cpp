@@ -39,7 +39,7 @@ void FromRoot(Visit visit)
             visit(*Levels()[i]);
 }
 
-/// A level whose window is yet to be made will not make it.
+/// A level whose window is yet to be made learns that it need not come (OpenSubLevel).
 void Destroy(CustomBar& level)
 {
     if (level.m_hWnd != nullptr)
