@@ -67,6 +67,7 @@ public:
     bool Create(HWND parent, const RECT* rect, DWORD style, DWORD exStyle);
     /// First call: makes the children. Then, and on every refresh: one button per item, size and place.
     void Build();
+    /// `item` is the one at `index`. One without a sub-level closes what is open beyond this level.
     void OpenSubLevel(ItemCommandMode mode, int index, const MenuItem& item);
     /// Enables or disables every open level; on enabling also brings this one to the foreground.
     void EnableMenu(bool enable);
@@ -127,7 +128,7 @@ public:
     ComPtr<IDropTargetHelper> m_dropHelper;
     ComPtr<IDragSourceHelper2> m_dragHelper;
     DWORD m_lastMessagePos = 0; ///< a hover at this message position is ignored
-    int m_pendingHover = 0;     ///< index of the item that the hover timer will open
+    int m_pendingHover = 0;     ///< index of the item that the hover timer will open, −1 once it has
     bool m_dragArmed = false;
     POINT m_dragStartPoint{};
     int m_dragStartButton = 0;

@@ -129,9 +129,8 @@ LRESULT CustomBar::OnContextMenu(WPARAM wParam, LPARAM lParam, bool&)
         return 0;
     const POINT point{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
     const bool byKeyboard = point.x == -1 && point.y == -1;
-    const int index = ItemOfButton(byKeyboard ? HotButton() : ButtonAt(*this, point));
-    if (index >= 0)
-        OnItemCommand(ItemCommandMode::ContextMenu, index, point.x, point.y);
+    const int button = byKeyboard ? HotButton() : ButtonAt(*this, point);
+    OnItemCommand(ItemCommandMode::ContextMenu, ItemOfButton(button), point.x, point.y);
     return 0;
 }
 
