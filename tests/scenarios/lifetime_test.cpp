@@ -260,6 +260,19 @@ TEST_F(Lifetime, ARootThatIsDestroyedWhileASubLevelOpensTakesItAlong)
     }
 }
 
+TEST_F(Lifetime, ASubLevelThatIsClosedAsItShowsIsGone)
+{
+    {
+        // Its first place is asked for while it is built, its last before it is shown.
+        const During showing(
+            "GetMonitorInfoW", [&] { DestroyDeepest(); }, 2);
+        Open("Games");
+    }
+    EXPECT_EQ(m_desk.Levels(), 1);
+    EXPECT_EQ(Root().m_openIndex, -1);
+    EXPECT_EQ(GetFocus(), Root().m_toolbar);
+}
+
 TEST_F(Lifetime, TheLaterOfTwoFoldersThatOpenAtOnceStays)
 {
     {
