@@ -166,6 +166,8 @@ void PumpMessagesWhileOpen(HWND root)
 
 void EndLauncher(HWND root)
 {
+    // The root may have been closed alone; what still shows would get messages after the state is gone.
+    CustomMenu::DestroyAllLevels();
     OleUninitialize();
     if (root == nullptr)
         ShowOpenError(TEXT("menu window"));

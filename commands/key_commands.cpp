@@ -3,7 +3,6 @@
 
 #include "app/launcher_state.h"
 #include "commands/key_table.h"
-#include "menu/commands.h"
 
 #include <utility>
 
@@ -18,13 +17,26 @@ bool IsDown(int virtualKey)
     return GetKeyState(virtualKey) < 0;
 }
 
-int HotItemOf(const CustomBar& level)
+void MoveItem(CustomBar& level, const KeyDecision& decision)
 {
-    TBBUTTON button{};
-    const int hot = level.HotIndex();
-    if (hot < 0 || !level.SendToolbar(TB_GETBUTTON, static_cast<WPARAM>(hot), reinterpret_cast<LPARAM>(&button)))
-        return -1;
-    return IndexOfCommand(static_cast<DWORD_PTR>(button.idCommand));
+    level.OnItemCommand(ItemCommandMode::Select, decision.index);
+    std::swap(level.m_items[decision.from], level.m_items[decision.index]);
+    level.SaveLayout();
+    level.m_refreshIndex = decision.highlight;
+    level.m_refreshByKeyboard = true;
+    level.RequestRefresh();
+}
+
+void CloseDeepestLevel()
+{
+    const std::vector<CustomBar*>& levels = g_launcher.m_levels;
+    if (!levels.back()->m_closing)
+        AskToClose(*levels.back());
+    if (levels.size() < 2)
+        return;
+    const CustomBar& opener = *levels[levels.size() - 2];
+    if (!opener.m_closing && GetActiveWindow() != opener.m_hWnd)
+        SetActiveWindow(opener.m_hWnd);
 }
 
 } // namespace
@@ -32,14 +44,14 @@ int HotItemOf(const CustomBar& level)
 LRESULT CustomBar::OnToolbarKeyDown(UINT virtualKey)
 {
     const KeyPress key{virtualKey, IsDown(VK_SHIFT), IsDown(VK_CONTROL)};
-    const KeyDecision decision = DecideKey(key, m_items, HotItemOf(*this), g_launcher.m_levels.size());
+    const KeyDecision decision = DecideKey(key, m_items, ItemOfButton(HotButton()), g_launcher.m_levels.size());
     switch (decision.command)
     {
     case KeyCommand::Select:
         OnItemCommand(ItemCommandMode::Select, decision.index);
         break;
     case KeyCommand::MoveItem:
-        MoveItem(decision.from, decision.index, decision.highlight);
+        MoveItem(*this, decision);
         break;
     case KeyCommand::CloseDeepest:
         CloseDeepestLevel();
@@ -53,34 +65,15 @@ LRESULT CustomBar::OnToolbarKeyDown(UINT virtualKey)
     case KeyCommand::InsertSeparator:
         InsertSeparator(Where::Above, decision.index);
         break;
-    default:
+    case KeyCommand::None:
+    case KeyCommand::InsertShortcut: // this and the next four: not yet
+    case KeyCommand::DeleteFiles:
+    case KeyCommand::Copy:
+    case KeyCommand::Cut:
+    case KeyCommand::Paste:
         break;
     }
     return 1;
-}
-
-void CustomBar::MoveItem(int from, int to, int highlight)
-{
-    OnItemCommand(ItemCommandMode::Select, to);
-    std::swap(m_items[from], m_items[to]);
-    SaveLayout();
-    m_refreshIndex = highlight;
-    m_refreshByKeyboard = true;
-    RequestRefresh();
-}
-
-void CustomBar::CloseDeepestLevel()
-{
-    const std::vector<CustomBar*>& levels = g_launcher.m_levels;
-    const CustomBar* const deepest = levels.back();
-    // A level that stays keeps the keyboard.
-    if (!deepest->m_closing && !PostMessageW(deepest->m_hWnd, WM_CLOSE, 0, 0))
-        return;
-    if (levels.size() < 2)
-        return;
-    const CustomBar* const opener = levels[levels.size() - 2];
-    if (!opener->m_closing && GetActiveWindow() != opener->m_hWnd)
-        SetActiveWindow(opener->m_hWnd);
 }
 
 } // namespace CustomMenu

@@ -6,8 +6,6 @@ namespace CustomMenu
 
 HRESULT STDMETHODCALLTYPE CustomBar::QueryInterface(REFIID iid, void** object)
 {
-    if (object == nullptr)
-        return E_POINTER;
     if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IDropTarget))
     {
         *object = nullptr;

@@ -5,7 +5,7 @@
 #include "geometry/dpi_scale.h"
 #include "geometry/placement.h"
 #include "menu/banner.h"
-#include "menu/commands.h"
+#include "menu/button_ids.h"
 #include "menu/work_area.h"
 
 #include <uxtheme.h>

@@ -1,7 +1,8 @@
-// A level's life: construction, window, destruction, and the walks over the chain of levels.
+// A level's life: construction, window, destruction.
 #include "menu/custom_bar.h"
 
 #include "app/launcher_state.h"
+#include "menu/button_ids.h"
 
 #include <algorithm>
 
@@ -64,13 +65,9 @@ bool CustomBar::Create(HWND parent, const RECT* rect, DWORD style, DWORD exStyle
     const RECT place = rect != nullptr ? *rect : RECT{CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT};
     const int width = rect != nullptr ? place.right - place.left : CW_USEDEFAULT;
     const int height = rect != nullptr ? place.bottom - place.top : CW_USEDEFAULT;
-    AddRef();
     const bool created = CreateWindowExW(exStyle, kWindowClass, nullptr, style, place.left, place.top, width, height,
                                          parent, nullptr, g_instance, static_cast<WindowImpl*>(this)) != nullptr;
-    // A window that got as far as its first message has given its reference up with its last.
-    if (!created && m_refCount > 1)
-        Release();
-    Release();
+    Release(); // the creator's reference; the window has one of its own
     return created;
 }
 
@@ -88,8 +85,8 @@ void CustomBar::RequestRefresh()
 {
     if (m_refreshPending || m_closing)
         return;
-    // Where posting fails the next request must try again.
-    m_refreshPending = PostMessageW(m_hWnd, WM_APP_REFRESH, 0, 0) != FALSE;
+    m_refreshPending = true;
+    PostMessageW(m_hWnd, WM_APP_REFRESH, 0, 0);
 }
 
 LRESULT CustomBar::SendToolbar(UINT message, WPARAM wParam, LPARAM lParam) const
@@ -102,9 +99,17 @@ void CustomBar::SetHotItem(int button) const
     SendToolbar(TB_SETHOTITEM, static_cast<WPARAM>(button));
 }
 
-int CustomBar::HotIndex() const
+int CustomBar::HotButton() const
 {
     return static_cast<int>(SendToolbar(TB_GETHOTITEM));
+}
+
+int CustomBar::ItemOfButton(int button) const
+{
+    TBBUTTON data{};
+    if (button < 0 || !SendToolbar(TB_GETBUTTON, static_cast<WPARAM>(button), reinterpret_cast<LPARAM>(&data)))
+        return -1;
+    return IndexOfCommand(data.dwData);
 }
 
 RECT CustomBar::ButtonRect(int button) const
@@ -112,40 +117,6 @@ RECT CustomBar::ButtonRect(int button) const
     RECT rect{};
     SendToolbar(TB_GETITEMRECT, static_cast<WPARAM>(button), reinterpret_cast<LPARAM>(&rect));
     return rect;
-}
-
-void FocusDeepestLevel()
-{
-    const std::vector<CustomBar*>& levels = g_launcher.m_levels;
-    const auto deepest =
-        std::find_if(levels.rbegin(), levels.rend(),
-                     [](const CustomBar* level) { return !level->m_closing && level->m_toolbar != nullptr; });
-    if (deepest != levels.rend())
-        SetFocus((*deepest)->m_toolbar);
-}
-
-void CloseAllLevels()
-{
-    const std::vector<CustomBar*>& levels = g_launcher.m_levels;
-    for (auto level = levels.rbegin(); level != levels.rend(); ++level)
-        if (!(*level)->m_closing)
-            PostMessageW((*level)->m_hWnd, WM_CLOSE, 0, 0);
-}
-
-void DestroyLevelsAfter(const CustomBar& level, const CustomBar* kept)
-{
-    // Destroying a window can take its level, or more, out of the list: look at it afresh each time.
-    const std::vector<CustomBar*>& levels = g_launcher.m_levels;
-    for (std::size_t i = levels.size(); i-- > 0;)
-    {
-        if (i >= levels.size())
-            continue;
-        CustomBar* const last = levels[i];
-        if (last == &level)
-            return;
-        if (last != kept && !last->m_closing)
-            DestroyWindow(last->m_hWnd);
-    }
 }
 
 } // namespace CustomMenu

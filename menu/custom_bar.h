@@ -49,7 +49,7 @@ class CustomBar final : public WindowImpl, public IDropTarget, public CShellItem
 public:
     /// `parent` is null and `parentIndex` −1 for the root. The folders are cloned. `layoutKey` is a registry key path
     /// under HKEY_CURRENT_USER, empty for a level that keeps no order. The level is owned by its reference count, which
-    /// starts at 1 and is given up by its window's last message.
+    /// starts at 1, the creator's; from Create on it is the window's, given up with its last message.
     CustomBar(CustomBar* parent, int parentIndex, const std::array<LPCITEMIDLIST, 2>& folders, WString layoutKey,
               bool protectFolders);
 
@@ -63,16 +63,20 @@ public:
     HRESULT STDMETHODCALLTYPE Drop(IDataObject* data, DWORD keyState, POINTL point, DWORD* effect) override;
 
     // --- menu/: window, building, cascade
-    /// Creates the level's window, which builds the level; null rectangle: the platform's default position. On failure
-    /// the level itself is gone.
+    /// Creates the level's window, which builds the level; null rectangle: the platform's default position. Gives up
+    /// the reference that the level started with, so on failure the level is gone unless somebody else holds it.
     bool Create(HWND parent, const RECT* rect, DWORD style, DWORD exStyle);
     /// First call: makes the children. Then, and on every refresh: one button per item, size and place.
     void Build();
+    /// `item` is the one at `index`. One without a sub-level closes what is open beyond this level.
     void OpenSubLevel(ItemCommandMode mode, int index, const MenuItem& item);
     /// Enables or disables every open level; on enabling also brings this one to the foreground.
     void EnableMenu(bool enable);
     /// Asks for a refresh unless one is pending or the level is closing.
     void RequestRefresh();
+    /// What the level sees of its toolbar's messages before the toolbar does; `data` is the level.
+    static LRESULT CALLBACK ToolbarSubclassProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                                DWORD_PTR data);
 
     // --- content/: items and their order
     /// Rebuilds m_items from the level's folders and the stored order, and stores the result.
@@ -99,15 +103,17 @@ public:
     bool HasItem(int index) const { return index >= 0 && index < ItemCount(); }
     bool IsRoot() const { return m_parent == nullptr; }
     bool UsesLargeIcons() const;
-    /// Index of the item under the highlight, −1 when there is none.
-    int HotIndex() const;
+    /// Index of the button under the highlight, −1 when there is none.
+    int HotButton() const;
+    /// Index of the item that a button shows, −1 when there is no such button.
+    int ItemOfButton(int button) const;
     LRESULT SendToolbar(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
     void SetHotItem(int button) const;
     RECT ButtonRect(int button) const; ///< toolbar coordinates
 
     std::atomic<ULONG> m_refCount{1};
     bool m_refreshPending = false;    ///< a WM_APP_REFRESH is posted and not yet handled
-    bool m_closing = false;           ///< WM_DESTROY has come; walks over the levels skip this one
+    bool m_closing = false;           ///< the window goes, or need not come; walks over the levels skip this one
     int m_width = 0;                  ///< pixels, from the last sizing
     CustomBar* m_parent;              ///< the level that opened this one; not owned
     int m_parentIndex;                ///< index of the opening item in the parent
@@ -131,7 +137,7 @@ public:
     ComPtr<IDropTargetHelper> m_dropHelper;
     ComPtr<IDragSourceHelper2> m_dragHelper;
     DWORD m_lastMessagePos = 0; ///< a hover at this message position is ignored
-    int m_pendingHover = 0;     ///< index of the item that the hover timer will open
+    int m_pendingHover = 0;     ///< index of the item that the hover timer will open, −1 once it has
     bool m_dragArmed = false;
     POINT m_dragStartPoint{};
     int m_dragStartButton = 0;
@@ -145,55 +151,46 @@ private:
     void OnFinalMessage() override;
     void OnShellItemChange(LONG, LPCITEMIDLIST, LPCITEMIDLIST) override {}
 
-    using MessageHandler = bool (CustomBar::*)(WPARAM wParam, LPARAM lParam, LRESULT& result);
+    // Message handlers: the result for the message's sender. They clear `handled`, which is set beforehand, to leave
+    // the message to the default procedure.
+    using MessageHandler = LRESULT (CustomBar::*)(WPARAM wParam, LPARAM lParam, bool& handled);
     struct MessageEntry;
     static const MessageEntry kMessageMap[];
-    bool OnCreate(WPARAM, LPARAM, LRESULT& result);
-    bool OnDestroy(WPARAM, LPARAM, LRESULT& result);
-    bool OnActivate(WPARAM wParam, LPARAM, LRESULT& result);
-    bool OnEraseBackground(WPARAM wParam, LPARAM, LRESULT& result);
-    bool OnActivateApp(WPARAM wParam, LPARAM, LRESULT& result);
-    bool OnMouseActivate(WPARAM, LPARAM, LRESULT& result);
-    bool OnContextMenu(WPARAM wParam, LPARAM lParam, LRESULT& result);
-    bool OnTimer(WPARAM wParam, LPARAM, LRESULT& result);
-    bool OnMouseWheel(WPARAM wParam, LPARAM, LRESULT& result);
-    bool OnNotify(WPARAM, LPARAM lParam, LRESULT& result);
-    bool OnRefresh(WPARAM, LPARAM, LRESULT& result);
-    bool OnShellNotify(WPARAM, LPARAM, LRESULT& result);
-    bool OnPagerNotify(NMHDR& header, LRESULT& result);
-    bool OnToolbarNotify(NMHDR& header, LRESULT& result);
-
-    // --- hover and click
+    LRESULT OnCreate(WPARAM, LPARAM, bool& handled);
+    LRESULT OnDestroy(WPARAM, LPARAM, bool& handled);
+    LRESULT OnActivate(WPARAM wParam, LPARAM, bool& handled);
+    LRESULT OnEraseBackground(WPARAM wParam, LPARAM, bool& handled);
+    LRESULT OnActivateApp(WPARAM wParam, LPARAM, bool& handled);
+    LRESULT OnMouseActivate(WPARAM, LPARAM, bool& handled);
+    LRESULT OnContextMenu(WPARAM wParam, LPARAM lParam, bool& handled);
+    LRESULT OnTimer(WPARAM wParam, LPARAM, bool& handled);
+    LRESULT OnMouseWheel(WPARAM wParam, LPARAM, bool& handled);
+    LRESULT OnNotify(WPARAM, LPARAM lParam, bool& handled);
+    LRESULT OnRefresh(WPARAM, LPARAM, bool& handled);
+    LRESULT OnShellNotify(WPARAM, LPARAM, bool& handled);
+    LRESULT OnPagerNotify(NMHDR& header, bool& handled);
+    LRESULT OnToolbarNotify(NMHDR& header, bool& handled);
     LRESULT OnHotItemChange(const NMTBHOTITEM& change);
-    void OnHoverTimer();
-    void OnClick(const NMMOUSE& click);
-    void CycleSeparatorStyle();
-    void RestoreHighlight();
-    static LRESULT CALLBACK ToolbarSubclassProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
-                                                DWORD_PTR data);
-    LRESULT OnToolbarMouseMove(WPARAM wParam, LPARAM lParam);
-
-    // --- building
-    RECT OpenerOnScreen(const MenuItem& item) const;
+    LRESULT OnCustomDraw(NMTBCUSTOMDRAW& draw, bool& handled);
+    LRESULT OnClick(const NMMOUSE& click);
 
     // --- painting
     void RenderBanner(const BannerSize& size);
-    LRESULT OnCustomDraw(NMTBCUSTOMDRAW& draw, bool& handled);
-
-    // --- commands
-    void SelectItem(int index);
-    void ScrollIntoView(int button);
-    void LaunchItem(int index, POINT point);
-    void InvokeShellCommand(IContextMenu& menu, UINT command, int index, POINT point, bool launch);
-    void MoveItem(int from, int to, int highlight);
-    void CloseDeepestLevel();
 };
 
-/// Focuses the toolbar of the deepest level that is not closing, if there is one.
+// The walks over the chain of levels; each skips levels that are closing.
+
+/// Focuses the toolbar of the deepest level, if there is one.
 void FocusDeepestLevel();
-/// Asks every level that is not closing to close, deepest first.
+/// Posts WM_CLOSE to the level. One whose window is yet to be made is marked as closing, and does not open.
+void AskToClose(CustomBar& level);
+/// Asks every level to close, deepest first.
 void CloseAllLevels();
-/// Destroys every level after `level` in the chain, deepest first, skipping closing ones; `kept` stays.
+/// Destroys every level after `level` in the chain, deepest first; `kept` stays.
 void DestroyLevelsAfter(const CustomBar& level, const CustomBar* kept = nullptr);
+/// Destroys every level, deepest first.
+void DestroyAllLevels();
+/// Enables or disables every level, from the root on.
+void EnableLevels(bool enable);
 
 } // namespace CustomMenu

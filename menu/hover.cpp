@@ -3,10 +3,11 @@
 
 #include "app/launcher_state.h"
 #include "app/options.h"
-#include "menu/commands.h"
+#include "geometry/scrolling.h"
+#include "menu/button_ids.h"
 #include "menu/hover_rules.h"
 
-#include <windowsx.h>
+#include <utility>
 
 namespace CustomMenu
 {
@@ -15,6 +16,14 @@ namespace
 {
 
 constexpr UINT_PTR kHoverTimer = 1;
+
+void CycleSeparatorStyle(CustomBar& level)
+{
+    if (!SetSeparatorStyle(NextSeparatorStyle(g_launcher.m_options)))
+        return;
+    SaveOptions();
+    level.RequestRefresh();
+}
 
 } // namespace
 
@@ -43,62 +52,46 @@ LRESULT CustomBar::OnHotItemChange(const NMTBHOTITEM& change)
     return decision.refuse ? 1 : 0;
 }
 
-bool CustomBar::OnTimer(WPARAM wParam, LPARAM, LRESULT& result)
+LRESULT CustomBar::OnTimer(WPARAM wParam, LPARAM, bool&)
 {
-    if (wParam == kHoverTimer)
-        OnHoverTimer();
-    result = 0;
-    return true;
-}
-
-void CustomBar::OnHoverTimer()
-{
-    // Killed first: opening a sub-level dispatches messages, and the timer must not come again meanwhile.
-    KillTimer(m_hWnd, kHoverTimer);
-    const int pending = m_pendingHover;
-    const bool stillHot = HasItem(pending) && HotIndex() == m_items[pending].order;
+    if (wParam != kHoverTimer)
+        return 0;
+    // Taken first: opening may dispatch messages, this timer's among them, and the item is to be opened once.
+    const int pending = std::exchange(m_pendingHover, -1);
+    const bool stillHot = HasItem(pending) && HotButton() == m_items[pending].order;
     if (HoverOpens(pending, m_openIndex, ItemCount(), stillHot))
         OnItemCommand(ItemCommandMode::OpenSubmenu, pending);
+    KillTimer(m_hWnd, kHoverTimer);
+    return 0;
 }
 
-void CustomBar::OnClick(const NMMOUSE& click)
+LRESULT CustomBar::OnClick(const NMMOUSE& click)
 {
     POINT point = click.pt;
     ClientToScreen(m_toolbar, &point);
     if (click.dwItemData == 0)
-    {
-        CycleSeparatorStyle();
-        return;
-    }
+        CycleSeparatorStyle(*this);
     const int index = IndexOfCommand(click.dwItemData);
     if (!HasItem(index))
-        return;
+        return 0;
     if (!m_items[index].Is(MIF_FOLDER))
         OnItemCommand(ItemCommandMode::Launch, index, point.x, point.y);
     else if (index != m_openIndex)
         OnItemCommand(ItemCommandMode::OpenSubmenu, index);
+    return 0;
 }
 
-void CustomBar::CycleSeparatorStyle()
+LRESULT CustomBar::OnMouseWheel(WPARAM wParam, LPARAM, bool&)
 {
-    if (!SetSeparatorStyle(NextSeparatorStyle(g_launcher.m_options)))
-        return;
-    SaveOptions();
-    RequestRefresh();
-}
-
-bool CustomBar::OnMouseWheel(WPARAM wParam, LPARAM, LRESULT& result)
-{
-    result = 0;
     if (m_pager == nullptr)
-        return true;
+        return 0;
     RECT toolbar{};
     GetWindowRect(m_toolbar, &toolbar);
     const int buttonHeight = HIWORD(SendToolbar(TB_GETBUTTONSIZE));
     const int position = static_cast<int>(SendMessageW(m_pager, PGM_GETPOS, 0, 0));
     const int delta = static_cast<SHORT>(HIWORD(wParam));
     SendMessageW(m_pager, PGM_SETPOS, 0, WheelPosition(position, delta, buttonHeight, toolbar.bottom - toolbar.top));
-    return true;
+    return 0;
 }
 
 } // namespace CustomMenu

@@ -1,7 +1,6 @@
-// Decisions of hovering and scrolling.
+// Decisions of hovering.
 #include "menu/hover_rules.h"
 
-#include <windows.h>
 #include <commctrl.h>
 
 namespace CustomMenu
@@ -45,21 +44,6 @@ HoverDecision DecideHover(const HoverSituation& situation, int newIndex, HotCaus
 bool HoverOpens(int pending, int openIndex, int itemCount, bool stillHot)
 {
     return pending != openIndex && pending >= 0 && pending < itemCount && stillHot;
-}
-
-int WheelPosition(int position, int delta, int buttonHeight, int height)
-{
-    if (delta >= 0)
-        return position > buttonHeight ? position - buttonHeight : 0;
-    return position + 2 * buttonHeight < height ? position + buttonHeight : height - buttonHeight;
-}
-
-int PositionShowing(int position, int top, int bottom, int pagerHeight, int buttonSize)
-{
-    if (top < position)
-        return top;
-    const int lowest = bottom + buttonSize - pagerHeight;
-    return lowest > position ? lowest : position;
 }
 
 } // namespace CustomMenu

@@ -1,9 +1,9 @@
-// What a change of the hot item, the hover timer and the wheel lead to, and how far an item is from being in view.
+// What a change of the hot item and the hover timer lead to.
 //
-// Rules only; hover.cpp, and for the view item_command.cpp, carry out what is decided here.
+// Rules only; hover.cpp carries out what is decided here.
 #pragma once
 
-#include <windef.h>
+#include <windows.h>
 
 namespace CustomMenu
 {
@@ -41,12 +41,5 @@ HoverDecision DecideHover(const HoverSituation& situation, int newIndex, HotCaus
 
 /// True when the expired hover timer opens the pending item.
 bool HoverOpens(int pending, int openIndex, int itemCount, bool stillHot);
-
-/// Scroll position after a turn of the wheel: one button height per message whatever the size of `delta`, positive
-/// turning up. `height` is the whole toolbar's.
-int WheelPosition(int position, int delta, int buttonHeight, int height);
-
-/// Scroll position that shows a button, or the present one when it shows already. `buttonSize` is the scroll buttons'.
-int PositionShowing(int position, int top, int bottom, int pagerHeight, int buttonSize);
 
 } // namespace CustomMenu

@@ -1,13 +1,55 @@
 // The message map of a level: from message to handler, and the handlers that are about the window itself.
 #include "menu/custom_bar.h"
 
-#include "app/launcher_state.h"
-#include "menu/commands.h"
+#include "menu/level_ref.h"
 
 #include <windowsx.h>
 
 namespace CustomMenu
 {
+
+namespace
+{
+
+/// −1 when the screen point is over no button.
+int ButtonAt(const CustomBar& level, POINT point)
+{
+    ScreenToClient(level.m_toolbar, &point);
+    return static_cast<int>(level.SendToolbar(TB_HITTEST, 0, reinterpret_cast<LPARAM>(&point)));
+}
+
+void FillRequestedSize(NMPGCALCSIZE& request, HWND toolbar)
+{
+    RECT rect{};
+    GetWindowRect(toolbar, &rect);
+    if (request.dwFlag & PGF_CALCWIDTH)
+        request.iWidth = rect.right - rect.left;
+    if (request.dwFlag & PGF_CALCHEIGHT)
+        request.iHeight = rect.bottom - rect.top;
+}
+
+void RestoreHighlight(CustomBar& level)
+{
+    if (level.HasItem(level.m_openIndex))
+    {
+        level.SetHotItem(level.m_items[level.m_openIndex].order);
+    }
+    else if (level.m_refreshIndex != -1)
+    {
+        // The next hover counts as a movement even where the cursor rests.
+        if (!level.m_refreshByKeyboard)
+            level.m_lastMessagePos = 0xFFFFFFFF;
+        level.OnItemCommand(ItemCommandMode::Select, level.m_refreshIndex);
+        level.m_refreshIndex = -1;
+        level.m_refreshByKeyboard = false;
+    }
+    else
+    {
+        level.SetHotItem(-1);
+    }
+}
+
+} // namespace
 
 struct CustomBar::MessageEntry
 {
@@ -32,177 +74,134 @@ const CustomBar::MessageEntry CustomBar::kMessageMap[] = {
 
 bool CustomBar::ProcessWindowMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result)
 {
+    // Handlers dispatch messages, which may close this level.
+    const LevelRef self(*this);
+    if (message == WM_NCCREATE)
+        AddRef(); // the window's own reference, see OnFinalMessage
     for (const MessageEntry& entry : kMessageMap)
-        if (entry.message == message)
-            return (this->*entry.handler)(wParam, lParam, result);
+    {
+        if (entry.message != message)
+            continue;
+        bool handled = true;
+        result = (this->*entry.handler)(wParam, lParam, handled);
+        return handled;
+    }
     return false;
 }
 
-bool CustomBar::OnCreate(WPARAM, LPARAM, LRESULT& result)
+LRESULT CustomBar::OnCreate(WPARAM, LPARAM, bool&)
 {
     Build();
     m_lastMessagePos = GetMessagePos();
-    // A level without its toolbar would be an empty frame that takes no key: rather none.
-    result = m_toolbar != nullptr ? 0 : -1;
-    return true;
+    return 0;
 }
 
-bool CustomBar::OnDestroy(WPARAM, LPARAM, LRESULT& result)
+LRESULT CustomBar::OnDestroy(WPARAM, LPARAM, bool&)
 {
     m_closing = true;
-    result = 0;
-    return true;
+    return 0;
 }
 
-bool CustomBar::OnActivate(WPARAM wParam, LPARAM, LRESULT& result)
+LRESULT CustomBar::OnActivate(WPARAM wParam, LPARAM, bool&)
 {
     if (LOWORD(wParam) != WA_INACTIVE)
-        OnItemCommand(ItemCommandMode::Select, m_openIndex >= 0 ? m_openIndex : -1);
-    result = 0;
-    return true;
+        OnItemCommand(ItemCommandMode::Select, m_openIndex);
+    return 0;
 }
 
-bool CustomBar::OnActivateApp(WPARAM wParam, LPARAM, LRESULT& result)
+LRESULT CustomBar::OnActivateApp(WPARAM wParam, LPARAM, bool&)
 {
     // A disabled menu waits for a shell operation of its own and stays.
     if (wParam == FALSE && IsWindowEnabled(m_hWnd))
         CloseAllLevels();
-    result = 0;
-    return true;
+    return 0;
 }
 
-bool CustomBar::OnMouseActivate(WPARAM, LPARAM, LRESULT& result)
+LRESULT CustomBar::OnMouseActivate(WPARAM, LPARAM, bool&)
 {
-    result = m_openIndex < 0 ? MA_ACTIVATE : MA_NOACTIVATE;
-    return true;
+    return m_openIndex < 0 ? MA_ACTIVATE : MA_NOACTIVATE;
 }
 
-bool CustomBar::OnContextMenu(WPARAM wParam, LPARAM lParam, LRESULT& result)
+LRESULT CustomBar::OnContextMenu(WPARAM wParam, LPARAM lParam, bool&)
 {
     const HWND from = reinterpret_cast<HWND>(wParam);
-    result = 0;
     if (from == nullptr || (from != m_toolbar && from != m_pager))
-        return false;
+        return 0;
     const POINT point{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
-    int button = -1;
-    if (point.x == -1 && point.y == -1)
-    {
-        button = HotIndex();
-    }
-    else
-    {
-        POINT client = point;
-        ScreenToClient(m_toolbar, &client);
-        button = static_cast<int>(SendToolbar(TB_HITTEST, 0, reinterpret_cast<LPARAM>(&client)));
-    }
-    TBBUTTON data{};
-    if (button >= 0 && SendToolbar(TB_GETBUTTON, static_cast<WPARAM>(button), reinterpret_cast<LPARAM>(&data)))
-        OnItemCommand(ItemCommandMode::ContextMenu, IndexOfCommand(data.dwData), point.x, point.y);
-    return true;
+    const bool byKeyboard = point.x == -1 && point.y == -1;
+    const int button = byKeyboard ? HotButton() : ButtonAt(*this, point);
+    OnItemCommand(ItemCommandMode::ContextMenu, ItemOfButton(button), point.x, point.y);
+    return 0;
 }
 
-bool CustomBar::OnNotify(WPARAM, LPARAM lParam, LRESULT& result)
+LRESULT CustomBar::OnNotify(WPARAM, LPARAM lParam, bool& handled)
 {
     NMHDR& header = *reinterpret_cast<NMHDR*>(lParam);
-    if (m_pager != nullptr && header.hwndFrom == m_pager)
-        return OnPagerNotify(header, result);
-    if (m_toolbar != nullptr && header.hwndFrom == m_toolbar)
-        return OnToolbarNotify(header, result);
-    return false;
+    if (header.hwndFrom == m_pager)
+        return OnPagerNotify(header, handled);
+    if (header.hwndFrom == m_toolbar)
+        return OnToolbarNotify(header, handled);
+    handled = false;
+    return 0;
 }
 
-bool CustomBar::OnPagerNotify(NMHDR& header, LRESULT& result)
+LRESULT CustomBar::OnPagerNotify(NMHDR& header, bool& handled)
 {
-    result = 0;
-    if (header.code == PGN_CALCSIZE)
-    {
-        auto& request = reinterpret_cast<NMPGCALCSIZE&>(header);
-        RECT toolbar{};
-        GetWindowRect(m_toolbar, &toolbar);
-        if (request.dwFlag & PGF_CALCWIDTH)
-            request.iWidth = toolbar.right - toolbar.left;
-        if (request.dwFlag & PGF_CALCHEIGHT)
-            request.iHeight = toolbar.bottom - toolbar.top;
-        return true;
-    }
-    if (header.code == PGN_SCROLL)
-    {
-        reinterpret_cast<NMPGSCROLL&>(header).iScroll = HIWORD(SendToolbar(TB_GETBUTTONSIZE));
-        DestroyLevelsAfter(*this);
-        return true;
-    }
-    return false;
-}
-
-bool CustomBar::OnToolbarNotify(NMHDR& header, LRESULT& result)
-{
-    result = 0;
-    bool handled = true;
     switch (header.code)
     {
-    case TBN_HOTITEMCHANGE:
-        result = OnHotItemChange(reinterpret_cast<NMTBHOTITEM&>(header));
+    case PGN_CALCSIZE:
+        FillRequestedSize(reinterpret_cast<NMPGCALCSIZE&>(header), m_toolbar);
         break;
-    case TBN_GETOBJECT:
-    {
-        auto& request = reinterpret_cast<NMOBJECTNOTIFY&>(header);
-        request.hResult = QueryInterface(*request.piid, &request.pObject);
-        break;
-    }
-    case NM_CUSTOMDRAW:
-        result = OnCustomDraw(reinterpret_cast<NMTBCUSTOMDRAW&>(header), handled);
-        break;
-    case NM_CLICK:
-        OnClick(reinterpret_cast<NMMOUSE&>(header));
-        break;
-    case NM_KEYDOWN:
-        result = OnToolbarKeyDown(reinterpret_cast<NMKEY&>(header).nVKey);
+    case PGN_SCROLL:
+        reinterpret_cast<NMPGSCROLL&>(header).iScroll = HIWORD(SendToolbar(TB_GETBUTTONSIZE));
+        DestroyLevelsAfter(*this);
         break;
     default:
         handled = false;
         break;
     }
-    return handled;
+    return 0;
 }
 
-bool CustomBar::OnRefresh(WPARAM, LPARAM, LRESULT& result)
+LRESULT CustomBar::OnToolbarNotify(NMHDR& header, bool& handled)
+{
+    switch (header.code)
+    {
+    case TBN_HOTITEMCHANGE:
+        return OnHotItemChange(reinterpret_cast<NMTBHOTITEM&>(header));
+    case TBN_GETOBJECT:
+    {
+        auto& request = reinterpret_cast<NMOBJECTNOTIFY&>(header);
+        request.hResult = QueryInterface(*request.piid, &request.pObject);
+        return 0;
+    }
+    case NM_CUSTOMDRAW:
+        return OnCustomDraw(reinterpret_cast<NMTBCUSTOMDRAW&>(header), handled);
+    case NM_CLICK:
+        return OnClick(reinterpret_cast<NMMOUSE&>(header));
+    case NM_KEYDOWN:
+        return OnToolbarKeyDown(reinterpret_cast<NMKEY&>(header).nVKey);
+    default:
+        handled = false;
+        return 0;
+    }
+}
+
+LRESULT CustomBar::OnRefresh(WPARAM, LPARAM, bool&)
 {
     m_refreshPending = false;
     ReloadItems();
     Build();
     FocusDeepestLevel();
-    RestoreHighlight();
-    result = 0;
-    return true;
+    RestoreHighlight(*this);
+    return 0;
 }
 
-void CustomBar::RestoreHighlight()
+LRESULT CustomBar::OnShellNotify(WPARAM, LPARAM, bool&)
 {
-    if (HasItem(m_openIndex))
-    {
-        SetHotItem(m_items[m_openIndex].order);
-    }
-    else if (m_refreshIndex != -1)
-    {
-        // The next hover counts as a movement even where the cursor rests.
-        if (!m_refreshByKeyboard)
-            m_lastMessagePos = 0xFFFFFFFF;
-        OnItemCommand(ItemCommandMode::Select, m_refreshIndex);
-        m_refreshIndex = -1;
-        m_refreshByKeyboard = false;
-    }
-    else
-    {
-        SetHotItem(-1);
-    }
-}
-
-bool CustomBar::OnShellNotify(WPARAM, LPARAM, LRESULT& result)
-{
-    m_refreshIndex = HotIndex();
+    m_refreshIndex = HotButton();
     RequestRefresh();
-    result = 0;
-    return true;
+    return 0;
 }
 
 } // namespace CustomMenu

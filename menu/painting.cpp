@@ -3,7 +3,7 @@
 
 #include "app/launcher_state.h"
 #include "geometry/dpi_scale.h"
-#include "menu/commands.h"
+#include "menu/button_ids.h"
 #include "menu/nine_slice.h"
 
 #include <algorithm>
@@ -65,7 +65,7 @@ void DrawSeparators(const CustomBar& level, HDC dc)
 
 } // namespace
 
-bool CustomBar::OnEraseBackground(WPARAM wParam, LPARAM, LRESULT& result)
+LRESULT CustomBar::OnEraseBackground(WPARAM wParam, LPARAM, bool&)
 {
     const HDC dc = reinterpret_cast<HDC>(wParam);
     RECT client{};
@@ -81,13 +81,11 @@ bool CustomBar::OnEraseBackground(WPARAM wParam, LPARAM, LRESULT& result)
         const UniqueBrush brush(CreateSolidBrush(g_launcher.m_menuColor));
         FillRect(dc, &client, brush.Get());
     }
-    result = 1;
-    return true;
+    return 1;
 }
 
 LRESULT CustomBar::OnCustomDraw(NMTBCUSTOMDRAW& draw, bool& handled)
 {
-    handled = true;
     switch (draw.nmcd.dwDrawStage)
     {
     case CDDS_PREPAINT:

@@ -1,5 +1,5 @@
 // What a level sees of its toolbar's messages before the toolbar does.
-#include "menu/custom_bar.h"
+#include "menu/level_ref.h"
 
 #include <windowsx.h>
 
@@ -12,12 +12,37 @@ namespace
 /// Position of the last mouse press or handled move on any level's toolbar: a message that repeats it is no move.
 LPARAM g_lastMouseLParam = 0;
 
+/// Where a mouse message happened, in the toolbar's coordinates. The toolbar of a long level is taller than the 16 bits
+/// of lParam reach: of the heights that they can mean it is the one near what the toolbar's parent shows.
+POINT MousePoint(HWND toolbar, LPARAM lParam)
+{
+    POINT shown{};
+    MapWindowPoints(GetParent(toolbar), toolbar, &shown, 1);
+    return {GET_X_LPARAM(lParam), shown.y + static_cast<SHORT>(GET_Y_LPARAM(lParam) - shown.y)};
+}
+
+LRESULT OnMouseMove(CustomBar& level, WPARAM wParam, LPARAM lParam)
+{
+    const DWORD position = GetMessagePos();
+    g_lastMouseLParam = lParam;
+    POINT point = MousePoint(level.m_toolbar, lParam);
+    const bool onButton = level.SendToolbar(TB_HITTEST, 0, reinterpret_cast<LPARAM>(&point)) >= 0;
+    LRESULT result = 0;
+    // Over the empty margin the highlight stays as it is.
+    if (onButton || GetCapture() == level.m_toolbar)
+        result = DefSubclassProc(level.m_toolbar, WM_MOUSEMOVE, wParam, lParam);
+    level.m_lastMessagePos = position;
+    return result;
+}
+
 } // namespace
 
-LRESULT CALLBACK CustomBar::ToolbarSubclassProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+LRESULT CALLBACK CustomBar::ToolbarSubclassProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
                                                 DWORD_PTR data)
 {
-    auto* const level = reinterpret_cast<CustomBar*>(data);
+    CustomBar& level = *reinterpret_cast<CustomBar*>(data);
+    // The toolbar's notifications may close levels, this one too.
+    const LevelRef held(level);
     switch (message)
     {
     case WM_LBUTTONDOWN:
@@ -26,34 +51,18 @@ LRESULT CALLBACK CustomBar::ToolbarSubclassProc(HWND window, UINT message, WPARA
         break;
     case WM_MOUSEMOVE:
         if (lParam != g_lastMouseLParam)
-            return level->OnToolbarMouseMove(wParam, lParam);
+            return OnMouseMove(level, wParam, lParam);
         break;
     case WM_APP_SHELLNOTIFY:
-        PostMessageW(level->m_hWnd, WM_APP_SHELLNOTIFY, reinterpret_cast<WPARAM>(window), 0);
+        PostMessageW(level.m_hWnd, WM_APP_SHELLNOTIFY, reinterpret_cast<WPARAM>(window), 0);
+        break;
+    case WM_NCDESTROY:
+        RemoveWindowSubclass(window, &CustomBar::ToolbarSubclassProc, id);
         break;
     default:
         break;
     }
     return DefSubclassProc(window, message, wParam, lParam);
-}
-
-LRESULT CustomBar::OnToolbarMouseMove(WPARAM wParam, LPARAM lParam)
-{
-    const DWORD position = GetMessagePos();
-    g_lastMouseLParam = lParam;
-    // The toolbar's notifications may close levels, this one too.
-    AddRef();
-    // Not from lParam: the toolbar of a long level is taller than its 16 bits reach.
-    POINT point{GET_X_LPARAM(position), GET_Y_LPARAM(position)};
-    ScreenToClient(m_toolbar, &point);
-    const bool onButton = SendToolbar(TB_HITTEST, 0, reinterpret_cast<LPARAM>(&point)) >= 0;
-    LRESULT result = 0;
-    // Over the empty margin the highlight stays as it is.
-    if (onButton || GetCapture() == m_toolbar)
-        result = DefSubclassProc(m_toolbar, WM_MOUSEMOVE, wParam, lParam);
-    m_lastMessagePos = position;
-    Release();
-    return result;
 }
 
 } // namespace CustomMenu

@@ -2,7 +2,8 @@
 #include "app/options.h"
 #include "commands/key_table.h"
 #include "content/ordering.h"
-#include "menu/commands.h"
+#include "geometry/scrolling.h"
+#include "menu/button_ids.h"
 #include "menu/hover_rules.h"
 
 #include <windows.h>

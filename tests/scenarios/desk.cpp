@@ -139,7 +139,8 @@ void Desk::End()
         return;
     // The mouse leaves first: windowing remembers where it last was over one of its windows.
     MoveTo({1, 1});
-    CustomMenu::CloseAllLevels();
+    if (IsOpen())
+        CustomMenu::CloseAllLevels();
     Settle();
     EndLauncher(m_root);
     EXPECT_EQ(Levels(), 0) << "every level is gone with its window";
@@ -366,7 +367,7 @@ std::vector<std::string> Desk::Items(int level) const
 
 std::string Desk::Hot(int level) const
 {
-    const int hot = Level(level).HotIndex();
+    const int hot = Level(level).HotButton();
     return hot < 0 ? std::string() : Items(level).at(static_cast<std::size_t>(hot));
 }
 

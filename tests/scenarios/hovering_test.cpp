@@ -176,6 +176,20 @@ TEST_F(Hovering, AfterAPressTheSamePositionIsNoMoveEither)
     EXPECT_EQ(root.m_lastMessagePos, 0xFFFFFFFF);
 }
 
+TEST_F(Hovering, AMoveIsWhereItsMessageSays)
+{
+    // The place of a move was taken from the pointer's position, that of a press from the message.
+    m_desk.Launch("100,700,0");
+    CustomBar& root = m_desk.Level(0);
+    const RECT office = root.ButtonRect(m_desk.IndexOf("Office"));
+    root.m_lastMessagePos = 0xFFFFFFFF;
+    SendMessageW(root.m_toolbar, WM_MOUSEMOVE, 0, MAKELPARAM(office.left + 9, office.top + 9));
+    EXPECT_EQ(m_desk.Hot(), "Office") << "though the pointer is elsewhere";
+    root.m_lastMessagePos = 0xFFFFFFFF;
+    SendMessageW(root.m_toolbar, WM_MOUSEMOVE, 0, MAKELPARAM(office.left + 9, 5000));
+    EXPECT_EQ(m_desk.Hot(), "Office") << "below the items nothing changes";
+}
+
 TEST_F(Hovering, OverTheEmptyMarginTheHighlightStays)
 {
     m_desk.Launch("100,700,0");
@@ -309,8 +323,10 @@ TEST_F(Hovering, ClosingKeysActOnTheDeepestLevelWhicheverHasTheKeyboard)
     {
         m_desk.Launch("100,700,0");
         m_desk.Click("Games");
+        const MessageCounter activations(m_desk.Level(0).m_hWnd, WM_ACTIVATE);
         m_desk.Level(0).OnToolbarKeyDown(key);
         EXPECT_EQ(m_desk.Levels(), 2) << "it is asked to close";
+        EXPECT_GE(activations.Count(), 1) << "and its opener made active";
         m_desk.Settle();
         EXPECT_EQ(m_desk.Levels(), 1);
         EXPECT_EQ(GetActiveWindow(), m_desk.Level(0).m_hWnd);

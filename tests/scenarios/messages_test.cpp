@@ -196,6 +196,37 @@ TEST_F(Messages, ADisabledMenuTakesNoInput)
     EXPECT_EQ(m_desk.Levels(), 1);
 }
 
+TEST_F(Messages, AnEnabledMenuHasTheKeyboardInItsDeepestLevel)
+{
+    m_desk.Click("Games");
+    SetFocus(m_desk.Level(0).m_toolbar);
+    m_desk.Level(0).EnableMenu(true);
+    EXPECT_EQ(GetFocus(), m_desk.Level(1).m_toolbar) << "the level was active already";
+}
+
+TEST_F(Messages, AnItemWithoutSubLevelBringsItsLevelToTheForeground)
+{
+    EnableWindow(m_desk.Level(0).m_hWnd, FALSE);
+    m_desk.SwitchToOtherProgram();
+    EnableWindow(m_desk.Level(0).m_hWnd, TRUE);
+    ASSERT_EQ(GetForegroundWindow(), nullptr);
+    m_desk.Level(0).OnItemCommand(ItemCommandMode::OpenSubmenu, m_desk.IndexOf("readme"));
+    EXPECT_EQ(GetForegroundWindow(), m_desk.Level(0).m_hWnd);
+    EXPECT_TRUE(platform::headless::HasKeyboard());
+}
+
+TEST_F(Messages, ALevelIsActiveBeforeItsSubLevelIs)
+{
+    const HWND other = CreateWindowExW(0, TEXT("Static"), nullptr, WS_POPUP | WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr,
+                                       nullptr, nullptr);
+    SetActiveWindow(other);
+    const MessageCounter activations(m_desk.Level(0).m_hWnd, WM_ACTIVATE);
+    m_desk.Level(0).OnItemCommand(ItemCommandMode::OpenSubmenu, m_desk.IndexOf("Games"));
+    EXPECT_EQ(activations.Count(), 2) << "it comes and goes";
+    EXPECT_EQ(GetActiveWindow(), m_desk.Level(1).m_hWnd);
+    DestroyWindow(other);
+}
+
 TEST_F(Messages, EnablingAClosingLevelDoesNotBringItBack)
 {
     m_desk.Click("Games");
@@ -403,6 +434,24 @@ TEST_F(TallLevel, ThePagerAsksForTheToolbarsSize)
     size.dwFlag = PGF_CALCWIDTH;
     SendMessageW(root.m_hWnd, WM_NOTIFY, 1, reinterpret_cast<LPARAM>(&size));
     EXPECT_EQ(size.iWidth, toolbar.right - toolbar.left);
+}
+
+TEST(VeryTallLevel, AMoveFarDownIsFoundBySixteenBits)
+{
+    // A row beyond 32,767 is told by 16 bits that also mean a row above the toolbar.
+    constexpr int kCount = 1300;
+    Desk desk("800x600+0+0");
+    for (int i = 0; i < kCount; ++i)
+        desk.MakeFile("item " + std::to_string(10000 + i));
+    desk.Launch("0,600,0");
+    CustomBar& root = desk.Level(0);
+    root.OnItemCommand(ItemCommandMode::Select, kCount - 1);
+    root.SetHotItem(-1);
+    const RECT last = root.ButtonRect(kCount - 1);
+    ASSERT_LT(static_cast<SHORT>(last.top + 9), 0) << "the toolbar is tall enough for the story";
+    root.m_lastMessagePos = 0xFFFFFFFF;
+    SendMessageW(root.m_toolbar, WM_MOUSEMOVE, 0, MAKELPARAM(last.left + 9, last.top + 9));
+    EXPECT_EQ(desk.Hot(), "item 11299");
 }
 
 TEST_F(TallLevel, KeysScrollBackToTheTop)

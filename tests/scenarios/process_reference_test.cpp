@@ -1,9 +1,13 @@
 // The process reference: work that outlives the menu keeps the process, and nothing else does.
 #include "tests/scenarios/desk.h"
+#include "tests/scenarios/shell_spy.h"
 
 #include "commands/process_reference.h"
 
 #include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
 
 #include <thread>
 
@@ -14,8 +18,13 @@ namespace
 class ProcessReference : public testing::Test
 {
 protected:
-    ~ProcessReference() override { platform::headless::SetIdleHandler(nullptr); }
+    ~ProcessReference() override
+    {
+        platform::headless::SetIdleHandler(nullptr);
+        SHSetInstanceExplorer(m_programs); // the story's has been withdrawn
+    }
 
+    IUnknown* const m_programs = InstanceExplorer();
     ShellProcessReference m_reference;
 };
 
@@ -92,6 +101,36 @@ TEST_F(ProcessReference, OffersIUnknownAlone)
     EXPECT_EQ(m_reference.QueryInterface(IID_IUnknown, &object), S_OK);
     EXPECT_EQ(object, &m_reference);
     EXPECT_EQ(m_reference.Release(), 1u);
+}
+
+TEST(ProcessReferenceOfTheProgram, IsHandedToTheShellBeforeTheProgramBegins)
+{
+    ASSERT_NE(InstanceExplorer(), nullptr);
+    void* object = nullptr;
+    EXPECT_EQ(InstanceExplorer()->QueryInterface(IID_IUnknown, &object), S_OK);
+    ASSERT_EQ(object, InstanceExplorer());
+    InstanceExplorer()->Release();
+}
+
+TEST(ProcessReferenceOfTheProgram, IsWithdrawnAtTheEndWhichWaitsForWhoHoldsIt)
+{
+    // In a process of its own, since it ends.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto end = []
+    {
+        static IUnknown* held;
+        held = InstanceExplorer();
+        held->AddRef();
+        platform::headless::SetIdleHandler(
+            []
+            {
+                std::fputs(InstanceExplorer() == nullptr ? "withdrawn, waited" : "waited", stderr);
+                held->Release();
+                return true;
+            });
+        std::exit(0);
+    };
+    EXPECT_EXIT(end(), testing::ExitedWithCode(0), "^withdrawn, waited$");
 }
 
 } // namespace
