@@ -4,6 +4,7 @@
 #include "app/launcher_state.h"
 #include "menu/custom_bar.h"
 #include "menu/nine_slice.h"
+#include "support/unique_handle.h"
 
 namespace
 {
@@ -75,18 +76,7 @@ PixelBitmap DrawTitleMask(const BannerSize& size)
     return mask;
 }
 
-} // namespace
-
-SIZE MeasureTitle()
-{
-    const WindowDC screen(nullptr);
-    const SelectGuard font(screen.Get(), g_launcher.m_font.Get());
-    RECT text{};
-    DrawTextW(screen.Get(), g_launcher.m_title.c_str(), static_cast<int>(g_launcher.m_title.size()), &text,
-              DT_SINGLELINE | DT_NOPREFIX | DT_CALCRECT);
-    return {text.right - text.left, text.bottom - text.top};
-}
-
+/// Empty when out of resources.
 UniqueBitmap RenderBannerBitmap(const BannerSize& size)
 {
     PixelBitmap banner = CreatePixelBitmap(size.totalWidth, size.totalHeight);
@@ -103,6 +93,18 @@ UniqueBitmap RenderBannerBitmap(const BannerSize& size)
     if (mask.bitmap)
         CompositeTitle(banner.pixels, banner.size, mask.pixels, mask.size, g_launcher.m_titleColor);
     return std::move(banner.bitmap);
+}
+
+} // namespace
+
+SIZE MeasureTitle()
+{
+    const WindowDC screen(nullptr);
+    const SelectGuard font(screen.Get(), g_launcher.m_font.Get());
+    RECT text{};
+    DrawTextW(screen.Get(), g_launcher.m_title.c_str(), static_cast<int>(g_launcher.m_title.size()), &text,
+              DT_SINGLELINE | DT_NOPREFIX | DT_CALCRECT);
+    return {text.right - text.left, text.bottom - text.top};
 }
 
 void CustomMenu::CustomBar::RenderBanner(const BannerSize& size)

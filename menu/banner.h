@@ -2,15 +2,11 @@
 #pragma once
 
 #include "geometry/placement.h"
-#include "support/unique_handle.h"
 
 #include <cstdint>
 
 /// Extent of the title in the banner font, as one line.
 SIZE MeasureTitle();
-
-/// The rendered background of a level with a banner; empty when out of resources.
-UniqueBitmap RenderBannerBitmap(const BannerSize& size);
 
 /// One colour or alpha channel of the title composited onto the banner: `mask` is the title's coverage, 0 to 255.
 constexpr std::uint8_t BlendChannel(std::uint8_t under, std::uint8_t over, std::uint8_t mask)
