@@ -31,7 +31,8 @@ std::unique_ptr<BitmapObject> MakeBitmap(int width, int height, int bitsPerPixel
     bitmap->bitsPerPixel = bitsPerPixel;
     bitmap->stride = RowBytes(width, bitsPerPixel);
     bitmap->bottomUp = bottomUp;
-    bitmap->memory = PixelMemory(static_cast<std::size_t>(bitmap->stride) * static_cast<std::size_t>(height));
+    bitmap->memory.reset(static_cast<unsigned char*>(
+        std::calloc(static_cast<std::size_t>(bitmap->stride), static_cast<std::size_t>(height))));
     if (bitmap->Bits() == nullptr)
         return nullptr;
     if (bitsPerPixel <= 8)

@@ -4,11 +4,11 @@
 #include "platform/base/fault_points.h"
 #include "platform/base/handle_table.h"
 #include "platform/base/last_error.h"
-#include "platform/base/pixel_memory.h"
 #include "platform/screen/surface.h"
 
 #include "windows.h"
 
+#include <cstdlib>
 #include <memory>
 #include <vector>
 
@@ -26,6 +26,11 @@ public:
     bool deleteWhenFree = false;
 };
 
+struct FreeMemory
+{
+    void operator()(unsigned char* memory) const { std::free(memory); }
+};
+
 class BitmapObject : public SelectableObject
 {
 public:
@@ -37,10 +42,10 @@ public:
     int bitsPerPixel = 32; ///< 1, 4, 8, 24 or 32
     int stride = 0;        ///< bytes from one row in memory to the next; a multiple of 4
     bool bottomUp = false; ///< the first row in memory is the lowest one
-    PixelMemory memory;
+    std::unique_ptr<unsigned char, FreeMemory> memory;
     std::vector<RGBQUAD> colors; ///< 2^bitsPerPixel entries up to 8 bits
 
-    unsigned char* Bits() { return memory.Bytes(); }
+    unsigned char* Bits() { return memory.get(); }
     /// First byte of row y counted from the top of the picture.
     unsigned char* Row(int y) { return Bits() + static_cast<std::ptrdiff_t>(bottomUp ? height - 1 - y : y) * stride; }
     /// The pixels in place; only for 32 bits per pixel. The stride is negative for a bottom-up bitmap.

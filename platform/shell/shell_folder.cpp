@@ -3,7 +3,6 @@
 
 #include "platform/base/deferred.h"
 #include "platform/base/fault_points.h"
-#include "platform/base/heap.h"
 #include "platform/base/text.h"
 #include "platform/shell/change_notify.h"
 #include "platform/shell/context_menu.h"
@@ -89,8 +88,6 @@ HRESULT ShellFolder::EnumObjects(HWND, SHCONTF flags, IEnumIDList** result)
     const std::shared_ptr<FolderListing> listing = ReadFolderWithin(m_path);
     if (listing->error != 0)
         return ResultFromErrno(listing->error);
-    constexpr std::size_t kKeptOfEach = 320; // its identifiers and names, a row of a toolbar
-    PrepareHeap(listing->Size() * kKeptOfEach);
     *result = new ItemEnumerator(listing, flags);
     FolderWasRead(*listing);
     if (listing->worthSaving)
