@@ -33,7 +33,9 @@ XkbKeymap ReadLayout(xkb_context* context, xcb_connection_t* connection)
 
 XkbContext MakeContext()
 {
-    XkbContext context(xkb_context_new(XKB_CONTEXT_NO_FLAGS));
+    // The server's layout needs no files: their absence must not cost the context.
+    XkbContext context(xkb_context_new(XKB_CONTEXT_NO_DEFAULT_INCLUDES));
+    xkb_context_include_path_append_default(context.get());
     xkb_context_set_log_level(context.get(), XKB_LOG_LEVEL_CRITICAL);
     return context;
 }
