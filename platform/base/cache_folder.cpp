@@ -3,8 +3,8 @@
 
 #include "platform/base/product.h"
 #include "platform/base/unique_fd.h"
+#include "platform/base/xdg_folders.h"
 
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
@@ -18,35 +18,10 @@ namespace platform
 namespace
 {
 
-/// An absolute path from the environment, as the XDG base directory specification wants it: a relative one counts as
-/// not set.
-std::string AbsoluteFromEnvironment(const char* name)
-{
-    const char* value = std::getenv(name);
-    return value != nullptr && value[0] == '/' ? value : "";
-}
-
-bool MakeFolder(const std::string& path)
-{
-    if (mkdir(path.c_str(), 0700) == 0 || errno == EEXIST)
-        return true;
-    const std::size_t slash = path.rfind('/');
-    return errno == ENOENT && slash > 0 && slash != std::string::npos && MakeFolder(path.substr(0, slash)) &&
-           mkdir(path.c_str(), 0700) == 0;
-}
-
 std::string MakeCacheFolder()
 {
-    std::string base = AbsoluteFromEnvironment("XDG_CACHE_HOME");
-    if (base.empty())
-    {
-        base = AbsoluteFromEnvironment("HOME");
-        if (base.empty())
-            return {};
-        base += "/.cache";
-    }
-    base += "/" ORB_PRODUCT;
-    return MakeFolder(base) ? base : std::string();
+    const std::string folder = CacheHome() + "/" ORB_PRODUCT;
+    return MakeFolders(folder) ? folder : std::string();
 }
 
 } // namespace

@@ -1,7 +1,8 @@
 // The text service: Pango on cairo for shaping, fontconfig for finding fonts (platform/services/text_service.h).
 #include "platform/services/text_service.h"
 
-#include <cstdlib>
+#include "platform/base/xdg_folders.h"
+
 #include <cstring>
 #include <fontconfig/fontconfig.h>
 #include <memory>
@@ -13,6 +14,7 @@
 namespace
 {
 
+using platform::ConfigHome;
 using platform::TextExtent;
 using platform::TextFont;
 using platform::TextService;
@@ -89,15 +91,10 @@ void AddConfiguration(std::set<std::string>& sources)
         const std::string folder = path.substr(0, path.rfind('/'));
         sources.insert(folder.ends_with("/conf.d") || folder.ends_with("/conf.avail") ? folder : path);
     }
-    const char* home = std::getenv("HOME");
-    const char* config = std::getenv("XDG_CONFIG_HOME");
-    const std::string folder = config != nullptr && config[0] == '/' ? config
-                               : home != nullptr                     ? std::string(home) + "/.config"
-                                                                     : std::string();
     // Not there yet, perhaps: their appearance must be noticed too.
-    sources.insert(folder + "/fontconfig");
-    sources.insert(folder + "/fontconfig/fonts.conf");
-    sources.insert(folder + "/fontconfig/conf.d");
+    sources.insert(ConfigHome() + "/fontconfig");
+    sources.insert(ConfigHome() + "/fontconfig/fonts.conf");
+    sources.insert(ConfigHome() + "/fontconfig/conf.d");
 }
 
 bool FontSources(char* paths, std::size_t capacity)

@@ -4,8 +4,8 @@
 // names, texts that many entries share. All numbers are in the machine's own byte order: the file never leaves it.
 #include "platform/files/folder_snapshot.h"
 
+#include "platform/base/xdg_folders.h"
 #include "platform/files/folder_listing.h"
-#include "platform/files/known_folders.h"
 
 #include <algorithm>
 #include <cstring>

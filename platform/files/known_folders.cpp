@@ -4,29 +4,19 @@
 #include "platform/base/cache_folder.h"
 #include "platform/base/fault_points.h"
 #include "platform/base/text.h"
+#include "platform/base/xdg_folders.h"
 #include "platform/shell/namespace.h"
 #include "platform/icons/system_images.h"
 
-#include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <dirent.h>
-#include <pwd.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace platform
 {
 
 namespace
 {
-
-/// The variable's value when it is an absolute path, as the base directory rules demand; else "".
-std::string AbsoluteFromVariable(const char* name)
-{
-    const char* value = getenv(name);
-    return value != nullptr && value[0] == '/' ? value : "";
-}
 
 /// `"$HOME/Desktop"` or `"/srv/desk"`, with backslash escapes, as xdg-user-dirs writes it; "" for anything else.
 std::string UnquoteUserFolder(std::string_view value)
@@ -134,46 +124,9 @@ LPITEMIDLIST LocationOf(int csidl)
 
 } // namespace
 
-std::string HomeFolder()
-{
-    std::string home = AbsoluteFromVariable("HOME");
-    if (home.empty())
-    {
-        const passwd* user = getpwuid(getuid());
-        home = user != nullptr && user->pw_dir != nullptr ? user->pw_dir : "";
-    }
-    while (home.ends_with('/'))
-        home.pop_back();
-    return home;
-}
-
-std::string DataHome()
-{
-    const std::string folder = AbsoluteFromVariable("XDG_DATA_HOME");
-    return folder.empty() ? HomeFolder() + "/.local/share" : folder;
-}
-
-std::vector<std::string> DataFolders()
-{
-    std::vector<std::string> folders{DataHome()};
-    const char* variable = getenv("XDG_DATA_DIRS");
-    std::string_view rest = variable != nullptr && *variable != '\0' ? variable : "/usr/local/share:/usr/share";
-    while (!rest.empty())
-    {
-        const std::string_view folder = rest.substr(0, rest.find(':'));
-        rest.remove_prefix(std::min(folder.size() + 1, rest.size()));
-        if (folder.starts_with('/'))
-            folders.emplace_back(folder);
-    }
-    return folders;
-}
-
 std::string UserFolder(const char* key)
 {
-    std::string config = AbsoluteFromVariable("XDG_CONFIG_HOME");
-    if (config.empty())
-        config = HomeFolder() + "/.config";
-    const MappedFile file(config + "/user-dirs.dirs");
+    const MappedFile file(ConfigHome() + "/user-dirs.dirs");
     std::string_view rest = file.Content();
     std::string folder;
     while (!rest.empty())
@@ -185,17 +138,6 @@ std::string UserFolder(const char* key)
             folder = UnquoteUserFolder(line.substr(std::strlen(key) + 1)); // the last line of a key counts
     }
     return folder;
-}
-
-bool MakeFolders(const std::string& path)
-{
-    for (std::size_t end = 0; end != path.npos;)
-    {
-        end = path.find('/', end + 1);
-        if (mkdir(path.substr(0, end).c_str(), 0700) != 0 && errno != EEXIST)
-            break;
-    }
-    return IsFolder(path);
 }
 
 } // namespace platform

@@ -1,7 +1,7 @@
 // Walking down to a folder from the root, stopping at the first step onto foreign ground.
 #include "platform/files/trusted_place.h"
 
-#include "platform/files/known_folders.h"
+#include "platform/base/xdg_folders.h"
 
 #include <array>
 #include <fcntl.h>

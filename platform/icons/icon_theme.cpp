@@ -2,7 +2,7 @@
 #include "platform/icons/icon_theme.h"
 
 #include "platform/base/cache_folder.h"
-#include "platform/files/known_folders.h"
+#include "platform/base/xdg_folders.h"
 
 #include <algorithm>
 #include <charconv>

@@ -2,12 +2,11 @@
 #include "platform/registry/registry_file.h"
 
 #include "platform/base/product.h"
+#include "platform/base/xdg_folders.h"
 
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <fcntl.h>
-#include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -19,27 +18,10 @@ namespace
 constexpr char kFile[] = "/" ORB_PRODUCT "/registry.db";
 constexpr int kMostDamagedFiles = 1000;
 
-/// A relative path in one of these variables counts as not set.
-std::string_view Absolute(const char* variable)
-{
-    const char* value = std::getenv(variable);
-    return value != nullptr && value[0] == '/' ? value : std::string_view();
-}
-
 std::string ParentOf(const std::string& path)
 {
     const std::size_t slash = path.rfind('/');
     return slash == std::string::npos || slash == 0 ? "/" : path.substr(0, slash);
-}
-
-int MakeFolder(const std::string& path)
-{
-    if (mkdir(path.c_str(), 0700) == 0 || errno == EEXIST)
-        return 0;
-    if (errno != ENOENT)
-        return errno;
-    const int error = MakeFolder(ParentOf(path));
-    return error == 0 && mkdir(path.c_str(), 0700) != 0 && errno != EEXIST ? errno : error;
 }
 
 bool MayAccess(const std::string& path, int how)
@@ -60,22 +42,17 @@ bool RenameToFree(const std::string& from, const std::string& to)
 
 std::string UserHivePath()
 {
-    if (const std::string_view config = Absolute("XDG_CONFIG_HOME"); !config.empty())
-        return std::string(config) + kFile;
-    const std::string_view home = Absolute("HOME");
-    return home.empty() ? std::string() : std::string(home) + "/.config" + kFile;
+    return ConfigHome() + kFile;
 }
 
 std::string MachineHivePath()
 {
-    std::string_view folders = Absolute("XDG_CONFIG_DIRS");
-    folders = folders.substr(0, folders.find(':'));
-    return std::string(folders.empty() ? "/etc/xdg" : folders) + kFile;
+    return SystemConfigFolders().front() + kFile;
 }
 
 int MakeParentFolder(const std::string& path)
 {
-    return MakeFolder(ParentOf(path));
+    return MakeFolders(ParentOf(path)) ? 0 : errno;
 }
 
 bool MayWrite(const std::string& path)

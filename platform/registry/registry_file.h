@@ -6,12 +6,12 @@
 namespace platform
 {
 
-/// $XDG_CONFIG_HOME/orb-launcher/registry.db; empty when neither that nor HOME is set.
+/// orb-launcher/registry.db in ConfigHome().
 std::string UserHivePath();
-/// orb-launcher/registry.db in the first entry of $XDG_CONFIG_DIRS (/etc/xdg when not set).
+/// orb-launcher/registry.db in the first of SystemConfigFolders().
 std::string MachineHivePath();
 
-/// Creates the folder that a file lies in, with its parents (mode 0700). An errno value, 0 on success.
+/// Creates the folder that a file lies in, with its parents. An errno value, 0 on success.
 int MakeParentFolder(const std::string& path);
 
 /// True when this process may write the file, or create it when it does not exist.

@@ -2,9 +2,8 @@
 #include "platform/screen/desktop_settings.h"
 
 #include "platform/base/cache_folder.h"
+#include "platform/base/xdg_folders.h"
 #include "platform/screen/screen.h"
-
-#include <cstdlib>
 
 namespace platform
 {
@@ -35,15 +34,6 @@ constexpr FileKey kFileKeys[] = {
     {"gtk-menu-popup-delay", "Gtk/MenuPopupDelay"},
 };
 
-std::string SettingsFile()
-{
-    const char* config = std::getenv("XDG_CONFIG_HOME");
-    if (config != nullptr && config[0] == '/')
-        return std::string(config) + "/gtk-3.0/settings.ini";
-    const char* home = std::getenv("HOME");
-    return home != nullptr ? std::string(home) + "/.config/gtk-3.0/settings.ini" : std::string();
-}
-
 std::string_view Trimmed(std::string_view text)
 {
     const auto first = text.find_first_not_of(" \t\r");
@@ -64,7 +54,7 @@ void TakeLine(Settings& settings, std::string_view line)
 Settings ReadSettingsFile()
 {
     Settings settings;
-    const MappedFile file(SettingsFile());
+    const MappedFile file(ConfigHome() + "/gtk-3.0/settings.ini");
     std::string_view rest = file.Content();
     while (!rest.empty())
     {

@@ -3,9 +3,11 @@
 #include "platform/base/clock.h"
 #include "platform/base/handle_table.h"
 #include "platform/base/last_error.h"
+#include "platform/base/xdg_folders.h"
 
 #include "windows.h"
 
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -119,6 +121,56 @@ TEST(CacheFiles, FolderIsMadeWithItsParents)
         },
         testing::ExitedWithCode(0), "");
     EXPECT_TRUE(std::filesystem::is_directory(expected));
+}
+
+TEST(XdgFolders, RelativePathsCountAsNotSet)
+{
+    const auto withVariables = [](const char* home, const char* user, const char* system, auto check)
+    {
+        EXPECT_EXIT(
+            {
+                setenv("HOME", home, 1);
+                for (const char* name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME"})
+                    setenv(name, user, 1);
+                for (const char* name : {"XDG_DATA_DIRS", "XDG_CONFIG_DIRS"})
+                    setenv(name, system, 1);
+                _exit(check() ? 0 : 1);
+            },
+            testing::ExitedWithCode(0), "");
+    };
+    using Folders = std::vector<std::string>;
+    const auto usual = []
+    {
+        return HomeFolder() == "/home/orb" && DataHome() == "/home/orb/.local/share" &&
+               ConfigHome() == "/home/orb/.config" && CacheHome() == "/home/orb/.cache" &&
+               DataFolders() == Folders{DataHome(), "/usr/local/share", "/usr/share"} &&
+               SystemConfigFolders() == Folders{"/etc/xdg"};
+    };
+    withVariables("/home/orb/", "", "", usual);
+    withVariables("/home/orb", "own", "some:other", usual);
+    withVariables(
+        "/", "/own", "some:/a::/b/",
+        []
+        {
+            return HomeFolder().empty() && DataHome() == "/own" && ConfigHome() == "/own" && CacheHome() == "/own" &&
+                   DataFolders() == Folders{"/own", "/a", "/b"} && SystemConfigFolders() == Folders{"/a", "/b"};
+        });
+    withVariables("relative", "", "", [] { return HomeFolder() != "relative"; });
+}
+
+TEST(XdgFolders, AreMadeWithTheirParentsOrTellWhyNot)
+{
+    const ScratchFolder scratch;
+    EXPECT_TRUE(MakeFolders(scratch / "a/b/c"));
+    EXPECT_TRUE(MakeFolders(scratch / "a/b/c/"));
+    EXPECT_TRUE(std::filesystem::is_directory(scratch / "a/b/c"));
+    EXPECT_EQ(std::filesystem::status(scratch / "a").permissions(), std::filesystem::perms::owner_all);
+    std::ofstream(scratch / "file").put('x');
+    EXPECT_FALSE(MakeFolders(scratch / "file"));
+    EXPECT_EQ(errno, ENOTDIR);
+    EXPECT_FALSE(MakeFolders(scratch / "file/below"));
+    EXPECT_EQ(errno, ENOTDIR);
+    EXPECT_FALSE(MakeFolders(""));
 }
 
 TEST(SystemCalls, MulDivRoundsHalvesAway)
