@@ -29,7 +29,7 @@ struct FolderListing
     std::int64_t modified = -1;
     std::uint64_t folderStamp = 0; ///< of the folder's own state before it was read; 0 when `modified` is −1
     bool worthSaving = false;      ///< the snapshot does not say the same
-    bool fromSnapshot = false;     ///< taken from the snapshot as it was; VerifyListing looks whether it still holds
+    bool fromSnapshot = false;     ///< taken from the snapshot as it was; StillHolds looks whether it still holds
 
     // What the views point into.
     std::vector<std::unique_ptr<char[]>> directoryBlocks;
@@ -63,13 +63,9 @@ private:
 
 /// Reads the folder at `path` ("" is the root); the first time in a run, its snapshot will do. From any thread.
 std::shared_ptr<FolderListing> ReadFolder(const std::string& path);
-/// Reads again a folder whose listing came from its snapshot. When it has another content by now, the snapshot is
-/// renewed and those who watch the folder are told that it has changed.
-void VerifyListing(const FolderListing& shown);
 /// Like ReadFolder for one file of a folder; `files` is empty and `error` set when there is none of that name.
 std::shared_ptr<FolderListing> ReadFile(const std::string& folder, const std::string& name);
-/// ReadFolder, but with error ETIMEDOUT when the folder does not answer within a second or still owes an earlier
-/// answer.
-std::shared_ptr<FolderListing> ReadFolderWithin(const std::string& path);
+/// Whether both list the same, in whatever order.
+bool SameFiles(const FolderListing& a, const FolderListing& b);
 
 } // namespace platform

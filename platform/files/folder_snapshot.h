@@ -17,9 +17,6 @@
 namespace platform
 {
 
-/// 64-bit hash of bytes; `seed` chains calls.
-std::uint64_t HashBytes(std::string_view bytes, std::uint64_t seed = 0);
-
 struct FolderListing;
 
 /// Looks descriptions up in a mapped snapshot.

@@ -1,4 +1,4 @@
-// The desktop's own places, as POSIX paths, by the XDG user directory rules.
+// Where the user's desktop and start menu are, as POSIX paths, by the XDG user directory and desktop menu rules.
 #pragma once
 
 #include <string>
@@ -6,7 +6,11 @@
 namespace platform
 {
 
-/// The folder that user-dirs.dirs names under `key`, such as "XDG_DESKTOP_DIR"; "" when it names none.
-std::string UserFolder(const char* key);
+/// What user-dirs.dirs names as the desktop, else ~/Desktop. Whether it is there is not looked at.
+std::string DesktopFolder();
+/// The user's own applications, created when missing.
+std::string UserStartMenu();
+/// The system's applications: the first folder that holds any, else the first there is; "" for none.
+std::string CommonStartMenu();
 
 } // namespace platform

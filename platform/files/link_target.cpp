@@ -2,7 +2,7 @@
 #include "platform/files/link_target.h"
 
 #include "platform/files/bounded_call.h"
-#include "platform/shell/namespace.h"
+#include "platform/files/names.h"
 #include "platform/files/trusted_place.h"
 
 #include <climits>

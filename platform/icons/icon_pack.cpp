@@ -4,7 +4,8 @@
 // bytes, in the entries' order. Numbers are in the machine's own byte order: the file never leaves it.
 #include "platform/icons/icon_pack.h"
 
-#include "platform/files/folder_snapshot.h"
+#include "platform/base/byte_reader.h"
+#include "platform/base/file_stamp.h"
 
 #include <cstring>
 #include <sys/stat.h>
@@ -26,52 +27,6 @@ struct Header
     std::uint32_t indexBytes;
     std::uint32_t size; ///< of the icons in pixels
 };
-
-/// Takes values off the front of a byte string; stays failed after a value that is not there whole.
-class Reader
-{
-public:
-    explicit Reader(std::string_view bytes) : m_bytes(bytes) {}
-
-    template <typename T>
-    T Number()
-    {
-        T value{};
-        const std::string_view bytes = Take(sizeof value);
-        std::memcpy(&value, bytes.data(), bytes.size());
-        return value;
-    }
-    std::string Text()
-    {
-        const auto size = Number<std::uint32_t>();
-        return std::string(Take(size));
-    }
-    bool Failed() const { return m_failed; }
-
-private:
-    std::string_view Take(std::size_t size)
-    {
-        m_failed |= size > m_bytes.size();
-        const std::string_view taken = m_bytes.substr(0, m_failed ? 0 : size);
-        m_bytes.remove_prefix(taken.size());
-        return taken;
-    }
-
-    std::string_view m_bytes;
-    bool m_failed = false;
-};
-
-template <typename T>
-void AppendNumber(std::string& out, T value)
-{
-    out.append(reinterpret_cast<const char*>(&value), sizeof value);
-}
-
-void AppendText(std::string& out, std::string_view text)
-{
-    AppendNumber(out, static_cast<std::uint32_t>(text.size()));
-    out += text;
-}
 
 /// The folders to search are part of what a pack was made for.
 std::string SearchIdentity(const std::string& themeName)
@@ -116,26 +71,26 @@ std::string_view IndexOf(std::string_view content, int size)
     return HashBytes(index) == header.checksum ? index : std::string_view();
 }
 
-bool DependenciesHold(Reader& reader)
+bool DependenciesHold(ByteReader& reader)
 {
-    for (auto left = reader.Number<std::uint32_t>(); left != 0 && !reader.Failed(); --left)
+    for (auto left = reader.Value<std::uint32_t>(); left != 0 && !reader.Failed(); --left)
     {
-        const std::string path = reader.Text();
-        if (reader.Number<std::int64_t>() != ModificationTime(path))
+        const std::string path(reader.Text());
+        if (reader.Value<std::int64_t>() != ModificationTime(path))
             return false;
     }
     return !reader.Failed();
 }
 
-std::vector<FileWitness> ReadWitnesses(Reader& reader)
+std::vector<FileWitness> ReadWitnesses(ByteReader& reader)
 {
     std::vector<FileWitness> witnesses;
-    for (auto left = reader.Number<std::uint32_t>(); left != 0 && !reader.Failed(); --left)
+    for (auto left = reader.Value<std::uint32_t>(); left != 0 && !reader.Failed(); --left)
     {
         FileWitness& witness = witnesses.emplace_back();
         witness.path = reader.Text();
-        witness.modified = reader.Number<std::int64_t>();
-        witness.size = reader.Number<std::uint64_t>();
+        witness.modified = reader.Value<std::int64_t>();
+        witness.size = reader.Value<std::uint64_t>();
     }
     return witnesses;
 }
@@ -147,8 +102,7 @@ FileWitness WitnessOf(const std::string& path)
     struct stat status;
     if (stat(path.c_str(), &status) != 0)
         return {path, 0, 0};
-    const std::int64_t modified = std::int64_t{status.st_mtim.tv_sec} * 1'000'000'000 + status.st_mtim.tv_nsec;
-    return {path, modified, static_cast<std::uint64_t>(status.st_size)};
+    return {path, ModifiedAt(status), static_cast<std::uint64_t>(status.st_size)};
 }
 
 IconPack::IconPack(std::string themeName, int size) : m_themeName(std::move(themeName)), m_size(size)
@@ -164,14 +118,14 @@ IconPack::IconPack(std::string themeName, int size) : m_themeName(std::move(them
 void IconPack::Load()
 {
     const std::string_view index = IndexOf(m_file.Content(), m_size);
-    Reader reader(index);
+    ByteReader reader(index);
     if (index.empty() || reader.Text() != SearchIdentity(m_themeName) || !DependenciesHold(reader))
         return;
     std::string_view pictures = m_file.Content().substr(sizeof(Header) + index.size());
-    for (auto left = reader.Number<std::uint32_t>(); left != 0 && pictures.size() >= PixelBytes(); --left)
+    for (auto left = reader.Value<std::uint32_t>(); left != 0 && pictures.size() >= PixelBytes(); --left)
     {
-        std::string key = reader.Text();
-        Entry entry{ReadWitnesses(reader), pictures.data(), reader.Number<std::uint64_t>()};
+        std::string key(reader.Text());
+        Entry entry{ReadWitnesses(reader), pictures.data(), reader.Value<std::uint64_t>()};
         if (reader.Failed())
             return;
         m_entries.insert_or_assign(std::move(key), std::move(entry));
@@ -210,14 +164,14 @@ void IconPack::Save(const std::vector<DirectoryStamp>& dependencies) const
         return;
     std::string index;
     AppendText(index, SearchIdentity(m_themeName));
-    AppendNumber(index, static_cast<std::uint32_t>(dependencies.size()));
+    AppendValue(index, static_cast<std::uint32_t>(dependencies.size()));
     for (const DirectoryStamp& stamp : dependencies)
     {
         AppendText(index, stamp.path);
-        AppendNumber(index, stamp.modified);
+        AppendValue(index, stamp.modified);
     }
     const bool addedOnly = m_entries.size() > kMostEntries; // what nobody showed this time makes room
-    AppendNumber(index, static_cast<std::uint32_t>(addedOnly ? m_added.size() : m_entries.size()));
+    AppendValue(index, static_cast<std::uint32_t>(addedOnly ? m_added.size() : m_entries.size()));
     std::string pictures;
     for (const auto& [key, entry] : m_entries)
     {
@@ -226,14 +180,14 @@ void IconPack::Save(const std::vector<DirectoryStamp>& dependencies) const
         if (addedOnly && mapped)
             continue;
         AppendText(index, key);
-        AppendNumber(index, static_cast<std::uint32_t>(entry.witnesses.size()));
+        AppendValue(index, static_cast<std::uint32_t>(entry.witnesses.size()));
         for (const FileWitness& witness : entry.witnesses)
         {
             AppendText(index, witness.path);
-            AppendNumber(index, witness.modified);
-            AppendNumber(index, witness.size);
+            AppendValue(index, witness.modified);
+            AppendValue(index, witness.size);
         }
-        AppendNumber(index, entry.checksum);
+        AppendValue(index, entry.checksum);
         pictures.append(entry.pixels, PixelBytes());
     }
     const Header header{kFormatVersion, HashBytes(index), static_cast<std::uint32_t>(index.size()),

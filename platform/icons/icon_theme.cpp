@@ -2,6 +2,7 @@
 #include "platform/icons/icon_theme.h"
 
 #include "platform/base/cache_folder.h"
+#include "platform/base/file_stamp.h"
 #include "platform/base/xdg_folders.h"
 
 #include <algorithm>
@@ -233,14 +234,6 @@ std::string IconTheme::Find(std::string_view icon, int size) const
             return file;
     }
     return {};
-}
-
-std::int64_t ModificationTime(const std::string& path)
-{
-    struct stat status;
-    if (stat(path.c_str(), &status) != 0)
-        return 0;
-    return std::int64_t{status.st_mtim.tv_sec} * 1'000'000'000 + status.st_mtim.tv_nsec;
 }
 
 std::vector<std::string> IconBaseFolders()

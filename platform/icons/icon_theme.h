@@ -56,9 +56,6 @@ private:
     std::vector<DirectoryStamp> m_dependencies;
 };
 
-/// The modification time of a directory or file in nanoseconds, 0 when it cannot be had.
-std::int64_t ModificationTime(const std::string& path);
-
 /// The folders that the freedesktop icon theme rules name.
 std::vector<std::string> IconBaseFolders();
 std::vector<std::string> LooseIconFolders();

@@ -9,7 +9,6 @@
 #include "platform/drawing/image_scaling.h"
 #include "platform/icons/icon_pack.h"
 #include "platform/icons/icon_theme.h"
-#include "platform/icons/system_images.h"
 
 #include <algorithm>
 #include <map>
@@ -136,8 +135,8 @@ IconImage MakePicture(const std::string& identity, int size, bool linkOverlay)
 class ThemedIcon final : public IconSource
 {
 public:
-    ThemedIcon(const std::string& identity, int size, bool linkOverlay)
-        : m_identity(identity), m_size(size), m_linkOverlay(linkOverlay)
+    ThemedIcon(std::string identity, int size, bool linkOverlay)
+        : m_identity(std::move(identity)), m_size(size), m_linkOverlay(linkOverlay)
     {
     }
 
@@ -149,7 +148,7 @@ public:
     }
 
 private:
-    const std::string& m_identity; ///< the table of system images keeps it for ever
+    std::string m_identity;
     int m_size;
     bool m_linkOverlay;
     IconImage m_image;
@@ -157,10 +156,10 @@ private:
 
 } // namespace
 
-std::shared_ptr<IconSource> ShellIcon(std::uint32_t systemImage, int size, bool linkOverlay)
+std::shared_ptr<IconSource> ShellIcon(std::string identity, int size, bool linkOverlay)
 {
     constexpr int kLargest = 1024;
-    return std::make_shared<ThemedIcon>(SystemImageIdentity(systemImage), std::clamp(size, 1, kLargest), linkOverlay);
+    return std::make_shared<ThemedIcon>(std::move(identity), std::clamp(size, 1, kLargest), linkOverlay);
 }
 
 } // namespace platform

@@ -6,7 +6,8 @@
 namespace platform
 {
 
-/// The source of a system image at `size` pixels square; with `linkOverlay`, marked as a link.
-std::shared_ptr<IconSource> ShellIcon(std::uint32_t systemImage, int size, bool linkOverlay);
+/// The picture of an icon identity (platform/files/listed_file.h) at `size` pixels square; with `linkOverlay`, marked
+/// as a link.
+std::shared_ptr<IconSource> ShellIcon(std::string identity, int size, bool linkOverlay);
 
 } // namespace platform

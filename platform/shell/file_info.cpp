@@ -6,7 +6,7 @@
 #include "platform/drawing/icon.h"
 #include "platform/shell/namespace.h"
 #include "platform/icons/shell_icon.h"
-#include "platform/icons/system_images.h"
+#include "platform/shell/system_images.h"
 
 #include <algorithm>
 
@@ -43,7 +43,8 @@ void FillFileInfo(const ItemId& item, SHFILEINFOW& info, UINT flags)
     {
         const int metric = (flags & SHGFI_SMALLICON) != 0 ? SM_CXSMICON : SM_CXICON;
         const bool drawOverlay = overlaid && (flags & SHGFI_ADDOVERLAYS) != 0;
-        info.hIcon = CreateIconFromSource(ShellIcon(item.icon, GetSystemMetrics(metric), drawOverlay));
+        info.hIcon =
+            CreateIconFromSource(ShellIcon(SystemImageIdentity(item.icon), GetSystemMetrics(metric), drawOverlay));
     }
 }
 

@@ -2,7 +2,7 @@
 #include "platform/shell/item_enumerator.h"
 
 #include "platform/base/fault_points.h"
-#include "platform/icons/system_images.h"
+#include "platform/shell/system_images.h"
 
 #include <cstring>
 

@@ -1,8 +1,9 @@
 // The enumerator of a folder's items.
 #pragma once
 
-#include "platform/shell/com_object.h"
 #include "platform/files/folder_listing.h"
+#include "platform/shell/com_object.h"
+#include "platform/shell/item_id.h"
 
 #include <memory>
 

@@ -1,8 +1,8 @@
 // Reading and writing of item identifiers.
 #include "platform/shell/item_id.h"
 
-#include "platform/shell/namespace.h"
-#include "platform/icons/system_images.h"
+#include "platform/files/names.h"
+#include "platform/shell/system_images.h"
 
 #include <algorithm>
 #include <cstring>

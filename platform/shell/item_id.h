@@ -10,6 +10,8 @@
 
 #include "shlobj.h"
 
+#include "platform/files/listed_file.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -18,15 +20,6 @@
 
 namespace platform
 {
-
-enum class ItemKind : std::uint8_t
-{
-    Folder = 1,
-    File,         ///< a regular file
-    Link,         ///< a symbolic link, whatever it leads to
-    DesktopEntry, ///< a .desktop file, or a symbolic link named so to one
-    Other,        ///< pipe, socket, device
-};
 
 /// What an identifier holds; the views point into whatever the item was read from.
 struct ItemId
@@ -45,9 +38,6 @@ struct ItemId
     void CopyDisplay(char16_t* out) const;
     std::u16string DisplayName() const;
 };
-
-/// The longest display name kept, in UTF-16 units; longer ones are cut.
-constexpr std::size_t kMaxDisplayUnits = 512;
 
 /// The first identifier of `list` when it is one of ours and well formed. Whether its name can be a file's,
 /// AppendListPath looks.

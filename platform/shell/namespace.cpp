@@ -7,7 +7,8 @@
 #include "platform/base/last_error.h"
 #include "platform/base/text.h"
 #include "platform/files/folder_listing.h"
-#include "platform/icons/system_images.h"
+#include "platform/files/names.h"
+#include "platform/shell/system_images.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -18,19 +19,6 @@ namespace platform
 
 namespace
 {
-
-/// Copies a name of ASCII without backslashes, which stands for itself in every form of it; false for any other.
-bool CopyPlainText(std::string_view name, char16_t* out)
-{
-    unsigned bits = 0;
-    for (std::size_t i = 0; i < name.size(); ++i)
-    {
-        const auto byte = static_cast<unsigned char>(name[i]);
-        out[i] = byte;
-        bits |= byte;
-    }
-    return bits < 0x80 && name.find('\\') == name.npos;
-}
 
 /// A terminated string of `units` units yet to be written; null when out of memory.
 LPWSTR AllocateString(std::size_t units)
@@ -54,7 +42,7 @@ LPWSTR TaskString(std::u16string_view text)
 LPWSTR TaskStringOfFileName(std::string_view name)
 {
     LPWSTR text = AllocateString(name.size());
-    if (text == nullptr || CopyPlainText(name, text))
+    if (text == nullptr || CopyPlainName(name, text))
         return text;
     CoTaskMemFree(text);
     return TaskString(ShellNameFromFileName(name));
@@ -75,48 +63,6 @@ HRESULT ResultFromErrno(int error)
     if (error == ENOENT)
         return HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
     return error == ENOMEM ? E_OUTOFMEMORY : HRESULT_FROM_WIN32(ErrorFromErrno(error));
-}
-
-std::vector<std::string> SplitPath(std::string_view path)
-{
-    std::vector<std::string> names;
-    while (!path.empty())
-    {
-        const std::string_view name = path.substr(0, path.find('/'));
-        path.remove_prefix(std::min(name.size() + 1, path.size()));
-        if (name == ".." && !names.empty())
-            names.pop_back();
-        else if (!name.empty() && name != "." && name != "..")
-            names.emplace_back(name);
-    }
-    return names;
-}
-
-std::u16string DisplayNameOfFile(std::string_view name, ItemKind kind)
-{
-    constexpr std::string_view kDesktopSuffix = ".desktop";
-    constexpr std::string_view kLinkSuffix = ".lnk";
-    for (const std::string_view suffix : {kDesktopSuffix, kLinkSuffix})
-    {
-        if (kind != ItemKind::Folder && name.size() > suffix.size() && name.ends_with(suffix))
-        {
-            name.remove_suffix(suffix.size());
-            break;
-        }
-    }
-    std::u16string display(name.size(), u'\0');
-    if (CopyPlainText(name, display.data()))
-        return display;
-    display.clear(); // a backslash shows as itself: only in a path would it separate
-    for (std::size_t start = 0;;)
-    {
-        const std::size_t end = name.find('\\', start);
-        display += ShellNameFromFileName(name.substr(start, end - start));
-        if (end == name.npos)
-            return display;
-        display += u'\\';
-        start = end + 1;
-    }
 }
 
 void AppendFolderId(std::vector<BYTE>& bytes, std::string_view name)

@@ -17,13 +17,6 @@ LPWSTR TaskStringOfFileName(std::string_view name);
 LPWSTR TaskStringOfDisplayName(const ItemId& item);
 HRESULT ResultFromErrno(int error);
 
-/// The names of a POSIX path, with "." and ".." worked out by name.
-std::vector<std::string> SplitPath(std::string_view path);
-
-/// What a file of that name is shown as when nothing better is known: the name itself without ".lnk" or ".desktop".
-/// Bytes that are no text keep their private-use characters, so that two names never look the same.
-std::u16string DisplayNameOfFile(std::string_view name, ItemKind kind);
-
 /// Appends the identifier of a plain folder.
 void AppendFolderId(std::vector<BYTE>& bytes, std::string_view name);
 /// Appends the identifier of an existing file in a folder; an errno value on failure, else 0.

@@ -6,9 +6,10 @@
 #include "platform/base/text.h"
 #include "platform/shell/change_notify.h"
 #include "platform/shell/context_menu.h"
+#include "platform/files/folder_reading.h"
 #include "platform/files/folder_snapshot.h"
 #include "platform/shell/item_enumerator.h"
-#include "platform/icons/system_images.h"
+#include "platform/shell/system_images.h"
 
 #include <cstring>
 
@@ -42,6 +43,13 @@ LPWSTR NameOfItem(const std::string& folder, PCUITEMID_CHILD list, const ItemId&
         return TaskStringOfFileName(item.name);
     std::string path = folder;
     return AppendListPath(path, list) ? TaskString(ShellPathFromPosix(path)) : nullptr;
+}
+
+/// Looks again at a folder that was shown as its snapshot has it.
+void VerifyListing(const FolderListing& shown)
+{
+    if (!StillHolds(shown, FolderHasChanged))
+        FolderHasChanged(shown.path);
 }
 
 LPWSTR NameOfFolder(const std::string& folder, SHGDNF flags)
@@ -85,7 +93,7 @@ HRESULT ShellFolder::EnumObjects(HWND, SHCONTF flags, IEnumIDList** result)
     *result = nullptr;
     if (FaultPoint("IShellFolder::EnumObjects"))
         return E_OUTOFMEMORY;
-    const std::shared_ptr<FolderListing> listing = ReadFolderWithin(m_path);
+    const std::shared_ptr<FolderListing> listing = ReadFolderWithin(m_path, FolderHasChanged);
     if (listing->error != 0)
         return ResultFromErrno(listing->error);
     *result = new ItemEnumerator(listing, flags);

@@ -1,11 +1,11 @@
 // Finding, rendering and keeping icons.
 #include "tests/layer/shell_scratch.h"
 
+#include "platform/base/file_stamp.h"
 #include "platform/drawing/icon.h"
 #include "platform/icons/icon_pack.h"
 #include "platform/icons/icon_theme.h"
 #include "platform/icons/shell_icon.h"
-#include "platform/icons/system_images.h"
 
 #include <gtest/gtest.h>
 
@@ -30,7 +30,7 @@ constexpr std::uint32_t kBlue = 0xFF0000FF;
 /// The pixel in the middle of a shell icon made anew.
 std::uint32_t Middle(const std::string& identity, int size)
 {
-    const auto icon = platform::ShellIcon(platform::SystemImageIndex(identity), size, false);
+    const auto icon = platform::ShellIcon(identity, size, false);
     const IconImage& image = icon->Image();
     EXPECT_EQ(image.width, size);
     EXPECT_EQ(image.height, size);
@@ -117,8 +117,7 @@ TEST(ShellIcons, BrokenAndMissingPicturesGiveWayToTheNextBest)
     {
         for (const int size : {1, 16, 32, 48, 100})
         {
-            const auto icon =
-                platform::ShellIcon(platform::SystemImageIndex("absent-name\n" + std::string(builtin)), size, false);
+            const auto icon = platform::ShellIcon("absent-name\n" + std::string(builtin), size, false);
             EXPECT_TRUE(size < 8 || IsDrawn(icon->Image())) << builtin << " at " << size;
         }
     }
@@ -143,8 +142,8 @@ TEST(ShellIcons, APictureIsMadeAgainWhenItsFileChanges)
 
 TEST(ShellIcons, LinksCarryAMarkAndSharePicturesWithNothingElse)
 {
-    const auto plain = platform::ShellIcon(platform::SystemImageIndex("!document"), 32, false);
-    const auto marked = platform::ShellIcon(platform::SystemImageIndex("!document"), 32, true);
+    const auto plain = platform::ShellIcon("!document", 32, false);
+    const auto marked = platform::ShellIcon("!document", 32, true);
     EXPECT_NE(plain->Image().pixels, marked->Image().pixels);
     EXPECT_EQ(plain->Image().pixels.front(), marked->Image().pixels.front()) << "the mark is at the bottom";
 }

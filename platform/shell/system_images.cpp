@@ -1,5 +1,7 @@
 // The tables behind the numbers in item identifiers.
-#include "platform/icons/system_images.h"
+#include "platform/shell/system_images.h"
+
+#include "platform/files/listed_file.h"
 
 #include <deque>
 #include <unordered_map>

@@ -1,8 +1,6 @@
 // The system image list, the type names and the names of folders: what item identifiers refer to by number.
 //
-// An icon identity says how to find an item's icon: alternatives in order of preference, '\n' between, each an icon
-// theme name, an absolute path, or one of the built-in pictures "!folder", "!document", "!program" that an identity
-// ends with. Each distinct identity has one index for the life of the process. User-interface thread only.
+// Each distinct icon identity (listed_file.h) has one index for the life of the process. User-interface thread only.
 #pragma once
 
 #include <cstdint>
@@ -11,10 +9,6 @@
 
 namespace platform
 {
-
-constexpr std::string_view kFolderIcon = "folder\n!folder";
-constexpr std::string_view kDocumentIcon = "text-x-generic\n!document";
-constexpr std::u16string_view kFolderTypeName = u"Folder";
 
 /// Bit of the overlay in SHFILEINFOW.iIcon: the arrow of a link.
 constexpr int kLinkOverlay = 1 << 24;

@@ -1,0 +1,87 @@
+// The shell's calls for known folders and special locations.
+#include "shlobj.h"
+
+#include "platform/base/fault_points.h"
+#include "platform/base/text.h"
+#include "platform/base/xdg_folders.h"
+#include "platform/files/known_folders.h"
+#include "platform/files/names.h"
+#include "platform/shell/namespace.h"
+#include "platform/shell/system_images.h"
+
+#include <sys/stat.h>
+
+namespace platform
+{
+
+namespace
+{
+
+bool IsFolder(const std::string& path)
+{
+    struct stat status;
+    return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+/// A list for a folder that shows under a name and icon of its own.
+LPITEMIDLIST SpecialLocation(const std::string& path, std::u16string_view displayName, std::string_view icon)
+{
+    if (!IsFolder(path))
+        return nullptr;
+    std::vector<BYTE> bytes;
+    std::vector<std::string> names = SplitPath(path);
+    if (names.empty())
+        return nullptr;
+    const std::string last = names.back();
+    names.pop_back();
+    for (const std::string& name : names)
+        AppendFolderId(bytes, name);
+    ItemId item{ItemKind::Folder, SystemImageIndex(icon), TypeNameIndex(kFolderTypeName), last};
+    AppendItemId(bytes, item, displayName);
+    return MakeItemList(bytes.data(), bytes.size());
+}
+
+LPITEMIDLIST LocationOf(int csidl)
+{
+    switch (csidl)
+    {
+    case CSIDL_DESKTOPDIRECTORY:
+        return SpecialLocation(DesktopFolder(), {}, "user-desktop\nfolder\n!folder");
+    // Both are called the same, which is what makes a menu show them as one entry.
+    case CSIDL_STARTMENU:
+        return SpecialLocation(UserStartMenu(), u"Start Menu", "start-here\nfolder\n!folder");
+    case CSIDL_COMMON_STARTMENU:
+        return SpecialLocation(CommonStartMenu(), u"Start Menu", "start-here\nfolder\n!folder");
+    case CSIDL_APPDATA:
+        return MakeFolders(DataHome()) ? SpecialLocation(DataHome(), {}, kFolderIcon) : nullptr;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+} // namespace platform
+
+HRESULT SHGetKnownFolderPath(REFKNOWNFOLDERID id, DWORD, HANDLE, LPWSTR* path)
+{
+    if (path == nullptr)
+        return E_POINTER;
+    *path = nullptr;
+    if (platform::FaultPoint("SHGetKnownFolderPath"))
+        return E_OUTOFMEMORY;
+    if (!(id == FOLDERID_RoamingAppData))
+        return HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
+    const std::string folder = platform::DataHome();
+    if (!platform::MakeFolders(folder))
+        return HRESULT_FROM_WIN32(ERROR_PATH_NOT_FOUND);
+    *path = platform::TaskString(platform::ShellPathFromPosix(folder));
+    return *path != nullptr ? S_OK : E_OUTOFMEMORY;
+}
+
+HRESULT SHGetFolderLocation(HWND, int csidl, HANDLE, DWORD, LPITEMIDLIST* list)
+{
+    if (list == nullptr)
+        return E_POINTER;
+    *list = platform::FaultPoint("SHGetFolderLocation") ? nullptr : platform::LocationOf(csidl);
+    return *list != nullptr ? S_OK : HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
+}
