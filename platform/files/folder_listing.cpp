@@ -86,11 +86,6 @@ const ListedFile* ListingCursor::Current() const
     return m_index < m_listing->files.size() ? &m_listing->files[m_index] : nullptr;
 }
 
-bool ListingCursor::IsBroken() const
-{
-    return m_listing->fromSnapshot && !m_read && m_index < m_listing->snapshotReader.Size();
-}
-
 void ListingCursor::Advance()
 {
     ++m_index;
@@ -125,7 +120,7 @@ std::shared_ptr<FolderListing> ReadFolder(const std::string& path)
     }
     NoteStateBeforeReading(*listing, directory.Get());
     OpenSnapshot(*listing);
-    const bool covered = listing->snapshotReader.Covers(listing->folderStamp);
+    const bool covered = listing->snapshotReader.Covers(listing->folderStamp) && listing->snapshotReader.ListsWhole();
     if (IsFirstReading(path) && covered)
     {
         listing->fromSnapshot = true;

@@ -48,8 +48,6 @@ public:
     explicit ListingCursor(const FolderListing& listing);
     /// The file at the cursor, valid until the next Advance; null at the end.
     const ListedFile* Current() const;
-    /// There is more, but what the snapshot has there makes no sense.
-    bool IsBroken() const;
     void Advance();
 
 private:

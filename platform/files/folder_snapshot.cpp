@@ -3,6 +3,7 @@
 
 #include "platform/base/hash_bytes.h"
 #include "platform/base/xdg_folders.h"
+#include "platform/files/names.h"
 #include "platform/files/snapshot_format.h"
 
 #include <cstring>
@@ -98,8 +99,7 @@ std::optional<std::string_view> SnapshotReader::TextAt(std::uint32_t offset) con
     return size <= rest.size() ? std::optional(rest.substr(0, size)) : std::nullopt;
 }
 
-/// False for an offset that leads astray: the checksum vouches for what was written; whether its writer was sane, it
-/// cannot.
+/// False for an offset that leads astray.
 bool SnapshotReader::Locate(std::size_t offset, Located& located) const
 {
     if (offset % alignof(SnapshotEntry) != 0 || offset + sizeof(SnapshotEntry) > m_content.size())
@@ -109,7 +109,10 @@ bool SnapshotReader::Locate(std::size_t offset, Located& located) const
     const std::size_t end = offset + sizeof(SnapshotEntry) + wideBytes + entry.nameBytes + 1;
     const std::optional<std::string_view> typeName = TextAt(entry.typeText);
     const std::optional<std::string_view> icon = TextAt(entry.iconText);
-    if (end > m_content.size() || entry.nameBytes == 0 || !typeName || !icon)
+    const bool kindKnown = entry.kind >= static_cast<std::uint8_t>(ItemKind::Folder) &&
+                           entry.kind <= static_cast<std::uint8_t>(ItemKind::Other);
+    if (end > m_content.size() || entry.nameBytes == 0 || entry.nameBytes > kMaxNameBytes ||
+        entry.displayUnits > kMaxDisplayUnits || !kindKnown || !typeName || !icon)
         return false;
     const char* names = m_content.data() + offset + sizeof(SnapshotEntry);
     // Aligned: entries start at multiples of 8, texts at multiples of 4.
@@ -143,6 +146,20 @@ bool SnapshotReader::Describe(ListedFile& file) const
         return true;
     }
     return false;
+}
+
+bool SnapshotReader::ListsWhole() const
+{
+    if (!m_valid)
+        return false;
+    std::size_t offset = Start();
+    for (std::uint32_t i = 0; i < m_entries; ++i)
+    {
+        ListedFile file;
+        if (!Read(offset, file) || !IsFileName(file.name))
+            return false;
+    }
+    return true;
 }
 
 std::size_t SnapshotReader::Start() const

@@ -32,12 +32,16 @@ public:
 
     /// True when the snapshot lists the folder in the state that the stamp was made from (0 is none).
     bool Covers(std::uint64_t folderStamp) const { return m_valid && folderStamp != 0 && m_folderStamp == folderStamp; }
-    /// Number of files listed.
+    /// Whether every file that it announces is there and has a name that files can have. The checksum vouches for what
+    /// was written; whether its writer was sane, it cannot.
+    bool ListsWhole() const;
+
+    // Going through the files of a snapshot that lists whole.
     std::uint32_t Size() const { return m_entries; }
-    /// Where the first file is, for Read.
+    /// Where the first file is.
     std::size_t Start() const;
-    /// Reads the file at `offset` and moves the offset on to the next one; false when what is there makes no sense. The
-    /// views point into the mapped snapshot.
+    /// Reads the file at `offset` and moves the offset on to the next one. The views point into the mapped snapshot.
+    /// False when what is there makes no sense.
     bool Read(std::size_t& offset, ListedFile& file) const;
 
 private:

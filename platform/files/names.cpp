@@ -23,6 +23,12 @@ std::vector<std::string> SplitPath(std::string_view path)
     return names;
 }
 
+bool IsFileName(std::string_view name)
+{
+    const bool isDots = name.size() <= 2 && name.find_first_not_of('.') == name.npos; // or empty
+    return !isDots && name.size() <= kMaxNameBytes && name.find('/') == name.npos && name.find('\0') == name.npos;
+}
+
 bool CopyPlainName(std::string_view name, char16_t* out)
 {
     unsigned bits = 0;

@@ -67,7 +67,7 @@ HRESULT ItemEnumerator::Next(ULONG count, LPITEMIDLIST* items, ULONG* fetched)
     if (fetched != nullptr)
         *fetched = done;
     // Nothing although there is more: that is not the end.
-    const bool failed = done == 0 && count != 0 && (file != nullptr || m_cursor.IsBroken());
+    const bool failed = done == 0 && count != 0 && file != nullptr;
     return failed ? E_OUTOFMEMORY : done == count ? S_OK : S_FALSE;
 }
 

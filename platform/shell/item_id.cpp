@@ -52,12 +52,6 @@ const Looks& LooksOfFolders()
     return looks;
 }
 
-bool IsFileName(std::string_view name)
-{
-    const bool isDots = name.size() <= 2 && name.find_first_not_of('.') == name.npos; // or empty
-    return !isDots && name.find('/') == name.npos && name.find('\0') == name.npos;
-}
-
 bool LooksLikeAnyFolder(const ItemId& item, std::u16string_view display)
 {
     const Looks& folders = LooksOfFolders();
@@ -88,6 +82,8 @@ public:
         m_size = sizeof(Head) + body + body % 2; // lists stay aligned for their size fields
     }
 
+    /// Whether the size can be written: no identifier is larger than its 16-bit size says.
+    bool Fits() const { return m_size <= kLargestSize; }
     std::size_t Size() const { return m_size; }
 
     void WriteTo(BYTE* out) const
@@ -116,6 +112,9 @@ public:
     }
 
 private:
+    static constexpr std::size_t kLargestSize = 0xFFFE; // of the even ones
+    static_assert(sizeof(Head) + sizeof(FileBody) + kMaxNameBytes + kMaxDisplayUnits * sizeof(char16_t) < kLargestSize);
+
     const ItemId& m_item;
     std::u16string_view m_display;
     bool m_anyFolder;
@@ -185,18 +184,21 @@ std::optional<ItemId> ReadItemId(LPCITEMIDLIST list)
     return item;
 }
 
-void AppendItemId(std::vector<BYTE>& bytes, const ItemId& item, std::u16string_view display)
+bool AppendItemId(std::vector<BYTE>& bytes, const ItemId& item, std::u16string_view display)
 {
     const Writer writer(item, display);
+    if (!writer.Fits())
+        return false;
     const std::size_t start = bytes.size();
     bytes.resize(start + writer.Size());
     writer.WriteTo(bytes.data() + start);
+    return true;
 }
 
 LPITEMIDLIST MakeItemList(const ItemId& item, std::u16string_view display)
 {
     const Writer writer(item, display);
-    BYTE* bytes = AllocateList(writer.Size());
+    BYTE* bytes = writer.Fits() ? AllocateList(writer.Size()) : nullptr;
     if (bytes != nullptr)
         writer.WriteTo(bytes);
     return reinterpret_cast<LPITEMIDLIST>(bytes);

@@ -42,12 +42,13 @@ struct ItemId
 /// The first identifier of `list` when it is one of ours and well formed. Whether its name can be a file's,
 /// AppendListPath looks.
 std::optional<ItemId> ReadItemId(LPCITEMIDLIST list);
-/// Appends an identifier (no terminator). Ignores item.display: `display` is what is stored.
-void AppendItemId(std::vector<BYTE>& bytes, const ItemId& item, std::u16string_view display);
+/// Appends an identifier (no terminator). Ignores item.display: `display` is what is stored. False, with nothing
+/// appended, for a name too long for an identifier, which no file has.
+bool AppendItemId(std::vector<BYTE>& bytes, const ItemId& item, std::u16string_view display);
 /// Room for a list of that many bytes of identifiers, its terminator in place; null when out of memory. Freed with
 /// ILFree.
 BYTE* AllocateList(std::size_t identifierBytes);
-/// A list of one identifier, as AppendItemId makes it; null when out of memory. Freed with ILFree.
+/// A list of one identifier, as AppendItemId makes it; null when that fails or out of memory. Freed with ILFree.
 LPITEMIDLIST MakeItemList(const ItemId& item, std::u16string_view display);
 /// A list from identifiers in a row (the terminator is added); null when out of memory. Freed with ILFree.
 LPITEMIDLIST MakeItemList(const BYTE* identifiers, std::size_t size);

@@ -37,8 +37,7 @@ LPITEMIDLIST SpecialLocation(const std::string& path, std::u16string_view displa
     for (const std::string& name : names)
         AppendFolderId(bytes, name);
     ItemId item{ItemKind::Folder, SystemImageIndex(icon), TypeNameIndex(kFolderTypeName), last};
-    AppendItemId(bytes, item, displayName);
-    return MakeItemList(bytes.data(), bytes.size());
+    return AppendItemId(bytes, item, displayName) ? MakeItemList(bytes.data(), bytes.size()) : nullptr;
 }
 
 LPITEMIDLIST LocationOf(int csidl)

@@ -78,8 +78,7 @@ int AppendFileId(std::vector<BYTE>& bytes, const std::string& folder, const std:
         return listing->error;
     const ListedFile& file = listing->files.front();
     const ItemId item{file.kind, SystemImageIndex(file.icon), TypeNameIndex(file.typeName), file.name};
-    AppendItemId(bytes, item, file.display);
-    return 0;
+    return AppendItemId(bytes, item, file.display) ? 0 : ENAMETOOLONG;
 }
 
 HRESULT ParsePath(const std::string& folder, std::u16string_view shellPath, LPITEMIDLIST* list)

@@ -4,6 +4,7 @@
 #include "platform/base/hash_bytes.h"
 #include "platform/files/folder_reading.h"
 #include "platform/files/folder_snapshot.h"
+#include "platform/shell/item_id.h"
 
 #include <gtest/gtest.h>
 
@@ -145,8 +146,8 @@ TEST_F(ShellSnapshot, IsGoodForItsFolderAlone)
     EXPECT_TRUE(platform::ReadFolder(other.native())->worthSaving);
 }
 
-/// Leaves a snapshot of the folder as an earlier run would, which only another process can.
-void ReadInAnEarlierRun(const std::filesystem::path& folder)
+/// Does something with the folder as an earlier run would, which only another process can.
+void InAnEarlierRun(const std::filesystem::path& folder, const std::function<void()>& work)
 {
     // A folder changed just now could change again without a trace, so its list would not be trusted.
     const timespec times[2] = {{0, UTIME_OMIT}, {1'000'000'000, 0}};
@@ -154,13 +155,23 @@ void ReadInAnEarlierRun(const std::filesystem::path& folder)
     const pid_t run = fork();
     if (run == 0)
     {
-        Items(folder);
-        RunDeferred();
+        work();
         _exit(0);
     }
     int status = -1;
     ASSERT_EQ(waitpid(run, &status, 0), run);
     ASSERT_EQ(status, 0);
+}
+
+void ReadInAnEarlierRun(const std::filesystem::path& folder)
+{
+    InAnEarlierRun(
+        folder,
+        [&]
+        {
+            Items(folder);
+            RunDeferred();
+        });
 }
 
 void Ignore(const std::string&) {}
@@ -214,6 +225,45 @@ TEST(ShellSnapshots, TheLookLeavesAListThatHoldsAlone)
     EXPECT_EQ(inode(), before);
 }
 
+// An identifier's size was cut to 16 bits, and whoever followed its list read past the heap.
+TEST(ShellSnapshots, ANameThatNoFileHasIsDamage)
+{
+    for (const std::string& name : {std::string(0xFFFF, 'n'), std::string(platform::kMaxNameBytes + 1, 'n'),
+                                    std::string("a/b"), std::string("..")})
+    {
+        const auto folder = NewFolder();
+        WriteNamed(folder, "First");
+        InAnEarlierRun(folder,
+                       [&]
+                       {
+                           const auto listing = platform::ReadFolder(folder.native());
+                           listing->files.push_back(listing->files.front());
+                           listing->files.back().name = name;
+                           platform::SaveSnapshot(*listing);
+                       });
+        const std::vector<Item> items = Items(folder);
+        ASSERT_EQ(items.size(), 1u) << name.size();
+        EXPECT_EQ(items.front().display, "First");
+    }
+}
+
+TEST(ShellSnapshots, NoIdentifierIsLargerThanItsSizeSays)
+{
+    for (const std::size_t size : {platform::kMaxNameBytes, std::size_t{0xFFFF}, std::size_t{0x10000}})
+    {
+        const std::string name(size, 'n');
+        const std::u16string display(platform::kMaxDisplayUnits, u'\u20AC');
+        const platform::ItemId item{platform::ItemKind::File, 0, 0, name};
+        std::vector<BYTE> bytes;
+        const List list(platform::MakeItemList(item, display));
+        const bool fits = size == platform::kMaxNameBytes;
+        EXPECT_EQ(platform::AppendItemId(bytes, item, display), fits) << size;
+        EXPECT_EQ(list != nullptr, fits) << size;
+        EXPECT_EQ(bytes.empty(), !fits);
+        EXPECT_TRUE(!fits || platform::ReadItemId(list.get())->name == name);
+    }
+}
+
 TEST(ShellSnapshots, AListThatBreaksOffIsNotTakenForWhole)
 {
     const auto folder = NewFolder();
@@ -230,19 +280,12 @@ TEST(ShellSnapshots, AListThatBreaksOffIsNotTakenForWhole)
     std::memcpy(content.data() + kChecksumAt, &checksum, sizeof checksum);
     Write(snapshot, content);
 
-    IEnumIDList* enumerator = nullptr;
-    const List list = Parse(folder);
-    ASSERT_EQ(Bind(list.get())->EnumObjects(nullptr, SHCONTF_FOLDERS | SHCONTF_NONFOLDERS, &enumerator), S_OK);
-    const Com<IEnumIDList> items(enumerator);
-    LPITEMIDLIST item = nullptr;
-    for (int i = 0; i < 2; ++i)
-    {
-        ASSERT_EQ(items->Next(1, &item, nullptr), S_OK);
-        ILFree(item);
-    }
-    EXPECT_TRUE(FAILED(items->Next(1, &item, nullptr)));
+    EXPECT_FALSE(platform::ReadFolder(folder.native())->fromSnapshot);
+    EXPECT_EQ(Items(folder).size(), 2u);
     RunDeferred();
-    EXPECT_EQ(Items(folder).size(), 2u) << "the look has renewed the snapshot";
+    EXPECT_TRUE(
+        platform::SnapshotReader(platform::MappedFile(snapshot.native()).Content(), folder.native()).ListsWhole())
+        << "it has been renewed";
 }
 
 TEST(ShellSnapshots, AFolderThatChangedIsReadAtOnce)
