@@ -145,7 +145,7 @@ void FileLister::ExamineAll()
 /// Examines part of the pending files; puts the places of links that need patience into `links`.
 void FileLister::ExamineRange(std::size_t first, std::size_t last, std::vector<std::size_t>& links)
 {
-    SafeLinks safeLinks(m_listing.path);
+    TrustedWalk walk;
     for (std::size_t i = first; i < last; ++i)
     {
         ListedFile& file = m_listing.files[m_pending[i].index];
@@ -156,7 +156,7 @@ void FileLister::ExamineRange(std::size_t first, std::size_t last, std::vector<s
             continue;
         }
         const bool link = S_ISLNK(own.st_mode);
-        const std::optional<struct stat> target = link ? safeLinks.TargetOf(m_directory, file.name.data()) : own;
+        const std::optional<struct stat> target = link ? TargetOf(PathOf(file), walk) : own;
         if (target)
         {
             Classify(file, own, *target);
@@ -175,7 +175,7 @@ void FileLister::ExamineWithPatience(const std::vector<std::size_t>& links)
         return;
     std::vector<std::string> paths;
     for (const std::size_t link : links)
-        paths.push_back(m_listing.path + "/" + std::string(m_listing.files[m_pending[link].index].name));
+        paths.push_back(PathOf(m_listing.files[m_pending[link].index]));
     const std::vector<std::optional<struct stat>> targets = AskWithPatience(std::move(paths));
     for (std::size_t i = 0; i < links.size(); ++i)
     {

@@ -45,6 +45,7 @@ private:
     void DescribePending();
     void DescribePlainly(ListedFile& file);
     void TakeFacts(ListedFile& file, const FileFacts& facts);
+    std::string PathOf(const ListedFile& file) const { return m_listing.path + "/" + std::string(file.name); }
     std::u16string_view Keep(std::u16string text) { return m_listing.wide.emplace_back(std::move(text)); }
 
     FolderListing& m_listing;

@@ -2,12 +2,6 @@
 #include "platform/files/link_target.h"
 
 #include "platform/files/bounded_call.h"
-#include "platform/files/names.h"
-#include "platform/files/trusted_place.h"
-
-#include <climits>
-#include <fcntl.h>
-#include <unistd.h>
 
 namespace platform
 {
@@ -27,40 +21,16 @@ struct stat FromStatx(const struct statx& from)
     return status;
 }
 
-/// The absolute path that a link's text means in `folder`, worked out by name.
-std::string TargetPath(const std::string& folder, std::string_view text)
-{
-    std::string path = text.starts_with('/') ? std::string(text) : folder + "/" + std::string(text);
-    std::string clean;
-    for (const std::string& name : SplitPath(path))
-        clean.append("/").append(name);
-    return clean;
-}
-
 } // namespace
 
-bool SafeLinks::IsTrusted(const std::string& folder)
+std::optional<struct stat> TargetOf(const std::string& path, TrustedWalk& walk)
 {
-    const auto [place, isNew] = m_trusted.try_emplace(folder, false);
-    if (isNew)
-        place->second = InTrustedPlace(folder);
-    return place->second;
-}
-
-std::optional<struct stat> SafeLinks::TargetOf(int directory, const char* name)
-{
-    char text[PATH_MAX];
-    const ssize_t size = readlinkat(directory, name, text, sizeof text);
-    const std::string target = TargetPath(m_folder, {text, size > 0 ? static_cast<std::size_t>(size) : 0});
-    if (target.empty() || !IsTrusted(target.substr(0, target.rfind('/'))))
-        return std::nullopt;
-    const std::optional<struct statx> status = KnownStatus(target);
-    if (!status)
+    const Whereabouts target = walk.Follow(path);
+    if (target.error != 0)
         return (struct stat){};
-    const bool isFolder = S_ISDIR(status->stx_mode); // what is mounted there does not matter
-    if (S_ISLNK(status->stx_mode) || (!isFolder && !OnTrustedDevice(*status)))
+    if (target.foreign && !S_ISDIR(target.status.stx_mode)) // what is mounted on a folder does not matter
         return std::nullopt;
-    return FromStatx(*status);
+    return FromStatx(target.status);
 }
 
 std::vector<std::optional<struct stat>> AskWithPatience(std::vector<std::string> paths)

@@ -1,11 +1,15 @@
-// Walking down to a folder from the root, stopping at the first step onto foreign ground.
+// Walking down a path from the root, stopping at the first step onto foreign ground.
 #include "platform/files/trusted_place.h"
 
 #include "platform/base/xdg_folders.h"
 
+#include <algorithm>
 #include <array>
+#include <cerrno>
+#include <climits>
 #include <fcntl.h>
 #include <sys/sysmacros.h>
+#include <unistd.h>
 
 namespace platform
 {
@@ -13,15 +17,81 @@ namespace platform
 namespace
 {
 
-dev_t DeviceOf(const std::optional<struct statx>& status)
+constexpr int kMostLinks = 40; // as in the kernel
+
+dev_t DeviceOf(const struct statx& status)
 {
-    return status ? makedev(status->stx_dev_major, status->stx_dev_minor) : dev_t{0};
+    return makedev(status.stx_dev_major, status.stx_dev_minor);
 }
 
-bool IsTrustedFolder(const std::string& path)
+/// Fills in the status of the file at `at.path`, whose folder is trusted; a final link is not followed.
+void Look(Whereabouts& at)
+{
+    const std::optional<struct statx> status = KnownStatus(at.path.empty() ? "/" : at.path);
+    at.error = status ? 0 : errno;
+    at.status = status.value_or((struct statx){});
+}
+
+Whereabouts Root()
+{
+    Whereabouts root;
+    Look(root);
+    return root;
+}
+
+dev_t DeviceOfFolder(const std::string& path)
 {
     const std::optional<struct statx> status = KnownStatus(path);
-    return status && S_ISDIR(status->stx_mode) && OnTrustedDevice(*status);
+    return status ? DeviceOf(*status) : 0;
+}
+
+bool IsTrustedDevice(dev_t device)
+{
+    static const std::array trusted{DeviceOfFolder("/"), DeviceOfFolder("/usr"), DeviceOfFolder(DataHome())};
+    return std::find(trusted.begin(), trusted.end(), device) != trusted.end();
+}
+
+Whereabouts Failure(int error)
+{
+    Whereabouts failure;
+    failure.error = error;
+    return failure;
+}
+
+bool IsLink(const Whereabouts& at)
+{
+    return at.error == 0 && S_ISLNK(at.status.stx_mode);
+}
+
+/// What `name` in a folder is, without following it.
+Whereabouts Step(const Whereabouts& folder, std::string_view name)
+{
+    Whereabouts next = folder;
+    if (folder.error != 0 || name.empty() || name == ".")
+        return next;
+    if (folder.foreign)
+    {
+        next.status = {};
+        return next;
+    }
+    if (!S_ISDIR(folder.status.stx_mode))
+        return Failure(ENOTDIR);
+    if (name == "..")
+        next.path.resize(next.path.empty() ? 0 : next.path.rfind('/'));
+    else
+        next.path.append("/").append(name);
+    Look(next);
+    next.foreign = next.error == 0 && !IsTrustedDevice(DeviceOf(next.status));
+    return next;
+}
+
+/// The absolute path that a link's text means.
+std::string PathInLink(const std::string& link)
+{
+    char text[PATH_MAX];
+    const ssize_t size = readlink(link.c_str(), text, sizeof text);
+    const std::string_view target(text, size > 0 ? static_cast<std::size_t>(size) : 0);
+    return target.starts_with('/') ? std::string(target) : link.substr(0, link.rfind('/') + 1).append(target);
 }
 
 } // namespace
@@ -35,19 +105,48 @@ std::optional<struct statx> KnownStatus(const std::string& path)
     return status;
 }
 
-bool OnTrustedDevice(const struct statx& status)
+Whereabouts TrustedWalk::Follow(std::string path)
 {
-    static const std::array trusted{DeviceOf(KnownStatus("/")), DeviceOf(KnownStatus(DataHome()))};
-    const dev_t device = DeviceOf(status);
-    return device == trusted[0] || device == trusted[1];
+    for (int links = 0; links <= kMostLinks; ++links)
+    {
+        const std::size_t name = path.rfind('/') + 1;
+        Whereabouts at = Step(Folder(path.substr(0, name)), std::string_view(path).substr(name));
+        if (!IsLink(at))
+            return at;
+        path = PathInLink(at.path);
+    }
+    return Failure(ELOOP);
+}
+
+const Whereabouts& TrustedWalk::Folder(const std::string& path)
+{
+    const auto [known, isNew] = m_folders.try_emplace(path);
+    Whereabouts& at = known->second;
+    if (!isNew)
+        return at;
+    at = Root();
+    std::string rest = path;
+    for (int links = 0; !rest.empty();)
+    {
+        const std::string name = rest.substr(0, rest.find('/'));
+        rest.erase(0, name.size() + 1);
+        at = Step(at, name);
+        if (!IsLink(at))
+            continue;
+        if (++links > kMostLinks)
+        {
+            at = Failure(ELOOP);
+            break;
+        }
+        rest = PathInLink(at.path) + "/" + rest;
+        at = Root();
+    }
+    return at;
 }
 
 bool InTrustedPlace(const std::string& path)
 {
-    for (std::size_t end = path.find('/', 1); end != path.npos; end = path.find('/', end + 1))
-        if (!IsTrustedFolder(path.substr(0, end)))
-            return false;
-    return path.empty() || IsTrustedFolder(path);
+    return !TrustedWalk().Follow(path.empty() ? "/" : path).foreign;
 }
 
 } // namespace platform

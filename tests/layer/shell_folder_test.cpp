@@ -115,6 +115,23 @@ TEST(ShellFolder, KindsAndAttributes)
     EXPECT_EQ(Items(folder, SHCONTF_NONFOLDERS).size(), items.size() - 2);
 }
 
+// ".." after a link was taken off the text, where the kernel goes up from where the link leads.
+TEST(ShellFolder, LinksAreFollowedAsTheKernelDoes)
+{
+    const auto folder = NewFolder();
+    const auto elsewhere = NewFolder();
+    std::filesystem::create_directory(elsewhere / "deep");
+    Write(elsewhere / "x.desktop", Entry("Name=Beyond\n"));
+    std::filesystem::create_symlink(elsewhere / "deep", folder / "d");
+    std::filesystem::create_symlink("d/../x.desktop", folder / "up.desktop");
+    std::filesystem::create_symlink("up.desktop", folder / "again.desktop");
+    std::filesystem::create_symlink("d/.././/d/../nothing.desktop", folder / "broken.desktop");
+    const std::vector<Item> items = Items(folder);
+    EXPECT_EQ(Find(items, "up.desktop")->display, "Beyond");
+    EXPECT_EQ(Find(items, "again.desktop")->display, "Beyond");
+    EXPECT_NE(Find(items, "broken.desktop")->info.iIcon & 0xFF000000, 0);
+}
+
 TEST(ShellFolder, DesktopEntriesShowTheirNameInTheUsersLanguage)
 {
     const auto folder = NewFolder();
