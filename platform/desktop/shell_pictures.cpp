@@ -1,4 +1,4 @@
-// Rendering of icon files.
+// Rendering of pictures.
 #include "platform/services/picture_service.h"
 
 #include "platform/desktop/glib_owner.h"
@@ -19,10 +19,10 @@ namespace
 /// librsvg's functions. The library is large, so it is loaded with the first SVG icon that is in no cache.
 struct SvgLibrary
 {
-    decltype(&rsvg_handle_new_from_file) newFromFile = nullptr;
+    decltype(&rsvg_handle_new_from_data) newFromData = nullptr;
     decltype(&rsvg_handle_render_document) render = nullptr;
 
-    bool Usable() const { return newFromFile != nullptr && render != nullptr; }
+    bool Usable() const { return newFromData != nullptr && render != nullptr; }
 };
 
 SvgLibrary LoadSvgLibrary()
@@ -30,19 +30,20 @@ SvgLibrary LoadSvgLibrary()
     SvgLibrary library;
     if (void* handle = dlopen("librsvg-2.so.2", RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE))
     {
-        library.newFromFile =
-            reinterpret_cast<decltype(library.newFromFile)>(dlsym(handle, "rsvg_handle_new_from_file"));
+        library.newFromData =
+            reinterpret_cast<decltype(library.newFromData)>(dlsym(handle, "rsvg_handle_new_from_data"));
         library.render = reinterpret_cast<decltype(library.render)>(dlsym(handle, "rsvg_handle_render_document"));
     }
     return library;
 }
 
-bool RenderSvg(const char* path, int size, std::uint32_t* pixels)
+bool RenderSvg(const PictureContent& picture, int size, std::uint32_t* pixels)
 {
     static const SvgLibrary library = LoadSvgLibrary();
     if (!library.Usable())
         return false;
-    const GObjectOwner<RsvgHandle> handle(library.newFromFile(path, nullptr));
+    const auto* content = reinterpret_cast<const guint8*>(picture.bytes);
+    const GObjectOwner<RsvgHandle> handle(library.newFromData(content, picture.size, nullptr));
     if (handle == nullptr)
         return false;
     const std::size_t count = static_cast<std::size_t>(size) * size;
@@ -67,9 +68,12 @@ std::uint32_t Premultiplied(const guchar* pixel, bool alpha)
     return scale(pixel[2]) | scale(pixel[1]) << 8 | scale(pixel[0]) << 16 | a << 24;
 }
 
-bool RenderBitmap(const char* path, int size, std::uint32_t* pixels)
+bool RenderBitmap(const PictureContent& picture, int size, std::uint32_t* pixels)
 {
-    const GObjectOwner<GdkPixbuf> pixbuf(gdk_pixbuf_new_from_file_at_scale(path, size, size, TRUE, nullptr));
+    const GObjectOwner<GInputStream> stream(
+        g_memory_input_stream_new_from_data(picture.bytes, static_cast<gssize>(picture.size), nullptr));
+    const GObjectOwner<GdkPixbuf> pixbuf(
+        gdk_pixbuf_new_from_stream_at_scale(stream.get(), size, size, TRUE, nullptr, nullptr));
     if (pixbuf == nullptr || gdk_pixbuf_get_bits_per_sample(pixbuf.get()) != 8)
         return false;
     const int width = std::min(gdk_pixbuf_get_width(pixbuf.get()), size);
@@ -85,11 +89,11 @@ bool RenderBitmap(const char* path, int size, std::uint32_t* pixels)
     return true;
 }
 
-bool Render(const char* path, int size, std::uint32_t* pixels)
+bool Render(const PictureContent& picture, int size, std::uint32_t* pixels)
 {
-    const std::string_view name(path);
+    const std::string_view name(picture.name);
     const bool svg = name.ends_with(".svg") || name.ends_with(".svgz") || name.ends_with(".SVG");
-    return svg ? RenderSvg(path, size, pixels) : RenderBitmap(path, size, pixels);
+    return svg ? RenderSvg(picture, size, pixels) : RenderBitmap(picture, size, pixels);
 }
 
 } // namespace

@@ -118,13 +118,12 @@ Whereabouts TrustedWalk::Follow(std::string path)
     return Failure(ELOOP);
 }
 
-const Whereabouts& TrustedWalk::Folder(const std::string& path)
+Whereabouts TrustedWalk::Folder(const std::string& path)
 {
-    const auto [known, isNew] = m_folders.try_emplace(path);
-    Whereabouts& at = known->second;
-    if (!isNew)
-        return at;
-    at = Root();
+    const auto known = m_folders.find(path);
+    if (known != m_folders.end())
+        return known->second;
+    Whereabouts at = Root();
     std::string rest = path;
     for (int links = 0; !rest.empty();)
     {
@@ -134,13 +133,12 @@ const Whereabouts& TrustedWalk::Folder(const std::string& path)
         if (!IsLink(at))
             continue;
         if (++links > kMostLinks)
-        {
-            at = Failure(ELOOP);
-            break;
-        }
+            return Failure(ELOOP);
         rest = PathInLink(at.path) + "/" + rest;
         at = Root();
     }
+    if (at.error == 0 && !at.foreign)
+        m_folders.emplace(path, at);
     return at;
 }
 

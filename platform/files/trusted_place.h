@@ -27,7 +27,7 @@ struct Whereabouts
     struct statx status = {};
 };
 
-/// Follows paths, with a memory for the folders on the way. For a short while and one thread.
+/// Follows paths, with a memory for the trusted folders on the way. For one thread.
 class TrustedWalk
 {
 public:
@@ -35,7 +35,7 @@ public:
     Whereabouts Follow(std::string path);
 
 private:
-    const Whereabouts& Folder(const std::string& path);
+    Whereabouts Folder(const std::string& path);
 
     std::unordered_map<std::string, Whereabouts> m_folders;
 };

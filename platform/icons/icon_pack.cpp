@@ -8,7 +8,6 @@
 #include "platform/base/file_stamp.h"
 
 #include <cstring>
-#include <sys/stat.h>
 
 namespace platform
 {
@@ -50,8 +49,9 @@ bool StillHolds(const std::vector<FileWitness>& witnesses)
 {
     for (const FileWitness& witness : witnesses)
     {
-        const FileWitness now = WitnessOf(witness.path);
-        if (now.modified != witness.modified || now.size != witness.size)
+        // What does not answer is shown as it was last seen.
+        const std::optional<FileWitness> now = WitnessOf(witness.path);
+        if (now && (now->modified != witness.modified || now->size != witness.size))
             return false;
     }
     return true;
@@ -96,14 +96,6 @@ std::vector<FileWitness> ReadWitnesses(ByteReader& reader)
 }
 
 } // namespace
-
-FileWitness WitnessOf(const std::string& path)
-{
-    struct stat status;
-    if (stat(path.c_str(), &status) != 0)
-        return {path, 0, 0};
-    return {path, ModifiedAt(status), static_cast<std::uint64_t>(status.st_size)};
-}
 
 IconPack::IconPack(std::string themeName, int size) : m_themeName(std::move(themeName)), m_size(size)
 {

@@ -6,6 +6,7 @@
 
 #include "platform/base/cache_folder.h"
 #include "platform/drawing/icon.h"
+#include "platform/icons/icon_file.h"
 #include "platform/icons/icon_theme.h"
 
 #include <deque>
@@ -14,15 +15,6 @@
 
 namespace platform
 {
-
-/// A file that a picture depends on, as it was when the picture was made; all 0 when there was none.
-struct FileWitness
-{
-    std::string path;
-    std::int64_t modified = 0; ///< nanoseconds
-    std::uint64_t size = 0;
-};
-FileWitness WitnessOf(const std::string& path);
 
 class IconPack
 {

@@ -4,13 +4,14 @@
 #include "platform/base/cache_folder.h"
 #include "platform/base/file_stamp.h"
 #include "platform/base/xdg_folders.h"
+#include "platform/files/trusted_place.h"
+#include "platform/icons/icon_file.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cstdlib>
 #include <map>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace platform
 {
@@ -73,9 +74,11 @@ int NumberOf(const Group& group, std::string_view key, int fallback)
     return std::clamp(number, 0, 4096);
 }
 
+/// A link out of the trusted places counts as there: asking takes patience.
 bool Exists(const std::string& path)
 {
-    return access(path.c_str(), F_OK) == 0;
+    const std::optional<struct statx> status = KnownStatus(path);
+    return status && (!S_ISLNK(status->stx_mode) || TrustedWalk().Follow(path).error == 0);
 }
 
 /// How ill a folder for icons of [minSize, maxSize] suits `size`. A picture made smaller looks better than one blown
@@ -241,14 +244,17 @@ std::vector<std::string> IconBaseFolders()
     std::vector<std::string> folders{HomeFolder() + "/.icons"};
     for (const std::string& data : DataFolders())
         folders.push_back(data + "/icons");
-    return folders;
+    return AnsweringFolders(std::move(folders));
 }
 
 std::vector<std::string> LooseIconFolders()
 {
     std::vector<std::string> folders = IconBaseFolders();
+    std::vector<std::string> pixmaps;
     for (const std::string& data : DataFolders())
-        folders.push_back(data + "/pixmaps");
+        pixmaps.push_back(data + "/pixmaps");
+    for (std::string& folder : AnsweringFolders(std::move(pixmaps)))
+        folders.push_back(std::move(folder));
     return folders;
 }
 

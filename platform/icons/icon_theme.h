@@ -56,7 +56,7 @@ private:
     std::vector<DirectoryStamp> m_dependencies;
 };
 
-/// The folders that the freedesktop icon theme rules name.
+/// The folders that the freedesktop icon theme rules name, without those that do not answer.
 std::vector<std::string> IconBaseFolders();
 std::vector<std::string> LooseIconFolders();
 

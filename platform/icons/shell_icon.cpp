@@ -7,6 +7,7 @@
 #include "platform/services/picture_service.h"
 #include "platform/screen/desktop_settings.h"
 #include "platform/drawing/image_scaling.h"
+#include "platform/icons/icon_file.h"
 #include "platform/icons/icon_pack.h"
 #include "platform/icons/icon_theme.h"
 
@@ -66,8 +67,12 @@ SavedPack& PackOfSize(int size)
 
 bool RenderFile(const std::string& path, IconImage& image)
 {
+    const std::optional<std::string> content = PictureFileContent(path);
+    if (!content)
+        return false;
     static const auto* service = static_cast<const PictureService*>(DesktopModuleSymbol("orb_picture_service"));
-    return service != nullptr && service->render(path.c_str(), image.width, image.pixels.data());
+    return service != nullptr &&
+           service->render({path.c_str(), content->data(), content->size()}, image.width, image.pixels.data());
 }
 
 IconImage EmptyImage(int size)
@@ -85,8 +90,15 @@ IconImage BuiltinPicture(std::string_view name, int size)
     return !image.pixels.empty() ? std::move(image) : EmptyImage(size);
 }
 
+/// What a picture was made from.
+struct Sources
+{
+    std::vector<FileWitness> files;
+    bool complete = true; ///< nothing that might have served better failed to answer
+};
+
 /// The best alternative of an identity that there is a readable picture for.
-IconImage RenderIdentity(std::string_view identity, int size, std::vector<FileWitness>& witnesses)
+IconImage RenderIdentity(std::string_view identity, int size, Sources& sources)
 {
     IconImage image = EmptyImage(size);
     while (!identity.empty())
@@ -96,12 +108,13 @@ IconImage RenderIdentity(std::string_view identity, int size, std::vector<FileWi
         if (name.starts_with('!'))
             return BuiltinPicture(name, size);
         const std::string path = name.starts_with('/') ? name : Theme().Find(name, size);
-        if (!path.empty())
-        {
-            witnesses.push_back(WitnessOf(path));
-            if (witnesses.back().modified != 0 && RenderFile(path, image))
-                return image;
-        }
+        if (path.empty())
+            continue;
+        const std::optional<FileWitness> witness = WitnessOf(path);
+        sources.complete &= witness.has_value();
+        sources.files.push_back(witness.value_or(FileWitness{path}));
+        if (sources.files.back().modified != 0 && RenderFile(path, image))
+            return image;
     }
     return BuiltinPicture("!document", size);
 }
@@ -123,12 +136,15 @@ IconImage MakePicture(const std::string& identity, int size, bool linkOverlay)
     const std::string key = (linkOverlay ? "link\n" : "\n") + identity;
     if (std::optional<IconImage> kept = saved.Pack().Find(key))
         return std::move(*kept);
-    std::vector<FileWitness> witnesses;
-    IconImage image = RenderIdentity(identity, size, witnesses);
+    Sources sources;
+    IconImage image = RenderIdentity(identity, size, sources);
     if (linkOverlay)
         MarkAsLink(image);
-    saved.Pack().Add(key, std::move(witnesses), image);
-    saved.SaveAtLeisure();
+    if (sources.complete)
+    {
+        saved.Pack().Add(key, std::move(sources.files), image);
+        saved.SaveAtLeisure();
+    }
     return image;
 }
 

@@ -10,6 +10,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <condition_variable>
+#include <fcntl.h>
+#include <mutex>
+#include <thread>
+#include <unistd.h>
 
 using namespace shell_test;
 using platform::IconImage;
@@ -123,6 +128,75 @@ TEST(ShellIcons, BrokenAndMissingPicturesGiveWayToTheNextBest)
     }
 }
 
+/// Frees whoever waits on a named pipe for longer than any reading takes.
+class PipeOpener
+{
+public:
+    explicit PipeOpener(std::filesystem::path pipe) : m_thread([this, pipe] { Wait(pipe); }) {}
+    ~PipeOpener()
+    {
+        {
+            const std::lock_guard lock(m_mutex);
+            m_done = true;
+        }
+        m_changed.notify_one();
+        m_thread.join();
+        EXPECT_FALSE(m_wasOpened) << "somebody hung on it";
+    }
+    PipeOpener(const PipeOpener&) = delete;
+    PipeOpener& operator=(const PipeOpener&) = delete;
+
+private:
+    void Wait(const std::filesystem::path& pipe)
+    {
+        std::unique_lock lock(m_mutex);
+        while (!m_changed.wait_for(lock, std::chrono::seconds(2), [this] { return m_done; }))
+        {
+            const int opened = open(pipe.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC); // fails unless there is a reader
+            m_wasOpened |= opened >= 0;
+            close(opened);
+        }
+    }
+
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    bool m_done = false;
+    bool m_wasOpened = false;
+    std::thread m_thread;
+};
+
+// A desktop entry whose icon was a named pipe hung the program for ever: no menu, no Escape.
+TEST(ShellIcons, WhatIsNoRegularFileIsLeftAlone)
+{
+    const auto folder = NewFolder();
+    for (const char* name : {"pipe.png", "pipe.svg"})
+    {
+        const auto pipe = folder / name;
+        ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+        std::filesystem::create_symlink(pipe, folder / ("to " + pipe.filename().native()));
+        Write(folder / (pipe.filename().native() + ".desktop"),
+              "[Desktop Entry]\nType=Application\nExec=true\nIcon=" + pipe.native() + "\n");
+        const PipeOpener opener(pipe);
+        const std::vector<Item> items = Items(folder);
+        SHFILEINFOW info{};
+        const auto* list =
+            reinterpret_cast<LPCWSTR>(Find(items, pipe.filename().native() + ".desktop")->absolute.get());
+        EXPECT_NE(SHGetFileInfoW(list, 0, &info, sizeof info, SHGFI_PIDL | SHGFI_ICON | SHGFI_SYSICONINDEX), 0u);
+        EXPECT_TRUE(IsDrawn(platform::IconSourceOf(info.hIcon)->Image())) << "as a program without an icon";
+        EXPECT_TRUE(DestroyIcon(info.hIcon));
+        const auto link = platform::ShellIcon((folder / ("to " + pipe.filename().native())).native(), 24, false);
+        EXPECT_TRUE(IsDrawn(link->Image()));
+    }
+    for (const char* device : {"/dev/zero", "/dev/tty"})
+        EXPECT_TRUE(IsDrawn(platform::ShellIcon(device, 24, false)->Image())) << device;
+    // An SVG that draws on a pipe beside it.
+    const PipeOpener opener(folder / "pipe.png");
+    Write(folder / "draws.svg", "<svg xmlns='http://www.w3.org/2000/svg' width='8' height='8'>"
+                                "<image href='pipe.png' width='8' height='8'/>"
+                                "<rect width='8' height='8' fill='red'/></svg>");
+    EXPECT_EQ(Middle((folder / "draws.svg").native(), 24), kRed);
+}
+
 TEST(ShellIcons, APictureIsMadeAgainWhenItsFileChanges)
 {
     const auto folder = NewFolder();
@@ -184,7 +258,7 @@ TEST(IconPack, KeepsPicturesForTheThemeAsItWasFound)
                                                       {(themes / "absent").native(), 0}};
     const IconImage image{kSize, kSize, std::vector<std::uint32_t>(kSize * kSize, kRed)};
     platform::IconPack made("theme", kSize);
-    made.Add("key", {platform::WitnessOf(file.native())}, image);
+    made.Add("key", {*platform::WitnessOf(file.native())}, image);
     made.Add("other", {}, image);
     made.Save(found);
 

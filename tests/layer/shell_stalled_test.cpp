@@ -3,6 +3,10 @@
 
 #include "windows.h"
 
+#include "platform/drawing/icon.h"
+#include "platform/icons/icon_file.h"
+#include "platform/icons/shell_icon.h"
+
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -95,6 +99,45 @@ TEST_F(ShellStalled, LinksIntoItAreListedAllTheSame)
         ASSERT_NE(Find(items, link), nullptr) << link;
         EXPECT_EQ(Find(items, link)->attributes, SFGAO_LINK | SFGAO_STREAM) << link;
     }
+}
+
+// A desktop entry whose icon lay on a dead mount hung the program for ever.
+TEST_F(ShellStalled, IconsOnItCostASecondOnce)
+{
+    const auto imageOf = [&](const char* name)
+    {
+        Write(m_folder / (name + std::string(".desktop")), "[Desktop Entry]\nType=Application\nExec=true\nIcon=" +
+                                                               (m_folder / "stalled" / name).native() + ".png\n");
+        const std::vector<Item> items = Items(m_folder);
+        SHFILEINFOW info{};
+        const auto* list = reinterpret_cast<LPCWSTR>(Find(items, name + std::string(".desktop"))->absolute.get());
+        SHGetFileInfoW(list, 0, &info, sizeof info, SHGFI_PIDL | SHGFI_ICON | SHGFI_SYSICONINDEX);
+        const auto source = platform::IconSourceOf(info.hIcon);
+        EXPECT_FALSE(source->Image().pixels.empty());
+        EXPECT_TRUE(DestroyIcon(info.hIcon));
+    };
+    EXPECT_LT(Taken([&] { imageOf("first"); }), milliseconds(3000));
+    EXPECT_LT(Taken([&] { imageOf("second"); }), milliseconds(500)) << "it still owes an answer";
+    RunDeferred();
+    m_mount.TakeDown();
+    EXPECT_TRUE(WaitFor([&] { return platform::WitnessOf((m_folder / "stalled/first.png").native()).has_value(); }))
+        << "its late answer has been taken, and it is asked again";
+}
+
+TEST_F(ShellStalled, AnIconThatIsKnownIsShownAsItWasLastSeen)
+{
+    const auto place = m_folder / "pictures";
+    std::filesystem::create_directory(place);
+    const std::string path = (place / "red.svg").native();
+    Write(path,
+          "<svg xmlns='http://www.w3.org/2000/svg' width='8' height='8'><rect width='8' height='8' fill='red'/></svg>");
+    const std::vector<std::uint32_t> seen = platform::ShellIcon(path, 24, false)->Image().pixels;
+    ASSERT_EQ(seen[24 * 12 + 12], 0xFFFF0000);
+    const StalledMount over(place);
+    ASSERT_TRUE(over.Mounted());
+    std::vector<std::uint32_t> shown;
+    EXPECT_LT(Taken([&] { shown = platform::ShellIcon(path, 24, false)->Image().pixels; }), milliseconds(3000));
+    EXPECT_EQ(shown, seen);
 }
 
 TEST_F(ShellStalled, OpeningItIsGivenUpAndMadeGoodWhenItAnswers)
