@@ -152,7 +152,8 @@ void FileLister::ExamineRange(std::size_t first, std::size_t last, std::vector<s
         struct stat own;
         if (fstatat(m_directory, file.name.data(), &own, AT_SYMLINK_NOFOLLOW) != 0)
         {
-            file.name = {};
+            m_pending[i].unseen = errno != ENOENT;
+            file.name = m_pending[i].unseen ? file.name : std::string_view();
             continue;
         }
         const bool link = S_ISLNK(own.st_mode);
@@ -185,7 +186,7 @@ void FileLister::ExamineWithPatience(const std::vector<std::size_t>& links)
         fstatat(m_directory, file.name.data(), &own, AT_SYMLINK_NOFOLLOW);
         Classify(file, own, targets[i].value_or((struct stat){}));
         pending.mode = targets[i] ? targets[i]->st_mode : 0;
-        pending.unanswered = !targets[i];
+        pending.unseen = !targets[i];
     }
 }
 
@@ -202,16 +203,24 @@ void FileLister::DescribeAll()
 bool FileLister::DescribeWithoutHelp(const PendingFile& pending)
 {
     ListedFile& file = m_listing.files[pending.index];
-    if (pending.unanswered)
+    if (pending.unseen)
     {
-        DescribePlainly(file);
-        m_listing.folderStamp = 0; // nothing to go by another time
+        DescribeUnseen(file);
         return true;
     }
     const bool hiddenByName = file.hidden;
     const bool found = m_listing.snapshotReader.Describe(file);
     file.hidden |= hiddenByName;
     return found;
+}
+
+void FileLister::DescribeUnseen(ListedFile& file)
+{
+    const bool hiddenByName = file.hidden;
+    if (!m_listing.snapshotReader.DescribeAsLastSeen(file))
+        DescribePlainly(file);
+    file.hidden |= hiddenByName;
+    m_listing.folderStamp = 0; // nothing to go by another time
 }
 
 void FileLister::DescribePending()

@@ -25,16 +25,17 @@ public:
     int AddAll();
     /// Adds a file; `type` is the directory entry's, such as DT_UNKNOWN. The name must live as long as the listing.
     void Add(std::string_view name, unsigned char type);
-    /// Completes every file added and drops those that are gone already.
+    /// Completes every file added and drops those that are gone already. What cannot be looked at now is as the
+    /// snapshot has it, or plain.
     void Complete();
 
 private:
     /// A file to be examined and described.
     struct PendingFile
     {
-        std::size_t index;       ///< in the listing
-        std::uint32_t mode = 0;  ///< of what the name leads to, once examined
-        bool unanswered = false; ///< a link into a mount that does not answer
+        std::size_t index;      ///< in the listing
+        std::uint32_t mode = 0; ///< of what the name leads to, once examined
+        bool unseen = false;    ///< it cannot be looked at, or is a link into a mount that does not answer
     };
 
     void ExamineAll();
@@ -43,6 +44,7 @@ private:
     void DescribeAll();
     bool DescribeWithoutHelp(const PendingFile& pending);
     void DescribePending();
+    void DescribeUnseen(ListedFile& file);
     void DescribePlainly(ListedFile& file);
     void TakeFacts(ListedFile& file, const FileFacts& facts);
     std::string PathOf(const ListedFile& file) const { return m_listing.path + "/" + std::string(file.name); }

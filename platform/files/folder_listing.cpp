@@ -4,6 +4,7 @@
 #include "platform/base/file_stamp.h"
 #include "platform/base/unique_fd.h"
 #include "platform/files/file_lister.h"
+#include "platform/files/names.h"
 #include "platform/files/trusted_place.h"
 
 #include <algorithm>
@@ -108,6 +109,41 @@ bool SameFiles(const FolderListing& a, const FolderListing& b)
     return std::equal(inA.begin(), inA.end(), inB.begin(), inB.end(), SameFile);
 }
 
+bool IsGone(int error)
+{
+    return error == ENOENT || error == ENOTDIR;
+}
+
+std::shared_ptr<FolderListing> FolderAsLastSeen(const std::string& path)
+{
+    auto listing = std::make_shared<FolderListing>();
+    listing->path = path;
+    OpenSnapshot(*listing);
+    listing->lastSeen = listing->fromSnapshot = listing->snapshotReader.ListsWhole();
+    return listing->fromSnapshot ? listing : nullptr;
+}
+
+std::shared_ptr<FolderListing> FileAsLastSeen(const std::string& folder, const std::string& name)
+{
+    auto listing = std::make_shared<FolderListing>();
+    listing->path = folder;
+    OpenSnapshot(*listing);
+    ListedFile file;
+    file.name = listing->narrow.emplace_back(name);
+    if (!listing->snapshotReader.DescribeAsLastSeen(file))
+    {
+        if (FolderAsLastSeen(folder + "/" + name) == nullptr)
+            return nullptr;
+        file.kind = ItemKind::Folder;
+        file.icon = kFolderIcon;
+        file.typeName = kFolderTypeName;
+        file.display = listing->wide.emplace_back(DisplayNameOfFile(name, ItemKind::Folder));
+    }
+    listing->lastSeen = true;
+    listing->files.push_back(file);
+    return listing;
+}
+
 std::shared_ptr<FolderListing> ReadFolder(const std::string& path)
 {
     auto listing = std::make_shared<FolderListing>();
@@ -129,7 +165,7 @@ std::shared_ptr<FolderListing> ReadFolder(const std::string& path)
     FileLister lister(*listing, directory.Get());
     listing->error = lister.AddAll();
     lister.Complete();
-    listing->worthSaving |= !covered && listing->folderStamp != 0;
+    listing->worthSaving |= !covered;
     return listing;
 }
 
@@ -147,7 +183,12 @@ std::shared_ptr<FolderListing> ReadFile(const std::string& folder, const std::st
     FileLister lister(*listing, directory.Get());
     // A mount point is known to be a folder without asking what is mounted there.
     const std::optional<struct statx> known = KnownStatus(folder + "/" + name);
-    lister.Add(listing->narrow.emplace_back(name), known && S_ISDIR(known->stx_mode) ? DT_DIR : DT_UNKNOWN);
+    if (!known)
+    {
+        listing->error = errno;
+        return listing;
+    }
+    lister.Add(listing->narrow.emplace_back(name), S_ISDIR(known->stx_mode) ? DT_DIR : DT_UNKNOWN);
     lister.Complete();
     listing->error = listing->files.empty() ? ENOENT : 0;
     return listing;

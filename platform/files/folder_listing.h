@@ -29,6 +29,7 @@ struct FolderListing
     std::int64_t modified = -1;
     std::uint64_t folderStamp = 0; ///< of the folder's own state before it was read; 0 when `modified` is −1
     bool worthSaving = false;      ///< the snapshot does not say the same
+    bool lastSeen = false;         ///< from the snapshot since the folder cannot be read now
     bool fromSnapshot = false;     ///< taken from the snapshot as it was; StillHolds looks whether it still holds
 
     // What the views point into.
@@ -58,6 +59,13 @@ private:
     std::size_t m_offset = 0; ///< of the file after the current one, in the snapshot
     std::optional<ListedFile> m_read;
 };
+
+/// Whether a failure with that errno means that there is no such folder, not only that it cannot be read now.
+bool IsGone(int error);
+/// The folder as its snapshot has it, of whatever age; null when there is none.
+std::shared_ptr<FolderListing> FolderAsLastSeen(const std::string& path);
+/// The file of the folder in the same way; one of which only the files inside were seen is a folder.
+std::shared_ptr<FolderListing> FileAsLastSeen(const std::string& folder, const std::string& name);
 
 /// Reads the folder at `path` ("" is the root); the first time in a run, its snapshot will do. From any thread.
 std::shared_ptr<FolderListing> ReadFolder(const std::string& path);

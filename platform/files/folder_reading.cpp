@@ -25,13 +25,28 @@ std::shared_ptr<FolderListing> ReadFolderWithin(const std::string& path, FolderC
 {
     const auto listing = AskPlace<FolderListing>(
         path.empty() ? "/" : path, [path] { return ReadFolder(path); }, [path, answersLate] { answersLate(path); });
-    return listing != nullptr ? listing : FailedListing(path, ETIMEDOUT);
+    const int error = listing != nullptr ? listing->error : ETIMEDOUT;
+    if (error == 0 || IsGone(error))
+        return listing;
+    const auto lastSeen = FolderAsLastSeen(path);
+    return lastSeen != nullptr ? lastSeen : FailedListing(path, error);
+}
+
+std::shared_ptr<FolderListing> ReadFileWithin(const std::string& folder, const std::string& name)
+{
+    const auto listing =
+        AskPlace<FolderListing>(folder.empty() ? "/" : folder, [folder, name] { return ReadFile(folder, name); });
+    const int error = listing != nullptr ? listing->error : ETIMEDOUT;
+    if (error == 0 || IsGone(error))
+        return listing;
+    const auto lastSeen = FileAsLastSeen(folder, name);
+    return lastSeen != nullptr ? lastSeen : FailedListing(folder, error);
 }
 
 bool StillHolds(const FolderListing& shown, FolderCallback answersLate)
 {
     const std::shared_ptr<FolderListing> now = ReadFolderWithin(shown.path, answersLate);
-    if (now->error == 0 && SameFiles(shown, *now))
+    if (now->lastSeen || (now->error == 0 && SameFiles(shown, *now)))
         return true;
     if (now->error == 0)
         SaveSnapshot(*now);

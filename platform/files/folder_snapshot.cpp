@@ -59,15 +59,15 @@ SnapshotReader::SnapshotReader(std::string_view content, std::string_view folder
         return;
     const SnapshotHeader header = ReadAt<SnapshotHeader>(content, 0);
     const bool powerOfTwo = header.buckets != 0 && (header.buckets & (header.buckets - 1)) == 0;
-    m_valid = header.version == kSnapshotVersion && header.environment == SnapshotEnvironment() &&
-              header.folder == HashBytes(folder) && powerOfTwo &&
+    m_sound = header.version == kSnapshotVersion && header.folder == HashBytes(folder) && powerOfTwo &&
               content.size() >= sizeof(SnapshotHeader) + std::uint64_t{header.buckets} * sizeof(std::uint32_t) &&
               header.textsOffset <= content.size() &&
               header.checksum == HashBytes(content.substr(kSnapshotCheckedFrom));
+    m_current = m_sound && header.environment == SnapshotEnvironment();
     m_bucketMask = header.buckets - 1;
     m_entries = header.entries;
     m_folderStamp = header.folderStamp;
-    m_texts = m_valid ? content.substr(header.textsOffset) : std::string_view();
+    m_texts = m_sound ? content.substr(header.textsOffset) : std::string_view();
 }
 
 /// An entry with what it refers to and where the next one begins.
@@ -124,33 +124,48 @@ bool SnapshotReader::Locate(std::size_t offset, Located& located) const
     return true;
 }
 
-bool SnapshotReader::Describe(ListedFile& file) const
+bool SnapshotReader::LocateName(std::string_view name, Located& located) const
 {
-    if (!m_valid)
-        return false;
-    const std::uint64_t hash = HashBytes(file.name);
+    const std::uint64_t hash = HashBytes(name);
     for (std::uint32_t step = 0; step <= m_bucketMask; ++step)
     {
         const std::size_t bucket = (hash + step) & m_bucketMask;
         const auto offset = ReadAt<std::uint32_t>(m_content, sizeof(SnapshotHeader) + bucket * sizeof(std::uint32_t));
-        Located located;
         if (offset == 0 || !Locate(offset, located))
             return false;
-        const SnapshotEntry& entry = located.entry;
-        if (entry.nameHash != hash || file.name != located.name)
-            continue;
-        if (entry.stamp != file.stamp || entry.kind != static_cast<std::uint8_t>(file.kind) ||
-            (entry.flags & kSnapshotDescribedFlag) == 0)
-            return false;
-        located.GiveTo(file);
-        return true;
+        if (located.entry.nameHash == hash && located.name == name)
+            return true;
     }
     return false;
 }
 
+bool SnapshotReader::Describe(ListedFile& file) const
+{
+    Located located;
+    if (!m_current || !LocateName(file.name, located))
+        return false;
+    const SnapshotEntry& entry = located.entry;
+    if (entry.stamp != file.stamp || entry.kind != static_cast<std::uint8_t>(file.kind) ||
+        (entry.flags & kSnapshotDescribedFlag) == 0)
+        return false;
+    located.GiveTo(file);
+    return true;
+}
+
+bool SnapshotReader::DescribeAsLastSeen(ListedFile& file) const
+{
+    Located located;
+    if (!m_sound || !LocateName(file.name, located))
+        return false;
+    file.kind = static_cast<ItemKind>(located.entry.kind);
+    file.stamp = located.entry.stamp;
+    located.GiveTo(file);
+    return true;
+}
+
 bool SnapshotReader::ListsWhole() const
 {
-    if (!m_valid)
+    if (!m_sound)
         return false;
     std::size_t offset = Start();
     for (std::uint32_t i = 0; i < m_entries; ++i)

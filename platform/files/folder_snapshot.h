@@ -29,9 +29,15 @@ public:
 
     /// Completes `file` (name, kind and stamp are set) from the snapshot; false when it has nothing on that state.
     bool Describe(ListedFile& file) const;
+    /// Completes `file` (its name is set) as it was when the snapshot was made, whatever has become of it and of its
+    /// descriptions' language since; false when it was not there.
+    bool DescribeAsLastSeen(ListedFile& file) const;
 
     /// True when the snapshot lists the folder in the state that the stamp was made from (0 is none).
-    bool Covers(std::uint64_t folderStamp) const { return m_valid && folderStamp != 0 && m_folderStamp == folderStamp; }
+    bool Covers(std::uint64_t folderStamp) const
+    {
+        return m_current && folderStamp != 0 && m_folderStamp == folderStamp;
+    }
     /// Whether every file that it announces is there and has a name that files can have. The checksum vouches for what
     /// was written; whether its writer was sane, it cannot.
     bool ListsWhole() const;
@@ -47,6 +53,7 @@ public:
 private:
     struct Located;
     bool Locate(std::size_t offset, Located& located) const;
+    bool LocateName(std::string_view name, Located& located) const;
     std::optional<std::string_view> TextAt(std::uint32_t offset) const;
 
     std::string_view m_content;
@@ -54,12 +61,13 @@ private:
     std::uint32_t m_bucketMask = 0;
     std::uint32_t m_entries = 0;
     std::uint64_t m_folderStamp = 0;
-    bool m_valid = false;
+    bool m_sound = false;   ///< undamaged, and of the folder
+    bool m_current = false; ///< and made under the same locale, desktop and MIME data base
 };
 
 /// The cache file of a folder; empty when there is no cache.
 std::string SnapshotPath(std::string_view folder);
-/// Writes a listing as the folder's snapshot, in the order of the files' display names.
+/// Writes a listing as the folder's snapshot, in the order of the files' display names, unless it says that already.
 void SaveSnapshot(const FolderListing& listing);
 
 } // namespace platform

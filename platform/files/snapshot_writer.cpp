@@ -157,6 +157,8 @@ void SaveSnapshot(const FolderListing& listing)
     std::memcpy(out.data() + sizeof header, table.data(), buckets * sizeof(std::uint32_t));
     header.checksum = HashBytes(std::string_view(out).substr(kSnapshotCheckedFrom));
     std::memcpy(out.data(), &header, sizeof header);
+    if (MappedFile(path).Content() == out)
+        return;
     ReplaceCacheFile(path, out);
     PruneSnapshots();
 }

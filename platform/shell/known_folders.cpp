@@ -5,10 +5,13 @@
 #include "platform/base/text.h"
 #include "platform/base/xdg_folders.h"
 #include "platform/files/known_folders.h"
+#include "platform/files/folder_listing.h"
 #include "platform/files/names.h"
+#include "platform/files/place_call.h"
 #include "platform/shell/namespace.h"
 #include "platform/shell/system_images.h"
 
+#include <cerrno>
 #include <sys/stat.h>
 
 namespace platform
@@ -17,16 +20,24 @@ namespace platform
 namespace
 {
 
+/// One that does not answer, or may not be looked at, is there.
 bool IsFolder(const std::string& path)
 {
-    struct stat status;
-    return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+    const auto answer =
+        AskPlace<bool>(path,
+                       [path]
+                       {
+                           struct stat status;
+                           const int error = stat(path.c_str(), &status) == 0 ? 0 : errno;
+                           return std::make_shared<bool>(error == 0 ? S_ISDIR(status.st_mode) : !IsGone(error));
+                       });
+    return answer == nullptr || *answer;
 }
 
 /// A list for a folder that shows under a name and icon of its own.
 LPITEMIDLIST SpecialLocation(const std::string& path, std::u16string_view displayName, std::string_view icon)
 {
-    if (!IsFolder(path))
+    if (path.empty() || !IsFolder(path))
         return nullptr;
     std::vector<BYTE> bytes;
     std::vector<std::string> names = SplitPath(path);

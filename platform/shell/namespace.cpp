@@ -6,7 +6,7 @@
 #include "platform/base/fault_points.h"
 #include "platform/base/last_error.h"
 #include "platform/base/text.h"
-#include "platform/files/folder_listing.h"
+#include "platform/files/folder_reading.h"
 #include "platform/files/names.h"
 #include "platform/shell/system_images.h"
 
@@ -73,7 +73,7 @@ void AppendFolderId(std::vector<BYTE>& bytes, std::string_view name)
 
 int AppendFileId(std::vector<BYTE>& bytes, const std::string& folder, const std::string& name)
 {
-    const std::shared_ptr<FolderListing> listing = ReadFile(folder, name);
+    const std::shared_ptr<FolderListing> listing = ReadFileWithin(folder, name);
     if (listing->error != 0)
         return listing->error;
     const ListedFile& file = listing->files.front();

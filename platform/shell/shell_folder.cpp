@@ -100,7 +100,7 @@ HRESULT ShellFolder::EnumObjects(HWND, SHCONTF flags, IEnumIDList** result)
     FolderWasRead(*listing);
     if (listing->worthSaving)
         Defer([listing] { SaveSnapshot(*listing); });
-    else if (listing->fromSnapshot)
+    else if (listing->fromSnapshot && !listing->lastSeen)
         Defer([listing] { VerifyListing(*listing); });
     return S_OK;
 }

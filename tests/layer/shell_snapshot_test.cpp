@@ -1,5 +1,6 @@
 // What is kept of a folder across runs, and when it no longer counts.
 #include "tests/layer/shell_scratch.h"
+#include "tests/scenarios/privileges.h"
 
 #include "platform/base/hash_bytes.h"
 #include "platform/files/folder_reading.h"
@@ -11,6 +12,7 @@
 #include <algorithm>
 #include <fcntl.h>
 #include <functional>
+#include <set>
 #include <string_view>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -297,6 +299,85 @@ TEST(ShellSnapshots, AFolderThatChangedIsReadAtOnce)
     const auto listing = platform::ReadFolder(folder.native());
     EXPECT_FALSE(listing->fromSnapshot);
     EXPECT_EQ(listing->files.size(), 2u);
+}
+
+/// What a menu shows of the folder, in the order of the names.
+std::set<std::pair<std::string, std::string>> Shown(const std::filesystem::path& folder)
+{
+    std::set<std::pair<std::string, std::string>> shown;
+    for (const Item& item : Items(folder))
+        shown.emplace(item.fileName, item.display);
+    return shown;
+}
+
+std::string ContentOf(const std::filesystem::path& path)
+{
+    std::ifstream file(path);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// A folder that could not be read for a moment was shown empty, and its order was lost with the next saving.
+TEST(ShellSnapshots, AFolderThatCannotBeReadIsListedAsItWasLastSeen)
+{
+    const auto parent = NewFolder();
+    const auto folder = parent / "shown";
+    std::filesystem::create_directories(folder / "sub");
+    WriteNamed(folder, "First");
+    Write(folder / "readme.txt", "");
+    const auto seen = Shown(folder);
+    ASSERT_EQ(seen.size(), 3u);
+    RunDeferred();
+    const auto snapshot = platform::SnapshotPath(folder.native());
+    const std::string kept = ContentOf(snapshot);
+    for (const mode_t mode : {0000, 0400, 0100}) // nothing; the names alone; the files but not their names
+    {
+        chmod(folder.c_str(), mode);
+        const BoundByPermissions bound;
+        EXPECT_EQ(Shown(folder), seen) << mode;
+        EXPECT_NE(Parse(folder / "readme.txt"), nullptr) << mode;
+        RunDeferred();
+        EXPECT_EQ(Shown(folder), seen) << mode;
+        RunDeferred();
+        EXPECT_TRUE(mode == 0400 || ContentOf(snapshot) == kept) << mode;
+    }
+    chmod(folder.c_str(), 0700);
+    chmod(parent.c_str(), 0000);
+    {
+        const BoundByPermissions bound;
+        EXPECT_EQ(Shown(folder), seen) << "a folder on the way";
+    }
+    chmod(parent.c_str(), 0700);
+    Write(folder / "new", "");
+    EXPECT_EQ(Shown(folder).size(), 4u) << "as soon as it can be read";
+    RunDeferred();
+    const List list = Parse(folder);
+    std::filesystem::remove_all(folder);
+    IEnumIDList* items = nullptr;
+    EXPECT_TRUE(FAILED(Bind(list.get())->EnumObjects(nullptr, SHCONTF_NONFOLDERS, &items))) << "it is really gone";
+}
+
+TEST(ShellSnapshots, AFolderThatWasNeverSeenAndCannotBeReadSaysSo)
+{
+    const auto folder = NewFolder();
+    WriteNamed(folder, "First");
+    const List list = Parse(folder);
+    chmod(folder.c_str(), 0000);
+    {
+        const BoundByPermissions bound;
+        IEnumIDList* items = nullptr;
+        EXPECT_EQ(Bind(list.get())->EnumObjects(nullptr, SHCONTF_NONFOLDERS, &items), E_ACCESSDENIED);
+    }
+    chmod(folder.c_str(), 0700);
+}
+
+TEST(ShellSnapshots, EveryFolderThatWasShownHasOne)
+{
+    const auto folder = NewFolder(); // so young that it may change once more without a trace
+    std::filesystem::create_directory(folder / "sub");
+    Items(folder);
+    RunDeferred();
+    ASSERT_NE(platform::FolderAsLastSeen(folder.native()), nullptr);
+    EXPECT_EQ(platform::FolderAsLastSeen(folder.native())->Size(), 1u);
 }
 
 TEST(ShellSnapshots, DoNotPileUp)

@@ -140,6 +140,27 @@ TEST_F(ShellStalled, AnIconThatIsKnownIsShownAsItWasLastSeen)
     EXPECT_EQ(shown, seen);
 }
 
+// A network folder that did not answer for a moment was shown empty, and its order was lost with the next saving.
+TEST_F(ShellStalled, AFolderThatIsKnownIsListedAsItWasLastSeen)
+{
+    const auto place = m_folder / "server";
+    std::filesystem::create_directories(place / "share/sub");
+    Write(place / "share/readme.txt", "");
+    ASSERT_EQ(Items(place / "share").size(), 2u);
+    RunDeferred();
+    StalledMount over(place);
+    ASSERT_TRUE(over.Mounted());
+    std::vector<Item> items;
+    EXPECT_LT(Taken([&] { items = Items(place / "share"); }), milliseconds(3000));
+    ASSERT_EQ(items.size(), 2u);
+    EXPECT_EQ(Find(items, "sub")->attributes, SFGAO_FOLDER);
+    EXPECT_LT(Taken([&] { items = Items(place / "share"); }), milliseconds(500)) << "it still owes an answer";
+    EXPECT_EQ(items.size(), 2u);
+    EXPECT_LT(Taken(RunDeferred), milliseconds(500));
+    over.TakeDown();
+    EXPECT_TRUE(WaitFor([&] { return Items(place / "share").size() == 2; }));
+}
+
 TEST_F(ShellStalled, OpeningItIsGivenUpAndMadeGoodWhenItAnswers)
 {
     WNDCLASSEXW windowClass{};
