@@ -1,13 +1,13 @@
 // Folder watches.
 #include "platform/services/watch_service.h"
 
+#include "platform/base/file_stamp.h"
 #include "platform/desktop/glib_owner.h"
 
 #include <algorithm>
 #include <list>
 #include <string>
 #include <string_view>
-#include <sys/stat.h>
 
 namespace platform
 {
@@ -21,7 +21,6 @@ constexpr guint kQuietTime = 100;
 struct Watch
 {
     std::string folder;
-    bool allContents;
     FolderWatcher watcher;
     GObjectOwner<GFileMonitor> monitor;
     gint64 lastTold = 0;      ///< g_get_monotonic_time
@@ -113,10 +112,10 @@ bool IsShownName(GFile* file)
     return name != nullptr && *name != '.' && !std::string_view(name.get()).ends_with('~');
 }
 
-bool ContentMatters(const Watch& watch, GFile* file)
+bool ContentMatters(GFile* file)
 {
     const GTextOwner name(g_file_get_basename(file));
-    return watch.allContents || (name != nullptr && std::string_view(name.get()).ends_with(".desktop"));
+    return name != nullptr && std::string_view(name.get()).ends_with(".desktop");
 }
 
 void OnEvent(GFileMonitor*, GFile* file, GFile* otherFile, GFileMonitorEvent event, gpointer data)
@@ -128,7 +127,7 @@ void OnEvent(GFileMonitor*, GFile* file, GFile* otherFile, GFileMonitorEvent eve
     case G_FILE_MONITOR_EVENT_ATTRIBUTE_CHANGED:
         return;
     case G_FILE_MONITOR_EVENT_CHANGES_DONE_HINT:
-        if (!ContentMatters(watch, file))
+        if (!ContentMatters(file))
             return;
         break;
     default:
@@ -138,14 +137,6 @@ void OnEvent(GFileMonitor*, GFile* file, GFile* otherFile, GFileMonitorEvent eve
     const bool folderItself = path != nullptr && watch.folder == path.get();
     if (folderItself || IsShownName(file) || IsShownName(otherFile))
         Changed(watch);
-}
-
-std::int64_t ModificationTime(const std::string& path)
-{
-    struct stat status;
-    return stat(path.c_str(), &status) != 0
-               ? 0
-               : status.st_mtim.tv_sec * G_GINT64_CONSTANT(1000000000) + status.st_mtim.tv_nsec;
 }
 
 void Begin(Watch& watch)
@@ -169,11 +160,11 @@ void End(Watch& watch)
     watch.watcher.released(watch.watcher.context);
 }
 
-void Start(const char* folder, bool allContents, FolderWatcher watcher)
+void Start(const char* folder, FolderWatcher watcher)
 {
     OnWatchingThread(
-        [path = std::string(folder), allContents, watcher] {
-            Begin(Thread().watches.emplace_back(Watch{path, allContents, watcher, nullptr}));
+        [path = std::string(folder), watcher] {
+            Begin(Thread().watches.emplace_back(Watch{path, watcher, nullptr}));
         });
 }
 

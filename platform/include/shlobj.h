@@ -26,23 +26,15 @@ using PCUITEMID_CHILD = const ITEMIDLIST*;
 using PCUITEMID_CHILD_ARRAY = const ITEMIDLIST* const*;
 
 #define STRRET_WSTR 0
-#define STRRET_OFFSET 1
-#define STRRET_CSTR 2
 struct STRRET
 {
     UINT uType;
-    union
-    {
-        LPWSTR pOleStr; ///< CoTaskMemFree by whoever converts it
-        UINT uOffset;
-        char cStr[MAX_PATH];
-    };
+    LPWSTR pOleStr; ///< CoTaskMemFree by whoever converts it
 };
 
 using SHGDNF = DWORD;
 using SHCONTF = DWORD;
 using SFGAOF = ULONG;
-#define SHGDN_NORMAL 0
 #define SHGDN_INFOLDER 0x1
 #define SHGDN_FORPARSING 0x8000
 #define SHCONTF_FOLDERS 0x20
@@ -127,7 +119,6 @@ struct CMINVOKECOMMANDINFOEX
 #define CMIC_MASK_NOASYNC 0x00000100
 #define CMIC_MASK_PTINVOKE 0x20000000
 #define GCS_VERBA 0x00000000
-#define GCS_VERBW 0x00000004
 
 struct IContextMenu : IUnknown
 {
@@ -182,14 +173,12 @@ extern const KNOWNFOLDERID FOLDERID_RoamingAppData;
 #define CSIDL_STARTMENU 0x000b
 #define CSIDL_DESKTOPDIRECTORY 0x0010
 #define CSIDL_COMMON_STARTMENU 0x0016
-#define CSIDL_APPDATA 0x001a
 
 #define SHCNE_RENAMEITEM 0x00000001L
 #define SHCNE_CREATE 0x00000002L
 #define SHCNE_DELETE 0x00000004L
 #define SHCNE_MKDIR 0x00000008L
 #define SHCNE_RMDIR 0x00000010L
-#define SHCNE_UPDATEITEM 0x00002000L
 #define SHCNE_RENAMEFOLDER 0x00020000L
 #define SHCNRF_InterruptLevel 0x0001
 #define SHCNRF_ShellLevel 0x0002
@@ -205,10 +194,7 @@ struct SHChangeNotifyEntry
 LPITEMIDLIST ILClone(LPCITEMIDLIST list);
 LPITEMIDLIST ILCombine(LPCITEMIDLIST first, LPCITEMIDLIST second);
 void ILFree(LPITEMIDLIST list);
-UINT ILGetSize(LPCITEMIDLIST list);
 LPITEMIDLIST ILFindLastID(LPCITEMIDLIST list);
-BOOL ILIsEqual(LPCITEMIDLIST a, LPCITEMIDLIST b);
-BOOL ILRemoveLastID(LPITEMIDLIST list);
 
 // --- folders
 HRESULT SHGetDesktopFolder(IShellFolder** folder);

@@ -21,9 +21,9 @@ struct FolderWatcher
 struct WatchService
 {
     /// Watches the folder from now on: files coming, going and being renamed, and desktop entries whose content
-    /// changed; with `allContents` any file whose content changed. Hidden files do not count. Changes in quick
-    /// succession are told as one. Returns at once, may be called on any thread.
-    void (*start)(const char* folder, bool allContents, FolderWatcher watcher);
+    /// changed. Hidden files do not count. Changes in quick succession are told as one. Returns at once, may be called
+    /// on any thread.
+    void (*start)(const char* folder, FolderWatcher watcher);
     /// Ends the watch with this context, which may still be told a change while this returns at once.
     void (*stop)(void* context);
 };

@@ -33,8 +33,8 @@ using Moment = std::chrono::steady_clock::time_point;
 class Registration
 {
 public:
-    Registration(HWND window, UINT message, std::string path, bool contents)
-        : m_window(window), m_message(message), m_path(std::move(path)), m_contents(contents)
+    Registration(HWND window, UINT message, std::string path)
+        : m_window(window), m_message(message), m_path(std::move(path))
     {
     }
 
@@ -85,7 +85,6 @@ private:
     const HWND m_window;
     const UINT m_message;
     const std::string m_path;
-    const bool m_contents;
     std::mutex m_mutex;
     bool m_active = true;
     bool m_undelivered = false;
@@ -119,7 +118,7 @@ void Registration::Watch(const Shared& self)
         [](void* context) { delete static_cast<Shared*>(context); },
     };
     self->m_watch = watcher.context;
-    service->start(self->m_path.empty() ? "/" : self->m_path.c_str(), self->m_contents, watcher);
+    service->start(self->m_path.empty() ? "/" : self->m_path.c_str(), watcher);
 }
 
 void Registration::End()
@@ -197,8 +196,7 @@ ULONG SHChangeNotifyRegister(HWND window, int sources, LONG events, UINT message
     const bool valid = entries == 1 && entry != nullptr && entry->pidl != nullptr && sources != 0 && events != 0;
     if (!valid || platform::FaultPoint("SHChangeNotifyRegister") || !platform::AppendListPath(path, entry->pidl))
         return 0;
-    const bool contents = (events & SHCNE_UPDATEITEM) != 0;
-    const auto registration = std::make_shared<platform::Registration>(window, message, path, contents);
+    const auto registration = std::make_shared<platform::Registration>(window, message, path);
     platform::Registrations& all = platform::All();
     const std::lock_guard lock(all.mutex);
     const auto read = all.readStamps.find(path);

@@ -58,17 +58,6 @@ const Verb* VerbOfInvocation(const CMINVOKECOMMANDINFO& info)
     return found != verbs.end() ? &*found : nullptr;
 }
 
-/// Copies an ASCII text with its terminator into a buffer of `capacity` characters.
-template <typename C>
-HRESULT CopyText(std::string_view text, C* out, UINT capacity)
-{
-    if (out == nullptr || capacity <= text.size())
-        return E_INVALIDARG;
-    std::copy(text.begin(), text.end(), out);
-    out[text.size()] = 0;
-    return S_OK;
-}
-
 HRESULT ContextMenu::QueryContextMenu(HMENU menu, UINT position, UINT first, UINT last, UINT flags)
 {
     if (FaultPoint("IContextMenu::QueryContextMenu"))
@@ -103,16 +92,12 @@ HRESULT ContextMenu::InvokeCommand(CMINVOKECOMMANDINFO* info)
 HRESULT ContextMenu::GetCommandString(UINT_PTR command, UINT type, UINT*, LPSTR name, UINT capacity)
 {
     const std::span<const Verb> verbs = ShellVerbs();
-    if (command >= verbs.size())
+    if (command >= verbs.size() || name == nullptr || capacity <= verbs[command].name.size())
         return E_INVALIDARG;
-    switch (type)
-    {
-    case GCS_VERBA:
-        return CopyText(verbs[command].name, name, capacity);
-    case GCS_VERBW:
-        return CopyText(verbs[command].name, reinterpret_cast<LPWSTR>(name), capacity);
-    }
-    return E_NOTIMPL;
+    if (type != GCS_VERBA)
+        return E_NOTIMPL;
+    name[verbs[command].name.copy(name, capacity)] = 0;
+    return S_OK;
 }
 
 } // namespace

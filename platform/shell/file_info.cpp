@@ -37,8 +37,6 @@ void FillFileInfo(const ItemId& item, SHFILEINFOW& info, UINT flags)
     }
     if ((flags & SHGFI_TYPENAME) != 0)
         CopyTruncated(info.szTypeName, TypeName(item.type));
-    if ((flags & SHGFI_DISPLAYNAME) != 0)
-        CopyTruncated(info.szDisplayName, item.DisplayName());
     if ((flags & SHGFI_ICON) != 0)
     {
         const int metric = (flags & SHGFI_SMALLICON) != 0 ? SM_CXSMICON : SM_CXICON;

@@ -9,9 +9,7 @@
 #include <cstring>
 
 using platform::IsEmptyList;
-using platform::ItemId;
 using platform::NextItemId;
-using platform::ReadItemId;
 
 namespace
 {
@@ -25,16 +23,6 @@ std::size_t IdentifierBytes(LPCITEMIDLIST list)
     while (!IsEmptyList(end))
         end = NextItemId(end);
     return static_cast<std::size_t>(reinterpret_cast<const BYTE*>(end) - reinterpret_cast<const BYTE*>(list));
-}
-
-/// Of two identifiers that are not ours, the bytes decide.
-bool SameItem(LPCITEMIDLIST a, LPCITEMIDLIST b)
-{
-    const std::optional<ItemId> itemA = ReadItemId(a);
-    const std::optional<ItemId> itemB = ReadItemId(b);
-    if (itemA && itemB)
-        return itemA->name == itemB->name;
-    return !itemA && !itemB && a->mkid.cb == b->mkid.cb && std::memcmp(a, b, a->mkid.cb) == 0;
 }
 
 } // namespace
@@ -89,11 +77,6 @@ void ILFree(LPITEMIDLIST list)
     CoTaskMemFree(list);
 }
 
-UINT ILGetSize(LPCITEMIDLIST list)
-{
-    return list != nullptr ? static_cast<UINT>(IdentifierBytes(list) + kTerminatorSize) : 0;
-}
-
 LPITEMIDLIST ILFindLastID(LPCITEMIDLIST list)
 {
     if (list == nullptr)
@@ -102,22 +85,4 @@ LPITEMIDLIST ILFindLastID(LPCITEMIDLIST list)
     for (LPCITEMIDLIST item = list; !IsEmptyList(item); item = NextItemId(item))
         last = item;
     return const_cast<LPITEMIDLIST>(last);
-}
-
-BOOL ILIsEqual(LPCITEMIDLIST a, LPCITEMIDLIST b)
-{
-    if (a == nullptr || b == nullptr)
-        return a == b;
-    for (; !IsEmptyList(a) && !IsEmptyList(b); a = NextItemId(a), b = NextItemId(b))
-        if (!SameItem(a, b))
-            return FALSE;
-    return IsEmptyList(a) && IsEmptyList(b);
-}
-
-BOOL ILRemoveLastID(LPITEMIDLIST list)
-{
-    if (list == nullptr || IsEmptyList(list))
-        return FALSE;
-    ILFindLastID(list)->mkid.cb = 0;
-    return TRUE;
 }

@@ -62,8 +62,6 @@ LPITEMIDLIST LocationOf(int csidl)
         return SpecialLocation(UserStartMenu(), u"Start Menu", "start-here\nfolder\n!folder");
     case CSIDL_COMMON_STARTMENU:
         return SpecialLocation(CommonStartMenu(), u"Start Menu", "start-here\nfolder\n!folder");
-    case CSIDL_APPDATA:
-        return MakeFolders(DataHome()) ? SpecialLocation(DataHome(), {}, kFolderIcon) : nullptr;
     }
     return nullptr;
 }

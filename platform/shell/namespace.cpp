@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 namespace platform
 {
@@ -191,27 +192,12 @@ BOOL SHGetPathFromIDListW(LPCITEMIDLIST list, LPWSTR path)
     return TRUE;
 }
 
-HRESULT StrRetToStrW(STRRET* name, PCUITEMID_CHILD item, LPWSTR* text)
+HRESULT StrRetToStrW(STRRET* name, PCUITEMID_CHILD, LPWSTR* text)
 {
     if (name == nullptr || text == nullptr)
         return E_INVALIDARG;
-    switch (name->uType)
-    {
-    case STRRET_WSTR:
-        *text = name->pOleStr; // the memory changes hands
-        name->pOleStr = nullptr;
-        return *text != nullptr ? S_OK : E_FAIL;
-    case STRRET_OFFSET:
-        *text = item != nullptr
-                    ? platform::TaskString(platform::Utf16FromUtf8(reinterpret_cast<const char*>(item) + name->uOffset))
-                    : nullptr;
-        return *text != nullptr ? S_OK : E_FAIL;
-    case STRRET_CSTR:
-        *text = platform::TaskString(platform::Utf16FromUtf8(name->cStr));
-        return *text != nullptr ? S_OK : E_OUTOFMEMORY;
-    }
-    *text = nullptr;
-    return E_FAIL;
+    *text = name->uType == STRRET_WSTR ? std::exchange(name->pOleStr, nullptr) : nullptr; // the memory changes hands
+    return *text != nullptr ? S_OK : E_FAIL;
 }
 
 HRESULT SHStrDupW(LPCWSTR text, LPWSTR* copy)

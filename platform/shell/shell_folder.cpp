@@ -19,22 +19,6 @@ namespace platform
 namespace
 {
 
-/// Compares case-insensitively, then exactly.
-int CompareText(std::u16string_view a, std::u16string_view b)
-{
-    const int folded = UpperCase(a).compare(UpperCase(b));
-    return folded != 0 ? folded : a.compare(b);
-}
-
-/// Folders before files, then by display name, then by file name.
-int CompareItems(const ItemId& a, const ItemId& b)
-{
-    if ((a.kind == ItemKind::Folder) != (b.kind == ItemKind::Folder))
-        return a.kind == ItemKind::Folder ? -1 : 1;
-    const int names = CompareText(a.DisplayName(), b.DisplayName());
-    return names != 0 || a.name == b.name ? names : a.name.compare(b.name);
-}
-
 LPWSTR NameOfItem(const std::string& folder, PCUITEMID_CHILD list, const ItemId& item, SHGDNF flags)
 {
     if ((flags & SHGDN_FORPARSING) == 0)
@@ -131,24 +115,9 @@ HRESULT ShellFolder::BindToStorage(PCUIDLIST_RELATIVE, IBindCtx*, REFIID, void**
     return E_NOTIMPL;
 }
 
-HRESULT ShellFolder::CompareIDs(LPARAM, PCUIDLIST_RELATIVE a, PCUIDLIST_RELATIVE b)
+HRESULT ShellFolder::CompareIDs(LPARAM, PCUIDLIST_RELATIVE, PCUIDLIST_RELATIVE)
 {
-    int order = 0;
-    for (; a != nullptr && b != nullptr && !IsEmptyList(a) && !IsEmptyList(b); a = NextItemId(a), b = NextItemId(b))
-    {
-        const std::optional<ItemId> itemA = ReadItemId(a);
-        const std::optional<ItemId> itemB = ReadItemId(b);
-        if (!itemA || !itemB)
-            return E_INVALIDARG;
-        order = CompareItems(*itemA, *itemB);
-        if (order != 0)
-            break;
-    }
-    if (a == nullptr || b == nullptr)
-        return E_INVALIDARG;
-    if (order == 0)
-        order = static_cast<int>(IsEmptyList(b)) - static_cast<int>(IsEmptyList(a)); // the shorter list comes first
-    return order < 0 ? 0xFFFF : order > 0; // the code of a success is the order as a 16-bit number
+    return E_NOTIMPL;
 }
 
 HRESULT ShellFolder::CreateViewObject(HWND, REFIID, void** result)
