@@ -120,7 +120,7 @@ LSTATUS RegOpenKeyExW(HKEY key, LPCWSTR subKey, DWORD, REGSAM access, HKEY* resu
         return result == nullptr ? ERROR_INVALID_PARAMETER : ERROR_INVALID_HANDLE;
     *result = nullptr;
     if (platform::FaultPoint("RegOpenKeyExW"))
-        return ERROR_NOT_ENOUGH_MEMORY;
+        return location.store->ReadFailed(ERROR_NOT_ENOUGH_MEMORY);
     Append(location.path, subKey);
     const LSTATUS found = location.store->FindKey(location.path);
     if (found != ERROR_SUCCESS || Refused(*location.store, access))
@@ -159,7 +159,7 @@ LSTATUS RegQueryValueExW(HKEY key, LPCWSTR valueName, LPDWORD reserved, LPDWORD 
     if ((location.access & KEY_QUERY_VALUE) == 0)
         return ERROR_ACCESS_DENIED;
     if (platform::FaultPoint("RegQueryValueExW"))
-        return ERROR_NOT_ENOUGH_MEMORY;
+        return location.store->ReadFailed(ERROR_NOT_ENOUGH_MEMORY);
     platform::RegistryValue value;
     const LSTATUS status = location.store->ReadValue(location.path, NameOf(valueName), value);
     return status == ERROR_SUCCESS ? CopyOut(value, type, data, size) : status;

@@ -146,9 +146,10 @@ int RegistryStore::Open(int flags)
         return SQLITE_OK;
     struct stat info = {};
     const bool exists = !m_path.empty() && stat(m_path.c_str(), &info) == 0;
-    if (!exists && (flags & SQLITE_OPEN_CREATE) == 0)
+    const bool absent = m_path.empty() || (!exists && (errno == ENOENT || errno == ENOTDIR));
+    if (absent && (flags & SQLITE_OPEN_CREATE) == 0)
         return kNotThere;
-    if (m_path.empty() || (exists && !S_ISREG(info.st_mode)))
+    if (m_path.empty() || (!exists && !absent) || (exists && !S_ISREG(info.st_mode)))
         return SQLITE_CANTOPEN;
     PrepareSqlite();
     sqlite3* database = nullptr;
@@ -276,7 +277,20 @@ LONG RegistryStore::Writing(Work work)
         }));
 }
 
+LONG RegistryStore::ReadFailed(LONG error)
+{
+    m_failedRead = error;
+    m_seen.clear();
+    return error;
+}
+
 LONG RegistryStore::FindKey(std::u16string_view path)
+{
+    const LONG result = LookUpKey(path);
+    return result == ERROR_SUCCESS || result == ERROR_FILE_NOT_FOUND ? result : ReadFailed(result);
+}
+
+LONG RegistryStore::LookUpKey(std::u16string_view path)
 {
     if (path.empty())
         return ERROR_SUCCESS;
@@ -296,8 +310,18 @@ LONG RegistryStore::FindKey(std::u16string_view path)
 
 LONG RegistryStore::ReadValue(std::u16string_view path, std::u16string_view name, RegistryValue& value)
 {
-    const std::string foldedPath = Fold(path);
-    const std::string foldedName = Fold(name);
+    std::string foldedPath = Fold(path);
+    std::string foldedName = Fold(name);
+    const LONG result = LookUpValue(foldedPath, foldedName, value);
+    if (result != ERROR_SUCCESS && result != ERROR_FILE_NOT_FOUND)
+        return ReadFailed(result);
+    if (m_failedRead != ERROR_SUCCESS)
+        m_seen.emplace(std::move(foldedPath), std::move(foldedName));
+    return result;
+}
+
+LONG RegistryStore::LookUpValue(const std::string& foldedPath, const std::string& foldedName, RegistryValue& value)
+{
     return Reading(
         [&]
         {
@@ -343,22 +367,24 @@ int RegistryStore::CreateMissing(std::u16string_view path, bool& created)
 LONG RegistryStore::CreateKey(std::u16string_view path, bool& created)
 {
     created = false;
-    const LONG found = FindKey(path);
+    const LONG found = LookUpKey(path);
     return found == ERROR_FILE_NOT_FOUND ? Writing([&] { return CreateMissing(path, created); }) : found;
 }
 
 LONG RegistryStore::WriteValue(std::u16string_view path, std::u16string_view name, DWORD type, RegistryBytes data)
 {
-    RegistryValue present;
-    const LONG found = ReadValue(path, name, present);
-    if (found == ERROR_SUCCESS && present.type == type && std::ranges::equal(present.data, data))
-        return ERROR_SUCCESS;
-    if (found != ERROR_SUCCESS && found != ERROR_FILE_NOT_FOUND)
-        return found;
     const std::string foldedPath = Fold(path);
     const std::string foldedName = Fold(name);
+    RegistryValue present;
+    const LONG found = LookUpValue(foldedPath, foldedName, present);
+    if (found == ERROR_SUCCESS && present.type == type && std::ranges::equal(present.data, data))
+        return ERROR_SUCCESS;
+    if (found == ERROR_SUCCESS && m_failedRead != ERROR_SUCCESS && !m_seen.contains({foldedPath, foldedName}))
+        return m_failedRead;
+    if (found != ERROR_SUCCESS && found != ERROR_FILE_NOT_FOUND)
+        return found;
     const std::string spelling = Utf8FromUtf16(name);
-    return Writing(
+    const LONG written = Writing(
         [&]
         {
             // An existing value keeps the spelling of its name.
@@ -377,14 +403,17 @@ LONG RegistryStore::WriteValue(std::u16string_view path, std::u16string_view nam
             // No row: the key has been deleted since it was opened.
             return result == SQLITE_OK && sqlite3_changes(m_database.get()) == 0 ? kNotThere : result;
         });
+    if (written == ERROR_SUCCESS && m_failedRead != ERROR_SUCCESS)
+        m_seen.emplace(foldedPath, foldedName);
+    return written;
 }
 
 LONG RegistryStore::DeleteValue(std::u16string_view path, std::u16string_view name)
 {
-    RegistryValue present;
-    const LONG found = ReadValue(path, name, present);
     const std::string foldedPath = Fold(path);
     const std::string foldedName = Fold(name);
+    RegistryValue present;
+    const LONG found = LookUpValue(foldedPath, foldedName, present);
     return found != ERROR_SUCCESS ? found
                                   : Writing(
                                         [&]
@@ -402,7 +431,7 @@ LONG RegistryStore::DeleteValue(std::u16string_view path, std::u16string_view na
 
 LONG RegistryStore::DeleteTree(std::u16string_view path, bool itself)
 {
-    const LONG found = FindKey(path);
+    const LONG found = LookUpKey(path);
     if (found != ERROR_SUCCESS)
         return found;
     const std::string folded = Fold(path);
@@ -422,9 +451,7 @@ LONG RegistryStore::DeleteTree(std::u16string_view path, bool itself)
                                    " WHERE path = ?1 OR (path >= ?2 AND path < ?3))",
                                    bind);
             if (result != SQLITE_OK)
-            {
                 return result;
-            }
             return Run(m_database.get(),
                        itself ? "DELETE FROM keys WHERE id <> 0 AND (path = ?1 OR (path >= ?2 AND path < ?3))"
                               : "DELETE FROM keys WHERE id <> 0 AND path <> ?1 AND path >= ?2 AND path < ?3",

@@ -4,7 +4,9 @@
 #include "platform/registry/sqlite_statement.h"
 
 #include "windef.h"
+#include "winerror.h"
 
+#include <set>
 #include <string>
 #include <string_view>
 #include <sys/types.h>
@@ -27,6 +29,10 @@ using RegistryBytes = std::span<const unsigned char>;
 /// ERROR_BADDB for a damaged file that could not be set aside.
 ///
 /// The file is opened by the first call that needs it. Reading never creates it.
+///
+/// Once a read has failed for another reason than that there is nothing to read, a value that is there is overwritten
+/// only after it has been read: who was told nothing about it would write what lacks all that it held. Until then
+/// WriteValue returns the error that the read returned.
 class RegistryStore
 {
 public:
@@ -36,6 +42,8 @@ public:
     RegistryStore& operator=(const RegistryStore&) = delete;
 
     LONG FindKey(std::u16string_view path);
+    /// Notes that a read has failed which did not get as far as the store; returns `error`.
+    LONG ReadFailed(LONG error);
     /// Creates a key and all above it, unless it exists.
     LONG CreateKey(std::u16string_view path, bool& created);
     LONG ReadValue(std::u16string_view path, std::u16string_view name, RegistryValue& value);
@@ -56,6 +64,8 @@ private:
     int InTransaction(Work work);
     template <typename Work>
     int Attempt(Work work);
+    LONG LookUpKey(std::u16string_view path);
+    LONG LookUpValue(const std::string& foldedPath, const std::string& foldedName, RegistryValue& value);
     int Open(int flags);
     int OpenForWriting();
     int CheckWhole();
@@ -72,7 +82,9 @@ private:
     ino_t m_inode = 0;
     bool m_checked = false; ///< the whole file was read and found sound, as it is before the first write
     int m_waitsLeft = 0;
-    bool m_keepWaiting = true; ///< false after a wait in vain, until a call succeeds
+    bool m_keepWaiting = true;                            ///< false after a wait in vain, until a call succeeds
+    LONG m_failedRead = ERROR_SUCCESS;                    ///< of the last read that failed
+    std::set<std::pair<std::string, std::string>> m_seen; ///< values, by folded names, read or written since then
     SqliteStatement m_findKey;
     SqliteStatement m_readValue;
 };

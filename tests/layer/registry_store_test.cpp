@@ -239,6 +239,74 @@ TEST_F(RegistryFile, ALockedStoreIsWaitedForBrieflyAndOnce)
     EXPECT_EQ(Save(store, {9}), ERROR_SUCCESS);
 }
 
+// A store that was locked while the menu opened, and free when the user clicked, lost what had not been read.
+TEST_F(RegistryFile, WhatCouldNotBeReadIsNotOverwritten)
+{
+    MakeStore();
+    RegistryStore store(m_path);
+    const Data bits{0, 0, 1, 0};
+    const auto saveOptions = [&](const Data& data)
+    { return store.WriteValue(u"Software\\Orb", u"Options", REG_DWORD, data); };
+    ASSERT_EQ(saveOptions(bits), ERROR_SUCCESS);
+    const auto whileLocked = [&](auto read)
+    {
+        RawDatabase other(m_path);
+        other("BEGIN EXCLUSIVE");
+        EXPECT_EQ(read(), ERROR_LOCK_VIOLATION);
+        other("ROLLBACK");
+    };
+    RegistryValue value;
+    const auto readOptions = [&] { return store.ReadValue(u"SOFTWARE\\orb", u"options", value); };
+
+    whileLocked(readOptions);
+    EXPECT_EQ(saveOptions({7, 0, 0, 0}), ERROR_LOCK_VIOLATION);
+    EXPECT_EQ(saveOptions(bits), ERROR_SUCCESS) << "which is what it is already";
+    EXPECT_EQ(Save(store, {9}), ERROR_LOCK_VIOLATION) << "neither is what nobody has asked for since";
+    EXPECT_EQ(Load(store), (Data{1, 2, 3}));
+    EXPECT_EQ(Save(store, {9}), ERROR_SUCCESS) << "what has been read may be written";
+    EXPECT_EQ(Save(store, {8}), ERROR_SUCCESS) << "more than once";
+    EXPECT_EQ(saveOptions({7, 0, 0, 0}), ERROR_LOCK_VIOLATION) << "and the other one still not";
+    EXPECT_EQ(readOptions(), ERROR_SUCCESS);
+    EXPECT_EQ(value.data, bits);
+    EXPECT_EQ(saveOptions({7, 0, 0, 0}), ERROR_SUCCESS);
+
+    whileLocked([&] { return store.FindKey(u"Software\\Orb"); });
+    EXPECT_EQ(saveOptions(bits), ERROR_LOCK_VIOLATION) << "a key that cannot be opened hides its values";
+    EXPECT_EQ(store.WriteValue(u"Software\\Orb", u"new", REG_DWORD, bits), ERROR_SUCCESS) << "nothing is lost by that";
+    EXPECT_EQ(store.WriteValue(u"Software\\Orb", u"new", REG_DWORD, Data{5}), ERROR_SUCCESS);
+    EXPECT_EQ(store.DeleteTree(u"Software", true), ERROR_SUCCESS) << "deleting does not build on what was read";
+}
+
+// A save that finds the store locked is lost, and no other one with it.
+TEST_F(RegistryFile, AFailedSaveDoesNotForbidTheNext)
+{
+    MakeStore();
+    RegistryStore store(m_path);
+    EXPECT_EQ(Load(store), (Data{1, 2, 3}));
+    RawDatabase other(m_path);
+    other("BEGIN EXCLUSIVE");
+    EXPECT_EQ(Save(store, {9}), ERROR_LOCK_VIOLATION);
+    other("ROLLBACK");
+    EXPECT_EQ(Save(store, {9}), ERROR_SUCCESS);
+}
+
+// A place that cannot be looked at was taken for one without a store.
+TEST_F(RegistryFile, AFolderThatMayNotBeEnteredIsNoEmptyStore)
+{
+    MakeStore();
+    const auto asUser = [&]
+    {
+        fs::permissions(m_path.parent_path(), fs::perms::owner_all);
+        DropPrivileges();
+        RegistryStore store(m_path);
+        Load(store);
+        _exit(m_status == ERROR_ACCESS_DENIED ? 0 : 1);
+    };
+    if (geteuid() != 0)
+        GTEST_SKIP() << "needs root to become somebody else than the folder's owner";
+    EXPECT_EXIT(asUser(), testing::ExitedWithCode(0), "");
+}
+
 TEST_F(RegistryFile, AReadOnlyFolderIsReadAndLeftAlone)
 {
     MakeStore();

@@ -7,6 +7,7 @@
 #include "tests/scenarios/privileges.h"
 
 #include "app/launcher_state.h"
+#include "app/options.h"
 #include "content/item_key.h"
 #include "content/ordering.h"
 #include "platform/registry/store.h"
@@ -15,6 +16,7 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <sys/resource.h>
@@ -31,13 +33,14 @@ namespace
 const WString kRoot = TEXT("Software\\Quillfen\\OrbLauncher\\Layout");
 constexpr const char* kNames[] = {"a", "b", "c"};
 
+/// The bytes of an order; "|" is a separator.
 std::vector<std::uint8_t> Order(const Labels& names)
 {
     MenuItems items;
     for (const std::string& name : names)
     {
         items.emplace_back();
-        items.back().key = ItemKey(Widen(name));
+        items.back().key = name == "|" ? SeparatorKey : ItemKey(Widen(name));
     }
     return EncodeOrder(items);
 }
@@ -78,6 +81,24 @@ protected:
         platform::RegistryValue value;
         store.ReadValue(kRoot, TEXT("m_layout"), value);
         return value.data;
+    }
+
+    void StoreOptions(std::uint32_t options)
+    {
+        platform::RegistryStore store(m_file);
+        const auto* bytes = reinterpret_cast<const unsigned char*>(&options);
+        ASSERT_EQ(store.WriteValue(kRoot, TEXT("options"), REG_DWORD, {bytes, sizeof options}), ERROR_SUCCESS);
+    }
+
+    std::uint32_t StoredOptions()
+    {
+        platform::RegistryStore store(m_file);
+        platform::RegistryValue value;
+        EXPECT_EQ(store.ReadValue(kRoot, TEXT("options"), value), ERROR_SUCCESS);
+        std::uint32_t options = 0;
+        EXPECT_EQ(value.data.size(), sizeof options);
+        std::memcpy(&options, value.data.data(), std::min(sizeof options, value.data.size()));
+        return options;
     }
 
     std::string Content(const fs::path& file)
@@ -213,15 +234,13 @@ TEST_F(Store, ALockedOneIsLeftAlone)
     EXPECT_FALSE(fs::exists(Aside()));
 }
 
-TEST_F(Store, OptionsThatCouldNotBeReadAtTheStartAreNotOverwritten)
+// The options had not been read, and a click on a separator wrote them without any bit but its own.
+TEST_F(Store, AClickOnASeparatorKeepsTheOptionsThatALockHid)
 {
-    // A click beside the items wrote an options word that had lost every bit but the style's.
-    constexpr std::uint8_t kOptions[] = {0x04, 0x80, 0, 0};
-    MakeStore();
-    {
-        platform::RegistryStore store(m_file);
-        ASSERT_EQ(store.WriteValue(kRoot, TEXT("options"), REG_DWORD, kOptions), ERROR_SUCCESS);
-    }
+    const Labels arranged{"c", "|", "a", "b"};
+    constexpr std::uint32_t kOptions = 0x40000000 | OPTION_SHORT_DASHES;
+    MakeStore(arranged);
+    StoreOptions(kOptions);
     Alone(
         [&]
         {
@@ -230,19 +249,18 @@ TEST_F(Store, OptionsThatCouldNotBeReadAtTheStartAreNotOverwritten)
             for (const char* name : kNames)
                 desk.MakeFile(name);
             desk.Launch("100,700,0");
+            EXPECT_EQ(desk.Items(), (Labels{"a", "b", "c"}));
             other.End();
-            const RECT last = desk.ItemBounds("c");
-            desk.MoveTo({last.left + 5, last.bottom + 1});
-            desk.PressMouse();
-            desk.ReleaseMouse();
-            EXPECT_EQ(g_launcher.m_options, 0x10000u) << "the click has come through";
+            desk.SendNotice();
+            desk.Settle();
+            EXPECT_EQ(desk.Items(), arranged);
+            desk.Click("|");
+            EXPECT_EQ(g_launcher.m_options, OPTION_LONG_DASHES) << "the click counts for this menu";
+            desk.Settle();
+            EXPECT_EQ(desk.Items(), arranged);
         });
-    platform::RegistryStore store(m_file);
-    platform::RegistryValue value;
-    ASSERT_EQ(store.ReadValue(kRoot, TEXT("options"), value), ERROR_SUCCESS);
-    ASSERT_EQ(value.data.size(), 4u);
-    EXPECT_EQ(value.data[0], 0x04);
-    EXPECT_EQ(value.data[1], 0x80);
+    EXPECT_EQ(StoredOptions(), kOptions);
+    EXPECT_EQ(Stored(), Order(arranged));
 }
 
 TEST_F(Store, AReadOnlyOneIsLeftAlone)
