@@ -1,27 +1,32 @@
 // The cache folder and its files.
 #include "platform/base/cache_folder.h"
 
+#include "platform/base/file_content.h"
 #include "platform/base/product.h"
-#include "platform/base/unique_fd.h"
 #include "platform/base/xdg_folders.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
-#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <utility>
 
 namespace platform
 {
 namespace
 {
 
+bool IsOwnAlone(const struct stat& status)
+{
+    return status.st_uid == geteuid() && (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+}
+
 std::string MakeCacheFolder()
 {
     const std::string folder = CacheHome() + "/" ORB_PRODUCT;
-    return MakeFolders(folder) ? folder : std::string();
+    struct stat status;
+    const bool trusted = MakeFolders(folder) && stat(folder.c_str(), &status) == 0 && IsOwnAlone(status);
+    return trusted ? folder : std::string();
 }
 
 } // namespace
@@ -30,6 +35,14 @@ const std::string& CacheFolder()
 {
     static const std::string& folder = *new std::string(MakeCacheFolder());
     return folder;
+}
+
+UniqueFd OpenCacheFile(const std::string& path)
+{
+    UniqueFd file = OpenFile(path);
+    struct stat status;
+    const bool trusted = file && fstat(file.Get(), &status) == 0 && IsOwnAlone(status);
+    return trusted ? std::move(file) : UniqueFd();
 }
 
 bool ReplaceCacheFile(const std::string& path, std::string_view content)
@@ -43,39 +56,6 @@ bool ReplaceCacheFile(const std::string& path, std::string_view content)
         return true;
     unlink(temporary.c_str());
     return false;
-}
-
-MappedFile::MappedFile(const std::string& path)
-{
-    const UniqueFd file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    struct stat info = {};
-    if (!file || fstat(file.Get(), &info) != 0 || !S_ISREG(info.st_mode) || info.st_size <= 0)
-        return;
-    const auto size = static_cast<std::size_t>(info.st_size);
-    void* data = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file.Get(), 0);
-    if (data != MAP_FAILED)
-    {
-        m_data = static_cast<const char*>(data);
-        m_size = size;
-    }
-}
-
-MappedFile::~MappedFile()
-{
-    if (m_data != nullptr)
-        munmap(const_cast<char*>(m_data), m_size);
-}
-
-MappedFile::MappedFile(MappedFile&& other) noexcept
-    : m_data(std::exchange(other.m_data, nullptr)), m_size(std::exchange(other.m_size, 0))
-{
-}
-
-MappedFile& MappedFile::operator=(MappedFile&& other) noexcept
-{
-    std::swap(m_data, other.m_data);
-    std::swap(m_size, other.m_size);
-    return *this;
 }
 
 } // namespace platform

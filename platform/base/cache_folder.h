@@ -1,5 +1,10 @@
 // Files that only save time: what they hold can be lost at any moment.
+//
+// They are believed, so they are read and written only where nobody else can have put them: a folder or file that
+// belongs to another user, or that others may write, is as good as none.
 #pragma once
+
+#include "platform/base/unique_fd.h"
 
 #include <string>
 #include <string_view>
@@ -7,26 +12,13 @@
 namespace platform
 {
 
-/// $XDG_CACHE_HOME/orb-launcher, created when missing; empty when it cannot be.
+/// orb-launcher in CacheHome(), created when missing; empty when there is none to be trusted, and so no cache.
 const std::string& CacheFolder();
+
+/// Opens a file of the cache folder for reading; invalid when it is missing or not to be trusted.
+UniqueFd OpenCacheFile(const std::string& path);
 
 /// Replaces the file in one step (temporary file and rename, no fsync). False on failure, which is never an error.
 bool ReplaceCacheFile(const std::string& path, std::string_view content);
-
-/// A read-only view of a whole file, mapped into memory. Move-only; empty when the file is missing or empty.
-class MappedFile
-{
-public:
-    MappedFile() = default;
-    explicit MappedFile(const std::string& path);
-    ~MappedFile();
-    MappedFile(MappedFile&& other) noexcept;
-    MappedFile& operator=(MappedFile&& other) noexcept;
-    std::string_view Content() const { return {m_data, m_size}; }
-
-private:
-    const char* m_data = nullptr;
-    std::size_t m_size = 0;
-};
 
 } // namespace platform

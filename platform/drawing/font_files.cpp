@@ -2,6 +2,7 @@
 #include "platform/drawing/font_files.h"
 
 #include "platform/base/cache_folder.h"
+#include "platform/base/file_content.h"
 #include "platform/drawing/font_cache.h"
 #include "platform/services/text_service_access.h"
 
@@ -23,7 +24,8 @@ std::string CachePath()
 /// Read once: within one run the answers stay as they are.
 FontCache& TheCache()
 {
-    static FontCache& cache = *new FontCache(ReadFontCache(MappedFile(CachePath()).Content(), FontEnvironment()));
+    static FontCache& cache =
+        *new FontCache(ReadFontCache(FileContent(OpenCacheFile(CachePath())).Content(), FontEnvironment()));
     return cache;
 }
 

@@ -3,6 +3,7 @@
 
 #include "platform/base/text.h"
 #include "platform/drawing/font_files.h"
+#include "platform/drawing/font_stream.h"
 #include "platform/drawing/gdi_objects.h"
 #include "platform/drawing/text_rendering.h"
 
@@ -174,11 +175,8 @@ void GlyphFont::OpenFace(const LOGFONTW& font)
         FindFontFile({m_faceName, size, font.lfWeight != 0 ? font.lfWeight : FW_NORMAL, font.lfItalic != 0});
     if (!file || Library() == nullptr)
         return;
-    m_file = MappedFile(file->path);
-    const std::string_view content = m_file.Content();
-    if (content.empty() || FT_New_Memory_Face(Library(), reinterpret_cast<const FT_Byte*>(content.data()),
-                                              static_cast<FT_Long>(content.size()), file->faceIndex, &m_face) != 0)
-        m_face = nullptr;
+    m_stream = std::make_unique<FontStream>(file->path);
+    m_face = m_stream->OpenFace(Library(), file->faceIndex);
 }
 
 bool GlyphFont::SetSize(const LOGFONTW& font)

@@ -4,7 +4,6 @@
 // position, without kerning. Text that is more than that says so (NeedsService) and is left to the text service.
 #pragma once
 
-#include "platform/base/cache_folder.h"
 #include "platform/services/text_service.h"
 
 #include "wingdi.h"
@@ -22,6 +21,8 @@ struct FT_FaceRec_;
 
 namespace platform
 {
+
+class FontStream;
 
 /// Coverage of one glyph, 0 to 255 a pixel.
 struct Glyph
@@ -63,8 +64,8 @@ private:
     std::int16_t ReadAdvance(char16_t unit);
     std::int16_t& AdvanceSlot(char16_t unit);
 
-    MappedFile m_file;
-    FT_FaceRec_* m_face = nullptr; ///< null when no usable font file was found: all text goes to the service
+    std::unique_ptr<FontStream> m_stream; ///< what m_face reads from
+    FT_FaceRec_* m_face = nullptr;        ///< null when no usable font file was found: all text goes to the service
     int m_loadFlags = 0;
     int m_emHeight = 0;
     TEXTMETRICW m_metrics{};

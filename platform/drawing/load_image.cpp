@@ -1,5 +1,5 @@
 // LoadImageW: bitmaps and icons out of resources and files.
-#include "platform/base/cache_folder.h"
+#include "platform/base/file_content.h"
 #include "platform/base/text.h"
 #include "platform/drawing/icon_directory.h"
 
@@ -8,20 +8,15 @@ using namespace platform;
 namespace
 {
 
-// A bitmap file larger than this is no picture of this program's.
-constexpr std::size_t kLargestFile = std::size_t{64} << 20;
-
 std::unique_ptr<BitmapObject> ReadBitmap(HINSTANCE instance, LPCWSTR name, UINT flags)
 {
     if ((flags & LR_LOADFROMFILE) == 0)
         return ReadPackedDib(ResourceBytesOf(instance, name, RT_BITMAP));
     if (IS_INTRESOURCE(name))
         return nullptr;
-    const MappedFile file(PosixFromShellPath(name));
+    const FileContent file(PosixFromShellPath(name));
     const std::string_view content = file.Content();
-    return content.size() <= kLargestFile
-               ? ReadBitmapFile({reinterpret_cast<const unsigned char*>(content.data()), content.size()})
-               : nullptr;
+    return ReadBitmapFile({reinterpret_cast<const unsigned char*>(content.data()), content.size()});
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // Reading a folder, from its snapshot or afresh.
 #include "platform/files/folder_listing.h"
 
+#include "platform/base/cache_folder.h"
 #include "platform/base/file_stamp.h"
 #include "platform/base/unique_fd.h"
 #include "platform/files/file_lister.h"
@@ -44,7 +45,7 @@ void NoteStateBeforeReading(FolderListing& listing, int directory)
 
 void OpenSnapshot(FolderListing& listing)
 {
-    listing.snapshot = MappedFile(SnapshotPath(listing.path));
+    listing.snapshot = FileContent(OpenCacheFile(SnapshotPath(listing.path)));
     listing.snapshotReader = SnapshotReader(listing.snapshot.Content(), listing.path);
 }
 

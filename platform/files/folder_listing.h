@@ -5,7 +5,7 @@
 // an earlier run, and only for files that are new or changed from the desktop module.
 #pragma once
 
-#include "platform/base/cache_folder.h"
+#include "platform/base/file_content.h"
 #include "platform/files/folder_snapshot.h"
 #include "platform/files/listed_file.h"
 
@@ -34,7 +34,7 @@ struct FolderListing
 
     // What the views point into.
     std::vector<std::unique_ptr<char[]>> directoryBlocks;
-    MappedFile snapshot;
+    FileContent snapshot;
     SnapshotReader snapshotReader;
     std::deque<std::string> narrow;
     std::deque<std::u16string> wide;

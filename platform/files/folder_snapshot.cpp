@@ -1,6 +1,7 @@
 // Reading folder snapshots.
 #include "platform/files/folder_snapshot.h"
 
+#include "platform/base/cache_folder.h"
 #include "platform/base/hash_bytes.h"
 #include "platform/base/xdg_folders.h"
 #include "platform/files/names.h"

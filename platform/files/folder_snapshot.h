@@ -1,6 +1,6 @@
 // The snapshot of a folder: the descriptions of its files, kept across runs in the cache folder.
 //
-// One file per folder, mapped and looked up by name. It holds for the locale, the desktop and the MIME data base it was
+// One file per folder, looked up by name. It holds for the locale, the desktop and the MIME data base it was
 // written under, and each entry for the file state that its stamp was made from. A snapshot that is damaged or made for
 // something else is as good as none.
 //
@@ -19,12 +19,12 @@ namespace platform
 
 struct FolderListing;
 
-/// Looks descriptions up in a mapped snapshot.
+/// Looks descriptions up in a snapshot's content.
 class SnapshotReader
 {
 public:
     SnapshotReader() = default;
-    /// `content` must stay mapped. Finds nothing when it is no valid snapshot of the folder.
+    /// `content` must outlive the reader. Finds nothing when it is no valid snapshot of the folder.
     SnapshotReader(std::string_view content, std::string_view folder);
 
     /// Completes `file` (name, kind and stamp are set) from the snapshot; false when it has nothing on that state.
@@ -46,8 +46,8 @@ public:
     std::uint32_t Size() const { return m_entries; }
     /// Where the first file is.
     std::size_t Start() const;
-    /// Reads the file at `offset` and moves the offset on to the next one. The views point into the mapped snapshot.
-    /// False when what is there makes no sense.
+    /// Reads the file at `offset` and moves the offset on to the next one; false when what is there makes no sense. The
+    /// views point into the content.
     bool Read(std::size_t& offset, ListedFile& file) const;
 
 private:

@@ -1,7 +1,7 @@
 // Finding the folders of the desktop and the start menu.
 #include "platform/files/known_folders.h"
 
-#include "platform/base/cache_folder.h"
+#include "platform/base/file_content.h"
 #include "platform/base/xdg_folders.h"
 
 #include <algorithm>
@@ -40,7 +40,7 @@ std::string UnquoteUserFolder(std::string_view value)
 /// The folder that user-dirs.dirs names under `key`, such as "XDG_DESKTOP_DIR"; "" when it names none.
 std::string UserFolder(const char* key)
 {
-    const MappedFile file(ConfigHome() + "/user-dirs.dirs");
+    const FileContent file(ConfigHome() + "/user-dirs.dirs");
     std::string_view rest = file.Content();
     std::string folder;
     while (!rest.empty())

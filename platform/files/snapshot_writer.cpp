@@ -1,6 +1,7 @@
 // Writing folder snapshots, and where they are kept.
 #include "platform/base/byte_reader.h"
 #include "platform/base/cache_folder.h"
+#include "platform/base/file_content.h"
 #include "platform/base/hash_bytes.h"
 #include "platform/files/folder_listing.h"
 #include "platform/files/snapshot_format.h"
@@ -157,7 +158,7 @@ void SaveSnapshot(const FolderListing& listing)
     std::memcpy(out.data() + sizeof header, table.data(), buckets * sizeof(std::uint32_t));
     header.checksum = HashBytes(std::string_view(out).substr(kSnapshotCheckedFrom));
     std::memcpy(out.data(), &header, sizeof header);
-    if (MappedFile(path).Content() == out)
+    if (FileContent(OpenCacheFile(path)).Content() == out)
         return;
     ReplaceCacheFile(path, out);
     PruneSnapshots();

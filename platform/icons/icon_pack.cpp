@@ -5,6 +5,8 @@
 #include "platform/icons/icon_pack.h"
 
 #include "platform/base/byte_reader.h"
+#include "platform/base/cache_folder.h"
+#include "platform/base/file_content.h"
 #include "platform/base/file_stamp.h"
 
 #include <cstring>
@@ -18,6 +20,7 @@ namespace
 constexpr std::uint64_t kFormatVersion = 0x4f52'4249'434f'4e01; // raised whenever the format or the drawing changes
 constexpr std::size_t kMostEntries = 4096;
 constexpr int kLargestSize = 1024;
+constexpr std::uint32_t kLargestIndex = 16 << 20;
 
 struct Header
 {
@@ -57,18 +60,16 @@ bool StillHolds(const std::vector<FileWitness>& witnesses)
     return true;
 }
 
-/// The index of a whole and undamaged pack, "" for any other content.
-std::string_view IndexOf(std::string_view content, int size)
+/// The index of an undamaged pack, "" for any other file.
+std::string ReadIndex(const UniqueFd& file, int size)
 {
     Header header;
-    if (content.size() < sizeof header)
+    if (!file || ReadAt(file.Get(), &header, sizeof header, 0) != sizeof header || header.version != kFormatVersion ||
+        header.size != static_cast<std::uint32_t>(size) || header.indexBytes > kLargestIndex)
         return {};
-    std::memcpy(&header, content.data(), sizeof header);
-    if (header.version != kFormatVersion || header.size != static_cast<std::uint32_t>(size) ||
-        header.indexBytes > content.size() - sizeof header)
-        return {};
-    const std::string_view index = content.substr(sizeof header, header.indexBytes);
-    return HashBytes(index) == header.checksum ? index : std::string_view();
+    std::string index(header.indexBytes, '\0');
+    const bool whole = ReadAt(file.Get(), index.data(), index.size(), sizeof header) == index.size();
+    return whole && HashBytes(index) == header.checksum ? index : std::string();
 }
 
 bool DependenciesHold(ByteReader& reader)
@@ -102,27 +103,36 @@ IconPack::IconPack(std::string themeName, int size) : m_themeName(std::move(them
     const std::string path = PackPath(size);
     if (!path.empty() && size <= kLargestSize)
     {
-        m_file = MappedFile(path);
+        m_file = OpenCacheFile(path);
         Load();
     }
 }
 
 void IconPack::Load()
 {
-    const std::string_view index = IndexOf(m_file.Content(), m_size);
+    const std::string index = ReadIndex(m_file, m_size);
     ByteReader reader(index);
     if (index.empty() || reader.Text() != SearchIdentity(m_themeName) || !DependenciesHold(reader))
         return;
-    std::string_view pictures = m_file.Content().substr(sizeof(Header) + index.size());
-    for (auto left = reader.Value<std::uint32_t>(); left != 0 && pictures.size() >= PixelBytes(); --left)
+    std::uint64_t offset = sizeof(Header) + index.size();
+    for (auto left = reader.Value<std::uint32_t>(); left != 0; --left, offset += PixelBytes())
     {
         std::string key(reader.Text());
-        Entry entry{ReadWitnesses(reader), pictures.data(), reader.Value<std::uint64_t>()};
+        Entry entry{ReadWitnesses(reader), nullptr, offset, reader.Value<std::uint64_t>()};
         if (reader.Failed())
             return;
         m_entries.insert_or_assign(std::move(key), std::move(entry));
-        pictures.remove_prefix(PixelBytes());
     }
+}
+
+/// False when the file has no undamaged picture there.
+bool IconPack::ReadPixels(const Entry& entry, void* pixels) const
+{
+    if (entry.added != nullptr)
+        std::memcpy(pixels, entry.added, PixelBytes());
+    else if (ReadAt(m_file.Get(), pixels, PixelBytes(), entry.offset) != PixelBytes())
+        return false;
+    return HashBytes({static_cast<const char*>(pixels), PixelBytes()}) == entry.checksum;
 }
 
 std::optional<IconImage> IconPack::Find(const std::string& key)
@@ -130,23 +140,20 @@ std::optional<IconImage> IconPack::Find(const std::string& key)
     const auto found = m_entries.find(key);
     if (found == m_entries.end())
         return std::nullopt;
-    const Entry& entry = found->second;
-    if (HashBytes({entry.pixels, PixelBytes()}) != entry.checksum || !StillHolds(entry.witnesses))
-    {
-        m_entries.erase(found);
-        return std::nullopt;
-    }
     IconImage image{m_size, m_size, std::vector<std::uint32_t>(static_cast<std::size_t>(m_size) * m_size)};
-    std::memcpy(image.pixels.data(), entry.pixels, PixelBytes());
-    return image;
+    if (ReadPixels(found->second, image.pixels.data()) && StillHolds(found->second.witnesses))
+        return image;
+    m_entries.erase(found);
+    return std::nullopt;
 }
 
 void IconPack::Add(const std::string& key, std::vector<FileWitness> witnesses, const IconImage& image)
 {
     if (image.width != m_size || image.height != m_size || m_size > kLargestSize || m_added.size() == kMostEntries)
         return;
-    const char* pixels = reinterpret_cast<const char*>(m_added.emplace_back(image.pixels).data());
-    m_entries.insert_or_assign(key, Entry{std::move(witnesses), pixels, HashBytes({pixels, PixelBytes()})});
+    const std::uint32_t* pixels = m_added.emplace_back(image.pixels).data();
+    const std::uint64_t checksum = HashBytes({reinterpret_cast<const char*>(pixels), PixelBytes()});
+    m_entries.insert_or_assign(key, Entry{std::move(witnesses), pixels, 0, checksum});
 }
 
 void IconPack::Save(const std::vector<DirectoryStamp>& dependencies) const
@@ -163,25 +170,31 @@ void IconPack::Save(const std::vector<DirectoryStamp>& dependencies) const
         AppendValue(index, stamp.modified);
     }
     const bool addedOnly = m_entries.size() > kMostEntries; // what nobody showed this time makes room
-    AppendValue(index, static_cast<std::uint32_t>(addedOnly ? m_added.size() : m_entries.size()));
+    std::uint32_t count = 0;
+    std::string entries;
     std::string pictures;
     for (const auto& [key, entry] : m_entries)
     {
-        const bool mapped =
-            entry.pixels >= m_file.Content().data() && entry.pixels < m_file.Content().data() + m_file.Content().size();
-        if (addedOnly && mapped)
+        const std::size_t end = pictures.size();
+        pictures.resize(end + PixelBytes());
+        if ((addedOnly && entry.added == nullptr) || !ReadPixels(entry, pictures.data() + end))
+        {
+            pictures.resize(end);
             continue;
-        AppendText(index, key);
-        AppendValue(index, static_cast<std::uint32_t>(entry.witnesses.size()));
+        }
+        AppendText(entries, key);
+        AppendValue(entries, static_cast<std::uint32_t>(entry.witnesses.size()));
         for (const FileWitness& witness : entry.witnesses)
         {
-            AppendText(index, witness.path);
-            AppendValue(index, witness.modified);
-            AppendValue(index, witness.size);
+            AppendText(entries, witness.path);
+            AppendValue(entries, witness.modified);
+            AppendValue(entries, witness.size);
         }
-        AppendValue(index, entry.checksum);
-        pictures.append(entry.pixels, PixelBytes());
+        AppendValue(entries, entry.checksum);
+        ++count;
     }
+    AppendValue(index, count);
+    index += entries;
     const Header header{kFormatVersion, HashBytes(index), static_cast<std::uint32_t>(index.size()),
                         static_cast<std::uint32_t>(m_size)};
     std::string out(reinterpret_cast<const char*>(&header), sizeof header);

@@ -1,7 +1,7 @@
 // Reading index.theme files and looking names up.
 #include "platform/icons/icon_theme.h"
 
-#include "platform/base/cache_folder.h"
+#include "platform/base/file_content.h"
 #include "platform/base/file_stamp.h"
 #include "platform/base/xdg_folders.h"
 #include "platform/files/trusted_place.h"
@@ -121,7 +121,7 @@ void IconTheme::Load(std::string_view name)
         return;
     m_loaded.emplace_back(name);
     std::vector<std::string> roots;
-    MappedFile indexFile;
+    FileContent indexFile;
     for (const std::string& base : m_baseFolders)
     {
         const std::string root = base + "/" + m_loaded.back();
@@ -129,7 +129,7 @@ void IconTheme::Load(std::string_view name)
         if (m_dependencies.back().modified == 0)
             continue;
         if (indexFile.Content().empty())
-            indexFile = MappedFile(root + "/index.theme"); // the first one found describes the theme everywhere
+            indexFile = FileContent(root + "/index.theme"); // the first one found describes the theme everywhere
         roots.push_back(root + "/");
     }
     m_themes.push_back(ReadIndex(indexFile.Content(), roots));

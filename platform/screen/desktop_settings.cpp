@@ -1,7 +1,7 @@
 // Settings by name: what the running desktop publishes, else what the user's GTK settings file says.
 #include "platform/screen/desktop_settings.h"
 
-#include "platform/base/cache_folder.h"
+#include "platform/base/file_content.h"
 #include "platform/base/xdg_folders.h"
 #include "platform/screen/screen.h"
 
@@ -54,7 +54,7 @@ void TakeLine(Settings& settings, std::string_view line)
 Settings ReadSettingsFile()
 {
     Settings settings;
-    const MappedFile file(ConfigHome() + "/gtk-3.0/settings.ini");
+    const FileContent file(ConfigHome() + "/gtk-3.0/settings.ini");
     std::string_view rest = file.Content();
     while (!rest.empty())
     {

@@ -1,6 +1,7 @@
 // Handles, clock, cache files and small system calls.
 #include "platform/base/cache_folder.h"
 #include "platform/base/clock.h"
+#include "platform/base/file_content.h"
 #include "platform/base/handle_table.h"
 #include "platform/base/last_error.h"
 #include "platform/base/xdg_folders.h"
@@ -13,6 +14,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <set>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace platform;
@@ -95,18 +97,87 @@ TEST(Clock, StandsStillUnderATest)
     EXPECT_EQ(GetTickCount(), static_cast<DWORD>(start + 250));
 }
 
-TEST(CacheFiles, AreReplacedWholeAndMapped)
+// A file that another program shortened after it had been mapped ended this one.
+TEST(Files, StayAsTheyWereRead)
+{
+    const ScratchFolder scratch;
+    const std::string path = scratch / "file";
+    const std::string text(3 * 4096, 'x');
+    std::ofstream(path) << text;
+    const FileContent content(path);
+    const UniqueFd file = OpenFile(path);
+    std::filesystem::resize_file(path, 1);
+    EXPECT_TRUE(content.Content() == text);
+    EXPECT_EQ(FileContent(file).Content(), "x");
+    char piece[8] = "";
+    EXPECT_EQ(ReadAt(file.Get(), piece, sizeof piece, 0), 1u);
+    EXPECT_EQ(ReadAt(file.Get(), piece, sizeof piece, 4096), 0u);
+}
+
+TEST(Files, OnlyRegularOnesAreOpened)
+{
+    const ScratchFolder scratch;
+    ASSERT_EQ(mkfifo((scratch / "pipe").c_str(), 0600), 0);
+    std::ofstream(scratch / "large");
+    std::filesystem::resize_file(scratch / "large", (64 << 20) + 1);
+    EXPECT_FALSE(OpenFile(scratch / "pipe")) << "nor waited for";
+    EXPECT_FALSE(OpenFile(scratch / "."));
+    EXPECT_FALSE(OpenFile(scratch / "missing"));
+    EXPECT_TRUE(OpenFile(scratch / "large"));
+    EXPECT_TRUE(FileContent(scratch / "large").Content().empty());
+}
+
+TEST(CacheFiles, AreReplacedWhole)
 {
     const ScratchFolder scratch;
     const std::string path = scratch / "cache";
-    EXPECT_TRUE(MappedFile(path).Content().empty());
+    const auto content = [&] { return std::string(FileContent(OpenCacheFile(path)).Content()); };
+    EXPECT_EQ(content(), "");
     ASSERT_TRUE(ReplaceCacheFile(path, "first"));
-    const MappedFile first(path);
+    const UniqueFd first = OpenCacheFile(path);
     ASSERT_TRUE(ReplaceCacheFile(path, "second"));
-    EXPECT_EQ(first.Content(), "first") << "a mapped file is not written into";
-    EXPECT_EQ(MappedFile(path).Content(), "second");
+    EXPECT_EQ(FileContent(first).Content(), "first") << "a file that is being read is not written into";
+    EXPECT_EQ(content(), "second");
     EXPECT_FALSE(ReplaceCacheFile(scratch / "missing/cache", "x"));
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(scratch / "."), {}), 1) << "no temporary file is left";
+}
+
+// Anybody who could write there could tell the program what it shows and which files it reads.
+TEST(CacheFiles, AreOnlyBelievedWhereNobodyElseCanWrite)
+{
+    const ScratchFolder scratch;
+    const std::string path = scratch / "cache";
+    ASSERT_TRUE(ReplaceCacheFile(path, "mine"));
+    EXPECT_TRUE(OpenCacheFile(path));
+    for (const mode_t mode : {0620, 0602})
+    {
+        chmod(path.c_str(), mode);
+        EXPECT_FALSE(OpenCacheFile(path)) << std::oct << mode;
+    }
+    chmod(path.c_str(), 0644);
+    EXPECT_TRUE(OpenCacheFile(path)) << "what others may read is no danger";
+
+    const std::string folder = scratch / "base/orb-launcher";
+    ASSERT_TRUE(MakeFolders(folder));
+    const auto isTrusted = [&]
+    {
+        setenv("XDG_CACHE_HOME", (scratch / "base").c_str(), 1);
+        _exit(CacheFolder() == folder ? 0 : CacheFolder().empty() ? 1 : 2);
+    };
+    EXPECT_EXIT(isTrusted(), testing::ExitedWithCode(0), "");
+    for (const mode_t mode : {0770, 0702})
+    {
+        chmod(folder.c_str(), mode);
+        EXPECT_EXIT(isTrusted(), testing::ExitedWithCode(1), "") << std::oct << mode;
+    }
+    chmod(folder.c_str(), 0755);
+    EXPECT_EXIT(isTrusted(), testing::ExitedWithCode(0), "");
+    constexpr uid_t kSomebodyElse = 65534;
+    if (chown(folder.c_str(), kSomebodyElse, static_cast<gid_t>(-1)) != 0 ||
+        chown(path.c_str(), kSomebodyElse, static_cast<gid_t>(-1)) != 0)
+        GTEST_SKIP() << "needs root to give files to somebody else";
+    EXPECT_EXIT(isTrusted(), testing::ExitedWithCode(1), "");
+    EXPECT_FALSE(OpenCacheFile(path));
 }
 
 TEST(CacheFiles, FolderIsMadeWithItsParents)

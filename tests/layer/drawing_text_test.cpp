@@ -1,6 +1,8 @@
 // Text by its two paths, and the font cache.
 #include "platform/base/cache_folder.h"
+#include "platform/base/file_content.h"
 #include "platform/drawing/font_cache.h"
+#include "platform/drawing/font_stream.h"
 #include "platform/drawing/gdi_objects.h"
 #include "platform/drawing/glyph_font.h"
 #include "platform/drawing/text_line.h"
@@ -210,11 +212,35 @@ TEST(FontCacheFile, DamageIsAnEmptyCache)
 TEST(FontCacheFile, IsWrittenByTheFirstLookUp)
 {
     GlyphFont::For(LogFont(-23, u"Segoe UI"));
-    const MappedFile file(CacheFolder() + "/fonts");
+    const FileContent file(CacheFolder() + "/fonts");
     const FontCache cache = ReadFontCache(file.Content(), FontEnvironment());
     EXPECT_FALSE(cache.sources.empty());
     EXPECT_TRUE(std::any_of(cache.fonts.begin(), cache.fonts.end(),
                             [](const CachedFont& font) {
                                 return font.request == FontRequest{"Segoe UI", 23, 400, false};
                             }));
+}
+
+// A font that another program shortened while it was mapped ended this one.
+TEST(FontFiles, MayShrinkWhileTheyAreRead)
+{
+    const std::optional<FontFile> font = FindFontFile({"Sans", 20, 400, false});
+    ASSERT_TRUE(font);
+    const std::string copy = CacheFolder() + "/shrinking.ttf";
+    std::filesystem::copy_file(font->path, copy, std::filesystem::copy_options::overwrite_existing);
+    FT_Library library = nullptr;
+    ASSERT_EQ(FT_Init_FreeType(&library), 0);
+    FontStream stream(copy);
+    const FT_Face face = stream.OpenFace(library, font->faceIndex);
+    ASSERT_NE(face, nullptr);
+    ASSERT_EQ(FT_Set_Pixel_Sizes(face, 0, 20), 0);
+    EXPECT_EQ(FT_Load_Char(face, 'a', FT_LOAD_RENDER), 0);
+    std::filesystem::resize_file(copy, 100);
+    int missing = 0;
+    for (FT_UInt glyph = 0; glyph < static_cast<FT_UInt>(face->num_glyphs); ++glyph)
+        missing += FT_Load_Glyph(face, glyph, FT_LOAD_RENDER) != 0;
+    EXPECT_GT(missing, 0) << "which are then not drawn";
+    EXPECT_EQ(FontStream(copy).OpenFace(library, 0), nullptr) << "and a file like that is no font";
+    FT_Done_Face(face);
+    FT_Done_FreeType(library);
 }

@@ -286,7 +286,7 @@ TEST(ShellSnapshots, AListThatBreaksOffIsNotTakenForWhole)
     EXPECT_EQ(Items(folder).size(), 2u);
     RunDeferred();
     EXPECT_TRUE(
-        platform::SnapshotReader(platform::MappedFile(snapshot.native()).Content(), folder.native()).ListsWhole())
+        platform::SnapshotReader(platform::FileContent(snapshot.native()).Content(), folder.native()).ListsWhole())
         << "it has been renewed";
 }
 

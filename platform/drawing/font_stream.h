@@ -1,0 +1,40 @@
+// A font file as FreeType reads it: piece by piece. Fonts may be as large as 20 MB, of which a menu needs little.
+#pragma once
+
+#include "platform/base/unique_fd.h"
+
+#include <ft2build.h>
+#include FT_FREETYPE_H
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+namespace platform
+{
+
+/// Must outlive the faces that are opened on it.
+class FontStream
+{
+public:
+    explicit FontStream(const std::string& path);
+    FontStream(const FontStream&) = delete;
+    FontStream& operator=(const FontStream&) = delete;
+
+    /// Null when the file is missing or no font.
+    FT_Face OpenFace(FT_Library library, int faceIndex);
+
+private:
+    static unsigned long Read(FT_Stream stream, unsigned long offset, unsigned char* buffer, unsigned long count);
+    std::size_t ReadSmall(std::uint64_t offset, unsigned char* buffer, std::size_t count);
+
+    static constexpr std::size_t kPage = 4096;
+
+    UniqueFd m_file;
+    std::array<unsigned char, 2 * kPage> m_pages; ///< read last; most reads are of a few bytes near the one before
+    std::uint64_t m_start = 0;                    ///< where m_pages begin in the file
+    std::size_t m_filled = 0;
+    FT_StreamRec m_stream{};
+};
+
+} // namespace platform
