@@ -10,30 +10,39 @@ namespace platform
 namespace
 {
 
-using WorkQueue = std::deque<std::function<void()>>;
-
-void RunAllDeferred()
+struct Piece
 {
-    while (RunOneDeferred())
-    {
-    }
-}
+    AtExit atExit;
+    std::function<void()> work;
+};
+using WorkQueue = std::deque<Piece>;
+
+void RunLeftOver();
 
 WorkQueue& Queue()
 {
     static auto& queue = *[]
     {
-        std::atexit(RunAllDeferred);
+        std::atexit(RunLeftOver);
         return new WorkQueue;
     }();
     return queue;
 }
 
+void RunLeftOver()
+{
+    for (WorkQueue& queue = Queue(); !queue.empty();)
+        if (queue.front().atExit == AtExit::Do)
+            RunOneDeferred();
+        else
+            queue.pop_front();
+}
+
 } // namespace
 
-void Defer(std::function<void()> work)
+void Defer(AtExit atExit, std::function<void()> work)
 {
-    Queue().push_back(std::move(work));
+    Queue().push_back({atExit, std::move(work)});
 }
 
 bool HasDeferredWork()
@@ -46,7 +55,7 @@ bool RunOneDeferred()
     WorkQueue& queue = Queue();
     if (queue.empty())
         return false;
-    const std::function<void()> work = std::move(queue.front());
+    const std::function<void()> work = std::move(queue.front().work);
     queue.pop_front();
     work();
     return true;

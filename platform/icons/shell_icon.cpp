@@ -45,12 +45,12 @@ public:
         if (!m_savePending)
         {
             m_savePending = true;
-            Defer(
-                [this]
-                {
-                    m_savePending = false;
-                    m_pack.Save(Theme().Dependencies());
-                });
+            Defer(AtExit::Do,
+                  [this]
+                  {
+                      m_savePending = false;
+                      m_pack.Save(Theme().Dependencies());
+                  });
         }
     }
 

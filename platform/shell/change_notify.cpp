@@ -203,7 +203,7 @@ ULONG SHChangeNotifyRegister(HWND window, int sources, LONG events, UINT message
     if (read != all.readStamps.end())
         registration->FolderRead(read->second);
     all.byId.emplace(++all.lastId, registration);
-    platform::Defer([registration] { platform::BeginWatch(registration); });
+    platform::Defer(platform::AtExit::Drop, [registration] { platform::BeginWatch(registration); });
     return all.lastId;
 }
 

@@ -83,9 +83,9 @@ HRESULT ShellFolder::EnumObjects(HWND, SHCONTF flags, IEnumIDList** result)
     *result = new ItemEnumerator(listing, flags);
     FolderWasRead(*listing);
     if (listing->worthSaving)
-        Defer([listing] { SaveSnapshot(*listing); });
+        Defer(AtExit::Do, [listing] { SaveSnapshot(*listing); });
     else if (listing->fromSnapshot && !listing->lastSeen)
-        Defer([listing] { VerifyListing(*listing); });
+        Defer(AtExit::Drop, [listing] { VerifyListing(*listing); });
     return S_OK;
 }
 

@@ -1,6 +1,7 @@
 // Handles, clock, cache files and small system calls.
 #include "platform/base/cache_folder.h"
 #include "platform/base/clock.h"
+#include "platform/base/deferred.h"
 #include "platform/base/file_content.h"
 #include "platform/base/handle_table.h"
 #include "platform/base/last_error.h"
@@ -9,6 +10,7 @@
 #include "windows.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -242,6 +244,26 @@ TEST(XdgFolders, AreMadeWithTheirParentsOrTellWhyNot)
     EXPECT_FALSE(MakeFolders(scratch / "file/below"));
     EXPECT_EQ(errno, ENOTDIR);
     EXPECT_FALSE(MakeFolders(""));
+}
+
+// The watch of a folder that closes was still begun, beside the program just started.
+TEST(DeferredWork, OnlyWhatMustNotBeLostIsDoneAtExit)
+{
+    const auto say = [](const char* text) { return [text] { std::fputs(text, stderr); }; };
+    const auto leave = [&](bool pumpFirst)
+    {
+        Defer(AtExit::Drop, say("a"));
+        Defer(AtExit::Do, say("B"));
+        Defer(AtExit::Drop, say("c"));
+        Defer(AtExit::Drop, say("d"));
+        Defer(AtExit::Do, say("E"));
+        Defer(AtExit::Drop, say("f"));
+        while (pumpFirst && RunOneDeferred())
+            continue;
+        std::exit(0);
+    };
+    EXPECT_EXIT(leave(false), testing::ExitedWithCode(0), "^BE$");
+    EXPECT_EXIT(leave(true), testing::ExitedWithCode(0), "^aBcdEf$");
 }
 
 TEST(SystemCalls, MulDivRoundsHalvesAway)
