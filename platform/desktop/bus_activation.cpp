@@ -84,6 +84,7 @@ struct Outcome
     std::mutex mutex;
     std::condition_variable known;
     bool isKnown = false;
+    bool isAwaited = true;
     std::string reason;
 };
 
@@ -97,7 +98,10 @@ std::string ActivateOverBus(BusRequest request, std::function<std::string()> run
     {
         std::string reason = CallApplication(request) ? "" : runCommand();
         const std::lock_guard lock(outcome->mutex);
-        outcome->reason = std::move(reason);
+        if (!outcome->isAwaited)
+            end->Fail(std::move(reason));
+        else
+            outcome->reason = std::move(reason);
         outcome->isKnown = true;
         outcome->known.notify_one();
     };
@@ -111,6 +115,7 @@ std::string ActivateOverBus(BusRequest request, std::function<std::string()> run
     }
     std::unique_lock lock(outcome->mutex);
     outcome->known.wait_for(lock, kPatience, [&] { return outcome->isKnown; });
+    outcome->isAwaited = false;
     return outcome->reason;
 }
 

@@ -18,7 +18,8 @@ struct BusRequest
 
 /// Asks the application to activate itself, or to open the URIs, from a thread of its own. When the bus cannot have it
 /// started, `runCommand` is tried on that thread. Waits a moment for a failure; returns "" when there was none so far,
-/// else the reason. `end` is kept until the application has answered.
+/// else the reason. `end` is kept until the application has answered, five seconds at most, and told a failure that
+/// comes after that moment.
 std::string ActivateOverBus(BusRequest request, std::function<std::string()> runCommand,
                             std::shared_ptr<LaunchEnd> end);
 

@@ -17,6 +17,7 @@ namespace
 {
 
 constexpr char kGroup[] = G_KEY_FILE_DESKTOP_GROUP;
+constexpr char kInvalidEntry[] = "It is not a valid desktop entry.";
 constexpr char kExecKey[] = G_KEY_FILE_DESKTOP_KEY_EXEC;
 
 std::string Quoted(const std::string& text)
@@ -107,26 +108,37 @@ std::string Announce(GKeyFile* entry, const char* program)
     return AnnounceStart(name.c_str(), icon.c_str(), program);
 }
 
-/// Starts the entry's command line.
-std::string RunCommand(GKeyFile* entry, const std::string& path, const std::vector<std::string>& uris)
+std::string LaunchInfo(GDesktopAppInfo* info, const std::vector<std::string>& uris, const std::string& startupId)
 {
-    const std::string unusable = WhyUnusable(entry);
-    if (!unusable.empty())
-        return unusable;
-    const GObjectOwner<GDesktopAppInfo> info = InfoForCommand(entry, path);
-    if (info == nullptr)
-        return "It is not a valid desktop entry.";
     GList* list = nullptr;
     for (const std::string& uri : uris)
         list = g_list_append(list, const_cast<char*>(uri.c_str()));
-    const auto context = MakeLaunchContext(Announce(entry, g_app_info_get_executable(G_APP_INFO(info.get()))));
+    const auto context = MakeLaunchContext(startupId);
     GError* error = nullptr;
     const bool started =
-        g_desktop_app_info_launch_uris_as_manager(info.get(), list, context.get(), kDetachedSpawnFlags, DetachChild,
-                                                  nullptr, nullptr, nullptr, &error) != FALSE;
+        g_desktop_app_info_launch_uris_as_manager(info, list, context.get(), kDetachedSpawnFlags, DetachChild, nullptr,
+                                                  nullptr, nullptr, &error) != FALSE;
     g_list_free(list);
     const GErrorOwner owner(error);
     return started ? "" : MessageOf(error);
+}
+
+/// Starts the entry's command line. `startupId` is of an announcement that was made already, "" for none; one
+/// announcement serves the whole start and is taken back when it fails.
+std::string RunCommand(const std::string& path, const std::vector<std::string>& uris, std::string startupId)
+{
+    const GKeyFileOwner entry = LoadDesktopEntry(path.c_str());
+    std::string reason = entry != nullptr ? WhyUnusable(entry.get()) : kInvalidEntry;
+    if (reason.empty())
+    {
+        const GObjectOwner<GDesktopAppInfo> info = InfoForCommand(entry.get(), path);
+        if (info != nullptr && startupId.empty())
+            startupId = Announce(entry.get(), g_app_info_get_executable(G_APP_INFO(info.get())));
+        reason = info != nullptr ? LaunchInfo(info.get(), uris, startupId) : kInvalidEntry;
+    }
+    if (!reason.empty())
+        RetractStart(startupId);
+    return reason;
 }
 
 } // namespace
@@ -135,16 +147,11 @@ std::string LaunchEntry(const std::string& entryPath, const std::vector<std::str
                         const std::shared_ptr<LaunchEnd>& end)
 {
     const GKeyFileOwner entry = LoadDesktopEntry(entryPath.c_str());
-    if (entry == nullptr)
-        return "It is not a valid desktop entry.";
-    const auto runCommand = [entryPath, uris]() -> std::string
-    {
-        const GKeyFileOwner copy = LoadDesktopEntry(entryPath.c_str());
-        return copy != nullptr ? RunCommand(copy.get(), entryPath, uris) : "It is not a valid desktop entry.";
-    };
-    if (!EntryFlag(entry.get(), G_KEY_FILE_DESKTOP_KEY_DBUS_ACTIVATABLE))
-        return runCommand();
-    return ActivateOverBus({entryPath, uris, Announce(entry.get(), nullptr)}, runCommand, end);
+    if (entry == nullptr || !EntryFlag(entry.get(), G_KEY_FILE_DESKTOP_KEY_DBUS_ACTIVATABLE))
+        return RunCommand(entryPath, uris, {});
+    const std::string startupId = Announce(entry.get(), nullptr);
+    return ActivateOverBus(
+        {entryPath, uris, startupId}, [=] { return RunCommand(entryPath, uris, startupId); }, end);
 }
 
 } // namespace platform

@@ -5,22 +5,26 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace platform
 {
 
-/// The end of a launch, told once: by Tell(), or by the last owner's going. May move to another thread.
+/// The end of a launch, told by the last owner's going. May move to another thread.
 class LaunchEnd
 {
 public:
     explicit LaunchEnd(LaunchReport report) : m_report(report) {}
-    ~LaunchEnd() { m_report.finished(m_report.context); }
+    ~LaunchEnd() { m_report.finished(m_report.context, m_failure.c_str()); }
     LaunchEnd(const LaunchEnd&) = delete;
     LaunchEnd& operator=(const LaunchEnd&) = delete;
+    /// Has the end say why the launch failed, for one that was taken for started.
+    void Fail(std::string reason) { m_failure = std::move(reason); }
 
 private:
     LaunchReport m_report;
+    std::string m_failure;
 };
 
 /// Starts the application of a desktop entry with the URIs. Returns "" on success, else the reason in one sentence.

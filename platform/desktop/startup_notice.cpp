@@ -6,6 +6,7 @@
 #include <gio/gdesktopappinfo.h>
 #include <xcb/xcb.h>
 
+#include <atomic>
 #include <cstring>
 #include <unistd.h>
 
@@ -104,7 +105,7 @@ std::string Field(const char* key, const char* value)
 
 std::string MakeId(const char* name, std::uint32_t time)
 {
-    static int sequence = 0;
+    static std::atomic<int> sequence = 0; // an activation over D-Bus is announced on a thread of its own
     const char* base = std::strrchr(name, '/') != nullptr ? std::strrchr(name, '/') + 1 : name;
     const GTextOwner plain(g_uri_escape_string(base, nullptr, FALSE));
     return ORB_PRODUCT "-" + std::to_string(getpid()) + "-" + g_get_host_name() + "-" + plain.get() + "-" +
@@ -130,17 +131,11 @@ char* IdOfContext(GAppLaunchContext* context, GAppInfo*, GList*)
     return g_strdup(static_cast<const char*>(g_object_get_data(G_OBJECT(context), kStartupId)));
 }
 
-void LaunchOfContextFailed(GAppLaunchContext*, const char* id)
-{
-    RetractStart(id != nullptr ? id : "");
-}
-
 void InitLaunchContextClass(gpointer classPointer, gpointer)
 {
     auto* contextClass = static_cast<GAppLaunchContextClass*>(classPointer);
     contextClass->get_display = DisplayOfContext;
     contextClass->get_startup_notify_id = IdOfContext;
-    contextClass->launch_failed = LaunchOfContextFailed;
 }
 
 GType LaunchContextType()
@@ -182,8 +177,10 @@ std::string AnnounceStart(const char* name, const char* icon, const char* progra
 
 void RetractStart(const std::string& id)
 {
+    if (id.empty())
+        return;
     NoticeConnection connection;
-    if (connection.Usable() && !id.empty())
+    if (connection.Usable())
         connection.Broadcast("remove:" + Field("ID", id.c_str()));
 }
 

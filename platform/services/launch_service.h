@@ -8,8 +8,9 @@ namespace platform
 
 struct LaunchReport
 {
-    /// Called once, on any thread, when nothing of the launch is left to be done in this process.
-    void (*finished)(void* context);
+    /// Called once, on any thread, when nothing of the launch is left to be done in this process. `failure` is the
+    /// reason, a sentence in UTF-8, why a launch that `open` took for started has failed after all; else "".
+    void (*finished)(void* context, const char* failure);
     void* context;
 };
 

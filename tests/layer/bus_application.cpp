@@ -1,5 +1,6 @@
 // An application that the bus starts: writes down how it was asked, and ends.
-// Usage: bus_application BUS-NAME REPORT
+// Usage: bus_application BUS-NAME REPORT [GO]
+// With GO it refuses, and only once a file of that name is there.
 #include <gio/gio.h>
 
 #include <cstdio>
@@ -16,6 +17,7 @@ constexpr char kInterfaces[] = "<node><interface name='org.freedesktop.Applicati
 
 GMainLoop* g_loop;
 std::string g_report;
+std::string g_go;
 
 void OnCall(GDBusConnection* bus, const char*, const char* path, const char*, const char* method, GVariant* arguments,
             GDBusMethodInvocation* invocation, gpointer)
@@ -24,7 +26,12 @@ void OnCall(GDBusConnection* bus, const char*, const char* path, const char*, co
     std::ofstream(g_report + ".part") << method << " " << path << " " << text << "\n";
     std::rename((g_report + ".part").c_str(), g_report.c_str());
     g_free(text);
-    g_dbus_method_invocation_return_value(invocation, nullptr);
+    while (!g_go.empty() && !g_file_test(g_go.c_str(), G_FILE_TEST_EXISTS))
+        g_poll(nullptr, 0, 2);
+    if (g_go.empty())
+        g_dbus_method_invocation_return_value(invocation, nullptr);
+    else
+        g_dbus_method_invocation_return_dbus_error(invocation, "org.example.Error", "It will not.");
     g_dbus_connection_flush_sync(bus, nullptr, nullptr);
     g_main_loop_quit(g_loop);
 }
@@ -44,9 +51,10 @@ void OnBus(GDBusConnection* bus, const char* name, gpointer)
 
 int main(int argc, char** argv)
 {
-    if (argc != 3)
+    if (argc < 3)
         return 2;
     g_report = argv[2];
+    g_go = argc > 3 ? argv[3] : "";
     g_loop = g_main_loop_new(nullptr, FALSE);
     g_bus_own_name(G_BUS_TYPE_SESSION, argv[1], G_BUS_NAME_OWNER_FLAGS_NONE, OnBus, nullptr, nullptr, nullptr, nullptr);
     g_main_loop_run(g_loop);

@@ -11,11 +11,14 @@
 
 #include <atomic>
 #include <csignal>
+#include <cstdlib>
 #include <fcntl.h>
+#include <poll.h>
 #include <spawn.h>
 #include <sstream>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <xcb/xcb.h>
 
 using namespace shell_test;
 
@@ -31,7 +34,7 @@ std::string Open(const std::filesystem::path& path, std::atomic<int>* ended = nu
     if (service == nullptr)
         return "the desktop module is missing";
     char reason[512] = "";
-    const auto finished = [](void* count) { ++*static_cast<std::atomic<int>*>(count); };
+    const auto finished = [](void* count, const char*) { ++*static_cast<std::atomic<int>*>(count); };
     service->open(path.c_str(), {finished, ended != nullptr ? ended : &ignored}, reason, sizeof reason);
     return reason;
 }
@@ -48,7 +51,21 @@ protected:
               "MimeType=inode/directory;\n");
         Write(Home() / "config/mimeapps.list", "[Default Applications]\ninode/directory=viewer.desktop\n");
         Write(Home() / "bin/view", "#!/bin/sh\nexec \"${1%/*}/tell.sh\" \"$@\"\n", 0755);
+        // The bus reads them when it starts.
+        std::filesystem::create_directories(Home() / "data/dbus-1/services");
+        const auto offer = [](const std::string& name, const std::string& go)
+        {
+            Write(Home() / "data/dbus-1/services" / (name + ".service"),
+                  "[D-BUS Service]\nName=" + name + "\nExec=" + ORB_BUS_APPLICATION + " " + name + " " +
+                      BusReport().native() + " " + go + "\n");
+        };
+        offer("org.example.Orb-Test", "");
+        offer("org.example.Orb-Late", Go().native());
     }
+
+    /// What the applications on the bus tell, and what the late one waits for.
+    static std::filesystem::path BusReport() { return Home() / "bus-report"; }
+    static std::filesystem::path Go() { return Home() / "go"; }
 
     void SetUp() override
     {
@@ -126,6 +143,103 @@ private:
     std::filesystem::path m_folder;
     pid_t m_process = -1;
 };
+
+/// A display of its own, on which it hears what is announced.
+class StartupListener
+{
+public:
+    StartupListener()
+    {
+        int ready[2];
+        if (pipe(ready) != 0)
+            return;
+        const std::string descriptor = std::to_string(ready[1]);
+        std::vector<char*> arguments;
+        for (const char* argument : {"Xvfb", "-displayfd", descriptor.c_str(), "-nolisten", "tcp", "-noreset"})
+            arguments.push_back(const_cast<char*>(argument));
+        arguments.push_back(nullptr);
+        if (posix_spawnp(&m_process, arguments[0], nullptr, nullptr, arguments.data(), environ) != 0)
+            m_process = -1;
+        close(ready[1]);
+        char number[16] = "";
+        if (m_process > 0 && read(ready[0], number, sizeof number - 1) > 0)
+        {
+            std::string display = ":";
+            display += std::to_string(std::atoi(number));
+            setenv("DISPLAY", display.c_str(), 1);
+            m_connection = xcb_connect(nullptr, nullptr);
+            const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
+            const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
+            xcb_change_window_attributes(m_connection, root, XCB_CW_EVENT_MASK, &mask);
+            m_begin = Atom("_NET_STARTUP_INFO_BEGIN");
+        }
+        close(ready[0]);
+    }
+    ~StartupListener()
+    {
+        unsetenv("DISPLAY");
+        if (m_connection != nullptr)
+            xcb_disconnect(m_connection);
+        if (m_process > 0)
+        {
+            kill(m_process, SIGTERM);
+            waitpid(m_process, nullptr, 0);
+        }
+    }
+    StartupListener(const StartupListener&) = delete;
+    StartupListener& operator=(const StartupListener&) = delete;
+
+    bool Ready() const { return m_connection != nullptr; }
+    /// The words that the messages sent so far begin with.
+    std::vector<std::string> Kinds() const
+    {
+        Atom("WM_NAME"); // its reply comes behind every event before
+        std::vector<std::string> kinds;
+        while (xcb_generic_event_t* event = xcb_poll_for_event(m_connection))
+        {
+            const auto* message = reinterpret_cast<xcb_client_message_event_t*>(event);
+            if ((event->response_type & 0x7F) == XCB_CLIENT_MESSAGE && message->type == m_begin)
+            {
+                const std::string text(message->data.data8, message->data.data8 + 20);
+                kinds.push_back(text.substr(0, text.find(':')));
+            }
+            std::free(event);
+        }
+        return kinds;
+    }
+
+private:
+    xcb_atom_t Atom(std::string_view name) const
+    {
+        const auto cookie = xcb_intern_atom(m_connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
+        xcb_intern_atom_reply_t* reply = xcb_intern_atom_reply(m_connection, cookie, nullptr);
+        const xcb_atom_t atom = reply != nullptr ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+        std::free(reply);
+        return atom;
+    }
+
+    pid_t m_process = -1;
+    xcb_connection_t* m_connection = nullptr;
+    xcb_atom_t m_begin = 0;
+};
+
+/// Does what the menu does with an item.
+HRESULT Invoke(const std::filesystem::path& path, LPCSTR verb = MAKEINTRESOURCEA(0))
+{
+    const List list = Parse(path);
+    void* parent = nullptr;
+    LPCITEMIDLIST last = nullptr;
+    EXPECT_EQ(SHBindToParent(list.get(), IID_IShellFolder, &parent, &last), S_OK);
+    const Com<IShellFolder> shellFolder(static_cast<IShellFolder*>(parent));
+    void* object = nullptr;
+    EXPECT_EQ(shellFolder->GetUIObjectOf(nullptr, 1, &last, IID_IContextMenu, nullptr, &object), S_OK);
+    const Com<IContextMenu> contextMenu(static_cast<IContextMenu*>(object));
+    CMINVOKECOMMANDINFOEX info{};
+    info.cbSize = sizeof info;
+    info.fMask = CMIC_MASK_PTINVOKE;
+    info.lpVerb = verb;
+    return contextMenu->InvokeCommand(reinterpret_cast<CMINVOKECOMMANDINFO*>(&info));
+}
 
 std::string ValueOf(const std::string& report, const std::string& key)
 {
@@ -221,13 +335,8 @@ TEST_F(ShellLaunch, AnApplicationThatNoBusCanActivateIsRun)
 TEST_F(ShellLaunch, AnActivatableApplicationIsAskedOverTheBus)
 {
     const std::string name = "org.example.Orb-Test";
-    m_report = Home() / "bus-report";
+    m_report = BusReport();
     std::filesystem::remove(m_report);
-    // The bus reads it when it starts.
-    std::filesystem::create_directories(Home() / "data/dbus-1/services");
-    Write(Home() / "data/dbus-1/services" / (name + ".service"), "[D-BUS Service]\nName=" + name +
-                                                                     "\nExec=" + ORB_BUS_APPLICATION + " " + name +
-                                                                     " " + m_report.native() + "\n");
     const auto entry = m_folder / (name + ".desktop");
     Write(entry,
           "[Desktop Entry]\nType=Application\nName=On the Bus\nExec=" + Tell() + " by-command\nDBusActivatable=true\n");
@@ -258,29 +367,13 @@ TEST_F(ShellLaunch, DocumentsOpenWithTheirApplication)
 
 TEST_F(ShellLaunch, TheMenuOpensItemsAndTellsTheUserWhatFails)
 {
-    const auto invoke = [](const std::filesystem::path& path, LPCSTR verb)
-    {
-        const List list = Parse(path);
-        void* parent = nullptr;
-        LPCITEMIDLIST last = nullptr;
-        EXPECT_EQ(SHBindToParent(list.get(), IID_IShellFolder, &parent, &last), S_OK);
-        const Com<IShellFolder> shellFolder(static_cast<IShellFolder*>(parent));
-        void* object = nullptr;
-        EXPECT_EQ(shellFolder->GetUIObjectOf(nullptr, 1, &last, IID_IContextMenu, nullptr, &object), S_OK);
-        const Com<IContextMenu> contextMenu(static_cast<IContextMenu*>(object));
-        CMINVOKECOMMANDINFOEX info{};
-        info.cbSize = sizeof info;
-        info.fMask = CMIC_MASK_PTINVOKE;
-        info.lpVerb = verb;
-        return contextMenu->InvokeCommand(reinterpret_cast<CMINVOKECOMMANDINFO*>(&info));
-    };
-    EXPECT_EQ(invoke(Entry("Exec=" + Tell() + " by-offset\n"), MAKEINTRESOURCEA(0)), S_OK);
+    EXPECT_EQ(Invoke(Entry("Exec=" + Tell() + " by-offset\n"), MAKEINTRESOURCEA(0)), S_OK);
     EXPECT_EQ(ValueOf(Report(), "arg"), "by-offset");
     std::filesystem::remove(m_report);
-    EXPECT_EQ(invoke(m_folder / "entry.desktop", "OPEN"), S_OK);
+    EXPECT_EQ(Invoke(m_folder / "entry.desktop", "OPEN"), S_OK);
     EXPECT_EQ(ValueOf(Report(), "arg"), "by-offset");
-    EXPECT_EQ(invoke(m_folder / "entry.desktop", "fly"), E_INVALIDARG);
-    EXPECT_EQ(invoke(m_folder / "entry.desktop", MAKEINTRESOURCEA(999)), E_INVALIDARG);
+    EXPECT_EQ(Invoke(m_folder / "entry.desktop", "fly"), E_INVALIDARG);
+    EXPECT_EQ(Invoke(m_folder / "entry.desktop", MAKEINTRESOURCEA(999)), E_INVALIDARG);
 
     std::u16string caption;
     platform::headless::SetIdleHandler(
@@ -293,9 +386,60 @@ TEST_F(ShellLaunch, TheMenuOpensItemsAndTellsTheUserWhatFails)
             platform::headless::ReleaseKey(VK_RETURN);
             return true;
         });
-    EXPECT_EQ(invoke(Entry("Exec=no-such-program-here\n"), MAKEINTRESOURCEA(0)), E_FAIL);
+    EXPECT_EQ(Invoke(Entry("Exec=no-such-program-here\n"), MAKEINTRESOURCEA(0)), E_FAIL);
     platform::headless::SetIdleHandler(nullptr);
     EXPECT_EQ(caption, u"Orb Launcher") << "one box";
+}
+
+// An application that refused after the wait for its answer left the user without a word.
+TEST_F(ShellLaunch, AFailureThatComesLateIsToldToo)
+{
+    std::filesystem::remove(Go());
+    const auto entry = m_folder / "org.example.Orb-Late.desktop";
+    std::filesystem::rename(Entry("Exec=no-such-program-here\nDBusActivatable=true\n"), entry);
+    ASSERT_TRUE(SessionBus::Of().Ready());
+    setenv("DBUS_SESSION_BUS_ADDRESS", SessionBus::Of().Address().c_str(), 1);
+    EXPECT_EQ(Invoke(entry), S_OK) << "nothing was said against it so far";
+    EXPECT_EQ(GetActiveWindow(), nullptr);
+    Write(Go(), "");
+    int boxes = 0;
+    int waits = 0;
+    platform::headless::SetIdleHandler(
+        [&]
+        {
+            boxes += GetActiveWindow() != nullptr ? 1 : 0;
+            platform::headless::PressKey(VK_RETURN);
+            platform::headless::ReleaseKey(VK_RETURN);
+            if (boxes != 0 || ++waits == 5000)
+                PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
+            poll(nullptr, 0, 2);
+            return true;
+        });
+    MSG message;
+    while (boxes == 0 && waits < 5000 && GetMessageW(&message, nullptr, 0, 0) > 0)
+        DispatchMessageW(&message);
+    platform::headless::SetIdleHandler(nullptr);
+    EXPECT_EQ(boxes, 1);
+    setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus", 1);
+}
+
+// A start that fell back from the bus to its command line was announced twice, and the first never taken back.
+TEST_F(ShellLaunch, AStartIsAnnouncedOnceAndTakenBackWhenItFails)
+{
+    const StartupListener listener;
+    if (!listener.Ready())
+        GTEST_SKIP() << "needs Xvfb";
+    const auto start = [&](const std::string& exec)
+    {
+        const auto entry = m_folder / "org.example.Unknown.desktop";
+        std::filesystem::rename(Entry("Exec=" + exec + "\nDBusActivatable=true\nStartupNotify=true\n"), entry);
+        return Open(entry);
+    };
+    EXPECT_NE(start("no-such-program-here"), "");
+    EXPECT_EQ(listener.Kinds(), (std::vector<std::string>{"new", "remove"}));
+    EXPECT_EQ(start(Tell()), "");
+    EXPECT_EQ(listener.Kinds(), (std::vector<std::string>{"new"}));
+    EXPECT_TRUE(ValueOf(Report(), "id").starts_with("orb-launcher-"));
 }
 
 TEST_F(ShellLaunch, FailuresAreExplained)
