@@ -157,8 +157,9 @@ std::shared_ptr<FolderListing> ReadFolder(const std::string& path)
     }
     NoteStateBeforeReading(*listing, directory.Get());
     OpenSnapshot(*listing);
-    const bool covered = listing->snapshotReader.Covers(listing->folderStamp) && listing->snapshotReader.ListsWhole();
-    if (IsFirstReading(path) && covered)
+    const bool covered = listing->snapshotReader.Covers(listing->folderStamp);
+    const bool listWillDo = IsFirstReading(path) && covered;
+    if (listWillDo && listing->snapshotReader.ListsWhole())
     {
         listing->fromSnapshot = true;
         return listing;
@@ -166,7 +167,7 @@ std::shared_ptr<FolderListing> ReadFolder(const std::string& path)
     FileLister lister(*listing, directory.Get());
     listing->error = lister.AddAll();
     lister.Complete();
-    listing->worthSaving |= !covered;
+    listing->worthSaving |= !covered || listWillDo; // the latter would have done but for damage
     return listing;
 }
 
