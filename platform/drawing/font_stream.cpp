@@ -33,20 +33,36 @@ unsigned long FontStream::Read(FT_Stream stream, unsigned long offset, unsigned 
     auto* self = static_cast<FontStream*>(stream->descriptor.pointer);
     if (count == 0)
         return offset > stream->size;
-    return count > kPage ? ReadAt(self->m_file.Get(), buffer, count, offset) : self->ReadSmall(offset, buffer, count);
+    return count > sizeof(Page::bytes) ? ReadAt(self->m_file.Get(), buffer, count, offset)
+                                       : self->ReadSmall(offset, buffer, count);
 }
 
 std::size_t FontStream::ReadSmall(std::uint64_t offset, unsigned char* buffer, std::size_t count)
 {
-    if (offset < m_start || offset + count > m_start + m_filled)
+    std::size_t done = 0;
+    while (done < count)
     {
-        m_start = offset - offset % kPage;
-        m_filled = ReadAt(m_file.Get(), m_pages.data(), m_pages.size(), m_start);
+        const std::uint64_t position = offset + done;
+        const Page& page = PageAt(position / sizeof(Page::bytes));
+        const std::size_t skipped = position % sizeof(Page::bytes);
+        if (skipped >= page.filled)
+            break;
+        const std::size_t part = std::min(count - done, page.filled - skipped);
+        std::copy_n(page.bytes.data() + skipped, part, buffer + done);
+        done += part;
     }
-    const std::size_t skipped = offset - m_start;
-    count = std::min(count, m_filled - std::min(m_filled, skipped));
-    std::copy_n(m_pages.begin() + static_cast<std::ptrdiff_t>(skipped), count, buffer);
-    return count;
+    return done;
+}
+
+const FontStream::Page& FontStream::PageAt(std::uint64_t number)
+{
+    Page& page = m_pages[number % m_pages.size()];
+    if (page.number != number)
+    {
+        page.filled = ReadAt(m_file.Get(), page.bytes.data(), page.bytes.size(), number * page.bytes.size());
+        page.number = number;
+    }
+    return page;
 }
 
 } // namespace platform

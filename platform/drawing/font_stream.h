@@ -28,12 +28,17 @@ private:
     static unsigned long Read(FT_Stream stream, unsigned long offset, unsigned char* buffer, unsigned long count);
     std::size_t ReadSmall(std::uint64_t offset, unsigned char* buffer, std::size_t count);
 
-    static constexpr std::size_t kPage = 4096;
+    struct Page
+    {
+        std::uint64_t number = ~std::uint64_t{0}; ///< in the file; none yet
+        std::size_t filled = 0;
+        std::array<unsigned char, 4096> bytes;
+    };
+    /// The page of that number, in memory.
+    const Page& PageAt(std::uint64_t number);
 
     UniqueFd m_file;
-    std::array<unsigned char, 2 * kPage> m_pages; ///< read last; most reads are of a few bytes near the one before
-    std::uint64_t m_start = 0;                    ///< where m_pages begin in the file
-    std::size_t m_filled = 0;
+    std::array<Page, 16> m_pages; ///< most reads are of a few bytes, by turns in a few tables
     FT_StreamRec m_stream{};
 };
 

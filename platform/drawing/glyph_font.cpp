@@ -279,7 +279,8 @@ const Glyph& GlyphFont::GlyphFor(char16_t unit)
 {
     const auto [entry, isNew] = m_glyphs.try_emplace(unit);
     const bool hasInk = isNew && m_face != nullptr && unit > u' ';
-    if (hasInk && FT_Load_Char(m_face, unit, m_loadFlags | FT_LOAD_RENDER) == 0)
+    const int flags = m_loadFlags | static_cast<int>(FT_LOAD_RENDER);
+    if (hasInk && FT_Load_Char(m_face, unit, flags) == 0)
         entry->second = CopyGlyph(*m_face->glyph);
     return entry->second;
 }

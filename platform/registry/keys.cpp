@@ -123,8 +123,10 @@ LSTATUS RegOpenKeyExW(HKEY key, LPCWSTR subKey, DWORD, REGSAM access, HKEY* resu
         return location.store->ReadFailed(ERROR_NOT_ENOUGH_MEMORY);
     Append(location.path, subKey);
     const LSTATUS found = location.store->FindKey(location.path);
-    if (found != ERROR_SUCCESS || Refused(*location.store, access))
-        return found != ERROR_SUCCESS ? found : ERROR_ACCESS_DENIED;
+    if (found != ERROR_SUCCESS)
+        return found;
+    if (Refused(*location.store, access))
+        return ERROR_ACCESS_DENIED;
     return OpenHandleOn(std::move(location), access, result);
 }
 

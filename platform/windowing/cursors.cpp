@@ -11,7 +11,7 @@ namespace
 struct Cursor final : HandleObject
 {
     static constexpr HandleKind kHandleKind = HandleKind::Cursor;
-    Cursor() : HandleObject(HandleKind::Cursor) { permanent = true; }
+    Cursor() : HandleObject(kHandleKind) { permanent = true; }
 };
 
 constinit HCURSOR g_cursor = nullptr;
