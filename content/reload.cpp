@@ -45,13 +45,14 @@ void LoadFolder(CustomBar& level, int slot)
     if (!source || desktop == nullptr ||
         FAILED(desktop->BindToObject(source.Get(), nullptr, IID_IShellFolder, folder.ReceiveVoid())))
         return;
-    level.m_folder = std::move(folder);
+    // A reference of the level's own, which it lets go of when it is loaded anew while the shell is asked below.
+    folder->QueryInterface(IID_IShellFolder, level.m_folder.ReceiveVoid());
     ComPtr<IEnumIDList> children;
-    if (level.m_folder->EnumObjects(nullptr, SHCONTF_FOLDERS | SHCONTF_NONFOLDERS, children.Receive()) != S_OK)
+    if (folder->EnumObjects(nullptr, SHCONTF_FOLDERS | SHCONTF_NONFOLDERS, children.Receive()) != S_OK)
         return;
     ItemList child;
     while (children->Next(1, child.Receive(), nullptr) == S_OK)
-        level.AddShellItem(*level.m_folder.Get(), child.Get(), slot, false);
+        level.AddShellItem(*folder.Get(), child.Get(), slot, false);
 }
 
 void LoadLinkedFolder(CustomBar& level, int csidl, bool isStartMenu)

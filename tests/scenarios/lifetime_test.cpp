@@ -99,6 +99,19 @@ TEST_F(Lifetime, ALevelOutlivesItsOwnRefresh)
     EXPECT_EQ(GetFocus(), Root().m_toolbar);
 }
 
+TEST_F(Lifetime, AFolderIsReadToItsEndThoughItsLevelHasLetGoOfIt)
+{
+    // The level held the only reference, and let go of it where it was loaded anew in the meantime.
+    for (const char* call : {"IShellFolder::EnumObjects", "IEnumIDList::Next", "IShellFolder::GetDisplayNameOf"})
+    {
+        const During reading(call, [&] { Root().ReloadItems(); });
+        Root().ReloadItems();
+    }
+    m_desk.SendNotice(0);
+    m_desk.Settle();
+    EXPECT_EQ(m_desk.Items(0), (Labels{"Games", "Office", "readme"}));
+}
+
 TEST_F(Lifetime, ALevelOutlivesTheMovesAndPressesOnItsToolbar)
 {
     m_desk.Click("Games");
