@@ -209,13 +209,13 @@ TEST_F(Lifetime, AFolderThatGetsAnotherPlaceWhileItOpensOpensThere)
                                  Root().ReloadItems();
                                  Root().Build();
                              });
-        Open("Alpha");
+        Open("Office");
     }
     ASSERT_EQ(m_desk.Items(0), (Labels{"Office", "readme", "Alpha"}));
     ASSERT_EQ(m_desk.Levels(), 2);
-    EXPECT_EQ(Root().m_openIndex, 2);
-    EXPECT_EQ(m_desk.Bounds(1).top, m_desk.ItemBounds("Alpha", 0).top);
-    EXPECT_EQ(m_desk.Hot(0), "Alpha");
+    EXPECT_EQ(Root().m_openIndex, 0);
+    EXPECT_EQ(m_desk.Bounds(1).top, m_desk.ItemBounds("Office", 0).top);
+    EXPECT_EQ(m_desk.Hot(0), "Office");
     m_desk.Press(VK_ESCAPE);
     EXPECT_EQ(Root().m_openIndex, -1) << "the level knew its place";
 }
