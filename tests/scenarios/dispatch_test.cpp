@@ -55,6 +55,24 @@ TEST_F(Dispatch, AnItemsDefaultCommandIsInvokedWhereItWasClicked)
     EXPECT_FALSE(m_desk.IsOpen());
 }
 
+TEST_F(Dispatch, AnOperationIsKnownForAsLongAsTheMenuIsDisabled)
+{
+    static std::vector<CustomBar*> known;
+    known.clear();
+    const auto procedure = [](HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR)
+    {
+        if (message == WM_ENABLE)
+            known.push_back(g_launcher.g_operationBar);
+        return DefSubclassProc(window, message, wParam, lParam);
+    };
+    CustomBar& root = m_desk.Level(0);
+    SetWindowSubclass(root.m_hWnd, procedure, 1, 0);
+    const StagedMenu menu("open");
+    root.OnItemCommand(ItemCommandMode::Launch, m_desk.IndexOf("readme"));
+    EXPECT_EQ(known, (std::vector<CustomBar*>{&root, &root}));
+    EXPECT_EQ(g_launcher.g_operationBar, nullptr);
+}
+
 TEST_F(Dispatch, MenuObjectAndFolderAreReleasedInThatOrder)
 {
     StagedMenu menu("open");
