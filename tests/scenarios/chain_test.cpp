@@ -60,6 +60,17 @@ TEST_F(Chain, AWalkGoesOnThoughALevelTakesOthersAlong)
     EXPECT_TRUE(IsWindow(Root().m_hWnd));
 }
 
+TEST_F(Chain, ALevelHeldElsewhereMayOutliveItsOpener)
+{
+    m_desk.Click("Arcade", 1);
+    CustomBar& arcade = m_desk.Level(2);
+    arcade.AddRef();
+    CustomMenu::DestroyAllLevels();
+    EXPECT_EQ(m_desk.Levels(), 1);
+    arcade.Release();
+    EXPECT_EQ(m_desk.Levels(), 0);
+}
+
 TEST_F(Chain, TheKeyboardPassesOverALevelThatIsClosing)
 {
     const AtDestruction games(m_desk.Level(1).m_hWnd,
@@ -69,6 +80,15 @@ TEST_F(Chain, TheKeyboardPassesOverALevelThatIsClosing)
                                   EXPECT_EQ(GetFocus(), Root().m_toolbar);
                               });
     DestroyWindow(m_desk.Level(1).m_hWnd);
+}
+
+TEST_F(Chain, TheKeyboardPassesOverALevelThatHasNoToolbarYet)
+{
+    auto* const coming = new CustomBar(&Root(), 0, {nullptr, nullptr}, WString(), false);
+    SetFocus(nullptr);
+    CustomMenu::FocusDeepestLevel();
+    EXPECT_EQ(GetFocus(), m_desk.Level(1).m_toolbar);
+    coming->Release();
 }
 
 TEST_F(Chain, ALevelThatIsClosingIsNotBroughtToTheForeground)
@@ -93,10 +113,36 @@ TEST_F(Chain, AnEnabledLevelBecomesActiveThoughTheForegroundIsRefused)
     EXPECT_EQ(activations.Count(), 2) << "it comes, and goes as the deepest level takes the keyboard";
 }
 
+TEST_F(Chain, AltIsLeftAloneWhereNobodyKnowsWhetherItIsDown)
+{
+    const MessageCounter presses(m_desk.Level(1).m_toolbar, WM_SYSKEYDOWN);
+    platform::SetFaultHook(
+        [](const char* asked)
+        { return asked == std::string_view("SetForegroundWindow") || asked == std::string_view("GetKeyboardState"); });
+    Root().EnableMenu(true);
+    platform::SetFaultHook(nullptr);
+    m_desk.Settle();
+    EXPECT_EQ(presses.Count(), 0);
+}
+
 TEST_F(Chain, TheOpenerIsActiveBeforeTheOldSubLevelGoes)
 {
-    const AtDestruction games(m_desk.Level(1).m_hWnd, [&] { EXPECT_EQ(GetActiveWindow(), Root().m_hWnd); });
+    const HWND other = CreateWindowExW(0, TEXT("Static"), nullptr, WS_POPUP | WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr,
+                                       nullptr, nullptr);
+    SetActiveWindow(other);
+    {
+        const AtDestruction games(m_desk.Level(1).m_hWnd, [&] { EXPECT_EQ(GetActiveWindow(), Root().m_hWnd); });
+        Root().OnItemCommand(ItemCommandMode::OpenSubmenu, m_desk.IndexOf("Office", 0));
+    }
+    DestroyWindow(other);
+}
+
+TEST_F(Chain, TheOpenersHighlightIsPaintedAtOnce)
+{
+    m_desk.Idle();
+    const MessageCounter paints(Root().m_toolbar, WM_PAINT);
     Root().OnItemCommand(ItemCommandMode::OpenSubmenu, m_desk.IndexOf("Office", 0));
+    EXPECT_EQ(paints.Count(), 1) << "before anything is dispatched";
 }
 
 } // namespace

@@ -273,6 +273,20 @@ TEST_F(Lifetime, ARootThatIsDestroyedWhileASubLevelOpensTakesItAlong)
     }
 }
 
+TEST_F(Lifetime, AnOpenerThatIsDestroyedMeanwhileOpensNothing)
+{
+    for (const char* call : {"IShellFolder::EnumObjects", "CreateWindowExW"})
+    {
+        m_desk.Click("Games");
+        CustomBar& games = m_desk.Level(1);
+        {
+            const During opening(call, [&] { DestroyWindow(games.m_hWnd); });
+            games.OnItemCommand(ItemCommandMode::OpenSubmenu, m_desk.IndexOf("Arcade", 1));
+        }
+        EXPECT_EQ(m_desk.Levels(), 1) << call;
+    }
+}
+
 TEST_F(Lifetime, ASubLevelThatIsClosedAsItShowsIsGone)
 {
     {
