@@ -103,6 +103,18 @@ TEST_F(Dispatch, ADefaultCommandOfAnotherKindIsNotRunAsIfItOpened)
     }
 }
 
+TEST_F(Dispatch, AnEmptyLevelsEntryCannotBeStarted)
+{
+    m_desk.MakeFolder("Empty");
+    m_desk.SendNotice(0);
+    m_desk.Settle();
+    m_desk.Click("Empty");
+    const StagedMenu menu("open");
+    m_desk.Level(1).OnItemCommand(ItemCommandMode::Launch, 0);
+    EXPECT_EQ(m_desk.Hot(1), "") << "nothing at all happens";
+    EXPECT_TRUE(menu.invocations.empty());
+}
+
 TEST_F(Dispatch, ACommandWithoutAVerbIsInvoked)
 {
     StagedMenu menu("");

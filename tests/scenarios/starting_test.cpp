@@ -119,6 +119,19 @@ TEST(Starting, AWindowThatCannotBeMadeIsReportedAtTheEnd)
     EXPECT_EQ(desk.BoxTexts(), Labels{"Error opening menu window"});
 }
 
+TEST(Starting, AButtonThatCannotBeMadeLeavesTheOthersTheirItems)
+{
+    Desk desk;
+    for (const char* name : {"a", "b", "c"})
+        desk.MakeFile(name);
+    {
+        const Failing button("TB_INSERTBUTTONW", 1);
+        desk.Launch();
+    }
+    for (int index : {1, 2})
+        EXPECT_EQ(desk.Level(0).ItemOfButton(desk.Level(0).m_items[index].order), index);
+}
+
 TEST(Starting, AMenuWithoutItsToolbarGoesWhenAnotherProgramComes)
 {
     Desk desk;
