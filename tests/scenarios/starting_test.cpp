@@ -119,6 +119,23 @@ TEST(Starting, AWindowThatCannotBeMadeIsReportedAtTheEnd)
     EXPECT_EQ(desk.BoxTexts(), Labels{"Error opening menu window"});
 }
 
+TEST(Starting, ATallMenuWithoutItsPagerKeepsItsToolbarInPlace)
+{
+    Desk desk;
+    for (int i = 0; i < 60; ++i)
+        desk.MakeFile("item " + std::to_string(100 + i));
+    {
+        // The third window, after the level's and its toolbar.
+        const Failing pager("CreateWindowExW", 1, 2);
+        desk.Launch();
+    }
+    EXPECT_EQ(desk.Level(0).m_pager, nullptr);
+    RECT toolbar{};
+    GetWindowRect(desk.Level(0).m_toolbar, &toolbar);
+    MapWindowPoints(nullptr, desk.Level(0).m_hWnd, reinterpret_cast<POINT*>(&toolbar), 2);
+    EXPECT_EQ(toolbar.left, desk.Level(0).m_contentRect.left) << "beside the banner";
+}
+
 TEST(Starting, AButtonThatCannotBeMadeLeavesTheOthersTheirItems)
 {
     Desk desk;
