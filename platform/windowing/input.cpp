@@ -8,7 +8,8 @@
 #include "platform/windowing/message_queue.h"
 #include "platform/windowing/window.h"
 
-#include <cstdlib>
+#include <algorithm>
+#include <cstdint>
 #include <deque>
 
 namespace platform
@@ -19,9 +20,17 @@ namespace
 using screen::Event;
 using screen::EventType;
 
+/// Events are told apart by ascending numbers: whoever is asked about one may take messages, and with them others.
+struct QueuedEvent
+{
+    Event event;
+    std::uint64_t number;
+};
+
 struct InputQueue
 {
-    std::deque<Event> events;
+    std::deque<QueuedEvent> events;
+    std::uint64_t lastNumber = 0;
     bool refresh = false;                   ///< windows have moved under the pointer
     screen::NativeWindow pointerWindow = 0; ///< where the pointer was last seen; 0 outside of this program's windows
 };
@@ -47,22 +56,36 @@ enum class Outcome
     Skipped,  ///< not what the filter wants; stays
 };
 
-void Drop(std::size_t index)
+void Drop(const QueuedEvent& queued)
 {
-    auto& events = Input().events;
-    if (index < events.size())
-        events.erase(events.begin() + static_cast<std::ptrdiff_t>(index));
+    std::erase_if(
+        Input().events, [&](const QueuedEvent& other) { return other.number == queued.number; });
 }
 
-Outcome TakeMouse(std::size_t index, MSG& message, const MessageFilter& filter, bool remove)
+/// The first event with a higher number; null when there is none.
+const QueuedEvent* FirstAfter(std::uint64_t number)
 {
-    const Event event = Input().events[index];
+    const auto& events = Input().events;
+    const auto first = std::ranges::upper_bound(events, number, {}, &QueuedEvent::number);
+    return first != events.end() ? &*first : nullptr;
+}
+
+bool IsQueued(const QueuedEvent& queued)
+{
+    return std::ranges::binary_search(Input().events, queued.number, {}, &QueuedEvent::number);
+}
+
+Outcome TakeMouse(const QueuedEvent& queued, MSG& message, const MessageFilter& filter, bool remove)
+{
+    const Event& event = queued.event;
     if (event.modifiers != kOwnModifiers)
         NoteModifiers(event.modifiers);
     const MouseTarget target = FindMouseTarget(event.position);
+    if (!IsQueued(queued))
+        return Outcome::Consumed; // taken, or moved on, while the windows were asked
     if (target.window == nullptr || target.hit == kHitError || target.hit == HTNOWHERE)
     {
-        Drop(index);
+        Drop(queued);
         SetMessagePoint(event.position);
         TrackPointer(nullptr);
         if (event.type != EventType::MouseMove)
@@ -76,22 +99,22 @@ Outcome TakeMouse(std::size_t index, MSG& message, const MessageFilter& filter, 
         return Outcome::Skipped;
     if (!remove)
         return Outcome::Message;
-    Drop(index);
+    Drop(queued);
     if (event.window != 0)
         Input().pointerWindow = event.window;
     return CommitMouse(event, message, target) ? Outcome::Message : Outcome::Consumed;
 }
 
 /// A message that goes to the focus window, or to the active window when nothing has the focus.
-Outcome TakeForFocus(std::size_t index, MSG& message, const MessageFilter& filter, bool remove)
+Outcome TakeForFocus(const QueuedEvent& queued, MSG& message, const MessageFilter& filter, bool remove)
 {
-    const Event event = Input().events[index];
+    const Event& event = queued.event;
     if (event.modifiers != kOwnModifiers)
         NoteModifiers(event.modifiers);
     const Window* target = FindObject<Window>(GetFocus() != nullptr ? GetFocus() : GetActiveWindow());
     if (target == nullptr || (RootOf(*target).style & WS_DISABLED) != 0)
     {
-        Drop(index);
+        Drop(queued);
         if (event.type != EventType::Wheel)
             CommitKey(event);
         return Outcome::Consumed;
@@ -113,7 +136,7 @@ Outcome TakeForFocus(std::size_t index, MSG& message, const MessageFilter& filte
         return Outcome::Skipped;
     if (remove)
     {
-        Drop(index);
+        Drop(queued);
         if (event.type == EventType::Wheel)
             SetMessagePoint(event.position);
         else
@@ -157,22 +180,21 @@ void HandleScreenEvent(const Event& event)
     }
 }
 
-Outcome TakeEvent(std::size_t index, MSG& message, const MessageFilter& filter, bool remove)
+Outcome TakeEvent(const QueuedEvent& queued, MSG& message, const MessageFilter& filter, bool remove)
 {
-    const Event event = Input().events[index];
-    switch (event.type)
+    switch (queued.event.type)
     {
     case EventType::MouseMove:
     case EventType::ButtonDown:
     case EventType::ButtonUp:
-        return TakeMouse(index, message, filter, remove);
+        return TakeMouse(queued, message, filter, remove);
     case EventType::Wheel:
     case EventType::KeyDown:
     case EventType::KeyUp:
-        return TakeForFocus(index, message, filter, remove);
+        return TakeForFocus(queued, message, filter, remove);
     default:
-        Drop(index);
-        HandleScreenEvent(event);
+        Drop(queued);
+        HandleScreenEvent(queued.event);
         return Outcome::Consumed;
     }
 }
@@ -197,14 +219,14 @@ void CollectEvents()
 
 void QueueInput(const Event& event)
 {
-    auto& events = Input().events;
+    InputQueue& input = Input();
     // A program that is slow sees where the pointer is, not everywhere it has been.
-    const bool onlyMoved = event.type == EventType::MouseMove && !events.empty() &&
-                           events.back().type == EventType::MouseMove && events.back().window == event.window;
+    const bool onlyMoved = event.type == EventType::MouseMove && !input.events.empty() &&
+                           input.events.back().event.type == EventType::MouseMove &&
+                           input.events.back().event.window == event.window;
     if (onlyMoved)
-        events.back() = event;
-    else
-        events.push_back(event);
+        input.events.pop_back();
+    input.events.push_back({event, ++input.lastNumber});
 }
 
 void PointerLosesWindow(screen::NativeWindow window)
@@ -221,18 +243,19 @@ void RequestMouseRefresh()
 bool TakeInput(MSG& message, const MessageFilter& filter, bool remove)
 {
     CollectEvents();
-    std::size_t index = 0;
-    while (index < Input().events.size())
+    std::uint64_t skipped = 0;
+    while (const QueuedEvent* first = FirstAfter(skipped))
     {
-        switch (TakeEvent(index, message, filter, remove))
+        const QueuedEvent queued = *first;
+        switch (TakeEvent(queued, message, filter, remove))
         {
         case Outcome::Message:
             return true;
         case Outcome::Consumed:
-            index = 0;
+            skipped = 0;
             break;
         case Outcome::Skipped:
-            ++index;
+            skipped = queued.number;
             break;
         }
     }

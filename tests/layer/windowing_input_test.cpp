@@ -78,6 +78,54 @@ TEST_F(Input, QueuedMovesAreOne)
     EXPECT_EQ(GetMessagePos(), static_cast<DWORD>(MAKELONG(99, 7)));
 }
 
+// A hit test that took messages had the next event dropped in place of its own, which came twice.
+TEST_F(Input, AHitTestMayTakeMessagesItself)
+{
+    const HWND window = ShownPopup(0, 0, 100, 100);
+    headless::MoveMouse(50, 50);
+    Pump();
+    std::vector<UINT> taken;
+    const auto take = [&](UINT first, UINT last)
+    {
+        MSG message{};
+        if (!PeekMessageW(&message, nullptr, first, last, PM_REMOVE))
+            return false;
+        taken.push_back(message.message);
+        DispatchMessageW(&message);
+        return true;
+    };
+    std::function<void()> whenAsked;
+    m_handlers[WM_NCHITTEST] = [&](HWND, WPARAM, LPARAM) -> std::optional<LRESULT>
+    {
+        if (const auto work = std::exchange(whenAsked, nullptr))
+            work();
+        return HTCLIENT;
+    };
+
+    headless::PressButton();
+    headless::ReleaseButton();
+    whenAsked = [&] { take(WM_MOUSEFIRST, WM_MOUSELAST); };
+    while (take(WM_MOUSEFIRST, WM_MOUSELAST))
+        continue;
+    EXPECT_EQ(taken, (std::vector<UINT>{WM_LBUTTONDOWN, WM_LBUTTONUP}));
+
+    taken.clear();
+    headless::PressButton();
+    headless::PressKey(VK_F2);
+    whenAsked = [&] { take(WM_MOUSEFIRST, WM_MOUSELAST); };
+    EXPECT_TRUE(take(WM_KEYFIRST, WM_KEYLAST)) << "behind the press that went";
+    Pump();
+
+    headless::MoveMouse(60, 60);
+    whenAsked = [&]
+    {
+        headless::MoveMouse(70, 70);
+        take(WM_KEYFIRST, WM_KEYLAST);
+    };
+    Pump();
+    EXPECT_EQ(GET_X_LPARAM(Last(window, WM_MOUSEMOVE)->lParam), 70) << "a move that came meanwhile is the one";
+}
+
 TEST_F(Input, DoubleClickNeedsTheSamePlaceAndATimelySecondPress)
 {
     const HWND window = ShownPopup(0, 0, 100, 100);
