@@ -67,15 +67,15 @@ bool IsLink(const Whereabouts& at)
 Whereabouts Step(const Whereabouts& folder, std::string_view name)
 {
     Whereabouts next = folder;
-    if (folder.error != 0 || name.empty() || name == ".")
-        return next;
-    if (folder.foreign)
-    {
+    const bool stays = name.empty() || name == ".";
+    if (folder.foreign && !stays)
         next.status = {};
+    if (folder.error != 0 || folder.foreign)
         return next;
-    }
     if (!S_ISDIR(folder.status.stx_mode))
-        return Failure(ENOTDIR);
+        return Failure(ENOTDIR); // whatever the name is: a slash at the end asks for a folder, too
+    if (stays)
+        return next;
     if (name == "..")
         next.path.resize(next.path.empty() ? 0 : next.path.rfind('/'));
     else

@@ -119,7 +119,8 @@ TEST(ShellFolder, KindsAndAttributes)
     EXPECT_EQ(Items(folder, SHCONTF_NONFOLDERS).size(), items.size() - 2);
 }
 
-// ".." after a link was taken off the text, where the kernel goes up from where the link leads.
+// ".." after a link was taken off the text, where the kernel goes up from where the link leads; and a slash behind a
+// file's name made no difference.
 TEST(ShellFolder, LinksAreFollowedAsTheKernelDoes)
 {
     const auto folder = NewFolder();
@@ -130,10 +131,13 @@ TEST(ShellFolder, LinksAreFollowedAsTheKernelDoes)
     std::filesystem::create_symlink("d/../x.desktop", folder / "up.desktop");
     std::filesystem::create_symlink("up.desktop", folder / "again.desktop");
     std::filesystem::create_symlink("d/.././/d/../nothing.desktop", folder / "broken.desktop");
+    std::filesystem::create_symlink("d/../x.desktop/", folder / "slash.desktop");
+    std::filesystem::create_symlink("d/../x.desktop/.", folder / "dot.desktop");
     const std::vector<Item> items = Items(folder);
     EXPECT_EQ(Find(items, "up.desktop")->display, "Beyond");
     EXPECT_EQ(Find(items, "again.desktop")->display, "Beyond");
-    EXPECT_NE(Find(items, "broken.desktop")->info.iIcon & 0xFF000000, 0);
+    for (const char* name : {"broken", "slash", "dot"})
+        EXPECT_NE(Find(items, std::string(name) + ".desktop")->info.iIcon & 0xFF000000, 0) << name;
 }
 
 TEST(ShellFolder, DesktopEntriesShowTheirNameInTheUsersLanguage)
