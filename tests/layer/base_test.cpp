@@ -141,7 +141,9 @@ TEST(CacheFiles, AreReplacedWhole)
     EXPECT_EQ(FileContent(first).Content(), "first") << "a file that is being read is not written into";
     EXPECT_EQ(content(), "second");
     EXPECT_FALSE(ReplaceCacheFile(scratch / "missing/cache", "x"));
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(scratch / "."), {}), 1) << "no temporary file is left";
+    std::filesystem::create_directory(scratch / "folder");
+    EXPECT_FALSE(ReplaceCacheFile(scratch / "folder", "x"));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(scratch / "."), {}), 2) << "no temporary file is left";
 }
 
 // Anybody who could write there could tell the program what it shows and which files it reads.

@@ -220,6 +220,26 @@ TEST_F(RegistryFile, TruncationAndDamageLoseNothing)
     }
 }
 
+// A save must not write around damage that nobody has read yet.
+TEST_F(RegistryFile, DamageFarFromWhatIsSavedIsNoticed)
+{
+    MakeStore();
+    {
+        RegistryStore store(m_path);
+        for (char16_t name = u'a'; name <= u'z'; ++name)
+            store.WriteValue(u"Software\\Orb", std::u16string(1, name), REG_BINARY, Data(3000, 1));
+    }
+    std::string bad = ReadFile(m_path);
+    constexpr std::size_t kPage = 4096; // SQLite's usual one
+    ASSERT_GT(bad.size(), 20 * kPage);
+    bad.replace(bad.size() / 2 / kPage * kPage, 8, 8, '\xEE'); // the head of a page in the midst
+    WriteFile(m_path, bad);
+    RegistryStore store(m_path);
+    Save(store, {9}); // opens the key, which then goes aside with the file
+    EXPECT_TRUE(fs::exists(Aside(1)) && ReadFile(Aside(1)) == bad);
+    EXPECT_EQ(Save(store, {9}), ERROR_SUCCESS);
+}
+
 TEST_F(RegistryFile, ALockedStoreIsWaitedForBrieflyAndOnce)
 {
     MakeStore();

@@ -248,6 +248,19 @@ TEST(ShellIcons, TheSameIconHasOneIndexAndAHandleOnRequest)
     }
 }
 
+TEST(IconPack, IsSavedEvenWhenTheProgramEndsAtOnce)
+{
+    const std::string path = (NewFolder() / "icon.svg").native();
+    Write(path, Square("red"));
+    InAnotherProcess(
+        [&]
+        {
+            Middle(path, 13);
+            std::exit(0);
+        });
+    EXPECT_TRUE(platform::IconPack("Adwaita", 13).Find("\n" + path));
+}
+
 TEST(IconPack, KeepsPicturesForTheThemeAsItWasFound)
 {
     constexpr int kSize = 11;
@@ -290,8 +303,13 @@ TEST(IconPack, KeepsPicturesForTheThemeAsItWasFound)
     std::filesystem::resize_file(pack, 1); // a mapped file that shrinks would end the program
     EXPECT_FALSE(open.Find("key"));
     replace(good);
+    const auto written = std::filesystem::last_write_time(file);
     Write(file, "22");
-    EXPECT_FALSE(platform::IconPack("theme", kSize).Find("key")) << "its file has changed";
+    std::filesystem::last_write_time(file, written);
+    EXPECT_FALSE(platform::IconPack("theme", kSize).Find("key")) << "its file has changed, by its size";
+    Write(file, "2");
+    std::filesystem::last_write_time(file, written + std::chrono::seconds(1));
+    EXPECT_FALSE(platform::IconPack("theme", kSize).Find("key")) << "by its time";
     EXPECT_TRUE(platform::IconPack("theme", kSize).Find("other"));
     std::filesystem::create_directory(themes / "absent");
     EXPECT_FALSE(platform::IconPack("theme", kSize).Find("other")) << "a theme folder has appeared";

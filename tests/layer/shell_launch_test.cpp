@@ -115,6 +115,8 @@ public:
     }
     ~SessionBus()
     {
+        if (getpid() != m_owner)
+            return; // a process that a test has forked
         kill(m_process, SIGTERM);
         waitpid(m_process, nullptr, 0);
         std::filesystem::remove_all(m_folder);
@@ -140,6 +142,7 @@ private:
         arguments.push_back(nullptr);
         posix_spawnp(&m_process, arguments[0], nullptr, nullptr, arguments.data(), environ);
     }
+    const pid_t m_owner = getpid();
     std::filesystem::path m_folder;
     pid_t m_process = -1;
 };

@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 namespace shell_test
 {
 
@@ -68,6 +71,19 @@ std::filesystem::path NewFolder()
     const std::filesystem::path folder = Home() / ("folder" + std::to_string(++count));
     std::filesystem::create_directory(folder);
     return folder;
+}
+
+void InAnotherProcess(const std::function<void()>& work)
+{
+    const pid_t process = fork();
+    if (process == 0)
+    {
+        work();
+        _exit(0);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(process, &status, 0), process);
+    ASSERT_EQ(status, 0);
 }
 
 std::vector<Item> Items(const std::filesystem::path& path, SHCONTF flags)

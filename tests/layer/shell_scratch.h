@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <memory>
 #include <poll.h>
 #include <string>
@@ -36,6 +37,9 @@ inline void RunDeferred()
     {
     }
 }
+
+/// Does something as another run would: with a memory of its own, ended by `work` or by its return.
+void InAnotherProcess(const std::function<void()>& work);
 
 template <typename T>
 struct ComRelease

@@ -15,7 +15,6 @@
 #include <set>
 #include <string_view>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace shell_test;
@@ -154,15 +153,7 @@ void InAnEarlierRun(const std::filesystem::path& folder, const std::function<voi
     // A folder changed just now could change again without a trace, so its list would not be trusted.
     const timespec times[2] = {{0, UTIME_OMIT}, {1'000'000'000, 0}};
     ASSERT_EQ(utimensat(AT_FDCWD, folder.c_str(), times, 0), 0);
-    const pid_t run = fork();
-    if (run == 0)
-    {
-        work();
-        _exit(0);
-    }
-    int status = -1;
-    ASSERT_EQ(waitpid(run, &status, 0), run);
-    ASSERT_EQ(status, 0);
+    InAnotherProcess(work);
 }
 
 void ReadInAnEarlierRun(const std::filesystem::path& folder)
@@ -377,6 +368,38 @@ TEST(ShellSnapshots, EveryFolderThatWasShownHasOne)
     RunDeferred();
     ASSERT_NE(platform::FolderAsLastSeen(folder.native()), nullptr);
     EXPECT_EQ(platform::FolderAsLastSeen(folder.native())->Size(), 1u);
+}
+
+// The last snapshot lists its files elsewhere: saving it once more would have made an empty one.
+TEST(ShellSnapshots, ALookThatIsRefusedLeavesTheSnapshotAlone)
+{
+    const auto folder = NewFolder();
+    Write(folder / "shown", "");
+    const auto shown = platform::ReadFolder(folder.native());
+    Write(folder / "new", "");
+    Items(folder);
+    RunDeferred();
+    const std::string kept = ContentOf(platform::SnapshotPath(folder.native()));
+    chmod(folder.c_str(), 0000);
+    {
+        const BoundByPermissions bound;
+        EXPECT_TRUE(platform::StillHolds(*shown, Ignore));
+    }
+    chmod(folder.c_str(), 0700);
+    EXPECT_EQ(ContentOf(platform::SnapshotPath(folder.native())), kept);
+}
+
+TEST(ShellSnapshots, AreSavedEvenWhenTheProgramEndsAtOnce)
+{
+    const auto folder = NewFolder();
+    Write(folder / "file", "");
+    InAnotherProcess(
+        [&]
+        {
+            Items(folder);
+            std::exit(0);
+        });
+    EXPECT_NE(platform::FolderAsLastSeen(folder.native()), nullptr);
 }
 
 TEST(ShellSnapshots, DoNotPileUp)
