@@ -92,6 +92,8 @@ TEST_F(ShellStalled, LinksIntoItAreListedAllTheSame)
     std::filesystem::create_symlink("stalled/inside", m_folder / "into");
     std::filesystem::create_symlink("stalled", m_folder / "onto");
     std::filesystem::create_symlink(m_folder / "stalled/app.desktop", m_folder / "app.desktop");
+    std::filesystem::create_directory(m_folder / "folder");
+    std::filesystem::create_symlink("folder", m_folder / "onto folder");
     std::vector<Item> items;
     EXPECT_LT(Taken([&] { items = Items(m_folder); }), milliseconds(1000));
     for (const char* link : {"into", "onto", "app.desktop"})
@@ -99,6 +101,8 @@ TEST_F(ShellStalled, LinksIntoItAreListedAllTheSame)
         ASSERT_NE(Find(items, link), nullptr) << link;
         EXPECT_EQ(Find(items, link)->attributes, SFGAO_LINK | SFGAO_STREAM) << link;
     }
+    EXPECT_EQ(Find(items, "onto")->info.iIcon, Find(items, "onto folder")->info.iIcon)
+        << "it is known to be a folder, whatever is mounted there";
 }
 
 // A desktop entry whose icon lay on a dead mount hung the program for ever.

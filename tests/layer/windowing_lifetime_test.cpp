@@ -70,6 +70,59 @@ TEST_F(WindowLifetime, ChildMadeInTheLastMessageGoesWithItsParent)
     EXPECT_FALSE(IsWindow(late));
 }
 
+TEST_F(WindowLifetime, PopUpMadeInItsOwnersLastMessageIsNobodys)
+{
+    const HWND owner = Popup(0, 0, 100, 100);
+    HWND late = nullptr;
+    m_handlers[WM_NCDESTROY] = [&](HWND window, WPARAM, LPARAM) -> std::optional<LRESULT>
+    {
+        if (window == owner)
+            late = CreateWindowExW(0, TEXT("DeskWindow"), TEXT(""), WS_POPUP, 0, 0, 9, 9, owner, nullptr, nullptr,
+                                   nullptr);
+        return 0;
+    };
+    DestroyWindow(owner);
+    EXPECT_TRUE(IsWindow(late));
+    EXPECT_EQ(GetParent(late), nullptr);
+    DestroyWindow(late);
+}
+
+TEST_F(WindowLifetime, WindowThatGoesWhileItIsActivatedIsNotActive)
+{
+    const HWND first = ShownPopup(0, 0, 100, 100);
+    const HWND second = ShownPopup(100, 0, 100, 100);
+    const HWND child = Child(second, 0, 0, 50, 50);
+    SetActiveWindow(first);
+    HWND going = child;
+    m_handlers[WM_ACTIVATE] = [&](HWND, WPARAM, LPARAM) -> std::optional<LRESULT>
+    {
+        DestroyWindow(std::exchange(going, nullptr));
+        return 0;
+    };
+    SetFocus(child);
+    EXPECT_EQ(GetFocus(), second) << "not the child, which is gone";
+    SetActiveWindow(first);
+    going = second;
+    SetActiveWindow(second);
+    EXPECT_NE(GetActiveWindow(), second);
+    EXPECT_NE(GetFocus(), second);
+}
+
+TEST_F(WindowLifetime, WindowThatGoesWhileItsCursorIsSetGetsNoMessage)
+{
+    const HWND window = ShownPopup(0, 0, 100, 100);
+    platform::headless::MoveMouse(50, 50);
+    m_handlers[WM_SETCURSOR] = [&](HWND, WPARAM, LPARAM) -> std::optional<LRESULT>
+    {
+        DestroyWindow(window);
+        return TRUE;
+    };
+    MSG message{};
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+        EXPECT_NE(message.hwnd, window) << message.message;
+    EXPECT_FALSE(IsWindow(window));
+}
+
 // What the window manager had done to a box went back to it as a request, and where frames are added the box crept.
 TEST_F(WindowLifetime, PlaceGivenByTheWindowManagerIsNotAskedForAgain)
 {
