@@ -1,9 +1,13 @@
 // Virtual keys and text of keys in several layouts, by their places on the keyboard (evdev's code + 8).
+#include "platform/base/unique_fd.h"
 #include "platform/keyboard/key_translator.h"
 
 #include "windows.h"
 
 #include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <unistd.h>
 
 namespace
 {
@@ -119,6 +123,20 @@ TEST_F(Keys, TheComposeKeyBeginsSequences)
     for (const xkb_keycode_t key : {kL, kL, kA})
         EXPECT_EQ(Text(key, kShiftDown), u"");
     EXPECT_EQ(Text(kP, kShiftDown), u"\U0001F596") << "a surrogate pair";
+}
+
+TEST_F(Keys, ALongTextIsNotCutWithinACharacter)
+{
+    char path[] = "/tmp/orb-compose-XXXXXX";
+    const platform::UniqueFd file(mkstemp(path));
+    platform::WriteAll(file.Get(), "<x> : \"fourteen units\U0001F596\"\n");
+    setenv("XCOMPOSEFILE", path, 1);
+    platform::KeyTranslator own(m_context.get(), "en_US.UTF-8");
+    unsetenv("XCOMPOSEFILE");
+    unlink(path);
+    const xkb_rule_names names{"evdev", "pc105", "us", "", ""};
+    own.SetLayout(platform::XkbKeymap(xkb_keymap_new_from_names(m_context.get(), &names, XKB_KEYMAP_COMPILE_NO_FLAGS)));
+    EXPECT_EQ(std::u16string(own.Translate(kX, 0, true).text), u"fourteen units");
 }
 
 TEST_F(Keys, WithoutALayoutOrSequencesNothingBreaks)
