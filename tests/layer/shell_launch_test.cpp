@@ -304,6 +304,11 @@ TEST_F(ShellLaunch, ProgramsAndLinksToThemRun)
     const std::string text = Report();
     EXPECT_EQ(ValueOf(text, "cwd"), m_folder.native());
     EXPECT_NE(ValueOf(text, "sid"), std::to_string(getsid(0)));
+    std::filesystem::remove(m_report);
+    setenv("XDG_ACTIVATION_TOKEN", "of another start", 1);
+    EXPECT_EQ(Open(m_folder / "tell.sh"), "");
+    EXPECT_EQ(ValueOf(Report(), "id"), "");
+    unsetenv("XDG_ACTIVATION_TOKEN");
 }
 
 TEST_F(ShellLaunch, ALinkToADesktopEntryRunsIt)
@@ -446,6 +451,7 @@ TEST_F(ShellLaunch, AStartIsAnnouncedOnceAndTakenBackWhenItFails)
     {
         const std::string id = ValueOf(Report(), "id");
         std::filesystem::remove(m_report);
+        EXPECT_EQ(id.substr(0, id.size() / 2), id.substr(id.size() / 2)) << "told in either variable";
         return id.substr(0, id.find("_TIME"));
     };
     const std::string first = identifier();
