@@ -33,6 +33,8 @@ std::shared_ptr<T> AskPlace(const std::string& path, std::function<std::shared_p
                             const PlaceAnswers& answers = {})
 {
     constexpr std::chrono::milliseconds kPatience{1000};
+    if (IsAtHand(path))
+        return work();
     const Whereabouts where = TrustedWalk().Follow(path);
     if (!where.foreign)
         return work();

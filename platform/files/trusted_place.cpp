@@ -1,6 +1,7 @@
 // Walking down a path from the root, stopping at the first step onto foreign ground.
 #include "platform/files/trusted_place.h"
 
+#include "platform/base/unique_fd.h"
 #include "platform/base/xdg_folders.h"
 
 #include <algorithm>
@@ -8,6 +9,8 @@
 #include <cerrno>
 #include <climits>
 #include <fcntl.h>
+#include <linux/openat2.h>
+#include <sys/syscall.h>
 #include <sys/sysmacros.h>
 #include <unistd.h>
 
@@ -140,6 +143,15 @@ Whereabouts TrustedWalk::Folder(const std::string& path)
     if (at.error == 0 && !at.foreign)
         m_folders.emplace(path, at);
     return at;
+}
+
+bool IsAtHand(const std::string& path)
+{
+    open_how how{};
+    how.flags = O_PATH | O_CLOEXEC;
+    how.resolve = RESOLVE_NO_XDEV | RESOLVE_CACHED;
+    return static_cast<bool>(
+        UniqueFd(static_cast<int>(syscall(SYS_openat2, AT_FDCWD, path.c_str(), &how, sizeof how))));
 }
 
 bool InTrustedPlace(const std::string& path)

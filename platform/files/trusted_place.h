@@ -40,6 +40,10 @@ private:
     std::unordered_map<std::string, Whereabouts> m_folders;
 };
 
+/// True when the kernel can follow the path from memory, without asking any file system, and without leaving the one
+/// of "/": the short answer for most files. False means nothing.
+bool IsAtHand(const std::string& path);
+
 /// Whether a look at the path ends on trusted ground, be it with a failure.
 bool InTrustedPlace(const std::string& path);
 
