@@ -9,9 +9,7 @@
 
 #define WINAPI
 #define CALLBACK
-#define APIENTRY
 #define STDMETHODCALLTYPE
-#define APIPRIVATE
 #define FALSE 0
 #define TRUE 1
 #define MAX_PATH 260
@@ -77,7 +75,6 @@ DECLARE_HANDLE(HFONT);
 DECLARE_HANDLE(HBITMAP);
 DECLARE_HANDLE(HBRUSH);
 DECLARE_HANDLE(HPEN);
-DECLARE_HANDLE(HRGN);
 DECLARE_HANDLE(HICON);
 DECLARE_HANDLE(HMONITOR);
 DECLARE_HANDLE(HKEY);
@@ -121,10 +118,6 @@ using LPSIZE = SIZE*;
 
 #define LOWORD(l) (static_cast<WORD>(static_cast<DWORD_PTR>(l) & 0xffff))
 #define HIWORD(l) (static_cast<WORD>((static_cast<DWORD_PTR>(l) >> 16) & 0xffff))
-#define LOBYTE(w) (static_cast<BYTE>(static_cast<DWORD_PTR>(w) & 0xff))
-#define HIBYTE(w) (static_cast<BYTE>((static_cast<DWORD_PTR>(w) >> 8) & 0xff))
-#define MAKEWORD(a, b)                                                                                                 \
-    (static_cast<WORD>((static_cast<DWORD_PTR>(a) & 0xff) | ((static_cast<DWORD_PTR>(b) & 0xff) << 8)))
 #define MAKELONG(a, b)                                                                                                 \
     (static_cast<LONG>((static_cast<DWORD_PTR>(a) & 0xffff) | ((static_cast<DWORD_PTR>(b) & 0xffff) << 16)))
 #define MAKELPARAM(l, h) (static_cast<LPARAM>(static_cast<DWORD>(MAKELONG(l, h))))
