@@ -1,6 +1,6 @@
 // Base folders of the user, by the XDG base directory specification, and making folders.
 //
-// POSIX paths without a trailing slash. As the specification wants it, a relative path in a variable counts as not set.
+// POSIX paths without a trailing slash. A relative path in a variable counts as not set.
 #pragma once
 
 #include <string>
