@@ -17,8 +17,11 @@ constexpr off_t kLargestFile = off_t{64} << 20;
 
 UniqueFd OpenFile(const std::string& path)
 {
-    UniqueFd file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat status;
+    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
+        return {};
+    // It can have been replaced by a pipe since.
+    UniqueFd file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     const bool regular = file && fstat(file.Get(), &status) == 0 && S_ISREG(status.st_mode);
     return regular ? std::move(file) : UniqueFd();
 }

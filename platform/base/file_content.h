@@ -10,7 +10,8 @@
 namespace platform
 {
 
-/// Opens a regular file for reading, whatever its name leads to without waiting for anyone; invalid for anything else.
+/// Opens a regular file for reading; invalid for anything else. Pipes and devices, which may block or do things when
+/// opened, are left alone. Links are followed; a mount that does not answer blocks.
 UniqueFd OpenFile(const std::string& path);
 
 /// The content of a whole file as it was when it was read. Move-only; empty when the file is missing, no regular one or

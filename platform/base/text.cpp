@@ -32,4 +32,10 @@ std::string Utf8FromUtf16(std::u16string_view text)
     return result;
 }
 
+std::string_view Trimmed(std::string_view text)
+{
+    const auto first = text.find_first_not_of(" \t\r");
+    return first == text.npos ? std::string_view{} : text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
+}
+
 } // namespace platform

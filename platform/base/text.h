@@ -24,6 +24,9 @@ std::string FileNameFromShellName(std::u16string_view shellName);
 std::u16string ShellPathFromPosix(std::string_view path);
 std::string PosixFromShellPath(std::u16string_view path);
 
+/// The text without the blanks, tabs and carriage returns around it.
+std::string_view Trimmed(std::string_view text);
+
 /// CharUpperW's mapping of one code unit.
 char16_t UpperCase(char16_t unit);
 /// The upper-cased text, as CharUpperW does it: character by character, a surrogate pair being one character.

@@ -3,7 +3,6 @@
 
 #include "platform/base/file_stamp.h"
 #include "platform/files/place_call.h"
-#include "platform/files/regular_file.h"
 
 namespace platform
 {
@@ -28,13 +27,10 @@ std::optional<FileWitness> WitnessOf(const std::string& path)
     return witness != nullptr ? std::optional(*witness) : std::nullopt;
 }
 
-std::optional<std::string> PictureFileContent(const std::string& path)
+std::shared_ptr<FileContent> PictureFileContent(const std::string& path)
 {
-    constexpr std::size_t kLargestFile = 64 * 1024 * 1024;
-    using Content = std::optional<std::string>;
-    const auto content =
-        AskPlace<Content>(path, [path] { return std::make_shared<Content>(ReadRegularFile(path, kLargestFile)); });
-    return content != nullptr ? std::move(*content) : std::nullopt;
+    return AskPlace<FileContent>(
+        path, [path] { return std::make_shared<FileContent>(path); });
 }
 
 std::vector<std::string> AnsweringFolders(std::vector<std::string> folders)

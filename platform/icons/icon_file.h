@@ -1,7 +1,10 @@
 // The files that pictures are made from, wherever a desktop entry says they are. User-interface thread only.
 #pragma once
 
+#include "platform/base/file_content.h"
+
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,8 +22,8 @@ struct FileWitness
 
 /// The file as it is now; nothing when its place does not answer.
 std::optional<FileWitness> WitnessOf(const std::string& path);
-/// The content of a picture file; nothing when it is no regular file, too large for a picture, or does not answer.
-std::optional<std::string> PictureFileContent(const std::string& path);
+/// The content of a picture file; null when its place does not answer.
+std::shared_ptr<FileContent> PictureFileContent(const std::string& path);
 /// Those of the folders that can be searched without being left hanging.
 std::vector<std::string> AnsweringFolders(std::vector<std::string> folders);
 

@@ -3,6 +3,7 @@
 
 #include "platform/base/file_content.h"
 #include "platform/base/file_stamp.h"
+#include "platform/base/text.h"
 #include "platform/base/xdg_folders.h"
 #include "platform/files/trusted_place.h"
 #include "platform/icons/icon_file.h"
@@ -21,15 +22,6 @@ namespace
 
 using Group = std::map<std::string_view, std::string_view>;
 using IndexFile = std::map<std::string_view, Group>;
-
-std::string_view Trimmed(std::string_view text)
-{
-    while (!text.empty() && (text.front() == ' ' || text.front() == '\t'))
-        text.remove_prefix(1);
-    while (!text.empty() && (text.back() == ' ' || text.back() == '\t' || text.back() == '\r'))
-        text.remove_suffix(1);
-    return text;
-}
 
 /// Calls `use` for each part of `text` between separators, trimmed, empty ones left out.
 template <typename F>

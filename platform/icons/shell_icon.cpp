@@ -67,12 +67,12 @@ SavedPack& PackOfSize(int size)
 
 bool RenderFile(const std::string& path, IconImage& image)
 {
-    const std::optional<std::string> content = PictureFileContent(path);
-    if (!content)
+    const std::shared_ptr<FileContent> file = PictureFileContent(path);
+    if (file == nullptr || file->Content().empty())
         return false;
     static const auto* service = static_cast<const PictureService*>(DesktopModuleSymbol("orb_picture_service"));
-    return service != nullptr &&
-           service->render({path.c_str(), content->data(), content->size()}, image.width, image.pixels.data());
+    return service != nullptr && service->render({path.c_str(), file->Content().data(), file->Content().size()},
+                                                 image.width, image.pixels.data());
 }
 
 IconImage EmptyImage(int size)

@@ -2,6 +2,7 @@
 #include "platform/screen/desktop_settings.h"
 
 #include "platform/base/file_content.h"
+#include "platform/base/text.h"
 #include "platform/base/xdg_folders.h"
 #include "platform/screen/screen.h"
 
@@ -33,12 +34,6 @@ constexpr FileKey kFileKeys[] = {
     {"gtk-dnd-drag-threshold", "Net/DndDragThreshold"},
     {"gtk-menu-popup-delay", "Gtk/MenuPopupDelay"},
 };
-
-std::string_view Trimmed(std::string_view text)
-{
-    const auto first = text.find_first_not_of(" \t\r");
-    return first == text.npos ? std::string_view{} : text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
-}
 
 void TakeLine(Settings& settings, std::string_view line)
 {
