@@ -2,8 +2,11 @@
 #pragma once
 
 #include "platform/base/handle_table.h"
+#include "platform/drawing/icon.h"
 #include "windows.h"
 
+#include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -14,9 +17,10 @@ struct MenuItem
 {
     UINT id = 0;
     UINT type = MFT_STRING;
-    UINT state = 0;           ///< MFS_…
-    HMENU subMenu = nullptr;  ///< destroyed with the item
-    HBITMAP bitmap = nullptr; ///< the picture beside the text; the owner's, as the check marks are
+    UINT state = 0;                   ///< MFS_…
+    HMENU subMenu = nullptr;          ///< destroyed with the item
+    HBITMAP bitmap = nullptr;         ///< the picture beside the text; the owner's, as the check marks are
+    std::shared_ptr<IconSource> icon; ///< a picture made when the item is drawn, in place of `bitmap`
     HBITMAP checked = nullptr;
     HBITMAP unchecked = nullptr;
     ULONG_PTR data = 0;
@@ -42,6 +46,8 @@ public:
     void SetDefault(int position);
 
     std::vector<MenuItem> items;
+    /// Called once, when the menu is about to show, with its handle; a sub-menu whose making takes time is filled so.
+    std::function<void(HMENU)> fill;
 };
 
 /// An item of a menu, or of one of its sub-menus when it was asked for by command.

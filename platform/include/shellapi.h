@@ -1,4 +1,4 @@
-// Shell file information.
+// Shell file information, file operations, running verbs.
 #pragma once
 
 #include "windows.h"
@@ -23,3 +23,47 @@ struct SHFILEINFOW
 /// Information on an item; with SHGFI_SYSICONINDEX the result is the system image list of that size (never freed by
 /// the caller), 0 on failure.
 DWORD_PTR SHGetFileInfoW(LPCWSTR path, DWORD attributes, SHFILEINFOW* info, UINT size, UINT flags);
+
+struct SHFILEOPSTRUCTW
+{
+    HWND hwnd;
+    UINT wFunc;
+    LPCWSTR pFrom; ///< full paths, each ended by 0, the list by one more
+    LPCWSTR pTo;
+    WORD fFlags;
+    BOOL fAnyOperationsAborted;
+    LPVOID hNameMappings;
+    LPCWSTR lpszProgressTitle;
+};
+
+#define FO_DELETE 0x0003
+#define FOF_ALLOWUNDO 0x0040 ///< into the trash where there is one
+#define FOF_NORECURSION 0x1000
+#define FOF_NO_CONNECTED_ELEMENTS 0x2000
+
+/// Returns when the work is done or given up: 0, or an error that the user has been told.
+int SHFileOperationW(SHFILEOPSTRUCTW* operation);
+
+struct SHELLEXECUTEINFOW
+{
+    DWORD cbSize;
+    ULONG fMask;
+    HWND hwnd;
+    LPCWSTR lpVerb;
+    LPCWSTR lpFile;
+    LPCWSTR lpParameters;
+    LPCWSTR lpDirectory;
+    int nShow;
+    HINSTANCE hInstApp;
+    LPVOID lpIDList;
+    LPCWSTR lpClass;
+    HKEY hkeyClass;
+    DWORD dwHotKey;
+    HANDLE hIcon;
+    HANDLE hProcess;
+};
+
+#define SEE_MASK_INVOKEIDLIST 0x0000000C
+
+/// Runs a verb of an item (SEE_MASK_INVOKEIDLIST with its absolute list), as its context menu would.
+BOOL ShellExecuteExW(SHELLEXECUTEINFOW* info);

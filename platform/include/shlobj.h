@@ -36,6 +36,7 @@ using SHGDNF = DWORD;
 using SHCONTF = DWORD;
 using SFGAOF = ULONG;
 #define SHGDN_INFOLDER 0x1
+#define SHGDN_FOREDITING 0x1000
 #define SHGDN_FORPARSING 0x8000
 #define SHCONTF_FOLDERS 0x20
 #define SHCONTF_NONFOLDERS 0x40
@@ -132,6 +133,69 @@ protected:
     ~IContextMenu() = default;
 };
 
+struct IShellLinkW : IUnknown
+{
+    virtual HRESULT STDMETHODCALLTYPE SetPath(LPCWSTR path) = 0;
+
+protected:
+    ~IShellLinkW() = default;
+};
+
+struct IPersistFile : IUnknown
+{
+    virtual HRESULT STDMETHODCALLTYPE Save(LPCWSTR path, BOOL remember) = 0;
+
+protected:
+    ~IPersistFile() = default;
+};
+
+enum SIGDN : std::uint32_t
+{
+    SIGDN_FILESYSPATH = 0x80058000,
+};
+
+struct IShellItem : IUnknown
+{
+    /// *name is freed with CoTaskMemFree.
+    virtual HRESULT STDMETHODCALLTYPE GetDisplayName(SIGDN form, LPWSTR* name) = 0;
+
+protected:
+    ~IShellItem() = default;
+};
+
+using FILEOPENDIALOGOPTIONS = DWORD;
+#define FOS_PICKFOLDERS 0x00000020
+#define FOS_FORCEFILESYSTEM 0x00000040
+#define FOS_PATHMUSTEXIST 0x00000800
+#define FOS_FILEMUSTEXIST 0x00001000
+#define FOS_NOREADONLYRETURN 0x00008000
+#define FOS_DONTADDTORECENT 0x02000000
+
+struct COMDLG_FILTERSPEC
+{
+    LPCWSTR pszName;
+    LPCWSTR pszSpec;
+};
+
+/// The file picker. Show returns HRESULT_FROM_WIN32(ERROR_CANCELLED) when the user picks nothing.
+struct IFileDialog : IUnknown
+{
+    virtual HRESULT STDMETHODCALLTYPE Show(HWND owner) = 0;
+    virtual HRESULT STDMETHODCALLTYPE SetFileTypes(UINT count, const COMDLG_FILTERSPEC* types) = 0;
+    virtual HRESULT STDMETHODCALLTYPE SetFileTypeIndex(UINT index) = 0;
+    virtual HRESULT STDMETHODCALLTYPE SetOptions(FILEOPENDIALOGOPTIONS options) = 0;
+    virtual HRESULT STDMETHODCALLTYPE GetOptions(FILEOPENDIALOGOPTIONS* options) = 0;
+    virtual HRESULT STDMETHODCALLTYPE SetDefaultFolder(IShellItem* folder) = 0;
+    virtual HRESULT STDMETHODCALLTYPE SetFileName(LPCWSTR name) = 0;
+    virtual HRESULT STDMETHODCALLTYPE SetTitle(LPCWSTR title) = 0;
+    virtual HRESULT STDMETHODCALLTYPE SetOkButtonLabel(LPCWSTR label) = 0;
+    virtual HRESULT STDMETHODCALLTYPE GetResult(IShellItem** item) = 0;
+    virtual HRESULT STDMETHODCALLTYPE SetDefaultExtension(LPCWSTR extension) = 0;
+
+protected:
+    ~IFileDialog() = default;
+};
+
 struct SHDRAGIMAGE;
 struct IDropTargetHelper : IUnknown
 {
@@ -165,9 +229,15 @@ protected:
 extern const IID IID_IShellFolder;
 extern const IID IID_IEnumIDList;
 extern const IID IID_IContextMenu;
+extern const IID IID_IShellLinkW;
+extern const IID IID_IPersistFile;
+extern const IID IID_IShellItem;
+extern const IID IID_IFileDialog;
 extern const IID IID_IDropTargetHelper;
 extern const IID IID_IDragSourceHelper2;
 extern const CLSID CLSID_DragDropHelper;
+extern const CLSID CLSID_ShellLink;
+extern const CLSID CLSID_FileOpenDialog;
 extern const KNOWNFOLDERID FOLDERID_RoamingAppData;
 
 #define CSIDL_STARTMENU 0x000b
@@ -204,6 +274,8 @@ HRESULT SHParseDisplayName(LPCWSTR name, IBindCtx* context, LPITEMIDLIST* list, 
 HRESULT SHBindToParent(LPCITEMIDLIST list, REFIID iid, void** parent, LPCITEMIDLIST* last);
 BOOL SHGetPathFromIDListW(LPCITEMIDLIST list, LPWSTR path);
 HRESULT SHGetKnownFolderPath(REFKNOWNFOLDERID id, DWORD flags, HANDLE token, LPWSTR* path);
+/// An item of an existing file or folder; "shell:Desktop" names the user's desktop folder.
+HRESULT SHCreateItemFromParsingName(LPCWSTR name, IBindCtx* context, REFIID iid, void** item);
 HRESULT SHGetFolderLocation(HWND owner, int csidl, HANDLE token, DWORD reserved, LPITEMIDLIST* list);
 
 // --- change notices and the process reference

@@ -481,7 +481,8 @@ HWND SetActiveWindow(HWND window);
 HWND GetActiveWindow();
 BOOL SetForegroundWindow(HWND window);
 HWND GetForegroundWindow();
-SHORT GetKeyState(int virtualKey);
+SHORT GetKeyState(int virtualKey);      ///< as of the message that is being handled
+SHORT GetAsyncKeyState(int virtualKey); ///< as of now: the top bit while the key is down
 BOOL GetKeyboardState(BYTE* state);
 void keybd_event(BYTE virtualKey, BYTE scan, DWORD flags, ULONG_PTR extra);
 UINT GetDoubleClickTime();
@@ -546,3 +547,41 @@ BOOL TrackPopupMenuEx(HMENU menu, UINT flags, int x, int y, HWND window, TPMPARA
 
 /// Modal box with the caption's default ("Error") for a null caption. Returns the button's id, 0 if it cannot be shown.
 int MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type);
+
+// --- dialogs
+#define DS_FIXEDSYS 0x0008L
+#define DS_SETFONT 0x0040L
+#define DS_MODALFRAME 0x0080L
+#define DS_SETFOREGROUND 0x0200L
+#define DS_CENTER 0x0800L
+#define DM_GETDEFID (WM_USER + 0)
+#define DM_SETDEFID (WM_USER + 1)
+#define DM_REPOSITION (WM_USER + 2)
+#define DC_HASDEFID 0x534B
+
+/// The head of a template in memory; an extended one (DLGTEMPLATEEX, told by its first words 1 and 0xFFFF) is passed by
+/// the same pointer.
+#pragma pack(push, 2)
+struct DLGTEMPLATE
+{
+    DWORD style;
+    DWORD dwExtendedStyle;
+    WORD cdit;
+    short x;
+    short y;
+    short cx;
+    short cy;
+};
+#pragma pack(pop)
+using LPCDLGTEMPLATEW = const DLGTEMPLATE*;
+
+/// Both run a dialog until its procedure ends it: EndDialog's result, −1 when it cannot be made. The owner, which may
+/// be null, is disabled meanwhile.
+INT_PTR DialogBoxParamW(HINSTANCE instance, LPCWSTR templateName, HWND owner, DLGPROC procedure, LPARAM initParam);
+INT_PTR DialogBoxIndirectParamW(HINSTANCE instance, LPCDLGTEMPLATEW dialogTemplate, HWND owner, DLGPROC procedure,
+                                LPARAM initParam);
+BOOL EndDialog(HWND dialog, INT_PTR result);
+BOOL SetDlgItemTextW(HWND dialog, int id, LPCWSTR text);
+/// Length of the text copied, which is always ended by 0.
+UINT GetDlgItemTextW(HWND dialog, int id, LPWSTR text, int capacity);
+LRESULT SendDlgItemMessageW(HWND dialog, int id, UINT message, WPARAM wParam, LPARAM lParam);

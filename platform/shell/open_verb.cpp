@@ -7,7 +7,7 @@
 #include "platform/base/product.h"
 #include "platform/base/text.h"
 #include "platform/services/launch_service.h"
-#include "platform/shell/process_reference.h"
+#include "platform/base/process_hold.h"
 
 #include <memory>
 

@@ -1,5 +1,5 @@
 // Keeping and handing out the program's process reference.
-#include "platform/shell/process_reference.h"
+#include "platform/base/process_hold.h"
 
 #include <mutex>
 
