@@ -4,6 +4,8 @@
 #include "windows.h"
 #include "windowsx.h"
 
+#include <string>
+
 namespace platform
 {
 
@@ -30,6 +32,13 @@ protected:
     LRESULT Default(UINT message, WPARAM wParam, LPARAM lParam)
     {
         return Alive() ? DefWindowProcW(m_window, message, wParam, lParam) : 0;
+    }
+
+    /// Asks the parent what to draw with (WM_CTLCOLOR…): sets the text's colour, returns the background.
+    HBRUSH AskForColors(UINT message, HDC dc)
+    {
+        return reinterpret_cast<HBRUSH>(SendMessageW(GetParent(m_window), message, reinterpret_cast<WPARAM>(dc),
+                                                     reinterpret_cast<LPARAM>(m_window)));
     }
 
     /// Sends WM_NOTIFY with a structure that begins with an NMHDR.
@@ -99,6 +108,13 @@ inline void FrameColors(HDC dc, const RECT& rect, int topLeft, int bottomRight)
     FillRect(dc, &left, GetSysColorBrush(topLeft));
     FillRect(dc, &bottom, GetSysColorBrush(bottomRight));
     FillRect(dc, &right, GetSysColorBrush(bottomRight));
+}
+
+inline std::u16string TextOf(HWND window)
+{
+    std::u16string text(static_cast<std::size_t>(GetWindowTextLengthW(window)), u'\0');
+    GetWindowTextW(window, text.data(), static_cast<int>(text.size()) + 1);
+    return text;
 }
 
 inline POINT PointFrom(LPARAM lParam)

@@ -9,18 +9,20 @@ namespace platform
 namespace
 {
 
-constexpr int kIdAbort = 3;
-constexpr int kIdRetry = 4;
-constexpr int kIdIgnore = 5;
+// What Windows' guide to layout recommends, in dialog units.
+constexpr LONG kMargin = 7;
+constexpr LONG kGap = 4;
+constexpr SIZE kButton = {50, 14};
+constexpr LONG kButtonStep = kButton.cx + kGap;
 
 constexpr MessageBoxButton kOkButtons[] = {{IDOK, TEXT("OK")}};
 constexpr MessageBoxButton kOkCancelButtons[] = {{IDOK, TEXT("OK")}, {IDCANCEL, TEXT("Cancel")}};
 constexpr MessageBoxButton kAbortRetryIgnoreButtons[] = {
-    {kIdAbort, TEXT("&Abort")}, {kIdRetry, TEXT("&Retry")}, {kIdIgnore, TEXT("&Ignore")}};
+    {IDABORT, TEXT("&Abort")}, {IDRETRY, TEXT("&Retry")}, {IDIGNORE, TEXT("&Ignore")}};
 constexpr MessageBoxButton kYesNoCancelButtons[] = {
     {IDYES, TEXT("&Yes")}, {IDNO, TEXT("&No")}, {IDCANCEL, TEXT("Cancel")}};
 constexpr MessageBoxButton kYesNoButtons[] = {{IDYES, TEXT("&Yes")}, {IDNO, TEXT("&No")}};
-constexpr MessageBoxButton kRetryCancelButtons[] = {{kIdRetry, TEXT("&Retry")}, {IDCANCEL, TEXT("Cancel")}};
+constexpr MessageBoxButton kRetryCancelButtons[] = {{IDRETRY, TEXT("&Retry")}, {IDCANCEL, TEXT("Cancel")}};
 
 /// In the order of the type's low four bits: MB_OK, MB_OKCANCEL, MB_ABORTRETRYIGNORE, …
 constexpr MessageBoxKind kKinds[] = {
@@ -38,29 +40,25 @@ const MessageBoxKind& KindOfMessageBox(UINT type)
 RECT MessageBoxLayout::ButtonRect(std::size_t index) const
 {
     RECT rect = firstButton;
-    OffsetRect(&rect, static_cast<int>(index) * static_cast<int>(buttonStep), 0);
+    OffsetRect(&rect, static_cast<int>(index) * kButtonStep, 0);
     return rect;
 }
 
-MessageBoxLayout LayOutMessageBox(SIZE text, LONG widestLabel, LONG line, std::size_t buttons, LONG picture)
+MessageBoxLayout LayOutMessageBox(SIZE text, SIZE picture, std::size_t buttons)
 {
-    const LONG space = line * 3 / 4;
-    const LONG textLeft = picture != 0 ? space + picture + space : space;
-    const LONG contentHeight = std::max(picture, text.cy);
-    const LONG buttonWidth = std::max(widestLabel + 2 * line, 5 * line);
-    const LONG buttonHeight = line * 7 / 4;
+    const LONG textLeft = picture.cx != 0 ? kMargin + picture.cx + kMargin : kMargin;
+    const LONG content = std::max(picture.cy, text.cy);
+    const LONG row = static_cast<LONG>(buttons) * kButtonStep - kGap;
 
     MessageBoxLayout layout;
-    layout.buttonStep = buttonWidth + line / 2;
-    const LONG row = static_cast<LONG>(buttons) * layout.buttonStep - line / 2;
-    layout.client.cx = std::max(textLeft + text.cx, space + row) + space;
-    layout.client.cy = space + contentHeight + space + buttonHeight + space;
-    layout.picture = {space, space, space + picture, space + picture};
-    const LONG textTop = space + (contentHeight - text.cy) / 2;
+    layout.client.cx = std::max(textLeft + text.cx, kMargin + row) + kMargin;
+    layout.client.cy = kMargin + content + kMargin + kButton.cy + kMargin;
+    layout.picture = {kMargin, kMargin, kMargin + picture.cx, kMargin + picture.cy};
+    const LONG textTop = kMargin + (content - text.cy) / 2;
     layout.text = {textLeft, textTop, textLeft + text.cx, textTop + text.cy};
     const LONG left = (layout.client.cx - row) / 2;
-    const LONG top = space + contentHeight + space;
-    layout.firstButton = {left, top, left + buttonWidth, top + buttonHeight};
+    const LONG top = kMargin + content + kMargin;
+    layout.firstButton = {left, top, left + kButton.cx, top + kButton.cy};
     return layout;
 }
 

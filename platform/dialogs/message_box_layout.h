@@ -24,21 +24,18 @@ struct MessageBoxKind
 /// The kind that a MessageBox type asks for; an unknown one has an OK button.
 const MessageBoxKind& KindOfMessageBox(UINT type);
 
-/// Client coordinates, pixels.
+/// Dialog units.
 struct MessageBoxLayout
 {
     SIZE client{};
     RECT picture{}; ///< empty when there is none
     RECT text{};
     RECT firstButton{};
-    LONG buttonStep = 0; ///< from one button's left edge to the next one's
 
     RECT ButtonRect(std::size_t index) const;
 };
 
-/// Everything is measured in lines of the font, so that the box grows with it: `text` is the size of the broken text,
-/// `widestLabel` of the widest button label, `line` the font's height, `picture` the picture's width and height, 0 for
-/// none.
-MessageBoxLayout LayOutMessageBox(SIZE text, LONG widestLabel, LONG line, std::size_t buttons, LONG picture);
+/// `text` and `picture` are the sizes of the broken text and of the icon (0 for none), in dialog units.
+MessageBoxLayout LayOutMessageBox(SIZE text, SIZE picture, std::size_t buttons);
 
 } // namespace platform

@@ -15,5 +15,7 @@ Bytes ResourceBytesOf(HINSTANCE instance, LPCWSTR name, LPCWSTR type);
 
 /// A new icon of this size out of a module's resources, the system's for null; made of the picture that suits best.
 HICON LoadResourceIcon(HINSTANCE instance, LPCWSTR name, int width, int height);
+/// The same handle each time it is asked for; it lives as long as the process.
+HICON LoadSharedIcon(HINSTANCE instance, LPCWSTR name, int width, int height);
 
 } // namespace platform

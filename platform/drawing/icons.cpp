@@ -5,6 +5,8 @@
 #include "platform/drawing/image_scaling.h"
 
 #include <algorithm>
+#include <map>
+#include <tuple>
 
 namespace platform
 {
@@ -87,6 +89,21 @@ HICON LoadResourceIcon(HINSTANCE instance, LPCWSTR name, int width, int height)
                             : Fail(ERROR_RESOURCE_NAME_NOT_FOUND, static_cast<HICON>(nullptr));
 }
 
+HICON LoadSharedIcon(HINSTANCE instance, LPCWSTR name, int width, int height)
+{
+    using Key = std::tuple<const unsigned char*, int, int>;
+    static auto& loaded = *new std::map<Key, HICON>;
+    const Bytes picture = BestIconPicture(instance != nullptr ? instance : SystemModule(), name, width, height);
+    HICON& icon = loaded[Key(picture.data(), width, height)];
+    if (icon == nullptr)
+    {
+        icon = LoadResourceIcon(instance, name, width, height);
+        if (IconObject* object = FindObject<IconObject>(icon))
+            object->permanent = true;
+    }
+    return icon;
+}
+
 IconImage SystemPicture(LPCWSTR name, int size)
 {
     return ReadScaled(BestIconPicture(SystemModule(), name, size, size), size, size);
@@ -98,12 +115,14 @@ HICON LoadIconW(HINSTANCE instance, LPCWSTR name)
 {
     // SM_CXICON at 100 %: the size that LoadIconW has always meant.
     constexpr int kSize = 32;
-    return platform::LoadResourceIcon(instance, name, kSize, kSize);
+    return platform::LoadSharedIcon(instance, name, kSize, kSize);
 }
 
 BOOL DestroyIcon(HICON icon)
 {
-    if (platform::FindObject<platform::IconObject>(icon) == nullptr)
+    const auto* object = platform::FindObject<platform::IconObject>(icon);
+    if (object == nullptr)
         return platform::Fail(ERROR_INVALID_HANDLE, FALSE);
-    return platform::TakeHandle(reinterpret_cast<std::uintptr_t>(icon)) != nullptr;
+    // A shared one is nobody's: "destroying" it has no effect.
+    return object->permanent || platform::TakeHandle(reinterpret_cast<std::uintptr_t>(icon)) != nullptr;
 }

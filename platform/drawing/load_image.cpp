@@ -28,7 +28,8 @@ HANDLE LoadImageW(HINSTANCE instance, LPCWSTR name, UINT type, int width, int he
     if (type == IMAGE_ICON && (flags & LR_LOADFROMFILE) == 0)
     {
         constexpr int kUsual = 32;
-        return LoadResourceIcon(instance, name, width != 0 ? width : kUsual, height != 0 ? height : kUsual);
+        const auto load = (flags & LR_SHARED) != 0 ? LoadSharedIcon : LoadResourceIcon;
+        return load(instance, name, width != 0 ? width : kUsual, height != 0 ? height : kUsual);
     }
     if (type != IMAGE_BITMAP)
         return Fail(ERROR_NOT_SUPPORTED, kNone);

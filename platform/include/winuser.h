@@ -363,6 +363,7 @@ struct NONCLIENTMETRICSW
 #define IMAGE_ICON 1
 #define LR_DEFAULTCOLOR 0x0000
 #define LR_LOADFROMFILE 0x0010
+#define LR_SHARED 0x8000
 #define LR_CREATEDIBSECTION 0x2000
 #define IDC_ARROW MAKEINTRESOURCEW(32512)
 #define DT_TOP 0x0000
@@ -404,13 +405,21 @@ struct NONCLIENTMETRICSW
 #define TPM_RETURNCMD 0x0100
 #define MB_OK 0x0000
 #define MB_OKCANCEL 0x0001
+#define MB_ABORTRETRYIGNORE 0x0002
+#define MB_YESNOCANCEL 0x0003
 #define MB_YESNO 0x0004
+#define MB_RETRYCANCEL 0x0005
 #define MB_ICONERROR 0x0010
 #define MB_ICONQUESTION 0x0020
 #define MB_ICONWARNING 0x0030
 #define MB_ICONINFORMATION 0x0040
+#define MB_DEFBUTTON2 0x0100
+#define MB_DEFBUTTON3 0x0200
 #define IDOK 1
 #define IDCANCEL 2
+#define IDABORT 3
+#define IDRETRY 4
+#define IDIGNORE 5
 #define IDYES 6
 #define IDNO 7
 
@@ -558,6 +567,25 @@ int MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type);
 #define DM_SETDEFID (WM_USER + 1)
 #define DM_REPOSITION (WM_USER + 2)
 #define DC_HASDEFID 0x534B
+#define WM_NEXTDLGCTL 0x0028
+#define WM_CTLCOLOREDIT 0x0133
+#define WM_CTLCOLORBTN 0x0135
+#define WM_CTLCOLORDLG 0x0136
+#define WM_CTLCOLORSTATIC 0x0138
+// What a control answers to WM_GETDLGCODE.
+#define DLGC_WANTARROWS 0x0001
+#define DLGC_WANTTAB 0x0002
+#define DLGC_WANTMESSAGE 0x0004
+#define DLGC_HASSETSEL 0x0008
+#define DLGC_DEFPUSHBUTTON 0x0010
+#define DLGC_UNDEFPUSHBUTTON 0x0020
+#define DLGC_WANTCHARS 0x0080
+#define DLGC_STATIC 0x0100
+#define DLGC_BUTTON 0x2000
+// A dialog's extra bytes.
+#define DWLP_MSGRESULT 0
+#define DWLP_DLGPROC (DWLP_MSGRESULT + static_cast<int>(sizeof(LRESULT)))
+#define DWLP_USER (DWLP_DLGPROC + static_cast<int>(sizeof(DLGPROC)))
 
 /// The head of a template in memory; an extended one (DLGTEMPLATEEX, told by its first words 1 and 0xFFFF) is passed by
 /// the same pointer.
@@ -585,3 +613,35 @@ BOOL SetDlgItemTextW(HWND dialog, int id, LPCWSTR text);
 /// Length of the text copied, which is always ended by 0.
 UINT GetDlgItemTextW(HWND dialog, int id, LPWSTR text, int capacity);
 LRESULT SendDlgItemMessageW(HWND dialog, int id, UINT message, WPARAM wParam, LPARAM lParam);
+BOOL CheckDlgButton(HWND dialog, int id, UINT check);
+UINT IsDlgButtonChecked(HWND dialog, int id);
+/// Keys as a dialog knows them; whatever else is meant for the dialog or its controls is dispatched. FALSE: not meant
+/// for them.
+BOOL IsDialogMessageW(HWND dialog, LPMSG message);
+/// From dialog units (a quarter of the font's average width, an eighth of its height) to pixels.
+BOOL MapDialogRect(HWND dialog, LPRECT rect);
+HWND GetNextDlgTabItem(HWND dialog, HWND control, BOOL previous);
+HWND GetNextDlgGroupItem(HWND dialog, HWND control, BOOL previous);
+
+// --- static and button
+#define SS_LEFT 0x0000L
+#define SS_CENTER 0x0001L
+#define SS_RIGHT 0x0002L
+#define SS_ICON 0x0003L
+#define SS_LEFTNOWORDWRAP 0x000CL
+#define SS_NOPREFIX 0x0080L
+#define SS_CENTERIMAGE 0x0200L
+#define SS_ENDELLIPSIS 0x4000L
+#define STM_SETICON 0x0170
+#define STM_GETICON 0x0171
+#define BS_PUSHBUTTON 0x0000L
+#define BS_DEFPUSHBUTTON 0x0001L
+#define BS_CHECKBOX 0x0002L
+#define BS_AUTOCHECKBOX 0x0003L
+#define BM_GETCHECK 0x00F0
+#define BM_SETCHECK 0x00F1
+#define BM_SETSTYLE 0x00F4
+#define BM_CLICK 0x00F5
+#define BN_CLICKED 0
+#define BST_UNCHECKED 0
+#define BST_CHECKED 1

@@ -106,6 +106,14 @@ LRESULT SetClassCursor(const Window& window, WPARAM wParam, LPARAM lParam)
     return FALSE;
 }
 
+/// What a control is to draw with whose parent has no wish of its own: the text's colour is set, the brush returned.
+LRESULT ControlColors(UINT message, HDC dc)
+{
+    const bool edit = message == WM_CTLCOLOREDIT;
+    SetTextColor(dc, GetSysColor(edit ? COLOR_WINDOWTEXT : COLOR_BTNTEXT));
+    return reinterpret_cast<LRESULT>(GetSysColorBrush(edit ? COLOR_WINDOW : COLOR_BTNFACE));
+}
+
 LRESULT CopyText(const Window& window, WPARAM capacity, LPARAM buffer)
 {
     auto* text = reinterpret_cast<LPWSTR>(buffer);
@@ -228,6 +236,11 @@ LRESULT DefWindowProcW(HWND handle, UINT message, WPARAM wParam, LPARAM lParam)
         return 0;
     case WM_ERASEBKGND:
         return EraseBackground(*window, reinterpret_cast<HDC>(wParam));
+    case WM_CTLCOLOREDIT:
+    case WM_CTLCOLORBTN:
+    case WM_CTLCOLORDLG:
+    case WM_CTLCOLORSTATIC:
+        return ControlColors(message, reinterpret_cast<HDC>(wParam));
     case WM_SETTEXT:
         StoreText(*window, reinterpret_cast<LPCWSTR>(lParam));
         return TRUE;

@@ -14,6 +14,7 @@ struct FocusState
     HWND active = nullptr;
     HWND focus = nullptr;
     HWND lastActive = nullptr; ///< when the program lost the foreground
+    HWND keyboard = nullptr;   ///< the managed window for which the display's focus was taken; null: our key window
     bool foreground = false;
 };
 
@@ -121,9 +122,13 @@ bool FocusIsIn(const Window& window)
     return focus != nullptr && (focus == &window || IsDescendant(*focus, window));
 }
 
+/// The display's focus, unless the window has it: a managed window has its own, all others share one.
 void TakeKeyboardFor(const Window& window)
 {
-    screen::TakeKeyboard(window.IsManaged() ? window.native : 0);
+    FocusState& state = State();
+    const HWND keyboard = window.IsManaged() ? window.handle : nullptr;
+    if (std::exchange(state.keyboard, keyboard) != keyboard || !state.foreground)
+        screen::TakeKeyboard(window.IsManaged() ? window.native : 0);
 }
 
 } // namespace
@@ -156,9 +161,7 @@ bool SetForeground(HWND next, bool byMouse)
     const Window* window = FindObject<Window>(next);
     if (window == nullptr)
         return false;
-    const bool handOver = !state.foreground || (state.active != next && window->IsManaged());
-    if (handOver)
-        TakeKeyboardFor(*window);
+    TakeKeyboardFor(*window);
     if (!std::exchange(state.foreground, true))
         TellAllOfActivation(TRUE);
     return SetActive(next, byMouse);
@@ -172,6 +175,7 @@ void OnActivated(HWND managed)
     const bool late = TopLevels().empty(); // the window that asked for the keyboard is gone
     if (late || (state.foreground && (managed == nullptr || state.active == managed)))
         return;
+    state.keyboard = managed;
     if (!std::exchange(state.foreground, true))
         TellAllOfActivation(TRUE);
     const Window* window = FindObject<Window>(target);

@@ -13,7 +13,8 @@ using Steps = std::vector<std::function<void()>>;
 
 void Key(BYTE key)
 {
-    platform::headless::PressKey(key);
+    const auto letter = static_cast<char16_t>(key - 'A' + u'a');
+    platform::headless::PressKey(key, {&letter, key >= 'A' && key <= 'Z' ? 1U : 0U});
     platform::headless::ReleaseKey(key);
 }
 

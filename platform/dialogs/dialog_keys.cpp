@@ -1,0 +1,150 @@
+// What keys mean in a dialog: Tab, the arrows, Return, Escape, mnemonics.
+#include "platform/dialogs/dialog.h"
+
+#include "platform/windowing/window.h"
+
+namespace platform
+{
+namespace
+{
+
+void PressCommand(HWND dialog, int id)
+{
+    const HWND button = GetDlgItem(dialog, id);
+    if (button == nullptr || IsWindowEnabled(button))
+        SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), reinterpret_cast<LPARAM>(button));
+}
+
+void PressDefaultButton(HWND dialog)
+{
+    const HWND focus = GetFocus();
+    const auto given = static_cast<DWORD>(SendMessageW(dialog, DM_GETDEFID, 0, 0));
+    if (IsChild(dialog, focus) && (DialogCode(focus) & DLGC_DEFPUSHBUTTON) != 0)
+        PressCommand(dialog, GetDlgCtrlID(focus));
+    else
+        PressCommand(dialog, HIWORD(given) == DC_HASDEFID ? LOWORD(given) : IDOK);
+}
+
+bool HandleKeyDown(HWND dialog, const MSG& message)
+{
+    const auto code = static_cast<UINT>(
+        SendMessageW(message.hwnd, WM_GETDLGCODE, message.wParam, reinterpret_cast<LPARAM>(&message)));
+    if ((code & DLGC_WANTMESSAGE) != 0)
+        return false;
+    switch (message.wParam)
+    {
+    case VK_TAB:
+        if ((code & DLGC_WANTTAB) != 0 || GetKeyState(VK_CONTROL) < 0)
+            return false;
+        SendMessageW(dialog, WM_NEXTDLGCTL, GetKeyState(VK_SHIFT) < 0, FALSE);
+        return true;
+    case VK_LEFT:
+    case VK_UP:
+    case VK_RIGHT:
+    case VK_DOWN:
+        if ((code & DLGC_WANTARROWS) != 0)
+            return false;
+        if (const HWND next =
+                GetNextDlgGroupItem(dialog, GetFocus(), message.wParam == VK_LEFT || message.wParam == VK_UP))
+            FocusControl(next);
+        return true;
+    case VK_RETURN:
+        PressDefaultButton(dialog);
+        return true;
+    case VK_ESCAPE:
+        PressCommand(dialog, IDCANCEL);
+        return true;
+    default:
+        return false;
+    }
+}
+
+WCHAR UpperCaseOf(WCHAR letter)
+{
+    return static_cast<WCHAR>(reinterpret_cast<ULONG_PTR>(CharUpperW(MAKEINTRESOURCEW(letter))));
+}
+
+/// The letter behind the last single ampersand, which is the one that is underlined; 0 for none.
+WCHAR MnemonicOf(HWND control)
+{
+    constexpr int kRoom = 256;
+    WCHAR text[kRoom];
+    const int length = GetWindowTextW(control, text, kRoom);
+    WCHAR mnemonic = 0;
+    for (int i = 0; i + 1 < length; ++i)
+    {
+        if (text[i] != u'&')
+            continue;
+        ++i;
+        mnemonic = text[i] != u'&' ? text[i] : mnemonic;
+    }
+    return UpperCaseOf(mnemonic);
+}
+
+bool HasMnemonic(HWND control, WCHAR letter)
+{
+    const UINT code = DialogCode(control);
+    const bool labelled = (code & DLGC_BUTTON) != 0 ||
+                          ((code & DLGC_STATIC) != 0 && (GetWindowLongPtrW(control, GWL_STYLE) & SS_NOPREFIX) == 0);
+    return labelled && CanTakeFocus(control) && MnemonicOf(control) == letter;
+}
+
+/// A button is pressed; a label's letter leads to the control behind it.
+void FollowMnemonic(HWND dialog, HWND control)
+{
+    const bool button = (DialogCode(control) & DLGC_BUTTON) != 0;
+    const HWND target = button ? control : GetNextDlgTabItem(dialog, control, FALSE);
+    SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(target), TRUE);
+    if (button && IsWindow(control))
+        SendMessageW(control, BM_CLICK, 0, 0);
+}
+
+bool HandleCharacter(HWND dialog, const MSG& message)
+{
+    const bool plain = message.message == WM_CHAR;
+    if (plain && (DialogCode(message.hwnd) & (DLGC_WANTCHARS | DLGC_WANTMESSAGE)) != 0)
+        return false;
+    const WCHAR letter = UpperCaseOf(static_cast<WCHAR>(message.wParam));
+    const Window* window = FindObject<Window>(dialog);
+    for (const HWND control : window != nullptr && letter > u' ' ? HandlesOf(window->children) : std::vector<HWND>())
+    {
+        if (IsWindow(control) && HasMnemonic(control, letter))
+        {
+            FollowMnemonic(dialog, control);
+            return true;
+        }
+    }
+    return false;
+}
+
+bool HandleKey(HWND dialog, const MSG& message)
+{
+    switch (message.message)
+    {
+    case WM_KEYDOWN:
+        return HandleKeyDown(dialog, message);
+    case WM_CHAR:
+    case WM_SYSCHAR:
+        return HandleCharacter(dialog, message);
+    default:
+        return false;
+    }
+}
+
+} // namespace
+} // namespace platform
+
+using namespace platform;
+
+BOOL IsDialogMessageW(HWND dialog, LPMSG message)
+{
+    if (message == nullptr || (message->hwnd != dialog && !IsChild(dialog, message->hwnd)))
+        return FALSE;
+    if (!HandleKey(dialog, *message))
+    {
+        TranslateMessage(message);
+        DispatchMessageW(message);
+    }
+    UpdateDefaultButton(dialog); // the mouse or the program may have moved the focus
+    return TRUE;
+}
