@@ -11,7 +11,7 @@ namespace platform
 /// A dialog that runs a message loop: on that loop's stack.
 struct DialogRun
 {
-    HWND owner = nullptr; ///< disabled meanwhile, null when there is none or it was disabled before
+    HWND disabled = nullptr; ///< the owner, unless it was disabled before
     bool ended = false;
     INT_PTR result = 0;
 };

@@ -98,17 +98,17 @@ void Initialize(HWND dialog, DLGPROC procedure, LPARAM param)
 }
 
 /// Null when the dialog or one of its controls cannot be made: a dialog must not lack an answer.
-HWND CreateDialogWindow(const DialogDescription& description, HINSTANCE instance, DialogRun& run)
+HWND CreateDialogWindow(const DialogDescription& description, HINSTANCE instance, HWND owner, DialogRun& run)
 {
     auto made = std::make_unique<Dialog>();
     made->run = &run;
     made->font = description.font ? CreateDialogFont(*description.font) : nullptr;
     made->units = DialogUnits(made->font);
-    const RECT place = PlaceOf(description, made->units, run.owner);
+    const RECT place = PlaceOf(description, made->units, owner);
     const DWORD frame = (description.style & DS_MODALFRAME) != 0 ? WS_EX_DLGMODALFRAME : 0;
-    const HWND dialog = CreateDialogFrame(description.exStyle | frame, description.title,
-                                          description.style & ~static_cast<DWORD>(WS_VISIBLE), place, run.owner,
-                                          instance, std::move(made));
+    const HWND dialog =
+        CreateDialogFrame(description.exStyle | frame, description.title,
+                          description.style & ~static_cast<DWORD>(WS_VISIBLE), place, owner, instance, std::move(made));
     for (const DialogItem& item : description.items)
     {
         if (dialog != nullptr && !CreateControl(dialog, item, instance))
@@ -150,50 +150,35 @@ void PumpDialog(HWND dialog, const DialogRun& run)
     }
 }
 
-/// Disables the owner for as long as it lives.
-class OwnerDisabled
+/// Enables the owner, unless it was disabled before. Before the dialog goes, so that the owner and not another
+/// program's window gets the keyboard.
+void ReleaseOwner(DialogRun& run)
 {
-public:
-    explicit OwnerDisabled(HWND owner) : m_owner(owner != nullptr && IsWindowEnabled(owner) ? owner : nullptr)
-    {
-        if (m_owner != nullptr)
-            EnableWindow(m_owner, FALSE);
-    }
-    ~OwnerDisabled() { End(); }
-    OwnerDisabled(const OwnerDisabled&) = delete;
-    OwnerDisabled& operator=(const OwnerDisabled&) = delete;
-    void End()
-    {
-        const HWND owner = std::exchange(m_owner, nullptr);
-        if (IsWindow(owner))
-            EnableWindow(owner, TRUE);
-    }
-
-private:
-    HWND m_owner;
-};
+    const HWND owner = std::exchange(run.disabled, nullptr);
+    if (IsWindow(owner))
+        EnableWindow(owner, TRUE);
+}
 
 INT_PTR RunDialog(const DialogDescription& description, HINSTANCE instance, HWND owner, DLGPROC procedure, LPARAM param)
 {
     DialogRun run;
-    run.owner = owner;
-    OwnerDisabled disabled(owner);
-    const HWND dialog = CreateDialogWindow(description, instance, run);
-    if (dialog == nullptr)
-        return -1;
-    Initialize(dialog, procedure, param);
+    run.disabled = owner != nullptr && !EnableWindow(owner, FALSE) ? owner : nullptr;
+    const HWND dialog = CreateDialogWindow(description, instance, owner, run);
+    if (dialog != nullptr)
+        Initialize(dialog, procedure, param);
     if (!run.ended && IsWindow(dialog))
     {
         Show(dialog);
         PumpDialog(dialog, run);
     }
-    // Enabled again before the dialog goes, so that it and not another program's window gets the keyboard.
-    disabled.End();
+    ReleaseOwner(run);
     if (Dialog* state = FindDialog(dialog))
     {
         state->run = nullptr;
         DestroyWindow(dialog);
     }
+    if (dialog == nullptr)
+        return -1;
     return run.ended ? run.result : 0;
 }
 
@@ -233,5 +218,7 @@ BOOL EndDialog(HWND window, INT_PTR result)
     dialog->run->ended = true;
     dialog->run->result = result;
     PostMessageW(nullptr, WM_NULL, 0, 0); // the loop may be waiting
+    ReleaseOwner(*dialog->run);
+    SetWindowPos(window, nullptr, 0, 0, 0, 0, SWP_HIDEWINDOW | SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER);
     return TRUE;
 }

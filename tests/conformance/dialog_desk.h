@@ -1,0 +1,109 @@
+// A dialog that runs a test's steps, and writes down what its procedure is told.
+#pragma once
+
+#include "message_log.h"
+
+namespace conformance
+{
+
+class DialogTest : public testing::Test
+{
+protected:
+    using Step = std::function<void(HWND)>;
+    using Answer = std::function<std::optional<INT_PTR>(HWND, UINT, WPARAM, LPARAM)>;
+
+    static constexpr int kExtended = 301;
+    static constexpr int kPlain = 302;
+    // The controls of both.
+    static constexpr int kLabel = 65535;
+    static constexpr int kFirst = 102;
+    static constexpr int kNoTabStop = 103;
+    static constexpr int kCheck = 104;
+    static constexpr int kHidden = 105;
+    static constexpr int kDisabled = 106;
+
+    ~DialogTest() override
+    {
+        MSG message;
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+            DispatchMessageW(&message);
+    }
+
+    /// Shows the dialog and does the step in its message loop; then it ends with 77, unless the step says End.
+    INT_PTR Run(Step step, LPCWSTR name = MAKEINTRESOURCEW(kExtended), HWND owner = nullptr)
+    {
+        Script script{this, std::move(step), false};
+        return DialogBoxParamW(GetModuleHandleW(nullptr), name, owner, Procedure, reinterpret_cast<LPARAM>(&script));
+    }
+    INT_PTR Run(int number, Step step) { return Run(std::move(step), MAKEINTRESOURCEW(number)); }
+
+    static void End(HWND dialog, INT_PTR result)
+    {
+        reinterpret_cast<Script*>(GetWindowLongPtrW(dialog, DWLP_USER))->ended = true;
+        EXPECT_TRUE(EndDialog(dialog, result));
+    }
+
+    static HWND Control(HWND dialog, int id) { return GetDlgItem(dialog, id); }
+    static int FocusId() { return GetDlgCtrlID(GetFocus()); }
+
+    /// A key or character as the dialog's loop sees it come, for the control with the focus.
+    static void Type(HWND dialog, UINT message, WPARAM key)
+    {
+        MSG typed{};
+        typed.hwnd = GetFocus();
+        typed.message = message;
+        typed.wParam = key;
+        typed.lParam = 1;
+        EXPECT_TRUE(IsDialogMessageW(dialog, &typed));
+    }
+    static void Press(HWND dialog, WPARAM key) { Type(dialog, WM_KEYDOWN, key); }
+
+    std::vector<std::pair<int, int>> TakeCommands() { return std::exchange(m_commands, {}); }
+
+    std::vector<std::pair<int, int>> m_commands; ///< identifier and code of each WM_COMMAND
+    Answer m_answer;                             ///< asked first, for every message
+    bool m_usualFocus = true;                    ///< what WM_INITDIALOG is answered with
+
+private:
+    struct Script
+    {
+        DialogTest* test;
+        Step step;
+        bool ended;
+    };
+
+    static INT_PTR CALLBACK Procedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
+    {
+        if (message == WM_INITDIALOG)
+        {
+            SetWindowLongPtrW(dialog, DWLP_USER, lParam);
+            PostMessageW(dialog, WM_APP, 0, 0);
+        }
+        auto* script = reinterpret_cast<Script*>(GetWindowLongPtrW(dialog, DWLP_USER));
+        if (script == nullptr)
+            return FALSE;
+        DialogTest& test = *script->test;
+        if (test.m_answer)
+            if (const auto answer = test.m_answer(dialog, message, wParam, lParam))
+                return *answer;
+        switch (message)
+        {
+        case WM_INITDIALOG:
+            return test.m_usualFocus;
+        case WM_COMMAND:
+            test.m_commands.emplace_back(LOWORD(wParam), HIWORD(wParam));
+            return TRUE;
+        case WM_APP:
+            script->step(dialog);
+            if (IsWindow(dialog) && !script->ended)
+                EndDialog(dialog, 77);
+            return TRUE;
+        default:
+            return FALSE;
+        }
+    }
+};
+
+using Commands = std::vector<std::pair<int, int>>;
+
+} // namespace conformance
