@@ -1,0 +1,61 @@
+// Stands in for calls of popup menus, dialogs and file work until they are there.
+#include "windows.h"
+
+#include "shellapi.h"
+#include "shlobj.h"
+#include "shlwapi.h"
+
+INT_PTR DialogBoxParamW(HINSTANCE, LPCWSTR, HWND, DLGPROC, LPARAM)
+{
+    return -1;
+}
+
+BOOL EndDialog(HWND, INT_PTR)
+{
+    return FALSE;
+}
+
+UINT GetDlgItemTextW(HWND, int, LPWSTR, int)
+{
+    return 0;
+}
+
+BOOL SetDlgItemTextW(HWND, int, LPCWSTR)
+{
+    return FALSE;
+}
+
+SHORT GetAsyncKeyState(int virtualKey)
+{
+    return GetKeyState(virtualKey);
+}
+
+LPWSTR PathFindFileNameW(LPCWSTR path)
+{
+    LPCWSTR name = path;
+    for (; *path != 0; ++path)
+        if (*path == u'\\' && path[1] != 0)
+            name = path + 1;
+    return const_cast<LPWSTR>(name);
+}
+
+HRESULT SHCreateItemFromParsingName(LPCWSTR, IBindCtx*, REFIID, void** item)
+{
+    *item = nullptr;
+    return E_FAIL;
+}
+
+int SHFileOperationW(SHFILEOPSTRUCTW*)
+{
+    return 1;
+}
+
+BOOL ShellExecuteExW(SHELLEXECUTEINFOW*)
+{
+    return FALSE;
+}
+
+BOOL TrackPopupMenuEx(HMENU, UINT, int, int, HWND, TPMPARAMS*)
+{
+    return 0;
+}
