@@ -2,6 +2,7 @@
 #include "app/bitmap_loader.h"
 
 #include "app/launcher_state.h"
+#include "support/premultiply.h"
 
 #include <string>
 
@@ -16,13 +17,6 @@ HANDLE LoadDibSection(const WString& name)
 }
 
 } // namespace
-
-void PremultiplyPixels(std::uint8_t* pixels, std::size_t count)
-{
-    for (; count > 0; --count, pixels += 4)
-        for (int channel = 0; channel < 3; ++channel)
-            pixels[channel] = static_cast<std::uint8_t>(pixels[channel] * pixels[3] / 255);
-}
 
 UniqueBitmap LoadBitmapImage(const WString& name)
 {

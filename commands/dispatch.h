@@ -11,7 +11,7 @@ namespace CustomMenu
 struct ChosenCommand
 {
     ItemCommandMode mode; ///< Launch closes the whole menu after a shell operation
-    int index;            ///< of the item when it was chosen
+    int index;            ///< of the item, −1 when the level shows it no more
     POINT point;          ///< screen coordinates
     int identifier;       ///< of the entry
 };

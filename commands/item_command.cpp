@@ -1,7 +1,9 @@
-// The one entry point for everything done to an item: select, open, launch.
+// The one entry point for everything done to an item: select, open, context menu, launch.
 #include "menu/custom_bar.h"
 
+#include "commands/context_menu.h"
 #include "commands/dispatch.h"
+#include "content/ordering.h"
 #include "geometry/scrolling.h"
 #include "menu/level_ref.h"
 
@@ -43,14 +45,15 @@ void LaunchItem(CustomBar& level, int index, POINT point)
     if (item.Is(MIF_PLACEHOLDER))
         return;
     const LevelRef held(level);
-    ItemMenu menu(item);
+    const std::uint32_t key = item.key;
+    ItemMenu menu(level, item);
     level.SetHotItem(item.order);
     // The shell may dispatch messages: in the meantime the user can have closed the menu.
     if (!menu.Query(CMF_DEFAULTONLY) || level.m_closing)
         return;
     const int command = menu.DefaultCommand();
     if (command > 0)
-        DispatchCommand(level, menu, {ItemCommandMode::Launch, index, point, command});
+        DispatchCommand(level, menu, {ItemCommandMode::Launch, FindAgain(level.m_items, index, key), point, command});
 }
 
 } // namespace
@@ -73,7 +76,9 @@ void CustomBar::OnItemCommand(ItemCommandMode mode, int index, int x, int y)
     case ItemCommandMode::Launch:
         LaunchItem(*this, index, {x, y});
         break;
-    case ItemCommandMode::ContextMenu: // not yet
+    case ItemCommandMode::ContextMenu:
+        ShowContextMenu(*this, index, {x, y});
+        break;
     case ItemCommandMode::Select:
         break;
     }

@@ -2,6 +2,7 @@
 #include "commands/item_menu.h"
 
 #include "commands/command_table.h"
+#include "content/folder_children.h"
 
 namespace CustomMenu
 {
@@ -16,20 +17,45 @@ static_assert(sizeof(void*) != 4 || sizeof(CMINVOKECOMMANDINFOEX) == 64);
 
 } // namespace
 
-ItemMenu::ItemMenu(const MenuItem& item) : m_itemFlags(item.flags)
+ItemMenu::ItemMenu(const CustomBar& level, const MenuItem& item) : m_itemFlags(item.flags), m_item(item.pidl.Get())
 {
-    if (item.pidl)
-        m_list.Reset(ILClone(item.pidl.Get()));
+    if (IsPlaceholder())
+        m_levelFolder = BindToFolder(level.m_sourceFolders[0].Get());
 }
 
 bool ItemMenu::Query(UINT flags)
 {
     m_menu.Reset(CreatePopupMenu());
-    return m_menu && m_list &&
-           SUCCEEDED(SHBindToParent(m_list.Get(), IID_IShellFolder, m_folder.ReceiveVoid(), &m_child)) &&
-           SUCCEEDED(
-               m_folder->GetUIObjectOf(nullptr, 1, &m_child, IID_IContextMenu, nullptr, m_shellMenu.ReceiveVoid())) &&
+    if (!m_menu || IsPlaceholder())
+        return m_menu && m_levelFolder;
+    if (!m_item.Bind())
+        return false;
+    m_shellMenu = m_item.ContextMenu();
+    return m_shellMenu &&
            SUCCEEDED(m_shellMenu->QueryContextMenu(m_menu.Get(), 0, IDM_SHELL_FIRST, IDM_SHELL_LAST, flags));
+}
+
+bool ItemMenu::IsUnwanted(int position) const
+{
+    const UINT command = GetMenuItemID(m_menu.Get(), position);
+    return command >= IDM_SHELL_FIRST && command <= IDM_SHELL_LAST &&
+           IsRemovedVerb(VerbOf(static_cast<int>(command)), m_itemFlags);
+}
+
+void ItemMenu::RemoveUnwantedEntries()
+{
+    int position = 0;
+    int removed = 0;
+    for (int left = GetMenuItemCount(m_menu.Get()); left > 0 && removed < kMostRemovedEntries; --left)
+    {
+        if (!IsUnwanted(position))
+        {
+            ++position;
+            continue;
+        }
+        DeleteMenu(m_menu.Get(), static_cast<UINT>(position), MF_BYPOSITION);
+        ++removed;
+    }
 }
 
 int ItemMenu::DefaultCommand() const

@@ -1,8 +1,8 @@
-// The shell's context menu of one item.
+// The context menu of one item, as far as the shell fills it.
 #pragma once
 
-#include "content/menu_item.h"
-#include "support/com_ptr.h"
+#include "commands/bound_item.h"
+#include "menu/custom_bar.h"
 
 #include <string>
 
@@ -13,13 +13,19 @@ namespace CustomMenu
 class ItemMenu
 {
 public:
-    explicit ItemMenu(const MenuItem& item);
+    ItemMenu(const CustomBar& level, const MenuItem& item);
 
-    /// Makes the menu and has the shell fill it; `flags` as QueryContextMenu takes them. False when the item has no
-    /// shell menu.
+    /// Makes the menu and has the shell fill it; `flags` as QueryContextMenu takes them. The placeholder's is empty.
+    /// False when there is no menu.
     bool Query(UINT flags);
+    /// Takes out what the launcher does not offer.
+    void RemoveUnwantedEntries();
 
+    HMENU Menu() const { return m_menu.Get(); }
     std::uint32_t ItemFlags() const { return m_itemFlags; }
+    const BoundItem& Item() const { return m_item; }
+    /// The folder that holds the item; the level's own for the placeholder. After Query.
+    IShellFolder& Folder() const { return *(IsPlaceholder() ? m_levelFolder.Get() : m_item.Folder()); }
     /// Identifier of the default entry; not greater than 0 when there is none.
     int DefaultCommand() const;
     /// Canonical name of a shell entry's command; empty when the shell tells none.
@@ -29,12 +35,14 @@ public:
     void Invoke(int command, HWND owner, POINT point) const;
 
 private:
+    bool IsPlaceholder() const { return (m_itemFlags & MIF_PLACEHOLDER) != 0; }
+    bool IsUnwanted(int position) const;
+
     std::uint32_t m_itemFlags;
     // Released from the last to the first: the menu before the object that answers for its entries, that one before
     // the folder it came from.
-    ItemList m_list;
-    ComPtr<IShellFolder> m_folder;
-    LPCITEMIDLIST m_child = nullptr; ///< within m_list
+    ComPtr<IShellFolder> m_levelFolder; ///< only for the placeholder
+    BoundItem m_item;
     ComPtr<IContextMenu> m_shellMenu;
     UniqueMenu m_menu;
 };

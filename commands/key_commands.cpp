@@ -65,12 +65,22 @@ LRESULT CustomBar::OnToolbarKeyDown(UINT virtualKey)
     case KeyCommand::InsertSeparator:
         InsertSeparator(Where::Above, decision.index);
         break;
-    case KeyCommand::None:
-    case KeyCommand::InsertShortcut: // this and the next four: not yet
+    case KeyCommand::InsertShortcut:
+        InsertShortcut(decision.index);
+        break;
     case KeyCommand::DeleteFiles:
+        DeleteItemFiles(decision.index);
+        break;
     case KeyCommand::Copy:
+        CopyOrCutItem(decision.index, "copy");
+        break;
     case KeyCommand::Cut:
+        CopyOrCutItem(decision.index, "cut");
+        break;
     case KeyCommand::Paste:
+        PasteItems(decision.index);
+        break;
+    case KeyCommand::None:
         break;
     }
     return 1;

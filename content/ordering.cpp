@@ -102,6 +102,12 @@ int FindKey(const MenuItems& items, std::uint32_t key)
     return found != items.end() ? static_cast<int>(found - items.begin()) : -1;
 }
 
+int FindAgain(const MenuItems& items, int index, std::uint32_t key)
+{
+    const bool isThere = index >= 0 && index < static_cast<int>(items.size()) && items[index].key == key;
+    return isThere ? index : FindKey(items, key);
+}
+
 int InsertSeparatorBeside(MenuItems& items, Where where, int index)
 {
     const int neighbour = where == Where::Above ? index - 1 : index + 1;
@@ -124,6 +130,12 @@ bool InsertNewItem(MenuItems& items, std::vector<WString> before, std::vector<WS
     MenuItem item;
     item.name = ShellText(name->c_str());
     item.key = ItemKey(*name);
+    // A refresh within the operation may have brought it already, to another place.
+    if (const int known = FindKey(items, item.key); known >= 0)
+    {
+        items.erase(items.begin() + known);
+        position -= known < position ? 1 : 0;
+    }
     items.insert(items.begin() + position, std::move(item));
     return true;
 }

@@ -31,6 +31,9 @@ MenuItem MakePlaceholder();
 
 /// Index of the first item with the key, −1 when there is none.
 int FindKey(const MenuItems& items, std::uint32_t key);
+/// Where the item is now that had the key and was at `index` before something that may have replaced the items; −1 when
+/// it is gone.
+int FindAgain(const MenuItems& items, int index, std::uint32_t key);
 
 enum class Where
 {

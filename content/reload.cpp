@@ -3,11 +3,10 @@
 
 #include "app/launcher_state.h"
 #include "app/options.h"
+#include "content/folder_children.h"
 #include "content/icon_cache.h"
 #include "content/item_key.h"
 #include "content/layout_store.h"
-
-#include <shlwapi.h>
 
 #include <algorithm>
 
@@ -17,41 +16,17 @@ namespace CustomMenu
 namespace
 {
 
-constexpr SFGAOF kKindMask = SFGAO_FOLDER | SFGAO_STREAM | SFGAO_LINK;
-
-/// False when the folder has no such name; a name that converts to nothing counts as empty.
-bool QueryName(IShellFolder& folder, LPCITEMIDLIST child, SHGDNF flags, ShellString& name)
-{
-    STRRET text;
-    if (FAILED(folder.GetDisplayNameOf(child, flags, &text)))
-        return false;
-    StrRetToStrW(&text, child, name.Receive());
-    return true;
-}
-
-/// A folder that is also a stream (an archive) or a link is an ordinary item.
-bool IsPlainFolder(IShellFolder& folder, LPCITEMIDLIST child)
-{
-    SFGAOF attributes = kKindMask;
-    return SUCCEEDED(folder.GetAttributesOf(1, &child, &attributes)) && (attributes & kKindMask) == SFGAO_FOLDER;
-}
-
 /// What cannot be bound or enumerated contributes nothing.
 void LoadFolder(CustomBar& level, int slot)
 {
-    const ItemList& source = level.m_sourceFolders[slot];
-    IShellFolder* const desktop = g_launcher.m_desktopFolder.Get();
-    ComPtr<IShellFolder> folder;
-    if (!source || desktop == nullptr ||
-        FAILED(desktop->BindToObject(source.Get(), nullptr, IID_IShellFolder, folder.ReceiveVoid())))
+    const ComPtr<IShellFolder> folder = BindToFolder(level.m_sourceFolders[slot].Get());
+    if (!folder)
         return;
     // A reference of the level's own, which it lets go of when it is loaded anew while the shell is asked below.
     folder->QueryInterface(IID_IShellFolder, level.m_folder.ReceiveVoid());
-    ComPtr<IEnumIDList> children;
-    if (folder->EnumObjects(nullptr, SHCONTF_FOLDERS | SHCONTF_NONFOLDERS, children.Receive()) != S_OK)
-        return;
+    const ComPtr<IEnumIDList> children = EnumerateChildren(*folder.Get());
     ItemList child;
-    while (children->Next(1, child.Receive(), nullptr) == S_OK)
+    while (children && children->Next(1, child.Receive(), nullptr) == S_OK)
         level.AddShellItem(*folder.Get(), child.Get(), slot, false);
 }
 

@@ -68,9 +68,7 @@ CustomBar& MakeSubLevel(CustomBar& opener, int index, const MenuItem& item)
 /// opener's items others. Follows the item, by its key, to where it is now.
 bool IsStillWanted(CustomBar& child, const CustomBar& opener, std::uint32_t key)
 {
-    const int index = child.m_parentIndex;
-    if (!opener.HasItem(index) || opener.m_items[index].key != key)
-        child.m_parentIndex = FindKey(opener.m_items, key);
+    child.m_parentIndex = FindAgain(opener.m_items, child.m_parentIndex, key);
     return !opener.m_closing && !child.m_closing && child.m_parentIndex >= 0;
 }
 

@@ -26,6 +26,9 @@ constexpr UINT WM_APP_BEGINDRAG = WM_APP + 1;
 /// Something has changed in a folder that the level shows.
 constexpr UINT WM_APP_SHELLNOTIFY = WM_APP + 2;
 
+/// The timer that opens the sub-level of the item in m_pendingHover.
+constexpr UINT_PTR kHoverTimer = 1;
+
 /// What OnItemCommand does with an item.
 enum class ItemCommandMode
 {
@@ -98,6 +101,28 @@ public:
     void OnItemCommand(ItemCommandMode mode, int index, int x = 0, int y = 0);
     /// Always nonzero: the toolbar's own key handling is never used.
     LRESULT OnToolbarKeyDown(UINT virtualKey);
+    /// In-folder parsing names of what lies in the level's folders; a sub-folder that both hold is named once.
+    std::vector<WString> SnapshotFolderNames() const;
+    // File operations. Each returns when the shell has done its part, successful or not, and runs nested message loops
+    // meanwhile. A position is one in m_items, from 0 to their count.
+    /// `folder` gets a folder that the shell names.
+    void InsertNewFolder(IShellFolder& folder, int position);
+    /// Lets the user pick a file, or with Ctrl down a folder, and makes a shortcut to it in the level's first folder.
+    void InsertShortcut(int position);
+    /// Asks for the new name at a point of the screen. `childId` is the item's identifier in `folder`; both are the
+    /// caller's, who holds them.
+    void RenameItem(int index, IShellFolder& folder, LPCITEMIDLIST childId, POINT point);
+    /// Both files of a merged folder item.
+    void DeleteItemFiles(int index);
+    /// What is on the clipboard, into the folder item at `index` or, where there is none, the level's first folder.
+    void PasteItems(int index);
+    /// `verb` is "copy" or "cut".
+    void CopyOrCutItem(int index, LPCSTR verb);
+    /// Of an absolute item.
+    static void ShowProperties(LPCITEMIDLIST item);
+    // The root's links to the user's own folders.
+    void ToggleStartMenuLink();
+    void ToggleDesktopLink();
 
     int ItemCount() const { return static_cast<int>(m_items.size()); }
     bool HasItem(int index) const { return index >= 0 && index < ItemCount(); }

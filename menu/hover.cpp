@@ -15,8 +15,6 @@ namespace CustomMenu
 namespace
 {
 
-constexpr UINT_PTR kHoverTimer = 1;
-
 void CycleSeparatorStyle(CustomBar& level)
 {
     if (!SetSeparatorStyle(NextSeparatorStyle(g_launcher.m_options)))

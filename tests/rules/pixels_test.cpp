@@ -1,7 +1,7 @@
 // Arithmetic on pixels: premultiplication, the title on the banner, nine-slice pieces.
-#include "app/bitmap_loader.h"
 #include "menu/banner.h"
 #include "menu/nine_slice.h"
+#include "support/premultiply.h"
 
 #include <gtest/gtest.h>
 

@@ -88,8 +88,8 @@ TEST_F(Dispatch, ADefaultCommandOfAnotherKindIsNotRunAsIfItOpened)
         std::uint32_t flags; ///< added to the item's
         bool closes;         ///< a shell operation closes the menu, whatever it was
     };
-    for (const Case& c : {Case{"paste", 0, false}, Case{"Rename", 0, false}, Case{"delete", MIF_PROTECTED, false},
-                          Case{"cut", MIF_PROTECTED, false}, Case{"properties", 0, true}})
+    for (const Case& c :
+         {Case{"delete", MIF_PROTECTED, false}, Case{"cut", MIF_PROTECTED, false}, Case{"properties", 0, true}})
     {
         StagedMenu menu(c.verb);
         CustomBar& root = m_desk.Level(0);

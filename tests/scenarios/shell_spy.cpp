@@ -5,6 +5,7 @@
 #include "platform/shell/com_object.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace
 {
@@ -35,7 +36,8 @@ public:
 
     HRESULT STDMETHODCALLTYPE InvokeCommand(CMINVOKECOMMANDINFO* info) override
     {
-        g_staged->invocations.push_back(*reinterpret_cast<CMINVOKECOMMANDINFOEX*>(info));
+        g_staged->invocations.emplace_back();
+        std::memcpy(&g_staged->invocations.back(), info, info->cbSize);
         if (g_staged->onInvoke)
             g_staged->onInvoke();
         return S_OK;
