@@ -98,17 +98,6 @@ void AddGlyph(Mask& mask, const Glyph& glyph, int x, int y)
     }
 }
 
-void DrawGlyphs(const Canvas& canvas, GlyphFont& font, std::u16string_view text, POINT position, COLORREF color,
-                const RECT* clip)
-{
-    const RECT bounds = InkBounds(canvas, font, text, position);
-    if (bounds.right <= bounds.left || bounds.bottom <= bounds.top)
-        return;
-    Mask mask(bounds);
-    ForGlyphs(font, text, position, [&](const Glyph& glyph, int x, int y) { AddGlyph(mask, glyph, x, y); });
-    Blend(canvas, mask, color, clip);
-}
-
 /// Underline and strike-out of the glyph path (the service draws its own).
 void DrawDecorations(const Canvas& canvas, GlyphFont& font, POINT position, int width, COLORREF color, const RECT* clip)
 {
@@ -127,7 +116,6 @@ void DrawDecorations(const Canvas& canvas, GlyphFont& font, POINT position, int 
         line(baseline - font.EmHeight() / 3);
 }
 
-/// The service draws on a picture of the line's own size, which is then blended like any other.
 void DrawByService(const Canvas& canvas, GlyphFont& font, std::u16string_view text, POINT position, COLORREF color,
                    const RECT* clip)
 {
@@ -135,26 +123,11 @@ void DrawByService(const Canvas& canvas, GlyphFont& font, std::u16string_view te
     TextExtent extent{};
     if (service == nullptr || !service->measure(&font.ServiceFont(), text.data(), text.size(), &extent))
         return;
-    // Ink may leave the logical extent; an em on each side is room enough.
-    const int margin = font.EmHeight();
-    const RECT seen = canvas.Clip().Bounds();
-    const int baseline = position.y + font.Metrics().tmAscent;
-    const RECT area{std::max(position.x - margin, seen.left), std::max(baseline - extent.ascent - margin, seen.top),
-                    std::min(position.x + extent.width + margin, seen.right),
-                    std::min(baseline + extent.descent + margin, seen.bottom)};
-    const int width = area.right - area.left;
-    const int height = area.bottom - area.top;
-    if (width <= 0 || height <= 0)
-        return;
-    std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
-    const TextTarget picture{pixels.data(), width, height, width};
-    if (!service->draw(&font.ServiceFont(), text.data(), text.size(), &picture, position.x - area.left,
-                       baseline - area.top, PixelFromColor(color)))
-        return;
-    const PixmanImage source = ImageOn({pixels.data(), width, height, width});
-    const PixmanImage target = TargetImage(canvas, clip);
-    pixman_image_composite32(PIXMAN_OP_OVER, source.get(), nullptr, target.get(), 0, 0, 0, 0, area.left, area.top,
-                             width, height);
+    DrawShaped(canvas, font, extent.width, position, clip,
+               [&](const TextTarget& picture, POINT start) {
+                   service->draw(&font.ServiceFont(), text.data(), text.size(), &picture, start.x, start.y,
+                                 PixelFromColor(color));
+               });
 }
 
 int WidthByService(GlyphFont& font, std::u16string_view text)
@@ -167,6 +140,17 @@ int WidthByService(GlyphFont& font, std::u16string_view text)
 }
 
 } // namespace
+
+void DrawPlainLine(const Canvas& canvas, GlyphFont& font, std::u16string_view text, POINT position, COLORREF color,
+                   const RECT* clip)
+{
+    const RECT bounds = InkBounds(canvas, font, text, position);
+    if (bounds.right <= bounds.left || bounds.bottom <= bounds.top)
+        return;
+    Mask mask(bounds);
+    ForGlyphs(font, text, position, [&](const Glyph& glyph, int x, int y) { AddGlyph(mask, glyph, x, y); });
+    Blend(canvas, mask, color, clip);
+}
 
 int TextWidth(FontObject& font, std::u16string_view text)
 {
@@ -182,13 +166,37 @@ void DrawTextLine(const Canvas& canvas, FontObject& font, std::u16string_view te
     const std::optional<int> width = glyphs.Measure(text);
     if (width)
     {
-        DrawGlyphs(canvas, glyphs, text, position, color, clip);
+        DrawPlainLine(canvas, glyphs, text, position, color, clip);
         DrawDecorations(canvas, glyphs, position, *width, color, clip);
     }
     else
     {
         DrawByService(canvas, glyphs, text, position, color, clip);
     }
+}
+
+// The service draws on a picture of the line's own size, which is then blended like any other.
+void DrawShaped(const Canvas& canvas, GlyphFont& font, int width, POINT position, const RECT* clip,
+                const std::function<void(const TextTarget& picture, POINT start)>& draw)
+{
+    // Ink may leave the logical extent, and a line of another script's font be higher; an em on each side is room
+    // enough.
+    const int margin = font.EmHeight();
+    const RECT seen = canvas.Clip().Bounds();
+    const RECT area{std::max(position.x - margin, seen.left), std::max(position.y - margin, seen.top),
+                    std::min(position.x + width + margin, seen.right),
+                    std::min(position.y + font.Metrics().tmHeight + margin, seen.bottom)};
+    const int columns = area.right - area.left;
+    const int rows = area.bottom - area.top;
+    if (columns <= 0 || rows <= 0)
+        return;
+    std::vector<std::uint32_t> pixels(static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows));
+    draw({pixels.data(), columns, rows, columns},
+         {position.x - area.left, position.y + font.Metrics().tmAscent - area.top});
+    const PixmanImage source = ImageOn({pixels.data(), columns, rows, columns});
+    const PixmanImage target = TargetImage(canvas, clip);
+    pixman_image_composite32(PIXMAN_OP_OVER, source.get(), nullptr, target.get(), 0, 0, 0, 0, area.left, area.top,
+                             columns, rows);
 }
 
 } // namespace platform

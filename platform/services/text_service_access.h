@@ -1,12 +1,14 @@
-// The text service of the desktop module, once it is needed.
+// The text services of the desktop module, once they are needed.
 #pragma once
 
+#include "platform/services/text_line_service.h"
 #include "platform/services/text_service.h"
 
 namespace platform
 {
 
-/// Loads the desktop module by the first call; null when it is missing.
+/// Each loads the desktop module by the first call; null when it is missing.
 const TextService* GetTextService();
+const TextLineService* GetTextLineService();
 
 } // namespace platform

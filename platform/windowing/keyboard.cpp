@@ -70,9 +70,14 @@ bool IsSystemKey(BYTE virtualKey, bool down)
     return alt && !IsDown(VK_CONTROL);
 }
 
-/// What the key types; Control makes control characters of letters, as it does on Windows.
+/// What the key types; Control makes control characters of letters and Backspace, as it does on Windows.
 std::size_t TextOf(const screen::Event& key, char16_t* text)
 {
+    if (key.virtualKey == VK_BACK && IsDown(VK_CONTROL))
+    {
+        text[0] = u'\x7F';
+        return 1;
+    }
     if (IsDown(VK_CONTROL) && !IsDown(VK_MENU) && key.virtualKey >= 'A' && key.virtualKey <= 'Z')
     {
         text[0] = static_cast<char16_t>(key.virtualKey - 'A' + 1);
