@@ -5,26 +5,6 @@
 #include "shlobj.h"
 #include "shlwapi.h"
 
-INT_PTR DialogBoxParamW(HINSTANCE, LPCWSTR, HWND, DLGPROC, LPARAM)
-{
-    return -1;
-}
-
-BOOL EndDialog(HWND, INT_PTR)
-{
-    return FALSE;
-}
-
-UINT GetDlgItemTextW(HWND, int, LPWSTR, int)
-{
-    return 0;
-}
-
-BOOL SetDlgItemTextW(HWND, int, LPCWSTR)
-{
-    return FALSE;
-}
-
 SHORT GetAsyncKeyState(int virtualKey)
 {
     return GetKeyState(virtualKey);
@@ -43,11 +23,6 @@ HRESULT SHCreateItemFromParsingName(LPCWSTR, IBindCtx*, REFIID, void** item)
 {
     *item = nullptr;
     return E_FAIL;
-}
-
-int SHFileOperationW(SHFILEOPSTRUCTW*)
-{
-    return 1;
 }
 
 BOOL ShellExecuteExW(SHELLEXECUTEINFOW*)
