@@ -174,6 +174,15 @@ TEST(InsertSeparator, NeedsANeighbourThatIsNone)
     EXPECT_EQ(inserted("abc", Where::Above, -1, -1), "abc");
 }
 
+TEST(FindAgain, FollowsTheItemByItsKey)
+{
+    const MenuItems items = Items("a|b|a");
+    EXPECT_EQ(FindAgain(items, 4, items[0].key), 4) << "of two with one key the one in its place";
+    EXPECT_EQ(FindAgain(items, 1, items[2].key), 2);
+    EXPECT_EQ(FindAgain(items, 7, items[2].key), 2);
+    EXPECT_EQ(FindAgain(items, 2, ItemKey(TEXT("gone"))), -1);
+}
+
 TEST(InsertNewItem, TakesTheFirstNameThatHasAppeared)
 {
     using Names = std::vector<WString>;
@@ -193,6 +202,9 @@ TEST(InsertNewItem, TakesTheFirstNameThatHasAppeared)
     EXPECT_EQ(inserted("ab", before, {TEXT("a"), TEXT("a"), TEXT("b")}, 0), "ab") << "two folders may share a name";
     EXPECT_EQ(inserted("ab", before, {TEXT("n")}, -1), "ab");
     EXPECT_EQ(inserted("ab", before, {TEXT("n")}, 3), "ab");
+
+    EXPECT_EQ(inserted("abn", before, {TEXT("a"), TEXT("b"), TEXT("n")}, 1), "anb") << "a refresh came first";
+    EXPECT_EQ(inserted("nab", before, {TEXT("a"), TEXT("b"), TEXT("n")}, 2), "anb");
 
     MenuItems items = Items("a");
     ASSERT_TRUE(InsertNewItem(items, {}, {TEXT("new")}, 0));
