@@ -190,6 +190,10 @@ struct NONCLIENTMETRICSW
 #define WM_INITDIALOG 0x0110
 #define WM_COMMAND 0x0111
 #define WM_TIMER 0x0113
+#define WM_INITMENU 0x0116
+#define WM_INITMENUPOPUP 0x0117
+#define WM_MENUSELECT 0x011F
+#define WM_UNINITMENUPOPUP 0x0125
 #define WM_MOUSEFIRST 0x0200
 #define WM_MOUSEMOVE 0x0200
 #define WM_LBUTTONDOWN 0x0201
@@ -200,6 +204,8 @@ struct NONCLIENTMETRICSW
 #define WM_MBUTTONDOWN 0x0207
 #define WM_MOUSEWHEEL 0x020A
 #define WM_MOUSELAST 0x020E
+#define WM_ENTERMENULOOP 0x0211
+#define WM_EXITMENULOOP 0x0212
 #define WM_CAPTURECHANGED 0x0215
 #define WM_MOUSELEAVE 0x02A3
 #define WM_USER 0x0400
@@ -220,6 +226,7 @@ struct NONCLIENTMETRICSW
 #define MK_MBUTTON 0x0010
 #define HTNOWHERE 0
 #define HTCLIENT 1
+#define HTCAPTION 2
 #define HTTRANSPARENT (-1)
 
 // --- styles
@@ -386,9 +393,11 @@ struct NONCLIENTMETRICSW
 #define MF_GRAYED 0x0001
 #define MF_CHECKED 0x0008
 #define MF_POPUP 0x0010
+#define MF_HILITE 0x0080
 #define MF_BYCOMMAND 0x0000
 #define MF_BYPOSITION 0x0400
 #define MF_SEPARATOR 0x0800
+#define MF_MOUSESELECT 0x8000
 #define MFT_STRING MF_STRING
 #define MFT_SEPARATOR MF_SEPARATOR
 #define MFS_CHECKED MF_CHECKED
@@ -403,6 +412,17 @@ struct NONCLIENTMETRICSW
 #define MIIM_FTYPE 0x0100
 #define GMDI_USEDISABLED 1
 #define GMDI_GOINTOPOPUPS 2
+#define TPM_LEFTBUTTON 0x0000
+#define TPM_RIGHTBUTTON 0x0002
+#define TPM_LEFTALIGN 0x0000
+#define TPM_CENTERALIGN 0x0004
+#define TPM_RIGHTALIGN 0x0008
+#define TPM_TOPALIGN 0x0000
+#define TPM_VCENTERALIGN 0x0010
+#define TPM_BOTTOMALIGN 0x0020
+#define TPM_HORIZONTAL 0x0000
+#define TPM_VERTICAL 0x0040
+#define TPM_NONOTIFY 0x0080
 #define TPM_RETURNCMD 0x0100
 #define MB_OK 0x0000
 #define MB_OKCANCEL 0x0001
@@ -553,7 +573,10 @@ int GetMenuItemCount(HMENU menu);
 UINT GetMenuItemID(HMENU menu, int position);
 BOOL SetMenuDefaultItem(HMENU menu, UINT item, UINT byPosition);
 UINT GetMenuDefaultItem(HMENU menu, UINT byPosition, UINT flags);
+/// Shows a menu and returns when it is gone: the chosen item's id with TPM_RETURNCMD (0 for none), else whether it was
+/// shown, the id going to the window as WM_COMMAND. Fails with ERROR_POPUP_ALREADY_ACTIVE while another one shows.
 BOOL TrackPopupMenuEx(HMENU menu, UINT flags, int x, int y, HWND window, TPMPARAMS* params);
+BOOL EndMenu();
 
 /// Modal box with the caption's default ("Error") for a null caption. Returns the button's id, 0 if it cannot be shown.
 int MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type);

@@ -145,11 +145,24 @@ Outcome TakeForFocus(const QueuedEvent& queued, MSG& message, const MessageFilte
     return Outcome::Message;
 }
 
-void HandlePointerLeft()
+/// Whoever has captured the mouse is told of the pointer's leaving as of any other movement.
+void HandlePointerLeft(const QueuedEvent& queued)
 {
     Input().pointerWindow = 0;
     if (GetCapture() == nullptr)
+    {
+        Drop(queued);
         TrackPointer(nullptr);
+        return;
+    }
+    for (QueuedEvent& other : Input().events)
+    {
+        if (other.number == queued.number)
+        {
+            other.event.type = EventType::MouseMove;
+            other.event.window = 0;
+        }
+    }
 }
 
 /// Events that are no messages of their own.
@@ -158,9 +171,6 @@ void HandleScreenEvent(const Event& event)
     Window* window = WindowOfNative(event.window);
     switch (event.type)
     {
-    case EventType::MouseLeave:
-        HandlePointerLeft();
-        break;
     case EventType::Activated:
         OnActivated(HandleOf(window));
         break;
@@ -192,6 +202,9 @@ Outcome TakeEvent(const QueuedEvent& queued, MSG& message, const MessageFilter& 
     case EventType::KeyDown:
     case EventType::KeyUp:
         return TakeForFocus(queued, message, filter, remove);
+    case EventType::MouseLeave:
+        HandlePointerLeft(queued);
+        return Outcome::Consumed;
     default:
         Drop(queued);
         HandleScreenEvent(queued.event);

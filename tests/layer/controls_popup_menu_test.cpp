@@ -1,0 +1,201 @@
+// Popup menus, used as a person uses them.
+#include "platform/base/fault_points.h"
+#include "platform/dialogs/menu.h"
+#include "tests/layer/controls_desk.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace
+{
+
+using platform::FindObject;
+using platform::Menu;
+using platform::headless::ActivateOtherApplication;
+using platform::headless::MoveMouse;
+using platform::headless::PressButton;
+using platform::headless::ReleaseButton;
+using platform::headless::TurnWheel;
+using platform::screen::Button;
+
+using Step = std::function<void()>;
+using Steps = std::vector<Step>;
+
+constexpr int kRow = 22; // of 16 pixel pictures, the metrics of the font being smaller
+
+void PressKey(BYTE key)
+{
+    const bool letter = key >= 'A' && key <= 'Z';
+    const auto text = static_cast<char16_t>(key - 'A' + 'a');
+    platform::headless::PressKey(key, letter ? std::u16string_view(&text, 1) : std::u16string_view());
+    platform::headless::ReleaseKey(key);
+}
+
+Step Key(BYTE key)
+{
+    return [key] { PressKey(key); };
+}
+
+struct PopupMenus : Desk
+{
+    PopupMenus()
+    {
+        platform::headless::SetMonitors("1000x600+0+0");
+        owner = ShownPopup(600, 100, 200, 300);
+        menu = CreatePopupMenu();
+    }
+
+    ~PopupMenus() override
+    {
+        DestroyMenu(menu);
+        EXPECT_EQ(platform::LiveHandles(platform::HandleKind::Menu), 0U);
+        EXPECT_EQ(platform::LiveHandles(platform::HandleKind::Font), 0U);
+        EXPECT_EQ(GetCapture(), nullptr);
+    }
+
+    void Fill(HMENU target, std::initializer_list<const char16_t*> texts, UINT first = 1)
+    {
+        for (const char16_t* text : texts)
+            AppendMenuW(target, text[0] == u'-' ? MF_SEPARATOR : MF_STRING, first++, text);
+    }
+
+    HMENU AddSubMenu(const char16_t* text, std::initializer_list<const char16_t*> texts, UINT first)
+    {
+        const HMENU sub = CreatePopupMenu();
+        Fill(sub, texts, first);
+        AppendMenuW(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(sub), text);
+        return sub;
+    }
+
+    /// Tracks the menu and takes a step each time the loop waits. After the last one a menu that still waits is ended,
+    /// which the test sees as −1.
+    int Track(Steps steps, UINT flags = TPM_RETURNCMD, POINT at = {100, 100}, TPMPARAMS* params = nullptr)
+    {
+        std::size_t next = 0;
+        bool stuck = false;
+        platform::headless::SetIdleHandler(
+            [&]
+            {
+                if (next < steps.size())
+                {
+                    steps[next++]();
+                    return true;
+                }
+                stuck = true;
+                EndMenu();
+                return true;
+            });
+        const int result = TrackPopupMenuEx(menu, flags, at.x, at.y, owner, params);
+        platform::headless::SetIdleHandler(nullptr);
+        EXPECT_EQ(next, steps.size()) << "the menu closed early";
+        EXPECT_EQ(Popups().size(), 0U) << "a menu is left on the screen";
+        return stuck ? -1 : result;
+    }
+
+    /// Bounds of the menus that show, the first one first.
+    static std::vector<RECT> Popups()
+    {
+        std::vector<RECT> found;
+        for (const auto& window : platform::headless::Windows())
+        {
+            // Above the owner, which is as wide as no menu here.
+            if (window.visible && window.bounds.right - window.bounds.left != 200)
+                found.insert(found.begin(), window.bounds);
+        }
+        return found;
+    }
+
+    static POINT Row(std::size_t depth, int row)
+    {
+        const RECT bounds = Popups().at(depth);
+        return {bounds.left + 40, bounds.top + 1 + row * kRow + kRow / 2};
+    }
+
+    static Step Hover(std::size_t depth, int row)
+    {
+        return [=]
+        {
+            const POINT at = Row(depth, row);
+            MoveMouse(at.x, at.y);
+        };
+    }
+
+    static Step ClickRow(std::size_t depth, int row, Button button = Button::Left)
+    {
+        return [=]
+        {
+            const POINT at = Row(depth, row);
+            MoveMouse(at.x, at.y);
+            PressButton(button);
+            ReleaseButton(button);
+        };
+    }
+
+    static Step Expect(std::size_t popups)
+    {
+        return [=]
+        {
+            EXPECT_EQ(Popups().size(), popups);
+            PostMessageW(nullptr, WM_NULL, 0, 0); // no input, but the loop goes on
+        };
+    }
+
+    /// Every command that the owner got.
+    std::vector<WPARAM> Commands() const
+    {
+        std::vector<WPARAM> commands;
+        for (const Record& record : m_records)
+            if (record.message == WM_COMMAND)
+                commands.push_back(record.wParam);
+        return commands;
+    }
+
+    HWND owner = nullptr;
+    HMENU menu = nullptr;
+};
+
+} // namespace
+
+TEST_F(PopupMenus, KeysChoose)
+{
+    Fill(menu, {u"&Open", u"-", u"Copy", u"&Cut", u"Delete", u"D&isk", u"&Disk"});
+    EXPECT_EQ(Track({Key(VK_DOWN), Key(VK_RETURN)}), 1);
+    EXPECT_EQ(Track({Key(VK_DOWN), Key(VK_DOWN), Key(VK_SPACE)}), 3) << "the separator is passed over";
+    EXPECT_EQ(Track({Key(VK_UP), Key(VK_RETURN)}), 7) << "from nowhere up is the last";
+    EXPECT_EQ(Track({Key(VK_END), Key(VK_HOME), Key(VK_RETURN)}), 1);
+    EXPECT_EQ(Track({Key(VK_ESCAPE)}), 0);
+    EXPECT_EQ(Track({Key(VK_DOWN), Key(VK_TAB), Key(VK_LEFT), Key(VK_RIGHT), Key(VK_RETURN)}), 1);
+    EXPECT_EQ(Track({Key('C')}), 4) << "a mark beats a first letter";
+    EXPECT_EQ(Track({Key('Z'), Key('O')}), 1);
+    for (const BYTE key : {VK_MENU, VK_F10, VK_APPS})
+        EXPECT_EQ(Track({Key(key)}), 0) << int{key};
+    EXPECT_TRUE(Commands().empty());
+}
+
+TEST_F(PopupMenus, AFirstLetterThatSeveralHaveGoesFromOneToTheNext)
+{
+    Fill(menu, {u"Delete", u"Rename", u"Directory"});
+    EXPECT_EQ(Track({Key('D'), Key(VK_RETURN)}), 1);
+    EXPECT_EQ(Track({Key('D'), Key('D'), Key(VK_RETURN)}), 3);
+    EXPECT_EQ(Track({Key('D'), Key('D'), Key('D'), Key(VK_RETURN)}), 1);
+    EXPECT_EQ(Track({Key('R')}), 2) << "the only one is chosen";
+}
+
+TEST_F(PopupMenus, KeysGoInAndOutOfSubMenus)
+{
+    Fill(menu, {u"Open"});
+    AddSubMenu(u"Open &with", {u"Editor", u"Viewer"}, 20);
+    EXPECT_EQ(Track({Key(VK_UP), Key(VK_RIGHT), Expect(2), Key(VK_DOWN), Key(VK_RETURN)}), 21);
+    EXPECT_EQ(Track({Key(VK_UP), Key(VK_RIGHT), Key(VK_LEFT), Expect(1), Key(VK_UP), Key(VK_RETURN)}), 1);
+    EXPECT_EQ(Track({Key('W'), Expect(2), Key(VK_RETURN)}), 20);
+    EXPECT_EQ(Track({Key('W'), Key(VK_ESCAPE), Expect(1), Key(VK_ESCAPE)}), 0) << "one level at a time";
+}
+
+TEST_F(PopupMenus, TheMouseChooses)
+{
+    Fill(menu, {u"Open", u"-", u"Copy", u"Delete"});
+    EXPECT_EQ(Track({ClickRow(0, 0)}), 1);
+    // The separator is lower than a row, so that the middle of the third row's place is in "Copy".
+    EXPECT_EQ(Track({ClickRow(0, 1)}), 3);
+}
