@@ -26,7 +26,7 @@ struct Dialog
 
     HFONT font = nullptr; ///< the template's, null when it names none
     SIZE units{};         ///< pixels of four dialog units across, eight down
-    int defaultId = 0;    ///< DM_SETDEFID; 0 for none
+    int defaultId = IDOK; ///< DM_SETDEFID; this one even where there is no such button
     HWND lastFocus = nullptr;
     HWND defaultSeenFor = nullptr; ///< the focus for which the default button was last put right
     DialogRun* run = nullptr;

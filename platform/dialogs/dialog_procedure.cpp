@@ -119,7 +119,7 @@ LRESULT HandleDialogMessage(HWND window, UINT message, WPARAM wParam, LPARAM lPa
         MoveFocus(window, wParam, LOWORD(lParam) != 0);
         return 0;
     case DM_GETDEFID:
-        return dialog.defaultId != 0 ? MAKELRESULT(dialog.defaultId, DC_HASDEFID) : 0;
+        return MAKELRESULT(dialog.defaultId, DC_HASDEFID);
     case DM_SETDEFID:
         SetDefaultId(window, static_cast<int>(wParam));
         return TRUE;

@@ -50,7 +50,9 @@ TEST_F(DialogControls, SayWhatTheyAreToTheDialog)
             const auto code = [&](int id) { return SendDlgItemMessageW(dialog, id, WM_GETDLGCODE, 0, 0); };
             EXPECT_EQ(code(kLabel), DLGC_STATIC);
             EXPECT_EQ(code(kCheck), DLGC_BUTTON);
-            EXPECT_EQ(code(kFirst), DLGC_BUTTON | DLGC_DEFPUSHBUTTON) << "it has the focus";
+            SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Control(dialog, kFirst)), TRUE);
+            Press(dialog, VK_TAB);
+            EXPECT_EQ(code(IDOK), DLGC_BUTTON | DLGC_DEFPUSHBUTTON);
             EXPECT_EQ(code(IDCANCEL), DLGC_BUTTON | DLGC_UNDEFPUSHBUTTON);
             SendDlgItemMessageW(dialog, IDCANCEL, BM_SETSTYLE, BS_DEFPUSHBUTTON, FALSE);
             EXPECT_EQ(code(IDCANCEL), DLGC_BUTTON | DLGC_DEFPUSHBUTTON);

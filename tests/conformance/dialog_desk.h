@@ -1,7 +1,11 @@
 // A dialog that runs a test's steps, and writes down what its procedure is told.
 #pragma once
 
-#include "message_log.h"
+#include "control_desk.h"
+
+#include <gtest/gtest.h>
+#include <map>
+#include <optional>
 
 namespace conformance
 {
@@ -22,12 +26,7 @@ protected:
     static constexpr int kHidden = 105;
     static constexpr int kDisabled = 106;
 
-    ~DialogTest() override
-    {
-        MSG message;
-        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
-            DispatchMessageW(&message);
-    }
+    ~DialogTest() override { PumpMessages(); }
 
     /// Shows the dialog and does the step in its message loop; then it ends with 77, unless the step says End.
     INT_PTR Run(Step step, LPCWSTR name = MAKEINTRESOURCEW(kExtended), HWND owner = nullptr)
@@ -63,6 +62,7 @@ protected:
     std::vector<std::pair<int, int>> m_commands; ///< identifier and code of each WM_COMMAND
     Answer m_answer;                             ///< asked first, for every message
     bool m_usualFocus = true;                    ///< what WM_INITDIALOG is answered with
+    bool m_whenShown = false;                    ///< the step waits for that (which without a manager takes Wine long)
 
 private:
     struct Script
@@ -77,7 +77,11 @@ private:
         if (message == WM_INITDIALOG)
         {
             SetWindowLongPtrW(dialog, DWLP_USER, lParam);
-            PostMessageW(dialog, WM_APP, 0, 0);
+            // Windows shows it when there is nothing else to do.
+            if (reinterpret_cast<Script*>(lParam)->test->m_whenShown)
+                SetTimer(dialog, 1, 1, nullptr);
+            else
+                PostMessageW(dialog, WM_TIMER, 1, 0);
         }
         auto* script = reinterpret_cast<Script*>(GetWindowLongPtrW(dialog, DWLP_USER));
         if (script == nullptr)
@@ -93,7 +97,8 @@ private:
         case WM_COMMAND:
             test.m_commands.emplace_back(LOWORD(wParam), HIWORD(wParam));
             return TRUE;
-        case WM_APP:
+        case WM_TIMER:
+            KillTimer(dialog, 1);
             script->step(dialog);
             if (IsWindow(dialog) && !script->ended)
                 EndDialog(dialog, 77);
