@@ -46,4 +46,5 @@ pkg_check_modules(XCB REQUIRED IMPORTED_TARGET GLOBAL xcb)
 pkg_check_modules(DESKTOP REQUIRED IMPORTED_TARGET GLOBAL gio-unix-2.0 pangocairo pangoft2 gdk-pixbuf-2.0 librsvg-2.0
                   fontconfig)
 pkg_check_modules(XKBCOMMON REQUIRED IMPORTED_TARGET GLOBAL xkbcommon xkbcommon-x11)
+pkg_check_modules(IMDKIT REQUIRED IMPORTED_TARGET GLOBAL xcb-imdkit)
 find_package(Threads REQUIRED)

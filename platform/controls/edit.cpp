@@ -76,6 +76,7 @@ LRESULT Edit::Handle(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_KILLFOCUS:
     case WM_TIMER:
     case WM_CONTEXTMENU:
+    case WM_IME_COMPOSITION:
         return HandleState(message, wParam, lParam);
     default:
         return message >= EM_GETSEL && message <= EM_CHARFROMPOS ? HandleEdit(message, wParam, lParam)
@@ -201,6 +202,9 @@ LRESULT Edit::HandleState(UINT message, WPARAM wParam, LPARAM lParam)
         return 0;
     case WM_TIMER:
         OnTimer(wParam);
+        return 0;
+    case WM_IME_COMPOSITION:
+        OnComposition();
         return 0;
     default:
         ShowMenu(lParam);
@@ -356,7 +360,7 @@ void Edit::OfferMarked()
 void Edit::PasteMarked(POINT point)
 {
     const auto utf8 = screen::ReadSelection(screen::Selection::Primary, kMarkedTarget, kPatience, kLargestPaste);
-    SetFocus(Window());
+    TakeFocus();
     if (!Alive())
         return;
     MoveTo(PlaceAt(point.x), false);

@@ -71,16 +71,22 @@ private:
     CaretPlace WordSideways(int step);
     CaretPlace SelectionSide(int step);
     void MoveTo(CaretPlace place, bool extend);
+    /// With the focus comes the end of a composition; the window may be gone afterwards.
+    void TakeFocus();
     void OnPress(POINT point, bool shift);
     void OnDoubleClick(POINT point);
     void OnDrag(POINT point);
     void EndDrag();
     void ExtendByPointer(int x);
+    void OnComposition();
+    /// Types what is being composed as it is.
+    void FinishComposition();
 
     // --- where things are, and painting (edit_paint.cpp)
-    /// The line as it is shown; laid out when first asked for after a change.
+    /// The line as it is shown, with what is being composed in the selection's place; laid out when first asked for
+    /// after a change.
     const ShapedLine& Line();
-    CaretPlace Caret() const { return {m_text.Caret(), m_secondary}; }
+    CaretPlace Caret() const;
     CaretPlace PlaceAt(int x) { return Line().PlaceAt(x - TextArea().left + m_scroll); }
     int CaretWidth();
     /// Where text is shown; client coordinates.
@@ -104,6 +110,9 @@ private:
     bool m_secondary = false;     ///< the caret's side where the direction changes (CaretPlace)
     char16_t m_highSurrogate = 0; ///< typed, its second half still to come
     int m_scroll = 0;             ///< pixels of the line that are hidden at the left
+
+    std::u16string m_composition; ///< by the input method, not in the text yet
+    std::size_t m_compositionCaret = 0;
 
     bool m_focused = false;
     bool m_caretOn = false;

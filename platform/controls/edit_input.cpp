@@ -1,6 +1,9 @@
 // The edit control's keys and mouse.
 #include "platform/controls/edit.h"
 
+#include "platform/screen/screen.h"
+#include "platform/windowing/text_input.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <utility>
@@ -58,6 +61,24 @@ LRESULT Edit::HandleInput(UINT message, WPARAM wParam, LPARAM lParam)
     default:
         return Default(message, wParam, lParam);
     }
+}
+
+void Edit::OnComposition()
+{
+    const screen::Composition& composition = screen::CurrentComposition();
+    m_composition = ReadOnly() ? std::u16string() : composition.text;
+    m_compositionCaret = std::min(composition.caret, m_composition.size());
+    m_line.reset();
+    ScrollToCaret();
+    ShowCaret();
+}
+
+void Edit::FinishComposition()
+{
+    if (m_composition.empty())
+        return;
+    EndTextInput();
+    Type(std::exchange(m_composition, {}));
 }
 
 void Edit::OnKey(WPARAM key)
@@ -143,6 +164,9 @@ void Edit::Type(std::u16string_view text)
 
 void Edit::OnBackspace(bool word)
 {
+    FinishComposition();
+    if (!Alive())
+        return;
     const std::size_t caret = m_text.Caret();
     const Places places = Line().Places();
     if (!m_text.Selection().Empty())
@@ -155,6 +179,9 @@ void Edit::OnBackspace(bool word)
 
 void Edit::OnDelete()
 {
+    FinishComposition();
+    if (!Alive())
+        return;
     const std::size_t caret = m_text.Caret();
     const Places places = Line().Places();
     if (!m_text.Selection().Empty())
@@ -170,6 +197,9 @@ void Edit::OnDelete()
 
 void Edit::MoveSideways(int step)
 {
+    FinishComposition();
+    if (!Alive())
+        return;
     const bool shift = IsHeld(VK_SHIFT);
     if (IsHeld(VK_CONTROL))
         MoveTo(WordSideways(step), shift);
@@ -206,9 +236,16 @@ void Edit::MoveTo(CaretPlace place, bool extend)
         OfferMarked();
 }
 
-void Edit::OnPress(POINT point, bool shift)
+void Edit::TakeFocus()
 {
     SetFocus(Window());
+    if (Alive())
+        FinishComposition();
+}
+
+void Edit::OnPress(POINT point, bool shift)
+{
+    TakeFocus();
     if (!Alive())
         return;
     const bool third = m_doubleClickTime != 0 &&
@@ -231,7 +268,7 @@ void Edit::OnPress(POINT point, bool shift)
 
 void Edit::OnDoubleClick(POINT point)
 {
-    SetFocus(Window());
+    TakeFocus();
     if (!Alive())
         return;
     m_doubleClickTime = std::max<DWORD>(static_cast<DWORD>(GetMessageTime()), 1);

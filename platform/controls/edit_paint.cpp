@@ -2,6 +2,7 @@
 #include "platform/controls/edit.h"
 
 #include "platform/screen/desktop_settings.h"
+#include "platform/windowing/text_input.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -28,8 +29,20 @@ UINT BlinkInterval()
 const ShapedLine& Edit::Line()
 {
     if (!m_line)
-        m_line.emplace(m_font, m_text.Text());
+    {
+        const TextSpan selection = m_text.Selection();
+        std::u16string shown = m_text.Text();
+        if (!m_composition.empty())
+            shown.replace(selection.begin, selection.end - selection.begin, m_composition);
+        m_line.emplace(m_font, shown, TextSpan{selection.begin, selection.begin + m_composition.size()});
+    }
     return *m_line;
+}
+
+CaretPlace Edit::Caret() const
+{
+    return m_composition.empty() ? CaretPlace{m_text.Caret(), m_secondary}
+                                 : CaretPlace{m_text.Selection().begin + m_compositionCaret};
 }
 
 int Edit::CaretWidth()
@@ -105,6 +118,9 @@ void Edit::OnPaint()
     PAINTSTRUCT paint;
     if (HDC dc = BeginPaint(Window(), &paint))
         Paint(dc);
+    // What is painted is where it will stay for a while; before the first painting a window is on no display.
+    if (m_focused && !ReadOnly())
+        SetTextInput(Window(), CaretRect());
     EndPaint(Window(), &paint);
 }
 
@@ -121,7 +137,7 @@ void Edit::Paint(HDC dc)
     const RECT seen{m_scroll > 0 ? area.left : client.left, client.top, more ? area.right : client.right,
                     client.bottom};
     Line().Draw(dc, origin, GetSysColor(enabled ? COLOR_WINDOWTEXT : COLOR_GRAYTEXT), seen);
-    if (m_focused || (Style() & ES_NOHIDESEL) != 0)
+    if (m_composition.empty() && (m_focused || (Style() & ES_NOHIDESEL) != 0))
     {
         for (const auto& [left, right] : Line().Stretches(m_text.Selection()))
         {
@@ -145,12 +161,16 @@ void Edit::OnFocus(bool focus)
     m_highSurrogate = 0;
     if (!focus)
     {
-        EndDrag();
         KillTimer(Window(), kBlinkTimer);
+        EndDrag();
+        FinishComposition();
+        EndTextInput();
     }
-    ShowCaret();
     if (Alive())
+    {
+        ShowCaret();
         Tell(focus ? EN_SETFOCUS : EN_KILLFOCUS);
+    }
 }
 
 } // namespace platform

@@ -60,7 +60,8 @@ enum class EventType : std::uint8_t
     Activated,   ///< this program has the keyboard; `window` is the managed window that got it, 0 for the pop-ups
     Deactivated, ///< the user has turned to another program
     CloseRequest,
-    Placed, ///< the window manager has moved or resized a managed window to `bounds`
+    Composition, ///< what an input method composes has changed (CurrentComposition)
+    Placed,      ///< the window manager has moved or resized a managed window to `bounds`
 };
 
 /// Buttons by their Windows names: left, right, middle.
@@ -135,6 +136,18 @@ void Finish();
 /// Directs the keyboard to this program's pop-ups, or to a managed window. What held the keyboard before gets it back
 /// when the last window is hidden, unless the user has turned to another program in the meantime.
 void TakeKeyboard(NativeWindow window);
+
+/// Text is typed into a managed window from now on, its caret here (window coordinates): the user's input method may
+/// take part. To be told again when the caret moves. What the method commits comes as the text of keys. 0 ends it, and
+/// what was being composed is forgotten.
+void SetTextInput(NativeWindow window, const RECT& caret);
+/// What an input method has composed but not committed yet; shown at the caret.
+struct Composition
+{
+    std::u16string text;
+    std::size_t caret = 0; ///< UTF-16 units
+};
+const Composition& CurrentComposition();
 
 /// The next event that has already arrived; false when there is none. Never waits.
 bool NextEvent(Event& event);

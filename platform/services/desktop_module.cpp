@@ -48,4 +48,10 @@ void* KeyboardModuleSymbol(const char* name)
     return module != nullptr ? dlsym(module, name) : nullptr;
 }
 
+void* InputMethodModuleSymbol(const char* name)
+{
+    static void* const module = LoadModule("/" ORB_PRODUCT "-input-method.so");
+    return module != nullptr ? dlsym(module, name) : nullptr;
+}
+
 } // namespace platform

@@ -13,5 +13,7 @@ namespace platform
 void* DesktopModuleSymbol(const char* name);
 /// The same of the keyboard module (orb-launcher-keyboard.so), which is loaded with the first key.
 void* KeyboardModuleSymbol(const char* name);
+/// And of the input method module (orb-launcher-input-method.so), which is loaded when text is first typed.
+void* InputMethodModuleSymbol(const char* name);
 
 } // namespace platform

@@ -181,6 +181,9 @@ void HandleScreenEvent(const Event& event)
         if (window != nullptr && (window->style & WS_DISABLED) == 0)
             PostMessageW(window->handle, WM_CLOSE, 0, 0);
         break;
+    case EventType::Composition:
+        SendMessageW(GetFocus(), WM_IME_COMPOSITION, 0, 0);
+        break;
     case EventType::Placed:
         if (window != nullptr)
             FollowPlacement(*window, event.bounds);

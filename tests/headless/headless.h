@@ -34,6 +34,11 @@ void TurnWheel(int delta);
 /// `text` is what the key types, if anything.
 void PressKey(BYTE virtualKey, std::u16string_view text = {});
 void ReleaseKey(BYTE virtualKey);
+/// The input method shows this text at the caret, or has committed this.
+void Compose(std::u16string_view text, std::size_t caret);
+void CommitText(std::u16string_view text);
+/// Where text is typed, in coordinates of the managed window; nothing when it is not.
+std::optional<RECT> TextCaret();
 /// A click on another program's window, or its taking the keyboard.
 void ActivateOtherApplication();
 /// The window manager moves or resizes a managed window.

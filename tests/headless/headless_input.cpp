@@ -178,6 +178,24 @@ void ReleaseKey(BYTE virtualKey)
     TheState().modifiers &= ~ModifierOf(virtualKey);
 }
 
+void Compose(std::u16string_view text, std::size_t caret)
+{
+    TheState().composition = {std::u16string(text), caret};
+    Queue(EventType::Composition, 0);
+}
+
+void CommitText(std::u16string_view text)
+{
+    Event& event = Queue(EventType::KeyDown, 0);
+    event.virtualKey = 0xE7; // VK_PACKET
+    text.copy(event.text, std::size(event.text) - 1);
+}
+
+std::optional<RECT> TextCaret()
+{
+    return TheState().textCaret;
+}
+
 void ActivateOtherApplication()
 {
     TheState().hasKeyboard = false;
@@ -206,6 +224,19 @@ namespace platform::screen
 
 using headless::State;
 using headless::TheState;
+
+void SetTextInput(NativeWindow window, const RECT& caret)
+{
+    State& state = TheState();
+    state.textCaret = window != 0 ? std::optional(caret) : std::nullopt;
+    if (window == 0)
+        state.composition = {};
+}
+
+const Composition& CurrentComposition()
+{
+    return TheState().composition;
+}
 
 bool NextEvent(Event& event)
 {

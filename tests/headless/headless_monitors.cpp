@@ -79,6 +79,8 @@ void Reset()
     state.pointer = {};
     state.pointerWindow = state.pressedWindow = 0;
     state.pressedButtons = state.modifiers = 0;
+    state.textCaret.reset();
+    state.composition = {};
     state.idleHandler = nullptr;
     state.woken = false;
     state.presentedPixels = 0;

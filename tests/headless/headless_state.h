@@ -41,6 +41,8 @@ struct State
     screen::NativeWindow pressedWindow = 0; ///< gets all mouse events while a button is down
     unsigned pressedButtons = 0;
     unsigned modifiers = 0;
+    std::optional<RECT> textCaret; ///< where text is typed
+    screen::Composition composition;
     std::function<bool()> idleHandler;
     std::atomic<bool> woken{false};
 };

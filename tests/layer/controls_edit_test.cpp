@@ -371,6 +371,34 @@ TEST_F(Edits, TheCaretBlinksWhileTheEditHasTheFocus)
     EXPECT_NE(caretColor(), on);
 }
 
+TEST_F(Edits, AnInputMethodComposesAtTheCaret)
+{
+    Type(u"ab");
+    const std::optional<RECT> caret = headless::TextCaret();
+    ASSERT_TRUE(caret) << "candidates have to be shown somewhere";
+    Key(VK_LEFT);
+    ASSERT_LT(headless::TextCaret()->left, caret->left);
+    headless::Compose(u"nihao", 5);
+    Pump();
+    EXPECT_EQ(State(), u"a|b") << "nothing is typed yet";
+    EXPECT_GT(headless::TextCaret()->left, caret->left) << "but the caret is behind what is composed";
+    headless::CommitText(u"\u4F60\u597D");
+    headless::Compose(u"", 0);
+    Pump();
+    EXPECT_EQ(State(), u"a\u4F60\u597D|b");
+
+    headless::Compose(u"wo", 2);
+    Pump();
+    SetFocus(parent);
+    Pump();
+    EXPECT_EQ(State(), u"a\u4F60\u597Dwo|b") << "what was composed is not lost with the focus";
+    EXPECT_FALSE(headless::TextCaret());
+    Send(EM_SETREADONLY, TRUE);
+    SetFocus(edit);
+    Pump();
+    EXPECT_FALSE(headless::TextCaret());
+}
+
 TEST_F(Edits, AParentThatDestroysTheEditIsSurvived)
 {
     for (const int code : {EN_UPDATE, EN_CHANGE, EN_MAXTEXT, EN_KILLFOCUS})

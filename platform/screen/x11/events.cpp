@@ -4,6 +4,7 @@
 #include "platform/screen/x11/input.h"
 #include "platform/screen/x11/keymap.h"
 #include "platform/screen/x11/monitors.h"
+#include "platform/screen/x11/text_input.h"
 #include "platform/screen/x11/windows.h"
 #include "platform/screen/x11/xkb_protocol.h"
 
@@ -205,6 +206,7 @@ bool Pump()
     if (!TheConnection().IsOpen())
         return false;
     bool any = HandleArrived();
+    any |= HandleTextInput();
     while (FocusCheckPending())
     {
         HandleUpToNow();
@@ -254,8 +256,13 @@ void Wait(std::optional<std::uint64_t> deadline)
         return;
     const bool open = x11::TheConnection().IsOpen();
     pollfd fds[] = {{x11::WakeFd(), POLLIN, 0},
-                    {open ? xcb_get_file_descriptor(x11::TheConnection().Xcb()) : -1, POLLIN, 0}};
-    poll(fds, 2, x11::TimeoutUntil(deadline));
+                    {open ? xcb_get_file_descriptor(x11::TheConnection().Xcb()) : -1, POLLIN, 0},
+                    {x11::TextInputFd(), POLLIN, 0}};
+    const std::optional<std::uint64_t> answer = x11::TextInputDeadline();
+    poll(fds, std::size(fds),
+         x11::TimeoutUntil(deadline && answer ? std::min(*deadline, *answer)
+                           : answer           ? answer
+                                              : deadline));
     std::uint64_t count = 0;
     while (read(x11::WakeFd(), &count, sizeof(count)) > 0)
     {

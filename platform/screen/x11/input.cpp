@@ -4,6 +4,7 @@
 #include "platform/base/clock.h"
 #include "platform/screen/x11/focus.h"
 #include "platform/screen/x11/keymap.h"
+#include "platform/screen/x11/text_input.h"
 #include "platform/screen/x11/windows.h"
 
 namespace platform::x11
@@ -141,13 +142,19 @@ void AddEvent(const Event& event)
         ready.push_back(event);
 }
 
+void HandleKey(const xcb_key_press_event_t& event)
+{
+    OnKey(event, (event.response_type & 0x7F) == XCB_KEY_PRESS);
+}
+
 bool HandleInputEvent(const xcb_generic_event_t& event, std::uint8_t type)
 {
     switch (type)
     {
     case XCB_KEY_PRESS:
     case XCB_KEY_RELEASE:
-        OnKey(reinterpret_cast<const xcb_key_press_event_t&>(event), type == XCB_KEY_PRESS);
+        if (!OfferKey(reinterpret_cast<const xcb_key_press_event_t&>(event)))
+            HandleKey(reinterpret_cast<const xcb_key_press_event_t&>(event));
         return true;
     case XCB_BUTTON_PRESS:
     case XCB_BUTTON_RELEASE:

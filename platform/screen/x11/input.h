@@ -16,4 +16,7 @@ void AddEvent(const screen::Event& event);
 /// Deals with an event of mouse, keyboard or focus; false for any other.
 bool HandleInputEvent(const xcb_generic_event_t& event, std::uint8_t type);
 
+/// A key event that the input method leaves alone, on its usual way.
+void HandleKey(const xcb_key_press_event_t& event);
+
 } // namespace platform::x11
