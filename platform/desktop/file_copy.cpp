@@ -16,6 +16,7 @@
 #include <fcntl.h>
 #include <memory>
 #include <string_view>
+#include <sys/file.h>
 #include <sys/random.h>
 
 namespace platform
@@ -50,6 +51,7 @@ std::string PartName()
 }
 
 /// A file that gets its name when it is whole: it has none before, or where the file system needs one, a hidden one.
+/// The hidden name is locked, so that what a process that was killed has left is told from what is being written.
 class FileInMaking
 {
 public:
@@ -77,14 +79,26 @@ private:
 int FileInMaking::Create()
 {
     m_fd = UniqueFd(openat(m_folder, ".", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600));
-    if (m_fd || (errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL && errno != ENOENT))
-        return m_fd ? 0 : errno;
-    const std::string part = PartName();
-    m_fd = UniqueFd(openat(m_folder, part.c_str(), O_CREAT | O_EXCL | O_RDWR | O_NOFOLLOW | O_CLOEXEC, 0600));
-    if (!m_fd)
+    if (m_fd)
+    {
+        flock(m_fd.Get(), LOCK_EX);
+        return 0;
+    }
+    if (errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL && errno != ENOENT)
         return errno;
-    m_part = part;
-    return 0;
+    for (;;)
+    {
+        const std::string part = PartName();
+        m_fd = UniqueFd(openat(m_folder, part.c_str(), O_CREAT | O_EXCL | O_RDWR | O_NOFOLLOW | O_CLOEXEC, 0600));
+        if (!m_fd)
+            return errno;
+        m_part = part;
+        struct stat status;
+        flock(m_fd.Get(), LOCK_EX);
+        if (fstat(m_fd.Get(), &status) != 0 || status.st_nlink > 0)
+            return 0;
+        // Taken for a left-over before it was locked.
+    }
 }
 
 int FileInMaking::Name(const FilePlace& to, bool replace)
@@ -303,16 +317,21 @@ void CopyAttributes(int source, int target, CopyKeeps keeps)
 
 void RemoveLeftovers(const OpenFolder& folder)
 {
-    constexpr std::time_t kAbandoned = 24 * 60 * 60; ///< seconds since the last write
+    constexpr std::time_t kMoment = 60; ///< seconds; a link has its hidden name for less
     std::vector<std::string> names;
     folder.List(names);
     for (const std::string& name : names)
     {
+        if (!name.starts_with(kPartPrefix) || !name.ends_with(kPartSuffix))
+            continue;
         struct stat status;
-        if (name.starts_with(kPartPrefix) && name.ends_with(kPartSuffix) && folder.At(name).Status(status) == 0 &&
-            (S_ISREG(status.st_mode) || S_ISLNK(status.st_mode)) && status.st_uid == geteuid() &&
-            status.st_ctim.tv_sec + kAbandoned < std::time(nullptr))
-            unlinkat(folder.fd.Get(), name.c_str(), 0);
+        const FilePlace place = folder.At(name);
+        const UniqueFd file(openat(place.folder, name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+        const bool isAbandoned = file ? flock(file.Get(), LOCK_EX | LOCK_NB) == 0
+                                      : place.Status(status) == 0 && S_ISLNK(status.st_mode) &&
+                                            status.st_ctim.tv_sec + kMoment < std::time(nullptr);
+        if (isAbandoned)
+            unlinkat(place.folder, name.c_str(), 0);
     }
 }
 

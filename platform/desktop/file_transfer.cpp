@@ -28,6 +28,11 @@ FileAnswer AskTaken(FileWorkTalk& talk, const FilePlace& from, const FilePlace& 
                     kTakenAnswers | FileAnswer::Replace);
 }
 
+std::uint64_t ContentSize(const struct stat& status)
+{
+    return S_ISREG(status.st_mode) ? static_cast<std::uint64_t>(status.st_size) : 0;
+}
+
 bool IsFolder(const FilePlace& place)
 {
     struct stat status;
@@ -188,7 +193,7 @@ int FileTransfer::Attempt(const FilePlace& from, const FilePlace& to, bool repla
     m_talk.Begin(from.name);
     const int error = CopyOne(from, to, replace);
     if (error == 0)
-        m_talk.FileDone(static_cast<std::uint64_t>(status.st_size));
+        m_talk.FileDone(ContentSize(status));
     return error;
 }
 
@@ -252,7 +257,10 @@ int FileTransfer::Fill(const FilePlace& from, const FilePlace& to, bool replace)
     if (isNew)
         m_made.Add(targetStatus);
     else
+    {
         m_made.AddPassed(targetStatus);
+        RemoveLeftovers(target);
+    }
     const int error = FillFrom(source, target);
     if (isNew && error != ECANCELED)
         CopyAttributes(source.fd.Get(), target.fd.Get(), m_move ? CopyKeeps::Identity : CopyKeeps::Likeness);
@@ -288,7 +296,7 @@ int FileTransfer::Count(const FilePlace& from)
         return 0;
     if (!S_ISDIR(status.st_mode))
     {
-        m_talk.Expect(1, S_ISREG(status.st_mode) ? static_cast<std::uint64_t>(status.st_size) : 0);
+        m_talk.Expect(1, ContentSize(status));
         return 0;
     }
     if (IsSameFile(status, m_folderStatus))

@@ -64,6 +64,7 @@ public:
     {
         asked.clear();
         m_finished = false;
+        m_cancelled = false;
         std::vector<const char*> paths;
         for (const auto& source : sources)
             paths.push_back(source.c_str());
