@@ -30,7 +30,3 @@ BOOL ShellExecuteExW(SHELLEXECUTEINFOW*)
     return FALSE;
 }
 
-BOOL TrackPopupMenuEx(HMENU, UINT, int, int, HWND, TPMPARAMS*)
-{
-    return 0;
-}
