@@ -1,8 +1,7 @@
 // What the launcher and shell extensions rely on in menu objects.
-#include <windows.h>
+#include "message_log.h"
 
-#include <gtest/gtest.h>
-
+#include <cstdio>
 #include <string>
 
 namespace
@@ -157,4 +156,181 @@ TEST(Menu, DeadMenusAreRefused)
     EXPECT_FALSE(DestroyMenu(menu));
     EXPECT_FALSE(AppendMenuW(menu, MF_STRING, 1, TEXT("x")));
     EXPECT_EQ(GetMenuItemCount(menu), -1);
+}
+
+namespace
+{
+
+/// A window that a menu is tracked for, and what it hears of it.
+class TrackedMenu : public conformance::MessageTest
+{
+protected:
+    TrackedMenu()
+    {
+        m_owner = Popup("owner");
+        ShowWindow(m_owner, SW_SHOW);
+        SetForegroundWindow(m_owner);
+        Pump();
+        AppendMenuW(m_menu, MF_STRING, 11, TEXT("&Open"));
+        AppendMenuW(m_menu, MF_SEPARATOR, 0, nullptr);
+        AppendMenuW(m_menu, MF_STRING | MF_GRAYED, 12, TEXT("Cu&t"));
+        AppendMenuW(m_sub, MF_STRING, 21, TEXT("&Editor"));
+        AppendMenuW(m_sub, MF_STRING | MF_CHECKED, 22, TEXT("&Viewer"));
+        AppendMenuW(m_menu, MF_POPUP, reinterpret_cast<UINT_PTR>(m_sub), TEXT("Open &with"));
+        for (const UINT message : {WM_INITMENU, WM_INITMENUPOPUP, WM_UNINITMENUPOPUP, WM_ENTERMENULOOP, WM_EXITMENULOOP,
+                                   WM_COMMAND, WM_MENUSELECT})
+        {
+            m_handlers[message] = [this, message](HWND, WPARAM wParam, LPARAM lParam)
+            {
+                Note(Describe(message, wParam, lParam));
+                return std::optional<LRESULT>();
+            };
+        }
+    }
+
+    ~TrackedMenu() override
+    {
+        DestroyMenu(m_menu);
+        DestroyWindow(m_owner);
+    }
+
+    /// Tracks the menu with these keys waiting in the queue.
+    BOOL Track(std::vector<WPARAM> keys, UINT flags = TPM_RETURNCMD)
+    {
+        for (const WPARAM key : keys)
+            PostMessageW(m_owner, WM_KEYDOWN, key, 1);
+        Take();
+        const BOOL result = TrackPopupMenuEx(m_menu, flags, 150, 150, m_owner, nullptr);
+        Pump();
+        return result;
+    }
+
+    HWND m_owner = nullptr;
+    HMENU m_menu = CreatePopupMenu();
+    HMENU m_sub = CreatePopupMenu();
+
+private:
+    std::string NameOfMenu(HMENU menu) const
+    {
+        return menu == m_menu ? "menu" : menu == m_sub ? "sub-menu" : menu == nullptr ? "none" : "unknown";
+    }
+
+    std::string Describe(UINT message, WPARAM wParam, LPARAM lParam) const
+    {
+        const std::string menu = NameOfMenu(reinterpret_cast<HMENU>(wParam));
+        const std::string low = std::to_string(LOWORD(wParam));
+        char flags[16];
+        std::snprintf(flags, sizeof(flags), " %x", static_cast<unsigned>(HIWORD(wParam)));
+        switch (message)
+        {
+        case WM_ENTERMENULOOP:
+            return "enter loop " + low;
+        case WM_EXITMENULOOP:
+            return "exit loop " + low;
+        case WM_INITMENU:
+            return "init " + menu;
+        case WM_INITMENUPOPUP:
+            return "show " + menu + " of item " + std::to_string(LOWORD(lParam));
+        case WM_UNINITMENUPOPUP:
+            return "gone " + menu;
+        case WM_MENUSELECT:
+            return "select " + low + flags + " of " + NameOfMenu(reinterpret_cast<HMENU>(lParam));
+        default:
+            return "command " + low;
+        }
+    }
+};
+
+} // namespace
+
+TEST_F(TrackedMenu, TheOwnerHearsOfEveryStepInOrder)
+{
+    EXPECT_EQ(Track({VK_DOWN, VK_DOWN, VK_DOWN, VK_RIGHT, VK_DOWN, VK_RETURN}), 22);
+    EXPECT_MESSAGES(
+        ({"enter loop 1", "init menu", "show menu of item 0", "select 11 80 of menu", "select 12 81 of menu",
+          "select 3 90 of menu", "show sub-menu of item 3", "select 21 80 of sub-menu", "select 22 88 of sub-menu",
+          "gone sub-menu", "gone menu", "select 0 ffff of none", "exit loop 1"}),
+        Take());
+
+    EXPECT_TRUE(Track({VK_DOWN, VK_RETURN}, 0));
+    EXPECT_MESSAGES(({"enter loop 1", "init menu", "show menu of item 0", "select 11 80 of menu", "gone menu",
+                      "select 0 ffff of none", "exit loop 1", "command 11"}),
+                    Take());
+
+    EXPECT_FALSE(Track({VK_UP, VK_RIGHT, VK_ESCAPE, VK_ESCAPE}));
+    EXPECT_MESSAGES(
+        ({"enter loop 1", "init menu", "show menu of item 0", "select 3 90 of menu", "show sub-menu of item 3",
+          "select 21 80 of sub-menu", "gone sub-menu", "gone menu", "select 0 ffff of none", "exit loop 1"}),
+        Take());
+}
+
+TEST_F(TrackedMenu, LettersChooseByTheirMark)
+{
+    PostMessageW(m_owner, WM_CHAR, 'o', 1);
+    EXPECT_EQ(Track({}), 11);
+    for (const char letter : {'W', 'v'})
+        PostMessageW(m_owner, WM_CHAR, static_cast<WPARAM>(letter), 1);
+    EXPECT_EQ(Track({}), 22) << "a sub-menu is entered";
+}
+
+TEST_F(TrackedMenu, OnlyOneMenuIsTrackedAtATime)
+{
+    m_handlers[WM_INITMENUPOPUP] = [&](HWND, WPARAM, LPARAM)
+    {
+        SetLastError(0);
+        EXPECT_FALSE(TrackPopupMenuEx(m_menu, TPM_RETURNCMD, 10, 10, m_owner, nullptr));
+        EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_POPUP_ALREADY_ACTIVE));
+        return std::optional<LRESULT>(0);
+    };
+    EXPECT_EQ(Track({VK_DOWN, VK_RETURN}), 11);
+}
+
+TEST_F(TrackedMenu, WhatIsNoMenuOrWindowIsRefused)
+{
+    const HMENU dead = CreatePopupMenu();
+    DestroyMenu(dead);
+    SetLastError(0);
+    EXPECT_FALSE(TrackPopupMenuEx(dead, 0, 10, 10, m_owner, nullptr));
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_MENU_HANDLE));
+    const HWND gone = Popup("gone");
+    DestroyWindow(gone);
+    SetLastError(0);
+    EXPECT_FALSE(TrackPopupMenuEx(m_menu, 0, 10, 10, gone, nullptr));
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_WINDOW_HANDLE));
+}
+
+TEST_F(TrackedMenu, TheOwnerKeepsTheFocusAndCanEndIt)
+{
+    const HWND focus = GetFocus();
+    m_handlers[WM_MENUSELECT] = [&](HWND window, WPARAM wParam, LPARAM)
+    {
+        if (HIWORD(wParam) != 0xFFFF)
+        {
+            EXPECT_NE(GetCapture(), nullptr);
+            EXPECT_EQ(GetFocus(), focus) << "the keyboard focus goes nowhere";
+            SendMessageW(window, WM_CANCELMODE, 0, 0);
+        }
+        return std::optional<LRESULT>();
+    };
+    EXPECT_FALSE(Track({VK_DOWN, VK_RETURN}));
+    EXPECT_EQ(GetCapture(), nullptr);
+
+    m_handlers[WM_MENUSELECT] = [&](HWND, WPARAM wParam, LPARAM)
+    {
+        if (HIWORD(wParam) != 0xFFFF)
+            EndMenu();
+        return std::optional<LRESULT>();
+    };
+    EXPECT_FALSE(Track({VK_DOWN, VK_RETURN}));
+}
+
+TEST_F(TrackedMenu, ItEndsWithItsOwner)
+{
+    m_handlers[WM_MENUSELECT] = [&](HWND window, WPARAM, LPARAM)
+    {
+        DestroyWindow(window);
+        return std::optional<LRESULT>();
+    };
+    EXPECT_FALSE(Track({VK_DOWN}));
+    EXPECT_FALSE(IsWindow(m_owner));
 }
