@@ -2,6 +2,7 @@
 #include "platform/base/product.h"
 #include "platform/base/text.h"
 #include "platform/screen/screen.h"
+#include "platform/windowing/clipboard.h"
 
 #include "windows.h"
 
@@ -72,6 +73,7 @@ int main(int argc, char** argv)
     }
     std::u16string line = platform::Utf16FromUtf8(CommandLine(argc, argv));
     const int result = wWinMain(GetModuleHandleW(nullptr), nullptr, line.data(), SW_SHOW);
+    platform::HandClipboardOver();
     platform::screen::Finish();
     return result;
 }

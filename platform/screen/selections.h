@@ -41,9 +41,12 @@ void WithdrawSelection(Selection selection);
 /// What this program offers; null when the selection is not its own.
 std::shared_ptr<const SelectionSource> OfferedSelection(Selection selection);
 
-/// What the selection can be had as; empty when there is nothing, or its owner does not answer in time. Events that
-/// arrive meanwhile are kept.
-std::vector<std::string> SelectionTargets(Selection selection, std::chrono::milliseconds patience);
+/// Empties the selection, whoever's it is, unless it has changed hands since this program last read it.
+void ClearSelection(Selection selection);
+
+/// What the selection can be had as; empty when there is nothing to be had, nothing when its owner does not answer in
+/// time. Events that arrive meanwhile are kept.
+std::optional<std::vector<std::string>> SelectionTargets(Selection selection, std::chrono::milliseconds patience);
 /// Reads the selection's content; nothing when there is none of that kind, when its owner does not go on within
 /// `patience` at any step, or when it is larger than `limit` bytes.
 std::optional<std::string> ReadSelection(Selection selection, std::string_view target,

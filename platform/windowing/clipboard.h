@@ -1,12 +1,9 @@
-// The clipboard. What this program puts there outlives its windows: a clipboard manager takes it over when the program
-// ends, or the process stays, without windows, until another program takes the clipboard.
+// The clipboard, and what is marked. What this program puts on the clipboard outlives its windows: a clipboard manager
+// takes it over when the program ends, or the process stays, without windows, until another program takes the
+// clipboard.
 #pragma once
 
-#include <chrono>
-#include <optional>
-#include <string>
-#include <string_view>
-#include <vector>
+#include "platform/screen/selections.h"
 
 namespace platform
 {
@@ -20,14 +17,21 @@ struct ClipboardForm
 
 /// Replaces what is on the clipboard; the best form first. False when the display refuses.
 bool PutOnClipboard(std::vector<ClipboardForm> forms);
-/// Empties the clipboard if what is on it is this program's.
-void EmptyOwnClipboard();
-/// What the content can be had as; empty when there is none or its owner does not answer in time.
-std::vector<std::string> ClipboardTargets(std::chrono::milliseconds patience);
-/// The content in one form; nothing when there is none, or not within a second.
+/// Empties the clipboard, whoever's what is on it is, unless it has been replaced since this program last read it.
+void EmptyReadClipboard();
+/// What the content can be had as; empty when there is none, nothing when its owner does not answer in time.
+std::optional<std::vector<std::string>> ClipboardTargets(std::chrono::milliseconds patience);
+/// The content in one form; nothing when there is none, when its owner does not go on for a second, or from 64 MB on.
 std::optional<std::string> ReadClipboard(std::string_view target);
 
-bool PutTextOnClipboard(std::u16string_view text);
-std::optional<std::u16string> ClipboardText();
+/// Text, on the clipboard or as what is marked (`Primary`, which goes with the program). False when the display
+/// refuses.
+bool PutTextOnClipboard(std::u16string_view text, screen::Selection selection = screen::Selection::Clipboard);
+/// Nothing when there is no text, or as above.
+std::optional<std::u16string> ClipboardText(screen::Selection selection = screen::Selection::Clipboard);
+
+/// For the end of the program, its windows gone: hands what it has put on the clipboard to the desktop's clipboard
+/// manager. Where there is none, or it does not answer, the process reference stays held.
+void HandClipboardOver();
 
 } // namespace platform

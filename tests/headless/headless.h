@@ -5,9 +5,12 @@
 #pragma once
 
 #include "platform/screen/screen.h"
+#include "platform/screen/selections.h"
 
 #include <functional>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace platform::headless
@@ -49,6 +52,24 @@ void RequestClose(screen::NativeWindow window);
 /// Called whenever the program would wait with nothing queued; returns true when it has done something that ends the
 /// wait (queued input, advanced the clock, woken the program). Null for none.
 void SetIdleHandler(std::function<bool()> handler);
+
+// --- what other programs do with selections
+struct OtherOffer
+{
+    std::vector<std::pair<std::string, std::string>> forms; ///< target and content, the best first
+    bool namesTargets = true;                               ///< else whoever asks waits in vain
+    bool givesContent = true;                               ///< likewise
+};
+/// Another program takes the selection.
+void OfferByOther(screen::Selection selection, OtherOffer offer);
+/// It ends, and with it what it offered.
+void EndOther(screen::Selection selection);
+/// Whether another program still has the selection.
+bool OtherOffers(screen::Selection selection);
+/// What another program gets when it pastes.
+std::optional<std::string> AskAsOther(screen::Selection selection, std::string_view target);
+/// A clipboard manager runs, or none.
+void SetClipboardManager(bool runs);
 
 // --- what a person sees
 struct WindowInfo

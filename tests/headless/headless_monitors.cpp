@@ -84,6 +84,7 @@ void Reset()
     state.idleHandler = nullptr;
     state.woken = false;
     state.presentedPixels = 0;
+    ForgetSelections();
 }
 
 } // namespace platform::headless

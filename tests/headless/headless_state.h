@@ -48,6 +48,8 @@ struct State
 };
 
 State& TheState();
+/// Nobody has any selection.
+void ForgetSelections();
 HeadlessWindow* FindWindow(screen::NativeWindow window);
 /// The topmost visible window at a point, 0 for none.
 screen::NativeWindow WindowAt(POINT point);

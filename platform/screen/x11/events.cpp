@@ -4,6 +4,7 @@
 #include "platform/screen/x11/input.h"
 #include "platform/screen/x11/keymap.h"
 #include "platform/screen/x11/monitors.h"
+#include "platform/screen/x11/selections.h"
 #include "platform/screen/x11/text_input.h"
 #include "platform/screen/x11/windows.h"
 #include "platform/screen/x11/xkb_protocol.h"
@@ -166,9 +167,10 @@ bool IsExtensionEvent(std::uint8_t type, xcb_extension_t& extension, int number)
 void Handle(const xcb_generic_event_t& event)
 {
     const std::uint8_t type = event.response_type & 0x7F;
+    NoteInputTime(event, type);
     if (type == 0)
         OnError(reinterpret_cast<const xcb_generic_error_t&>(event));
-    else if (HandleInputEvent(event, type))
+    else if (HandleInputEvent(event, type) || HandleSelectionEvent(event, type))
         return;
     else if (IsExtensionEvent(type, xcb_randr_id, XCB_RANDR_SCREEN_CHANGE_NOTIFY))
         RereadMonitors();
@@ -227,6 +229,22 @@ int TimeoutUntil(std::optional<std::uint64_t> deadline)
 }
 
 } // namespace
+
+void HandleEventsUntil(std::uint64_t deadline, const std::function<bool()>& done)
+{
+    xcb_connection_t* xcb = TheConnection().Xcb();
+    for (bool expired = false; !done() && !expired;)
+    {
+        xcb_flush(xcb);
+        // Writing also reads what has arrived, of which poll does not tell any more.
+        if (HandleArrived())
+            continue;
+        expired = NowMs() >= deadline;
+        pollfd fd{xcb_get_file_descriptor(xcb), POLLIN, 0};
+        poll(&fd, 1, TimeoutUntil(deadline));
+    }
+}
+
 } // namespace platform::x11
 
 namespace platform::screen
@@ -254,19 +272,20 @@ void Wait(std::optional<std::uint64_t> deadline)
     } while (x11::Pump());
     if (!x11::ReadyEvents().empty())
         return;
+    for (const std::optional<std::uint64_t> other : {x11::SelectionDeadline(), x11::TextInputDeadline()})
+        if (other)
+            deadline = std::min(deadline.value_or(*other), *other);
     const bool open = x11::TheConnection().IsOpen();
     pollfd fds[] = {{x11::WakeFd(), POLLIN, 0},
                     {open ? xcb_get_file_descriptor(x11::TheConnection().Xcb()) : -1, POLLIN, 0},
                     {x11::TextInputFd(), POLLIN, 0}};
-    const std::optional<std::uint64_t> answer = x11::TextInputDeadline();
-    poll(fds, std::size(fds),
-         x11::TimeoutUntil(deadline && answer ? std::min(*deadline, *answer)
-                           : answer           ? answer
-                                              : deadline));
+    poll(fds, std::size(fds), x11::TimeoutUntil(deadline));
     std::uint64_t count = 0;
     while (read(x11::WakeFd(), &count, sizeof(count)) > 0)
     {
     }
+    if (selections)
+        x11::DropStalledSelections();
 }
 
 void Wake()

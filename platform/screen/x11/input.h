@@ -4,6 +4,7 @@
 #include "platform/screen/screen.h"
 
 #include <deque>
+#include <functional>
 #include <xcb/xcb.h>
 
 namespace platform::x11
@@ -15,6 +16,9 @@ std::deque<screen::Event>& ReadyEvents();
 void AddEvent(const screen::Event& event);
 /// Deals with an event of mouse, keyboard or focus; false for any other.
 bool HandleInputEvent(const xcb_generic_event_t& event, std::uint8_t type);
+/// Takes events until `done`, or the deadline (milliseconds of the clock). Those that are the screen's wait in order in
+/// ReadyEvents. Ends the process when the display is lost.
+void HandleEventsUntil(std::uint64_t deadline, const std::function<bool()>& done);
 
 /// A key event that the input method leaves alone, on its usual way.
 void HandleKey(const xcb_key_press_event_t& event);
