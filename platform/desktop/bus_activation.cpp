@@ -44,8 +44,16 @@ GVariant* PlatformData(const BusRequest& request)
     return g_variant_builder_end(&builder);
 }
 
+const char* MethodOf(const BusRequest& request)
+{
+    return !request.action.empty() ? "ActivateAction" : request.uris.empty() ? "Activate" : "Open";
+}
+
 GVariant* Arguments(const BusRequest& request)
 {
+    if (!request.action.empty())
+        return g_variant_new("(s@av@a{sv})", request.action.c_str(),
+                             g_variant_new_array(G_VARIANT_TYPE_VARIANT, nullptr, 0), PlatformData(request));
     if (request.uris.empty())
         return g_variant_new("(@a{sv})", PlatformData(request));
     GVariantBuilder uris;
@@ -66,8 +74,8 @@ bool CallApplication(const BusRequest& request)
     g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
     GError* error = nullptr;
     GVariant* reply = g_dbus_connection_call_sync(bus.get(), name.c_str(), path.c_str(), "org.freedesktop.Application",
-                                                  request.uris.empty() ? "Activate" : "Open", Arguments(request),
-                                                  nullptr, G_DBUS_CALL_FLAGS_NONE, kAnswerTimeout, nullptr, &error);
+                                                  MethodOf(request), Arguments(request), nullptr,
+                                                  G_DBUS_CALL_FLAGS_NONE, kAnswerTimeout, nullptr, &error);
     if (reply != nullptr)
     {
         g_variant_unref(reply);

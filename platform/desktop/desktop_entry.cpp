@@ -1,6 +1,8 @@
 // Reading desktop entries.
 #include "platform/desktop/desktop_entry.h"
 
+#include <string_view>
+
 namespace platform
 {
 
@@ -57,6 +59,26 @@ std::string EntryText(GKeyFile* entry, const char* key)
 bool EntryFlag(GKeyFile* entry, const char* key)
 {
     return g_key_file_get_boolean(entry, G_KEY_FILE_DESKTOP_GROUP, key, nullptr) != FALSE;
+}
+
+std::string CleanIconName(std::string icon)
+{
+    if (icon.find('\n') != icon.npos || (icon.find('/') != icon.npos && !icon.starts_with('/')))
+        return {};
+    for (const std::string_view extension : {".png", ".svg", ".xpm"})
+    {
+        if (!icon.starts_with('/') && icon.size() > extension.size() && icon.ends_with(extension))
+        {
+            icon.resize(icon.size() - extension.size());
+            break;
+        }
+    }
+    return icon.starts_with('!') ? std::string() : icon;
+}
+
+std::string ActionGroup(const std::string& action)
+{
+    return "Desktop Action " + action;
 }
 
 bool EntryIsShown(GKeyFile* entry)

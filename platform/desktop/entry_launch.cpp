@@ -84,12 +84,13 @@ std::string WithEntryPath(std::string command, const std::string& path)
 }
 
 /// The entry for starting by a command line: never over D-Bus, and in the user's own terminal if it wants one.
-GObjectOwner<GDesktopAppInfo> InfoForCommand(GKeyFile* entry, const std::string& path)
+/// `changed` says that it is not what the file holds.
+GObjectOwner<GDesktopAppInfo> InfoForCommand(GKeyFile* entry, const std::string& path, bool changed)
 {
     const bool inTerminal = EntryFlag(entry, G_KEY_FILE_DESKTOP_KEY_TERMINAL);
     const std::string terminal = inTerminal ? TerminalCommand() : "";
     const bool onBus = EntryFlag(entry, G_KEY_FILE_DESKTOP_KEY_DBUS_ACTIVATABLE);
-    if (terminal.empty() && !onBus)
+    if (terminal.empty() && !onBus && !changed)
         return GObjectOwner<GDesktopAppInfo>(g_desktop_app_info_new_from_filename(path.c_str()));
     const std::string command = terminal + WithEntryPath(EntryText(entry, kExecKey), path);
     g_key_file_set_string(entry, kGroup, kExecKey, command.c_str());
@@ -123,15 +124,25 @@ std::string LaunchInfo(GDesktopAppInfo* info, const std::vector<std::string>& ur
     return started ? "" : MessageOf(error);
 }
 
-/// Starts the entry's command line. `startupId` is of an announcement that was made already, "" for none; one
-/// announcement serves the whole start and is taken back when it fails.
-std::string RunCommand(const std::string& path, const std::vector<std::string>& uris, std::string startupId)
+/// Has the entry run the command of one of its actions.
+void TakeCommandOfAction(GKeyFile* entry, const std::string& action)
+{
+    const GTextOwner command(g_key_file_get_string(entry, ActionGroup(action).c_str(), kExecKey, nullptr));
+    g_key_file_set_string(entry, kGroup, kExecKey, command != nullptr ? command.get() : "");
+}
+
+/// Starts the entry's command line, or that of one of its actions. `startupId` is of an announcement that was made
+/// already, "" for none; one announcement serves the whole start and is taken back when it fails.
+std::string RunCommand(const std::string& path, const std::vector<std::string>& uris, const std::string& action,
+                       std::string startupId)
 {
     const GKeyFileOwner entry = LoadDesktopEntry(path.c_str());
+    if (entry != nullptr && !action.empty())
+        TakeCommandOfAction(entry.get(), action);
     std::string reason = entry != nullptr ? WhyUnusable(entry.get()) : kInvalidEntry;
     if (reason.empty())
     {
-        const GObjectOwner<GDesktopAppInfo> info = InfoForCommand(entry.get(), path);
+        const GObjectOwner<GDesktopAppInfo> info = InfoForCommand(entry.get(), path, !action.empty());
         if (info != nullptr && startupId.empty())
             startupId = Announce(entry.get(), g_app_info_get_executable(G_APP_INFO(info.get())));
         reason = info != nullptr ? LaunchInfo(info.get(), uris, startupId) : kInvalidEntry;
@@ -144,14 +155,14 @@ std::string RunCommand(const std::string& path, const std::vector<std::string>& 
 } // namespace
 
 std::string LaunchEntry(const std::string& entryPath, const std::vector<std::string>& uris,
-                        const std::shared_ptr<LaunchEnd>& end)
+                        const std::shared_ptr<LaunchEnd>& end, const std::string& action)
 {
     const GKeyFileOwner entry = LoadDesktopEntry(entryPath.c_str());
     if (entry == nullptr || !EntryFlag(entry.get(), G_KEY_FILE_DESKTOP_KEY_DBUS_ACTIVATABLE))
-        return RunCommand(entryPath, uris, {});
+        return RunCommand(entryPath, uris, action, {});
     const std::string startupId = Announce(entry.get(), nullptr);
     return ActivateOverBus(
-        {entryPath, uris, startupId}, [=] { return RunCommand(entryPath, uris, startupId); }, end);
+        {entryPath, uris, action, startupId}, [=] { return RunCommand(entryPath, uris, action, startupId); }, end);
 }
 
 } // namespace platform

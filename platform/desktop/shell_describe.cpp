@@ -31,22 +31,6 @@ std::string TakeText(char* text)
     return text != nullptr ? text : "";
 }
 
-/// An entry's icon as it may stand in a list of alternatives; theme names lose a superfluous extension.
-std::string CleanIconName(std::string icon)
-{
-    if (icon.find('\n') != icon.npos || (icon.find('/') != icon.npos && !icon.starts_with('/')))
-        return {};
-    for (const std::string_view extension : {".png", ".svg", ".xpm"})
-    {
-        if (!icon.starts_with('/') && icon.size() > extension.size() && icon.ends_with(extension))
-        {
-            icon.resize(icon.size() - extension.size());
-            break;
-        }
-    }
-    return icon.starts_with('!') ? std::string() : icon;
-}
-
 Facts DescribeDesktopEntry(const std::string& path)
 {
     Facts facts;

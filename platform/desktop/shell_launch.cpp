@@ -1,6 +1,7 @@
 // Opening a file: what it is decides how.
 #include "platform/services/launch_service.h"
 
+#include "platform/desktop/content_type.h"
 #include "platform/desktop/desktop_entry.h"
 #include "platform/desktop/entry_launch.h"
 #include "platform/desktop/glib_owner.h"
@@ -62,28 +63,34 @@ bool IsProgram(const std::string& path)
 
 std::string RunProgram(const std::string& path)
 {
-    const std::string folder = path.substr(0, path.rfind('/') + 1);
-    char* arguments[] = {const_cast<char*>(path.c_str()), nullptr};
-    char** environment = g_get_environ();
-    environment = g_environ_unsetenv(environment, "DESKTOP_STARTUP_ID");
-    environment = g_environ_unsetenv(environment, "XDG_ACTIVATION_TOKEN");
-    const GStrvOwner owner(environment);
-    GError* error = nullptr;
-    const bool started = g_spawn_async(folder.c_str(), arguments, environment, kDetachedSpawnFlags, DetachChild,
-                                       nullptr, nullptr, &error) != FALSE;
-    const GErrorOwner errorOwner(error);
-    return started ? "" : error->message;
+    const std::size_t slash = path.rfind('/');
+    return SpawnDetached({path}, path.substr(0, slash == 0 ? 1 : slash));
 }
 
-std::string ContentTypeOf(const std::string& path, const struct stat& status)
+/// The words of the command that opens the user's terminal; none when there is no terminal.
+std::vector<std::string> TerminalWords()
 {
-    if (S_ISDIR(status.st_mode))
-        return "inode/directory";
-    const GObjectOwner<GFile> file(g_vfs_get_file_for_path(g_vfs_get_local(), path.c_str()));
-    const GObjectOwner<GFileInfo> info(g_file_query_info(file.get(), G_FILE_ATTRIBUTE_STANDARD_CONTENT_TYPE,
-                                                         G_FILE_QUERY_INFO_NONE, nullptr, nullptr));
-    const char* type = info != nullptr ? g_file_info_get_content_type(info.get()) : nullptr;
-    return type != nullptr ? type : "application/octet-stream";
+    const char* variable = g_getenv("TERMINAL");
+    for (const char* command : {"xdg-terminal-exec", variable != nullptr ? variable : "", "x-terminal-emulator"})
+    {
+        char** words = nullptr;
+        if (!g_shell_parse_argv(command, nullptr, &words, nullptr))
+            continue;
+        const GStrvOwner owner(words);
+        const GTextOwner program(g_find_program_in_path(words[0]));
+        if (program != nullptr)
+            return {words, words + g_strv_length(words)};
+    }
+    return {};
+}
+
+std::string RunTerminalIn(const std::string& folder)
+{
+    struct stat status;
+    if (stat(folder.c_str(), &status) != 0)
+        return WhyUnreachable(folder, errno);
+    const std::vector<std::string> words = TerminalWords();
+    return words.empty() ? "No terminal is installed." : SpawnDetached(words, folder);
 }
 
 /// Opens URIs with the application that is the default for `type`.
@@ -141,16 +148,60 @@ std::string OpenPath(const std::string& path, const End& end)
     return OpenWithDefault(ContentTypeOf(target, status), UriOf(target), end);
 }
 
-bool Open(const char* path, LaunchReport report, char* reason, std::size_t reasonSize)
+/// Opens it with the program of an entry; an entry is opened itself, not the program that it stands for.
+std::string OpenPathWith(const std::string& path, const char* entryPath, const End& end)
+{
+    char real[PATH_MAX];
+    if (realpath(path.c_str(), real) == nullptr)
+        return WhyUnreachable(path, errno);
+    return LaunchEntry(entryPath, {UriOf(real)}, end);
+}
+
+std::string RunActionAt(const std::string& path, const char* action, const End& end)
+{
+    char real[PATH_MAX];
+    if (realpath(path.c_str(), real) == nullptr)
+        return WhyUnreachable(path, errno);
+    return LaunchEntry(real, {}, end, action);
+}
+
+/// Calls `launch` with the launch's end; true when it gave no reason for a failure.
+template <typename F>
+bool Reported(LaunchReport report, char* reason, std::size_t reasonSize, F launch)
 {
     const auto end = std::make_shared<LaunchEnd>(report);
-    const std::string why = OpenPath(path, end);
+    const std::string why = launch(end);
     g_strlcpy(reason, why.c_str(), reasonSize);
     return why.empty();
+}
+
+bool Open(const char* path, LaunchReport report, char* reason, std::size_t reasonSize)
+{
+    return Reported(
+        report, reason, reasonSize, [&](const End& end) { return OpenPath(path, end); });
+}
+
+bool OpenWith(const char* path, const char* entryPath, LaunchReport report, char* reason, std::size_t reasonSize)
+{
+    return Reported(
+        report, reason, reasonSize, [&](const End& end) { return OpenPathWith(path, entryPath, end); });
+}
+
+bool RunAction(const char* path, const char* action, LaunchReport report, char* reason, std::size_t reasonSize)
+{
+    return Reported(
+        report, reason, reasonSize, [&](const End& end) { return RunActionAt(path, action, end); });
+}
+
+bool OpenTerminal(const char* folder, LaunchReport report, char* reason, std::size_t reasonSize)
+{
+    return Reported(
+        report, reason, reasonSize, [&](const End&) { return RunTerminalIn(folder); });
 }
 
 } // namespace
 
 } // namespace platform
 
-extern "C" __attribute__((visibility("default"))) const platform::LaunchService orb_launch_service = {platform::Open};
+extern "C" __attribute__((visibility("default"))) const platform::LaunchService orb_launch_service = {
+    platform::Open, platform::OpenWith, platform::RunAction, platform::OpenTerminal};

@@ -3,6 +3,9 @@
 
 #include <gio/gio.h>
 
+#include <string>
+#include <vector>
+
 namespace platform
 {
 
@@ -12,5 +15,8 @@ constexpr GSpawnFlags kDetachedSpawnFlags =
 
 /// Child set-up for g_spawn: a session of its own, default signal handling, nothing blocked.
 void DetachChild(gpointer);
+
+/// Starts a program with the arguments `words`, in a folder; "" on success, else the reason.
+std::string SpawnDetached(const std::vector<std::string>& words, const std::string& folder);
 
 } // namespace platform

@@ -41,18 +41,18 @@ bool CopyPlainName(std::string_view name, char16_t* out)
     return bits < 0x80 && name.find('\\') == name.npos;
 }
 
+std::string_view HiddenEnding(std::string_view name, ItemKind kind)
+{
+    constexpr std::string_view kEndings[] = {".desktop", ".lnk"};
+    for (const std::string_view ending : kEndings)
+        if (kind != ItemKind::Folder && name.size() > ending.size() && name.ends_with(ending))
+            return ending;
+    return {};
+}
+
 std::u16string DisplayNameOfFile(std::string_view name, ItemKind kind)
 {
-    constexpr std::string_view kDesktopSuffix = ".desktop";
-    constexpr std::string_view kLinkSuffix = ".lnk";
-    for (const std::string_view suffix : {kDesktopSuffix, kLinkSuffix})
-    {
-        if (kind != ItemKind::Folder && name.size() > suffix.size() && name.ends_with(suffix))
-        {
-            name.remove_suffix(suffix.size());
-            break;
-        }
-    }
+    name.remove_suffix(HiddenEnding(name, kind).size());
     std::u16string display(name.size(), u'\0');
     if (CopyPlainName(name, display.data()))
         return display;

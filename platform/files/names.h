@@ -15,6 +15,9 @@ std::vector<std::string> SplitPath(std::string_view path);
 /// Whether a file can have that name.
 bool IsFileName(std::string_view name);
 
+/// The ending of a file's name that is not shown: ".lnk", ".desktop" or "".
+std::string_view HiddenEnding(std::string_view name, ItemKind kind);
+
 /// What a file of that name is shown as when nothing better is known: the name itself without ".lnk" or ".desktop".
 /// Bytes that are no text keep their private-use characters, so that two names never look the same.
 std::u16string DisplayNameOfFile(std::string_view name, ItemKind kind);

@@ -1,4 +1,4 @@
-// Touching files in places of unknown health: a second for each place, once.
+// Touching files in places of unknown health: a second for each place if no less is asked for, once.
 //
 // Work on trusted ground is done straight away. Anywhere else it gets a thread and a second; a place that did not
 // answer in time is not asked anything more until it has.
@@ -26,13 +26,13 @@ void EndAsking(const std::string& place);
 void WhenItAnswers(const std::string& place, const std::string& key, const PlaceAnswers& answers);
 
 /// The result of `work`, which must not be null and looks at nothing but the file or folder at `path` and what is below
-/// it; null when its place does not answer within a second or still owes an answer. Then the late result is handed to
+/// it; null when its place does not answer within `patience` or still owes an answer. Then the late result is handed to
 /// nobody, but `answers`, if there is one, is called once it is there. `work` and `answers` must own all they use.
 template <typename T>
 std::shared_ptr<T> AskPlace(const std::string& path, std::function<std::shared_ptr<T>()> work,
-                            const PlaceAnswers& answers = {})
+                            const PlaceAnswers& answers = {},
+                            std::chrono::milliseconds patience = std::chrono::milliseconds(1000))
 {
-    constexpr std::chrono::milliseconds kPatience{1000};
     if (IsAtHand(path))
         return work();
     const Whereabouts where = TrustedWalk().Follow(path);
@@ -41,7 +41,7 @@ std::shared_ptr<T> AskPlace(const std::string& path, std::function<std::shared_p
     const std::string place = where.path;
     std::shared_ptr<T> result;
     if (BeginAsking(place))
-        result = CallWithin<T>(kPatience,
+        result = CallWithin<T>(patience,
                                [place, work = std::move(work)]
                                {
                                    std::shared_ptr<T> answer = work();

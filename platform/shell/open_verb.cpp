@@ -1,14 +1,16 @@
-// The verb "open".
+// Opening: by the desktop's choice, with a given program, as one of an entry's actions, in a terminal.
 #include "platform/shell/verbs.h"
 
 #include "windows.h"
 
-#include "platform/services/desktop_module.h"
+#include "platform/base/process_hold.h"
 #include "platform/base/product.h"
 #include "platform/base/text.h"
+#include "platform/services/desktop_module.h"
 #include "platform/services/launch_service.h"
-#include "platform/base/process_hold.h"
+#include "platform/shell/failure_report.h"
 
+#include <functional>
 #include <memory>
 
 namespace platform
@@ -17,53 +19,38 @@ namespace platform
 namespace
 {
 
-void ReportFailure(HWND owner, const std::u16string& name, const std::string& reason)
-{
-    std::u16string text = u"\u201C";
-    text += name;
-    text += u"\u201D could not be started: ";
-    text += Utf16FromUtf8(reason);
-    MessageBoxW(owner, text.c_str(), u"" ORB_PRODUCT_TITLE, MB_OK | MB_ICONERROR);
-}
+constexpr char16_t kCouldNotStart[] = u"could not be started";
+constexpr std::size_t kReasonSize = 1024;
 
-/// A launch under way. It keeps the process, and its failure until the user has been told.
+/// A launch under way, which keeps the process.
 struct PendingLaunch
 {
     ProcessHold hold;
     std::u16string name;
     DWORD thread; ///< the user-interface thread
-    std::string failure;
 };
-
-void CALLBACK TellLateFailure(HWND, UINT, UINT_PTR context, DWORD)
-{
-    const std::unique_ptr<PendingLaunch> launch(reinterpret_cast<PendingLaunch*>(context));
-    ReportFailure(nullptr, launch->name, launch->failure); // the menu may have gone
-}
 
 void LaunchFinished(void* context, const char* failure)
 {
-    std::unique_ptr<PendingLaunch> launch(static_cast<PendingLaunch*>(context));
-    launch->failure = failure;
-    if (launch->failure.empty())
-        return;
-    // Boxes are shown by the user-interface thread: a timer's message has its procedure called by whoever dispatches
-    // it.
-    if (PostThreadMessageW(launch->thread, WM_TIMER, reinterpret_cast<WPARAM>(launch.get()),
-                           reinterpret_cast<LPARAM>(&TellLateFailure)))
-        static_cast<void>(launch.release());
+    const std::unique_ptr<PendingLaunch> launch(static_cast<PendingLaunch*>(context));
+    if (failure[0] != '\0')
+        ReportFailureLater(launch->thread, FailureText(launch->name, kCouldNotStart, failure));
 }
 
-/// Empty on success, else the reason for the failure.
-std::string OpenPath(const VerbItem& item)
+using LaunchCall = std::function<bool(const LaunchService& service, LaunchReport report, char* reason)>;
+
+HRESULT Launch(HWND owner, const VerbItem& item, const LaunchCall& call)
 {
     const auto* service = static_cast<const LaunchService*>(DesktopModuleSymbol("orb_launch_service"));
-    if (service == nullptr)
-        return "The desktop module " ORB_PRODUCT "-desktop.so is missing.";
-    auto* launch = new PendingLaunch{{}, item.displayName, GetCurrentThreadId(), {}};
-    char reason[1024] = "";
-    const bool opened = service->open(item.path.c_str(), {LaunchFinished, launch}, reason, sizeof reason);
-    return opened ? "" : reason;
+    char reason[kReasonSize] = "The desktop module " ORB_PRODUCT "-desktop.so is missing.";
+    if (service != nullptr)
+    {
+        auto* launch = new PendingLaunch{{}, item.displayName, GetCurrentThreadId()};
+        if (call(*service, {LaunchFinished, launch}, reason))
+            return S_OK;
+    }
+    ReportFailure(owner, FailureText(item.displayName, kCouldNotStart, reason));
+    return E_FAIL;
 }
 
 } // namespace
@@ -73,14 +60,36 @@ HRESULT OpenItems(const VerbTarget& target)
     HRESULT result = S_OK;
     for (const VerbItem& item : target.items)
     {
-        const std::string reason = OpenPath(item);
-        if (!reason.empty())
-        {
-            ReportFailure(target.owner, item.displayName, reason);
-            result = E_FAIL;
-        }
+        const HRESULT opened = Launch(target.owner, item,
+                                      [&](const LaunchService& service, LaunchReport report, char* reason)
+                                      { return service.open(item.path.c_str(), report, reason, kReasonSize); });
+        result = SUCCEEDED(opened) ? result : opened;
     }
     return result;
+}
+
+HRESULT OpenWithProgram(const VerbTarget& target, const std::string& entryPath)
+{
+    const VerbItem& item = target.items.front();
+    return Launch(target.owner, item,
+                  [&](const LaunchService& service, LaunchReport report, char* reason)
+                  { return service.openWith(item.path.c_str(), entryPath.c_str(), report, reason, kReasonSize); });
+}
+
+HRESULT RunEntryAction(const VerbTarget& target, const std::string& action)
+{
+    const VerbItem& item = target.items.front();
+    return Launch(target.owner, item,
+                  [&](const LaunchService& service, LaunchReport report, char* reason)
+                  { return service.runAction(item.path.c_str(), action.c_str(), report, reason, kReasonSize); });
+}
+
+HRESULT OpenInTerminal(const VerbTarget& target)
+{
+    const VerbItem& item = target.items.front();
+    return Launch(target.owner, item,
+                  [&](const LaunchService& service, LaunchReport report, char* reason)
+                  { return service.openTerminal(item.path.c_str(), report, reason, kReasonSize); });
 }
 
 } // namespace platform

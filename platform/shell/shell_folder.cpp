@@ -8,7 +8,9 @@
 #include "platform/shell/context_menu.h"
 #include "platform/files/folder_reading.h"
 #include "platform/files/folder_snapshot.h"
+#include "platform/files/names.h"
 #include "platform/shell/item_enumerator.h"
+#include "platform/shell/rename_item.h"
 #include "platform/shell/system_images.h"
 
 #include <cstring>
@@ -19,10 +21,16 @@ namespace platform
 namespace
 {
 
+struct ListFree
+{
+    void operator()(ITEMIDLIST* list) const { ILFree(list); }
+};
+using List = std::unique_ptr<ITEMIDLIST, ListFree>;
+
 LPWSTR NameOfItem(const std::string& folder, PCUITEMID_CHILD list, const ItemId& item, SHGDNF flags)
 {
     if ((flags & SHGDN_FORPARSING) == 0)
-        return TaskStringOfDisplayName(item);
+        return (flags & SHGDN_FOREDITING) != 0 ? TaskString(EditingName(item)) : TaskStringOfDisplayName(item);
     if ((flags & SHGDN_INFOLDER) != 0)
         return TaskStringOfFileName(item.name);
     std::string path = folder;
@@ -120,11 +128,19 @@ HRESULT ShellFolder::CompareIDs(LPARAM, PCUIDLIST_RELATIVE, PCUIDLIST_RELATIVE)
     return E_NOTIMPL;
 }
 
-HRESULT ShellFolder::CreateViewObject(HWND, REFIID, void** result)
+HRESULT ShellFolder::CreateViewObject(HWND owner, REFIID iid, void** result)
 {
-    if (result != nullptr)
-        *result = nullptr;
-    return E_NOINTERFACE;
+    if (result == nullptr)
+        return E_POINTER;
+    *result = nullptr;
+    if (FaultPoint("IShellFolder::CreateViewObject"))
+        return E_OUTOFMEMORY;
+    if (!(iid == IID_IContextMenu))
+        return E_NOINTERFACE;
+    const std::string name = m_path.substr(m_path.rfind('/') + 1);
+    *result = MakeBackgroundMenu(
+        owner, {m_path.empty() ? "/" : m_path, DisplayNameOfFile(name, ItemKind::Folder), ItemKind::Folder});
+    return S_OK;
 }
 
 HRESULT ShellFolder::GetAttributesOf(UINT count, PCUITEMID_CHILD_ARRAY items, SFGAOF* attributes)
@@ -162,7 +178,7 @@ HRESULT ShellFolder::GetUIObjectOf(HWND owner, UINT count, PCUITEMID_CHILD_ARRAY
         const std::optional<ItemId> last = LastItem(items[i]);
         if (!last || !AppendListPath(path, items[i]))
             return E_INVALIDARG;
-        verbItems.push_back({std::move(path), last->DisplayName()});
+        verbItems.push_back({std::move(path), last->DisplayName(), last->kind});
     }
     if (!(iid == IID_IContextMenu))
         return E_NOINTERFACE;
@@ -184,11 +200,19 @@ HRESULT ShellFolder::GetDisplayNameOf(PCUITEMID_CHILD item, SHGDNF flags, STRRET
     return name->pOleStr != nullptr ? S_OK : E_OUTOFMEMORY;
 }
 
-HRESULT ShellFolder::SetNameOf(HWND, PCUITEMID_CHILD, LPCWSTR, SHGDNF, PITEMID_CHILD* result)
+HRESULT ShellFolder::SetNameOf(HWND owner, PCUITEMID_CHILD item, LPCWSTR name, SHGDNF flags, PITEMID_CHILD* result)
 {
     if (result != nullptr)
         *result = nullptr;
-    return E_NOTIMPL;
+    std::string path = m_path;
+    const List copy(ILClone(item)); // messages may be dispatched meanwhile, and the caller's list freed
+    const std::optional<ItemId> last = LastItem(copy.get());
+    if (name == nullptr || !last || !AppendListPath(path, copy.get()))
+        return E_INVALIDARG;
+    if (FaultPoint("IShellFolder::SetNameOf"))
+        return E_OUTOFMEMORY;
+    const std::u16string text = name;
+    return RenameItem(owner, path.substr(0, path.rfind('/')), *last, text, (flags & SHGDN_FORPARSING) != 0, result);
 }
 
 } // namespace platform
