@@ -38,24 +38,19 @@ PixelBitmap CreatePixelBitmap(int width, int height)
     return result;
 }
 
-void FillWith(HDC dc, SIZE size, COLORREF color)
+void FillWithMenuColor(HDC dc, const RECT& rect)
 {
-    const UniqueBrush brush(CreateSolidBrush(color));
-    const RECT all{0, 0, size.cx, size.cy};
-    FillRect(dc, &all, brush.Get());
+    const UniqueBrush brush(CreateSolidBrush(g_launcher.m_menuColor));
+    FillRect(dc, &rect, brush.Get());
 }
 
-void DrawSkin(HDC destination, const BannerSize& size)
+void DrawSkin(HDC destination, const RECT& to, const RECT& from, const Margins& margins)
 {
     const UniqueMemoryDC skin(CreateCompatibleDC(destination));
     if (!skin)
         return;
     const SelectGuard selected(skin.Get(), g_launcher.m_bannerSkin.Get());
-    const int height = g_launcher.m_bannerSkinHeight;
-    StretchNineSlice(skin.Get(), destination, {0, 0, size.bannerWidth, size.totalHeight},
-                     {0, 0, kSkinStripWidth, height}, {2, 2, 2, 2});
-    StretchNineSlice(skin.Get(), destination, {size.bannerWidth, 0, size.totalWidth, size.totalHeight},
-                     {kSkinStripWidth, 0, kSkinStripWidth + 1, height}, {0, 2, 0, 2});
+    StretchNineSlice(skin.Get(), destination, to, from, margins);
 }
 
 /// The title in white on black, as long as its strip and as high as the banner is wide.
@@ -79,14 +74,15 @@ PixelBitmap DrawTitleMask(const BannerSize& size)
 /// Empty when out of resources.
 UniqueBitmap RenderBannerBitmap(const BannerSize& size)
 {
-    PixelBitmap banner = CreatePixelBitmap(size.totalWidth, size.totalHeight);
+    PixelBitmap banner = CreatePixelBitmap(size.bannerWidth, size.totalHeight);
     const UniqueMemoryDC dc(CreateCompatibleDC(nullptr));
     if (!banner.bitmap || !dc)
         return {};
     {
         const SelectGuard selected(dc.Get(), banner.bitmap.Get());
-        FillWith(dc.Get(), banner.size, g_launcher.m_menuColor);
-        DrawSkin(dc.Get(), size);
+        const RECT all{0, 0, size.bannerWidth, size.totalHeight};
+        FillWithMenuColor(dc.Get(), all);
+        DrawSkin(dc.Get(), all, {0, 0, kSkinStripWidth, g_launcher.m_bannerSkinHeight}, {2, 2, 2, 2});
         GdiFlush();
     }
     const PixelBitmap mask = DrawTitleMask(size);
@@ -105,6 +101,15 @@ SIZE MeasureTitle()
     DrawTextW(screen.Get(), g_launcher.m_title.c_str(), static_cast<int>(g_launcher.m_title.size()), &text,
               DT_SINGLELINE | DT_NOPREFIX | DT_CALCRECT);
     return {text.right - text.left, text.bottom - text.top};
+}
+
+void DrawBanner(HDC dc, HBITMAP banner, const RECT& body)
+{
+    const UniqueMemoryDC source(CreateCompatibleDC(dc));
+    const SelectGuard selected(source.Get(), banner);
+    BitBlt(dc, 0, 0, body.left, body.bottom, source.Get(), 0, 0, SRCCOPY);
+    FillWithMenuColor(dc, body);
+    DrawSkin(dc, body, {kSkinStripWidth, 0, kSkinStripWidth + 1, g_launcher.m_bannerSkinHeight}, {0, 2, 0, 2});
 }
 
 void CustomMenu::CustomBar::RenderBanner(const BannerSize& size)

@@ -8,6 +8,10 @@
 /// Extent of the title in the banner font, as one line.
 SIZE MeasureTitle();
 
+/// Draws the rendered strip and beside it the level's body, which is not kept as a bitmap: on a large screen that would
+/// be several megabytes. Client coordinates.
+void DrawBanner(HDC dc, HBITMAP banner, const RECT& body);
+
 /// One colour or alpha channel of the title composited onto the banner: `mask` is the title's coverage, 0 to 255.
 constexpr std::uint8_t BlendChannel(std::uint8_t under, std::uint8_t over, std::uint8_t mask)
 {

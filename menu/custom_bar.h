@@ -166,7 +166,7 @@ public:
     bool m_dragArmed = false;
     POINT m_dragStartPoint{};
     int m_dragStartButton = 0;
-    UniqueBitmap m_banner; ///< pre-rendered background of the root, from its left edge
+    UniqueBitmap m_banner; ///< pre-rendered strip at the root's left edge
     RECT m_contentRect{};  ///< where the toolbar or pager sits, in client coordinates
 
 private:

@@ -3,6 +3,7 @@
 
 #include "app/launcher_state.h"
 #include "geometry/dpi_scale.h"
+#include "menu/banner.h"
 #include "menu/button_ids.h"
 #include "menu/nine_slice.h"
 
@@ -68,16 +69,14 @@ void DrawSeparators(const CustomBar& level, HDC dc)
 LRESULT CustomBar::OnEraseBackground(WPARAM wParam, LPARAM, bool&)
 {
     const HDC dc = reinterpret_cast<HDC>(wParam);
-    RECT client{};
-    GetClientRect(m_hWnd, &client);
     if (m_banner)
     {
-        const UniqueMemoryDC banner(CreateCompatibleDC(dc));
-        const SelectGuard selected(banner.Get(), m_banner.Get());
-        BitBlt(dc, 0, 0, client.right, client.bottom, banner.Get(), 0, 0, SRCCOPY);
+        DrawBanner(dc, m_banner.Get(), m_contentRect);
     }
     else
     {
+        RECT client{};
+        GetClientRect(m_hWnd, &client);
         const UniqueBrush brush(CreateSolidBrush(g_launcher.m_menuColor));
         FillRect(dc, &client, brush.Get());
     }
