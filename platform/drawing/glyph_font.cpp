@@ -16,6 +16,7 @@
 #include <ft2build.h>
 #include FT_FREETYPE_H
 #include FT_ADVANCES_H
+#include FT_SIZES_H
 #include FT_TRUETYPE_TABLES_H
 
 namespace platform
@@ -37,6 +38,34 @@ FT_Library Library()
         return FT_Init_FreeType(&created) == 0 ? created : nullptr;
     }();
     return library;
+}
+
+/// The file's face, opened by the first call for it and kept for the life of the process, so that all sizes share what
+/// is read of it; null when it cannot be opened.
+FT_Face FaceIn(const FontFile& file)
+{
+    struct OpenFont
+    {
+        explicit OpenFont(const FontFile& file)
+            : stream(file.path), face(Library() != nullptr ? stream.OpenFace(Library(), file.faceIndex) : nullptr)
+        {
+        }
+
+        FontStream stream; ///< what the face reads from
+        FT_Face face;
+    };
+    static auto& fonts = *new std::map<std::pair<std::string, int>, std::unique_ptr<OpenFont>>();
+    std::unique_ptr<OpenFont>& font = fonts[{file.path, file.faceIndex}];
+    if (font == nullptr)
+        font = std::make_unique<OpenFont>(file);
+    return font->face;
+}
+
+FT_Face FaceFor(const LOGFONTW& font, const std::string& name)
+{
+    const int size = font.lfHeight == 0 ? kDefaultEmHeight : std::abs(font.lfHeight);
+    const auto file = FindFontFile({name, size, font.lfWeight != 0 ? font.lfWeight : FW_NORMAL, font.lfItalic != 0});
+    return file ? FaceIn(*file) : nullptr;
 }
 
 struct UnitRange
@@ -142,13 +171,14 @@ GlyphFont::GlyphFont(const LOGFONTW& font) : m_faceName(Utf8FromUtf16(font.lfFac
     m_latinAdvances.fill(kUnknown);
     const TextRendering rendering = CurrentTextRendering();
     m_loadFlags = GlyphLoadFlags(rendering);
-    OpenFace(font);
+    m_face = FaceFor(font, m_faceName);
     if (m_face != nullptr && SetSize(font))
     {
         ReadMetrics(font);
     }
     else
     {
+        m_face = nullptr;
         m_emHeight = font.lfHeight == 0 ? kDefaultEmHeight : std::min(std::abs(font.lfHeight), kLargestEmHeight);
         AssumeMetrics();
     }
@@ -164,32 +194,15 @@ GlyphFont::GlyphFont(const LOGFONTW& font) : m_faceName(Utf8FromUtf16(font.lfFac
 
 GlyphFont::~GlyphFont()
 {
-    if (m_face != nullptr)
-        FT_Done_Face(m_face);
-}
-
-void GlyphFont::OpenFace(const LOGFONTW& font)
-{
-    const int size = font.lfHeight == 0 ? kDefaultEmHeight : std::abs(font.lfHeight);
-    const auto file =
-        FindFontFile({m_faceName, size, font.lfWeight != 0 ? font.lfWeight : FW_NORMAL, font.lfItalic != 0});
-    if (!file || Library() == nullptr)
-        return;
-    m_stream = std::make_unique<FontStream>(file->path);
-    m_face = m_stream->OpenFace(Library(), file->faceIndex);
+    if (m_size != nullptr)
+        FT_Done_Size(m_size);
 }
 
 bool GlyphFont::SetSize(const LOGFONTW& font)
 {
     m_emHeight = EmFor(font, m_face);
-    const bool usable = FT_IS_SCALABLE(m_face) && m_face->charmap != nullptr &&
-                        FT_Set_Pixel_Sizes(m_face, 0, static_cast<FT_UInt>(m_emHeight)) == 0;
-    if (!usable)
-    {
-        FT_Done_Face(m_face);
-        m_face = nullptr;
-    }
-    return usable;
+    return FT_IS_SCALABLE(m_face) && m_face->charmap != nullptr && FT_New_Size(m_face, &m_size) == 0 &&
+           FT_Activate_Size(m_size) == 0 && FT_Set_Pixel_Sizes(m_face, 0, static_cast<FT_UInt>(m_emHeight)) == 0;
 }
 
 // As GDI takes them: the cell is what the OS/2 table says Windows needs, so that nothing of a glyph is cut.
@@ -249,7 +262,7 @@ std::int16_t GlyphFont::ReadAdvance(char16_t unit)
     // Control characters in a file name are shown as blanks.
     const FT_UInt glyph = FT_Get_Char_Index(m_face, unit < u' ' ? u' ' : unit);
     FT_Fixed advance = 0;
-    if (glyph == 0 || FT_Get_Advance(m_face, glyph, m_loadFlags, &advance) != 0)
+    if (glyph == 0 || FT_Activate_Size(m_size) != 0 || FT_Get_Advance(m_face, glyph, m_loadFlags, &advance) != 0)
         return kNeedsService;
     return static_cast<std::int16_t>(std::clamp<FT_Fixed>((advance + 0x8000) >> 16, 0, INT16_MAX));
 }
@@ -280,7 +293,7 @@ const Glyph& GlyphFont::GlyphFor(char16_t unit)
     const auto [entry, isNew] = m_glyphs.try_emplace(unit);
     const bool hasInk = isNew && m_face != nullptr && unit > u' ';
     const int flags = m_loadFlags | static_cast<int>(FT_LOAD_RENDER);
-    if (hasInk && FT_Load_Char(m_face, unit, flags) == 0)
+    if (hasInk && FT_Activate_Size(m_size) == 0 && FT_Load_Char(m_face, unit, flags) == 0)
         entry->second = CopyGlyph(*m_face->glyph);
     return entry->second;
 }

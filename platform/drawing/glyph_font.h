@@ -18,11 +18,10 @@
 #include <vector>
 
 struct FT_FaceRec_;
+struct FT_SizeRec_;
 
 namespace platform
 {
-
-class FontStream;
 
 /// Coverage of one glyph, 0 to 255 a pixel.
 struct Glyph
@@ -57,15 +56,14 @@ public:
 private:
     using AdvancePage = std::array<std::int16_t, 256>;
 
-    void OpenFace(const LOGFONTW& font);
     bool SetSize(const LOGFONTW& font);
     void ReadMetrics(const LOGFONTW& font);
     void AssumeMetrics();
     std::int16_t ReadAdvance(char16_t unit);
     std::int16_t& AdvanceSlot(char16_t unit);
 
-    std::unique_ptr<FontStream> m_stream; ///< what m_face reads from
-    FT_FaceRec_* m_face = nullptr;        ///< null when no usable font file was found: all text goes to the service
+    FT_FaceRec_* m_face = nullptr; ///< its file's only one; null when there is none: all text goes to the service
+    FT_SizeRec_* m_size = nullptr; ///< of the face, which has it when it is activated
     int m_loadFlags = 0;
     int m_emHeight = 0;
     TEXTMETRICW m_metrics{};
