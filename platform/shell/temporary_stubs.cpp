@@ -5,11 +5,6 @@
 #include "shlobj.h"
 #include "shlwapi.h"
 
-SHORT GetAsyncKeyState(int virtualKey)
-{
-    return GetKeyState(virtualKey);
-}
-
 LPWSTR PathFindFileNameW(LPCWSTR path)
 {
     LPCWSTR name = path;

@@ -200,6 +200,12 @@ BOOL TranslateMessage(const MSG* message)
     return TRUE;
 }
 
+SHORT GetAsyncKeyState(int virtualKey)
+{
+    // What the display has told so far: nothing is asked for, and what waits in the queue is a key's moment away.
+    return static_cast<SHORT>(GetKeyState(virtualKey) & 0x8000);
+}
+
 SHORT GetKeyState(int virtualKey)
 {
     const BYTE key = State().keys[virtualKey & 0xFF];

@@ -284,8 +284,7 @@ void Wait(std::optional<std::uint64_t> deadline)
     while (read(x11::WakeFd(), &count, sizeof(count)) > 0)
     {
     }
-    if (selections)
-        x11::DropStalledSelections();
+    x11::DropStalledSelections();
 }
 
 void Wake()
