@@ -221,6 +221,17 @@ TEST(FontCacheFile, IsWrittenByTheFirstLookUp)
                             }));
 }
 
+TEST(FontFiles, HoldAllSizesOfTheirFont)
+{
+    GlyphFont large(LogFont(-60));
+    GlyphFont small(LogFont(-15));
+    for (const char16_t unit : {u'm', u'o'})
+    {
+        EXPECT_GT(large.Advance(unit), 3 * small.Advance(unit));
+        EXPECT_GT(large.GlyphFor(unit).height, 3 * small.GlyphFor(unit).height);
+    }
+}
+
 // A font that another program shortened while it was mapped ended this one.
 TEST(FontFiles, MayShrinkWhileTheyAreRead)
 {
