@@ -4,6 +4,8 @@
 // fewer calls than n. Afterwards the menu must either work as ever or be cleanly gone, and nothing may be left open.
 #include "tests/scenarios/desk.h"
 #include "tests/scenarios/live_handle_counts.h"
+#include "tests/scenarios/shell_spy.h"
+#include "tests/scenarios/staged_ui.h"
 
 #include "app/launcher_state.h"
 #include "content/item_key.h"
@@ -75,6 +77,8 @@ struct Step
     std::function<void(Desk&)> step;
     bool mayEnd = false; ///< the menu may be gone after it
     bool starts = false;
+    /// Name of what comes or goes in the root's folder, if anything does: afterwards all is made as it was before.
+    std::string changes = {};
 };
 
 class FaultSweep : public testing::TestWithParam<Mode>
@@ -86,7 +90,12 @@ protected:
         desk.MakeFile("folder/inside");
         desk.MakeFile("plain");
         desk.MakeShortcut("run.desktop", "run", "true");
-        // An arrangement of the user's own, so that a loss of it shows.
+        StoreOwnOrder(desk);
+    }
+
+    /// An arrangement of the user's own, so that a loss of it shows.
+    static void StoreOwnOrder(Desk& desk)
+    {
         MenuItems order;
         for (const WString& name : {WString(TEXT("run.desktop")), WString(TEXT("plain")), WString(TEXT("folder"))})
         {
@@ -160,6 +169,31 @@ protected:
         EXPECT_FALSE(desk.IsOpen());
     }
 
+    /// Whatever has become of the one item, the others are where they were; and when it is as it was, so is the menu.
+    static void ExpectArranged(Desk& desk, const std::string& changes)
+    {
+        EXPECT_TRUE(IsWindowEnabled(desk.Level(0).m_hWnd));
+        EXPECT_EQ(g_launcher.g_operationBar, nullptr);
+        EXPECT_EQ(desk.Level(0).m_contextIndex, -1);
+        desk.SendNotice(0);
+        desk.Settle();
+        const Labels expected = Without({"run", "plain", "folder"}, changes);
+        const Labels found = Without(desk.Items(0), changes);
+        EXPECT_TRUE(found == expected || MayLoseTheOrder(Faults::Failed())) << "the others keep their places";
+        std::filesystem::remove_all(desk.Folder() / changes);
+        std::filesystem::remove(desk.Folder() / (changes + ".lnk"));
+        desk.MakeFile("plain");
+        StoreOwnOrder(desk);
+        ExpectUsable(desk);
+    }
+
+    static Labels Without(Labels items, const std::string& changes)
+    {
+        std::erase_if(items,
+                      [&](const std::string& item) { return item == changes || item == "plain" || item == "|"; });
+        return items;
+    }
+
     /// A root without its toolbar is an empty frame, which can be closed.
     static void ExpectCloses(Desk& desk)
     {
@@ -194,6 +228,8 @@ protected:
             ExpectCloses(desk);
         else if (step.starts)
             ExpectStarted(desk);
+        else if (!step.changes.empty())
+            ExpectArranged(desk, step.changes);
         else
             ExpectUsable(desk);
         return Faults::Reached();
@@ -300,6 +336,111 @@ TEST_P(FaultSweep, CyclingTheSeparators)
                desk.ReleaseMouse();
            }},
           10);
+}
+
+// --- arranging
+
+void Open(Desk& desk)
+{
+    desk.Launch("100,700,0");
+}
+
+void Choose(Desk& desk, int identifier)
+{
+    StagedPopup popup;
+    popup.answer = identifier;
+    desk.Level(0).OnItemCommand(ItemCommandMode::ContextMenu, 1, 5, 5);
+    desk.Settle();
+}
+
+TEST_P(FaultSweep, DismissingAContextMenu)
+{
+    Sweep({Open, [](Desk& desk) { Choose(desk, 0); }}, 20);
+}
+
+TEST_P(FaultSweep, InsertingASeparator)
+{
+    Sweep({Open, [](Desk& desk) { Choose(desk, 5); }, false, false, "|"}, 25);
+}
+
+TEST_P(FaultSweep, InsertingAFolder)
+{
+    Sweep({Open,
+           [](Desk& desk)
+           {
+               StagedMenu shell("open");
+               shell.onInvoke = [&] { desk.MakeFolder("New folder"); };
+               Choose(desk, 1);
+           },
+           false, false, "New folder"},
+          25);
+}
+
+TEST_P(FaultSweep, InsertingAShortcut)
+{
+    Sweep({Open,
+           [](Desk& desk)
+           {
+               StagedFiles files;
+               files.pick = "/usr/share/target";
+               desk.Level(0).InsertShortcut(1);
+               desk.Settle();
+           },
+           false, false, "target"},
+          25);
+}
+
+TEST_P(FaultSweep, Renaming)
+{
+    Sweep({Open,
+           [](Desk& desk)
+           {
+               StagedMenu shell("rename");
+               StagedDialog dialog;
+               dialog.answers = {"renamed"};
+               Choose(desk, StagedMenu::Identifier(0));
+           },
+           false, false, "renamed"},
+          25);
+}
+
+TEST_P(FaultSweep, Deleting)
+{
+    Sweep({Open,
+           [](Desk& desk)
+           {
+               const StagedFiles files;
+               desk.Level(0).DeleteItemFiles(1);
+           },
+           false, false, "plain"},
+          5);
+}
+
+TEST_P(FaultSweep, Pasting)
+{
+    Sweep({Open,
+           [](Desk& desk)
+           {
+               StagedMenu shell("open");
+               shell.onInvoke = [&] { desk.MakeFile("pasted"); };
+               desk.Level(0).PasteItems(1);
+               desk.Settle();
+           },
+           false, false, "pasted"},
+          20);
+}
+
+TEST_P(FaultSweep, CopyingAndShowingProperties)
+{
+    Sweep({Open,
+           [](Desk& desk)
+           {
+               const StagedFiles files;
+               StagedMenu shell("properties");
+               desk.Level(0).CopyOrCutItem(1, "copy");
+               Choose(desk, StagedMenu::Identifier(0));
+           }},
+          20);
 }
 
 INSTANTIATE_TEST_SUITE_P(Fails, FaultSweep, testing::Values(Mode::Once, Mode::FromThenOn),

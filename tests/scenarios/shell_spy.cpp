@@ -137,6 +137,8 @@ public:
         g_staged->names.push_back(platform::Utf8FromUtf16(name));
         if (g_staged->onRename)
             g_staged->onRename();
+        if (!m_real)
+            return E_FAIL;
         const std::filesystem::path from = PathOf(*m_real.Get(), item);
         const std::filesystem::path to = from.parent_path() / g_staged->names.back();
         std::error_code failed;
