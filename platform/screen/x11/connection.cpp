@@ -23,6 +23,7 @@ constexpr const char* kAtomNames[] = {
     "UTF8_STRING",
     "WM_PROTOCOLS",
     "WM_DELETE_WINDOW",
+    "_MOTIF_WM_HINTS",
     "_NET_WM_NAME",
     "_NET_WM_PID",
     "_NET_WM_WINDOW_TYPE",

@@ -35,6 +35,7 @@ enum class Atom : std::uint8_t
     Utf8String,
     WmProtocols,
     WmDeleteWindow,
+    MotifWmHints,
     NetWmName,
     NetWmPid,
     NetWmWindowType,

@@ -23,8 +23,8 @@ struct FocusState
     bool wanted = false;      ///< take the keyboard at the next Commit
     bool active = false;      ///< the program has been told, or has assumed, that the keyboard is its own
     bool suspectLoss = false;
-    FocusLoss loss; ///< what has happened since the focus was taken
-    bool grabbedByOther = false;
+    FocusLoss loss;              ///< what has happened since the focus was taken
+    bool grabbedByOther = false; ///< since the focus was taken
 
     bool previousAsked = false;
     xcb_get_input_focus_cookie_t previousCookie{};
@@ -255,6 +255,7 @@ void TakeWantedKeyboard()
     state.focused = state.keyWindow;
     state.active = true;
     state.suspectLoss = false;
+    state.grabbedByOther = false;
     state.loss = {};
     state.loss.taken = NowMs();
     SelectRawEvents(true);
@@ -286,8 +287,9 @@ void OnFocusIn(const xcb_focus_in_event_t& event, std::deque<screen::Event>& out
     FocusState& state = State();
     if (event.mode == XCB_NOTIFY_MODE_GRAB || event.mode == XCB_NOTIFY_MODE_UNGRAB)
     {
-        state.grabbedByOther = false;
-        state.loss.keyGrab = NowMs();
+        // The end of a grab that is older than our focus (the key that closed a dialog of ours) is no news.
+        if (std::exchange(state.grabbedByOther, false))
+            state.loss.keyGrab = NowMs();
         return;
     }
     if (event.detail == XCB_NOTIFY_DETAIL_POINTER)

@@ -37,6 +37,17 @@ void SetInputHint(xcb_window_t window)
     SetProperty<std::uint32_t>(window, XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, hints);
 }
 
+/// _MOTIF_WM_HINTS (flags, functions, decorations, mode, status), as all window managers read it: to be moved and
+/// closed, with a border, a title and a menu, and without buttons that would minimise or maximise it.
+void SetDialogFrame(xcb_window_t window)
+{
+    constexpr std::uint32_t kFunctionsAndDecorations = 1 | 2, kMove = 4, kClose = 32, kBorder = 2, kTitle = 8,
+                            kMenu = 16;
+    const std::uint32_t hints[5] = {kFunctionsAndDecorations, kMove | kClose, kBorder | kTitle | kMenu};
+    const xcb_atom_t property = TheConnection()[Atom::MotifWmHints];
+    SetProperty<std::uint32_t>(window, property, property, hints);
+}
+
 } // namespace
 
 void SetTitle(xcb_window_t window, std::u16string_view title)
@@ -74,6 +85,7 @@ void SetProperties(const NativeWindowState& window, const screen::WindowOptions&
     SetAtoms(window.id, Atom::WmProtocols, {Atom::WmDeleteWindow});
     SetInputHint(window.id);
     SetFixedSize(window);
+    SetDialogFrame(window.id);
     const NativeWindowState* owner = FindNative(options.transientFor);
     if (owner != nullptr && owner->kind == screen::WindowKind::Managed)
         SetProperty<xcb_window_t>(window.id, XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW, {&owner->id, 1});
