@@ -234,11 +234,21 @@ GObjectOwner<GFile> FileOf(int fd)
     return GObjectOwner<GFile>(g_vfs_get_file_for_path(g_vfs_get_local(), PathOf(fd).c_str()));
 }
 
+/// Opens a file for reading. What has become a pipe since it was looked at is not waited for; what another program has
+/// reserved for a moment (a lease) is.
+UniqueFd OpenSource(const FilePlace& from)
+{
+    constexpr int kFlags = O_RDONLY | O_NOFOLLOW | O_NOCTTY | O_CLOEXEC;
+    UniqueFd file(openat(from.folder, from.name.c_str(), kFlags | O_NONBLOCK));
+    if (!file && errno == EWOULDBLOCK)
+        file = UniqueFd(openat(from.folder, from.name.c_str(), kFlags));
+    return file;
+}
+
 int CopyRegular(const FilePlace& from, const FilePlace& to, CopyOptions options, FileWorkTalk& talk,
                 struct stat& source, struct stat& made)
 {
-    const UniqueFd file(
-        openat(from.folder, from.name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    const UniqueFd file = OpenSource(from);
     if (!file || fstat(file.Get(), &source) != 0)
         return errno;
     if (!S_ISREG(source.st_mode))

@@ -229,6 +229,12 @@ int ImageList_ReplaceIcon(HIMAGELIST list, int index, HICON icon);
 BOOL ImageList_Draw(HIMAGELIST list, int index, HDC dc, int x, int y, UINT style);
 BOOL ImageList_GetIconSize(HIMAGELIST list, int* width, int* height);
 
+// --- progress bar
+#define PROGRESS_CLASSW TEXT("msctls_progress32")
+#define PBM_SETPOS (WM_USER + 2)
+#define PBM_SETRANGE32 (WM_USER + 6)
+#define PBM_GETPOS (WM_USER + 8)
+
 // --- subclassing
 using SUBCLASSPROC = LRESULT(CALLBACK*)(HWND, UINT, WPARAM, LPARAM, UINT_PTR id, DWORD_PTR data);
 BOOL SetWindowSubclass(HWND window, SUBCLASSPROC procedure, UINT_PTR id, DWORD_PTR data);

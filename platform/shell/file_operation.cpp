@@ -4,10 +4,12 @@
 // thread look: a timer's message, whose procedure is called by whichever loop dispatches it.
 #include "platform/shell/file_operation.h"
 
+#include "platform/base/clock.h"
 #include "platform/base/fault_points.h"
 #include "platform/base/last_error.h"
 #include "platform/base/process_hold.h"
 #include "platform/base/product.h"
+#include "platform/base/sudden_end.h"
 #include "platform/base/text.h"
 #include "platform/services/desktop_module.h"
 #include "platform/shell/file_work_boxes.h"
@@ -15,6 +17,7 @@
 #include "windows.h"
 #include "shellapi.h"
 
+#include <chrono>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
@@ -26,6 +29,11 @@ namespace platform
 namespace
 {
 
+/// How long the user sees nothing of work that may be done soon, in milliseconds.
+constexpr UINT kQuietTime = 1000;
+/// How long work that has been cancelled may take to come to its end, in milliseconds.
+constexpr std::uint64_t kPatience = 5000;
+
 void Tell(HWND owner, LPCWSTR text)
 {
     MessageBoxW(owner, text, u"" ORB_PRODUCT_TITLE, MB_OK | MB_ICONERROR);
@@ -35,43 +43,57 @@ void Tell(HWND owner, LPCWSTR text)
 class FileJob
 {
 public:
-    FileJob(FileWork work, HWND owner) : m_work(work), m_owner(owner) {}
+    FileJob(FileWork work, HWND owner) : m_work(work), m_owner(owner), m_box(work, [this] { Cancel(); }) {}
 
     /// Dispatches messages until the work is done. False when it cannot be begun.
     static bool Run(const std::shared_ptr<FileJob>& job, const std::vector<std::string>& sources,
                     const std::string& folder);
-    FileWorkEnd End() const { return m_end; }
-    const std::string& Name() const { return m_name; }
+    FileWorkEnd End();
+    std::string Name();
 
 private:
     using Owner = std::shared_ptr<FileJob>; ///< what the working thread has; freed with its last call
 
     static FileJob& Of(void* context) { return **static_cast<Owner*>(context); }
+    static void Progress(void* context, const FileProgress& progress);
+    static bool IsCancelled(void* context);
     static FileReply Ask(void* context, const FileQuestionFacts& facts);
     static void Finished(void* context, FileWorkEnd end, const char* name);
     static void CALLBACK Look(HWND, UINT, UINT_PTR, DWORD);
+    static void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD);
 
     /// Has the user-interface thread look, from the other one.
     void Wake() { PostThreadMessageW(m_thread, WM_TIMER, 0, reinterpret_cast<LPARAM>(&Look)); }
     void DispatchUntilFinished();
-    bool IsFinished();
+    bool IsOver();
     void AnswerQuestion();
-    /// Nobody is there to answer any more.
+    void ShowProgress();
+    void Cancel();
+    /// Nobody is there to answer any more: takes the work back.
     void Abandon();
 
     const FileWork m_work;
     const HWND m_owner;
     const DWORD m_thread = GetCurrentThreadId();
     ProcessHold m_hold;
-    bool m_asking = false; ///< a box is up; user-interface thread only
+
+    // The user-interface thread's own.
+    FileProgressBox m_box;
+    UINT_PTR m_timer = 0;
+    bool m_isAsking = false;   ///< a question is up
+    bool m_cannotShow = false; ///< there is no box to be had
+    std::optional<std::uint64_t> m_cancelledAt;
 
     std::mutex m_mutex; ///< of what follows
     std::condition_variable m_changed;
     const FileQuestionFacts* m_question = nullptr; ///< waits for an answer
     std::optional<FileReply> m_reply;
+    FileProgress m_progress{};
+    std::string m_progressName;
     bool m_cancelled = false;
+    bool m_abandoned = false;
     bool m_finished = false;
-    FileWorkEnd m_end = FileWorkEnd::Failed;
+    FileWorkEnd m_end = FileWorkEnd::Cancelled;
     std::string m_name;
 };
 
@@ -92,13 +114,7 @@ bool FileJob::Run(const std::shared_ptr<FileJob>& job, const std::vector<std::st
     for (const std::string& source : sources)
         paths.push_back(source.c_str());
     auto context = std::make_unique<Owner>(job);
-    const FileWorkClient client{context.get(), [](void*, const FileProgress&) {},
-                                [](void* owner)
-                                {
-                                    const std::lock_guard lock(Of(owner).m_mutex);
-                                    return Of(owner).m_cancelled;
-                                },
-                                Ask, Finished};
+    const FileWorkClient client{context.get(), Progress, IsCancelled, Ask, Finished};
     if (g_job != nullptr || !service->start({job->m_work, paths.data(), paths.size(), folder.c_str()}, client))
     {
         Tell(job->m_owner, u"Other files are still being worked on. Try again when that is done.");
@@ -106,7 +122,9 @@ bool FileJob::Run(const std::shared_ptr<FileJob>& job, const std::vector<std::st
     }
     static_cast<void>(context.release());
     g_job = job.get();
+    g_beforeSuddenEnd = [] { g_job->Abandon(); };
     job->DispatchUntilFinished();
+    g_beforeSuddenEnd = nullptr;
     g_job = nullptr;
     return true;
 }
@@ -114,7 +132,8 @@ bool FileJob::Run(const std::shared_ptr<FileJob>& job, const std::vector<std::st
 void FileJob::DispatchUntilFinished()
 {
     std::optional<int> quit;
-    while (!IsFinished())
+    m_timer = SetTimer(nullptr, 0, kQuietTime, Tick);
+    while (!IsOver())
     {
         MSG message;
         const BOOL received = GetMessageW(&message, nullptr, 0, 0);
@@ -128,14 +147,35 @@ void FileJob::DispatchUntilFinished()
             DispatchMessageW(&message);
         }
     }
+    KillTimer(nullptr, m_timer);
     if (quit)
         PostQuitMessage(*quit);
 }
 
-bool FileJob::IsFinished()
+bool FileJob::IsOver()
 {
     const std::lock_guard lock(m_mutex);
-    return m_finished;
+    // A dead server is left to the working thread, which keeps the process until it is answered.
+    return m_finished || m_abandoned || (m_cancelledAt && NowMs() - *m_cancelledAt > kPatience);
+}
+
+FileWorkEnd FileJob::End()
+{
+    const std::lock_guard lock(m_mutex);
+    return m_end;
+}
+
+std::string FileJob::Name()
+{
+    const std::lock_guard lock(m_mutex);
+    return m_name;
+}
+
+void FileJob::Cancel()
+{
+    m_cancelledAt = NowMs();
+    const std::lock_guard lock(m_mutex);
+    m_cancelled = true;
 }
 
 void FileJob::Abandon()
@@ -144,7 +184,23 @@ void FileJob::Abandon()
     m_cancelled = true;
     m_reply = FileReply{};
     m_changed.notify_all();
-    m_changed.wait(lock, [&] { return m_finished; });
+    m_changed.wait_for(lock, std::chrono::milliseconds(kPatience), [&] { return m_finished; });
+    m_abandoned = true;
+}
+
+void FileJob::Progress(void* context, const FileProgress& progress)
+{
+    FileJob& job = Of(context);
+    const std::lock_guard lock(job.m_mutex);
+    job.m_progress = progress;
+    job.m_progressName = progress.name;
+}
+
+bool FileJob::IsCancelled(void* context)
+{
+    FileJob& job = Of(context);
+    const std::lock_guard lock(job.m_mutex);
+    return job.m_cancelled;
 }
 
 FileReply FileJob::Ask(void* context, const FileQuestionFacts& facts)
@@ -175,23 +231,54 @@ void FileJob::Finished(void* context, FileWorkEnd end, const char* name)
 
 void CALLBACK FileJob::Look(HWND, UINT, UINT_PTR, DWORD)
 {
-    if (g_job != nullptr)
-        g_job->AnswerQuestion();
+    if (g_job == nullptr)
+        return;
+    g_job->AnswerQuestion();
+    if (g_job->IsOver())
+        g_job->m_box.End();
 }
 
 void FileJob::AnswerQuestion()
 {
     std::unique_lock lock(m_mutex);
-    if (m_question == nullptr || m_reply || m_asking)
+    if (m_question == nullptr || m_reply || m_isAsking)
         return;
     const FileQuestionFacts facts = *m_question; // its texts stay while the other thread waits
     lock.unlock();
-    m_asking = true;
-    const FileReply reply = AskAboutFile(m_owner, m_work, facts);
-    m_asking = false;
+    m_isAsking = true;
+    const FileReply reply = AskAboutFile(m_box.Window() != nullptr ? m_box.Window() : m_owner, m_work, facts);
+    m_isAsking = false;
     lock.lock();
     m_reply = reply;
     m_changed.notify_all();
+    if (m_box.Window() == nullptr)
+        m_timer = SetTimer(nullptr, m_timer, kQuietTime, Tick); // the answer has most of the work done, perhaps
+}
+
+void CALLBACK FileJob::Tick(HWND, UINT, UINT_PTR, DWORD)
+{
+    if (g_job == nullptr)
+        return;
+    Look(nullptr, WM_TIMER, 0, 0); // also for what could not be posted
+    if (!g_job->IsOver())
+        g_job->ShowProgress();
+}
+
+void FileJob::ShowProgress()
+{
+    constexpr UINT kRefresh = 100; ///< milliseconds
+    std::unique_lock lock(m_mutex);
+    const std::string name = m_progressName;
+    FileProgress progress = m_progress;
+    lock.unlock();
+    progress.name = name.c_str();
+    if (m_box.Window() != nullptr)
+        m_box.Show(progress);
+    else if (!m_isAsking && !m_cannotShow)
+    {
+        m_timer = SetTimer(nullptr, m_timer, kRefresh, Tick);
+        m_cannotShow = !m_box.Run(m_owner, progress);
+    }
 }
 
 } // namespace

@@ -62,6 +62,14 @@ public:
     FileWorkEnd Do(FileWork work, const std::vector<std::filesystem::path>& sources,
                    const std::filesystem::path& folder = "")
     {
+        EXPECT_TRUE(DoUnlessBusy(work, sources, folder)) << "other work is under way";
+        return m_end;
+    }
+
+    /// The same; false when other work is under way.
+    bool DoUnlessBusy(FileWork work, const std::vector<std::filesystem::path>& sources,
+                      const std::filesystem::path& folder)
+    {
         asked.clear();
         m_finished = false;
         m_cancelled = false;
@@ -72,13 +80,10 @@ public:
             static_cast<const platform::FileWorkService*>(platform::DesktopModuleSymbol("orb_file_work_service"));
         const platform::FileWorkClient client{this, Progress, IsCancelled, Ask, Finished};
         if (!service->start({work, paths.data(), paths.size(), folder.c_str()}, client))
-        {
-            ADD_FAILURE() << "other work is under way";
-            return FileWorkEnd::Failed;
-        }
+            return false;
         std::unique_lock lock(m_mutex);
         m_changed.wait(lock, [&] { return m_finished; });
-        return m_end;
+        return true;
     }
 
     /// The questions, in short.

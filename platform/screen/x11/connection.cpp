@@ -2,6 +2,7 @@
 #include "platform/screen/x11/connection.h"
 
 #include "platform/base/product.h"
+#include "platform/base/sudden_end.h"
 #include "platform/screen/x11/focus.h"
 #include "platform/screen/x11/xkb_protocol.h"
 
@@ -184,6 +185,8 @@ void Connection::RequireAlive()
         // Not exit: exit handlers would wait for messages of windows that are no more.
         std::fputs(ORB_PRODUCT ": the display was lost\n", stderr);
         std::fflush(nullptr);
+        if (g_beforeSuddenEnd != nullptr)
+            g_beforeSuddenEnd();
         _exit(1);
     }
 }
