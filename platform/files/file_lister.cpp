@@ -32,10 +32,12 @@ struct DirectoryRecord
     char name[];
 };
 
-bool IsDesktopEntryName(std::string_view name)
+/// Whether a file of that name is to be shown as a desktop entry; a link that is a shortcut to one as well.
+bool IsDesktopEntryName(std::string_view name, bool link)
 {
-    constexpr std::string_view kSuffix = ".desktop";
-    return name.size() > kSuffix.size() && name.ends_with(kSuffix);
+    if (link)
+        name.remove_suffix(HiddenEnding(name, ItemKind::Link) == kShortcutEnding ? kShortcutEnding.size() : 0);
+    return HiddenEnding(name, ItemKind::File) == kEntryEnding;
 }
 
 /// Takes in what is known of a file: its own status, and for a link the status of what it leads to (st_mode 0 for
@@ -44,7 +46,7 @@ void Classify(ListedFile& file, const struct stat& own, const struct stat& targe
 {
     const bool link = S_ISLNK(own.st_mode);
     const bool regular = S_ISREG(target.st_mode);
-    const bool entry = regular && IsDesktopEntryName(file.name);
+    const bool entry = regular && IsDesktopEntryName(file.name, link);
     file.kind = entry                  ? ItemKind::DesktopEntry
                 : link                 ? ItemKind::Link
                 : regular              ? ItemKind::File
@@ -268,7 +270,7 @@ void FileLister::TakeFacts(ListedFile& file, const FileFacts& facts)
     icon += program ? "application-x-executable\n!program" : "text-x-generic\n!document";
     file.icon = m_listing.narrow.emplace_back(std::move(icon));
     file.typeName = Keep(Utf16FromUtf8(facts.typeName));
-    file.hidden |= facts.hidden;
+    file.hidden |= facts.hidden && !file.name.ends_with(kShortcutEnding); // who makes a shortcut wants to see it
     file.described = true;
 }
 

@@ -43,8 +43,7 @@ bool CopyPlainName(std::string_view name, char16_t* out)
 
 std::string_view HiddenEnding(std::string_view name, ItemKind kind)
 {
-    constexpr std::string_view kEndings[] = {".desktop", ".lnk"};
-    for (const std::string_view ending : kEndings)
+    for (const std::string_view ending : {kEntryEnding, kShortcutEnding})
         if (kind != ItemKind::Folder && name.size() > ending.size() && name.ends_with(ending))
             return ending;
     return {};

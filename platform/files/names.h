@@ -15,6 +15,9 @@ std::vector<std::string> SplitPath(std::string_view path);
 /// Whether a file can have that name.
 bool IsFileName(std::string_view name);
 
+constexpr std::string_view kEntryEnding = ".desktop";
+constexpr std::string_view kShortcutEnding = ".lnk";
+
 /// The ending of a file's name that is not shown: ".lnk", ".desktop" or "".
 std::string_view HiddenEnding(std::string_view name, ItemKind kind);
 

@@ -1,4 +1,4 @@
-// COM start-up and object creation. No class can be created by its identifier yet.
+// COM start-up. Objects are created in shell/, where the classes are.
 #include "ole2.h"
 
 #include "platform/base/fault_points.h"
@@ -11,11 +11,3 @@ HRESULT OleInitialize(LPVOID reserved)
 }
 
 void OleUninitialize() {}
-
-HRESULT CoCreateInstance(REFCLSID, IUnknown*, DWORD, REFIID, LPVOID* object)
-{
-    if (object == nullptr)
-        return E_POINTER;
-    *object = nullptr;
-    return REGDB_E_CLASSNOTREG;
-}

@@ -210,3 +210,15 @@ HRESULT SHStrDupW(LPCWSTR text, LPWSTR* copy)
     *copy = platform::FaultPoint("SHStrDupW") ? nullptr : platform::TaskString(text);
     return *copy != nullptr ? S_OK : E_OUTOFMEMORY;
 }
+
+LPWSTR PathFindFileNameW(LPCWSTR path)
+{
+    LPCWSTR name = path;
+    for (LPCWSTR unit = path; unit != nullptr && *unit != 0; ++unit)
+    {
+        const bool separates = *unit == u'\\' || *unit == u'/' || *unit == u':';
+        if (separates && unit[1] != 0 && unit[1] != u'\\' && unit[1] != u'/')
+            name = unit + 1;
+    }
+    return const_cast<LPWSTR>(name);
+}

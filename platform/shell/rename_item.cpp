@@ -127,7 +127,7 @@ HRESULT GiveIdentifier(const ItemId& item, const Renamed& renamed, const NewName
 /// An entry's file is renamed by its shown name, except for a link with a hidden ending of its own.
 bool IsRenamedAsEntry(const ItemId& item)
 {
-    return item.kind == ItemKind::DesktopEntry && HiddenEnding(item.name, item.kind) != ".lnk";
+    return item.kind == ItemKind::DesktopEntry && HiddenEnding(item.name, item.kind) != kShortcutEnding;
 }
 
 } // namespace

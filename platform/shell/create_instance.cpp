@@ -1,0 +1,21 @@
+// CoCreateInstance.
+#include "platform/shell/create_instance.h"
+
+#include "platform/base/fault_points.h"
+
+HRESULT CoCreateInstance(REFCLSID classId, IUnknown*, DWORD, REFIID iid, LPVOID* result)
+{
+    if (result == nullptr)
+        return E_POINTER;
+    *result = nullptr;
+    if (platform::FaultPoint("CoCreateInstance"))
+        return E_OUTOFMEMORY;
+    IUnknown* object = classId == CLSID_ShellLink        ? platform::MakeShellLink()
+                       : classId == CLSID_FileOpenDialog ? platform::MakeFileDialog()
+                                                         : nullptr;
+    if (object == nullptr)
+        return REGDB_E_CLASSNOTREG;
+    const HRESULT queried = object->QueryInterface(iid, result);
+    object->Release();
+    return queried;
+}
