@@ -56,6 +56,17 @@ start_window_manager() { # command...
     wait_for "the window manager is there" sh -c 'xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 0x'
 }
 
+# A window manager announces itself before it has come up: it has when a window of ours, the test's $tool's, is in its list.
+manages() {
+    "$tool" client 700 400 >"$work/probe.log" &
+    local probe=$! good=1
+    for _ in $(seq 50); do
+        xprop -root _NET_CLIENT_LIST | grep -q 0x && good=0 && break
+    done
+    kill "$probe" && wait "$probe"
+    return "$good"
+}
+
 # Its levels; the invisible window that holds its keyboard focus has no name.
 menu_windows() { xdotool search --onlyvisible --name '^Orb Launcher$'; }
 menu_shown() { [ -n "$(menu_windows 2>/dev/null)" ]; }
