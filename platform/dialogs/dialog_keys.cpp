@@ -1,4 +1,5 @@
-// What keys mean in a dialog: Tab, the arrows, Return, Escape, mnemonics.
+// What keys mean in a dialog: Tab, the arrows, Return, Escape, mnemonics. Ctrl+C where no text has the focus asks the
+// dialog itself (WM_COPY).
 #include "platform/dialogs/dialog.h"
 
 #include "platform/windowing/window.h"
@@ -7,6 +8,8 @@ namespace platform
 {
 namespace
 {
+
+constexpr WPARAM kCopyCharacter = 'C' - 'A' + 1; // what Ctrl+C types
 
 void PressCommand(HWND dialog, int id)
 {
@@ -104,6 +107,11 @@ bool HandleCharacter(HWND dialog, const MSG& message)
     const bool plain = message.message == WM_CHAR;
     if (plain && (DialogCode(message.hwnd) & (DLGC_WANTCHARS | DLGC_WANTMESSAGE)) != 0)
         return false;
+    if (message.wParam == kCopyCharacter)
+    {
+        SendMessageW(dialog, WM_COPY, 0, 0);
+        return true;
+    }
     const WCHAR letter = UpperCaseOf(static_cast<WCHAR>(message.wParam));
     const Window* window = FindObject<Window>(dialog);
     for (const HWND control : window != nullptr && letter > u' ' ? HandlesOf(window->children) : std::vector<HWND>())

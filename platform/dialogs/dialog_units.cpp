@@ -28,7 +28,9 @@ SIZE DialogUnits(HFONT font)
     GetTextMetricsW(dc, &metrics);
     SelectObject(dc, previous);
     ReleaseDC(nullptr, dc);
-    return {(size.cx / 26 + 1) / 2, metrics.tmHeight};
+    // Out of device contexts nothing can be measured; nobody must divide by zero for that.
+    constexpr SIZE kUsual = {7, 15};
+    return size.cx != 0 && metrics.tmHeight != 0 ? SIZE{(size.cx / 26 + 1) / 2, metrics.tmHeight} : kUsual;
 }
 
 RECT DialogToPixels(const RECT& units, SIZE base)
@@ -40,6 +42,12 @@ RECT DialogToPixels(const RECT& units, SIZE base)
 } // namespace platform
 
 using namespace platform;
+
+LONG GetDialogBaseUnits()
+{
+    const SIZE units = DialogUnits(nullptr);
+    return MAKELONG(units.cx, units.cy);
+}
 
 BOOL MapDialogRect(HWND window, LPRECT rect)
 {

@@ -6,6 +6,7 @@
 #include "platform/dialogs/dialog.h"
 #include "platform/dialogs/dialog_template.h"
 #include "platform/dialogs/message_box_layout.h"
+#include "platform/windowing/clipboard.h"
 
 #include <algorithm>
 #include <string>
@@ -94,14 +95,38 @@ DialogTemplate BuildTemplate(const MessageBox& box, HWND owner, std::u16string_v
 
 void Initialize(HWND dialog, const MessageBox& box)
 {
-    SetWindowLongPtrW(dialog, DWLP_USER, box.kind.cancel);
+    SetWindowLongPtrW(dialog, DWLP_USER, reinterpret_cast<LONG_PTR>(&box));
     SendDlgItemMessageW(dialog, kPictureId, STM_SETICON, reinterpret_cast<WPARAM>(box.icon), 0);
     SendMessageW(dialog, DM_SETDEFID, static_cast<WPARAM>(box.first), 0);
     SetFocus(GetDlgItem(dialog, box.first));
 }
 
+/// The whole box as text, in the form that Windows gives it.
+void Copy(HWND dialog, const MessageBoxKind& kind)
+{
+    constexpr std::u16string_view kRule = u"---------------------------\r\n";
+    const auto add = [](std::u16string& to, HWND window)
+    {
+        std::u16string text(static_cast<std::size_t>(GetWindowTextLengthW(window)), u'\0');
+        GetWindowTextW(window, text.data(), static_cast<int>(text.size()) + 1);
+        to.append(text).append(u"\r\n");
+    };
+    std::u16string copy(kRule);
+    add(copy, dialog);
+    copy += kRule;
+    add(copy, GetDlgItem(dialog, kTextId));
+    copy += kRule;
+    for (const MessageBoxButton& button : kind.buttons)
+    {
+        const std::u16string_view label = button.label;
+        copy.append(label.substr(label.starts_with(u'&'))).append(u"   ");
+    }
+    PutTextOnClipboard(copy.append(u"\r\n").append(kRule));
+}
+
 INT_PTR CALLBACK Procedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
 {
+    const auto* box = reinterpret_cast<const MessageBox*>(GetWindowLongPtrW(dialog, DWLP_USER));
     switch (message)
     {
     case WM_INITDIALOG:
@@ -110,11 +135,14 @@ INT_PTR CALLBACK Procedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lPar
     case WM_COMMAND:
     {
         const int id = LOWORD(wParam);
-        const int answer = id == IDCANCEL ? static_cast<int>(GetWindowLongPtrW(dialog, DWLP_USER)) : id;
+        const int answer = id == IDCANCEL ? box->kind.cancel : id;
         if (answer != 0) // a question that has no such answer has to be answered
             EndDialog(dialog, answer);
         return TRUE;
     }
+    case WM_COPY:
+        Copy(dialog, box->kind);
+        return TRUE;
     default:
         return FALSE;
     }

@@ -645,6 +645,8 @@ UINT IsDlgButtonChecked(HWND dialog, int id);
 BOOL IsDialogMessageW(HWND dialog, LPMSG message);
 /// From dialog units (a quarter of the font's average width, an eighth of its height) to pixels.
 BOOL MapDialogRect(HWND dialog, LPRECT rect);
+/// Packed width and height of the units of the system font, which a dialog has whose template names none.
+LONG GetDialogBaseUnits();
 HWND GetNextDlgTabItem(HWND dialog, HWND control, BOOL previous);
 HWND GetNextDlgGroupItem(HWND dialog, HWND control, BOOL previous);
 

@@ -34,6 +34,12 @@ protected:
         Script script{this, std::move(step), false};
         return DialogBoxParamW(GetModuleHandleW(nullptr), name, owner, Procedure, reinterpret_cast<LPARAM>(&script));
     }
+    INT_PTR RunInMemory(const DLGTEMPLATE* dialogTemplate, Step step)
+    {
+        Script script{this, std::move(step), false};
+        return DialogBoxIndirectParamW(GetModuleHandleW(nullptr), dialogTemplate, nullptr, Procedure,
+                                       reinterpret_cast<LPARAM>(&script));
+    }
     INT_PTR Run(int number, Step step) { return Run(std::move(step), MAKEINTRESOURCEW(number)); }
 
     static void End(HWND dialog, INT_PTR result)

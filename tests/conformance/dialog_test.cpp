@@ -137,6 +137,113 @@ TEST_F(Dialogs, TheFirstTabStopHasTheFocusUnlessTheProgramChoosesAnother)
     Run(kExtended, look);
 }
 
+TEST_F(Dialogs, OfAnEditThatComesFirstAllIsSelected)
+{
+    m_answer = [](HWND dialog, UINT message, WPARAM, LPARAM) -> std::optional<INT_PTR>
+    {
+        if (message == WM_INITDIALOG)
+            SetDlgItemTextW(dialog, 102, TEXT("Kitchen"));
+        return std::nullopt;
+    };
+    Run(304,
+        [&](HWND dialog)
+        {
+            const auto selected = [&] { return SendDlgItemMessageW(dialog, 102, EM_GETSEL, 0, 0); };
+            EXPECT_EQ(FocusId(), 102);
+            EXPECT_EQ(selected(), MAKELONG(0, 7));
+            SendDlgItemMessageW(dialog, 102, EM_SETSEL, 2, 2);
+            Press(dialog, VK_TAB);
+            EXPECT_EQ(FocusId(), IDOK);
+            Type(dialog, WM_SYSCHAR, 'n');
+            EXPECT_EQ(FocusId(), 102);
+            EXPECT_EQ(selected(), MAKELONG(0, 7)) << "the keyboard selects all again";
+            Type(dialog, WM_CHAR, 'o');
+            WCHAR text[16];
+            EXPECT_EQ(GetDlgItemTextW(dialog, 102, text, 16), 1U) << "what is typed there is text, no mnemonic";
+            Press(dialog, VK_RIGHT);
+            EXPECT_EQ(FocusId(), 102) << "so are the arrows";
+            TakeCommands(); // what the edit has told
+            Press(dialog, VK_RETURN);
+            Press(dialog, VK_ESCAPE);
+            EXPECT_EQ(TakeCommands(), (Commands{{IDOK, BN_CLICKED}, {IDCANCEL, BN_CLICKED}}));
+        });
+}
+
+/// A box as a program lays it out itself: a template of the older kind, without a font, classes by number.
+class TemplateInMemory
+{
+public:
+    TemplateInMemory(DWORD style, short width, short height, const WCHAR* caption)
+    {
+        Append(
+            {LOWORD(style), HIWORD(style), 0, 0, 0, 0, 0, static_cast<WORD>(width), static_cast<WORD>(height), 0, 0});
+        Append(caption);
+    }
+    void Add(WORD classNumber, WORD id, DWORD style, std::vector<WORD> place, const WCHAR* text)
+    {
+        ++m_words[4];
+        m_words.resize(m_words.size() + m_words.size() % 2);
+        Append({LOWORD(style), HIWORD(style), 0, 0});
+        Append(std::move(place));
+        Append({id, 0xFFFF, classNumber});
+        Append(text);
+        m_words.push_back(0);
+    }
+    const DLGTEMPLATE* Get() const { return reinterpret_cast<const DLGTEMPLATE*>(m_words.data()); }
+
+private:
+    void Append(const std::vector<WORD>& words) { m_words.insert(m_words.end(), words.begin(), words.end()); }
+    void Append(const WCHAR* text)
+    {
+        for (; *text != 0; ++text)
+            m_words.push_back(static_cast<WORD>(*text));
+        m_words.push_back(0);
+    }
+
+    std::vector<WORD> m_words;
+};
+
+TEST_F(Dialogs, ATemplateInMemoryNeedsNoFont)
+{
+    TemplateInMemory box(0x90C80880, 120, 60, TEXT("Notice"));
+    box.Add(0x82, 1001, WS_CHILD | WS_VISIBLE, {8, 8, 90, 16}, TEXT("Shall it & be?"));
+    box.Add(0x80, IDOK, WS_CHILD | WS_VISIBLE | WS_TABSTOP, {8, 30, 50, 14}, TEXT("OK"));
+    box.Add(0x80, IDCANCEL, WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_DEFPUSHBUTTON, {62, 30, 50, 14}, TEXT("Cancel"));
+    box.Add(0x80, 5555, WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_AUTOCHECKBOX, {8, 48, 90, 10}, TEXT("Never again"));
+    m_usualFocus = false;
+    m_answer = [](HWND dialog, UINT message, WPARAM, LPARAM) -> std::optional<INT_PTR>
+    {
+        if (message == WM_INITDIALOG)
+            SetFocus(GetDlgItem(dialog, IDCANCEL));
+        return std::nullopt;
+    };
+    const INT_PTR result = RunInMemory(box.Get(),
+                                       [&](HWND dialog)
+                                       {
+                                           EXPECT_EQ(TextOf(dialog), TEXT("Notice"));
+                                           EXPECT_EQ(TextOf(Control(dialog, 1001)), TEXT("Shall it & be?"));
+                                           const LONG base = GetDialogBaseUnits();
+                                           EXPECT_EQ(Mapped(dialog, 0, 0, 4, 8), Box(0, 0, LOWORD(base), HIWORD(base)));
+                                           EXPECT_EQ(Box(RectIn(dialog, 5555)), Mapped(dialog, 8, 48, 90, 10));
+                                           EXPECT_EQ(FocusId(), IDCANCEL);
+                                           EXPECT_EQ(ButtonKind(dialog, IDCANCEL), 1U);
+                                           CheckDlgButton(dialog, 5555, BST_CHECKED);
+                                           EXPECT_EQ(IsDlgButtonChecked(dialog, 5555), static_cast<UINT>(BST_CHECKED));
+                                           Press(dialog, VK_TAB);
+                                           EXPECT_EQ(FocusId(), 5555);
+                                           Press(dialog, VK_TAB);
+                                           EXPECT_EQ(FocusId(), IDOK);
+                                           if (!conformance::OnWine()) // which gives it to the text
+                                           {
+                                               Press(dialog, VK_LEFT);
+                                               EXPECT_EQ(FocusId(), 5555)
+                                                   << "round, and past the text of the same group";
+                                           }
+                                           End(dialog, IDOK | 0x02000000);
+                                       });
+    EXPECT_EQ(result, IDOK | 0x02000000);
+}
+
 TEST_F(Dialogs, TabStopsAndGroupsGoRound)
 {
     Run(

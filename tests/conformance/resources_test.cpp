@@ -174,6 +174,14 @@ TEST(Resources, IconHandlesLoadAndGo)
 {
     const HICON icon = LoadIconW(Program(), MAKEINTRESOURCEW(114));
     EXPECT_NE(icon, nullptr);
-    EXPECT_TRUE(DestroyIcon(icon));
+    EXPECT_EQ(LoadIconW(Program(), MAKEINTRESOURCEW(114)), icon) << "shared by all who ask";
     EXPECT_EQ(LoadIconW(Program(), MAKEINTRESOURCEW(999)), nullptr);
+    const auto load = [](UINT flags)
+    { return LoadImageW(Program(), MAKEINTRESOURCEW(114), IMAGE_ICON, 16, 16, flags); };
+    EXPECT_EQ(load(LR_SHARED), load(LR_SHARED));
+    const HANDLE first = load(LR_DEFAULTCOLOR);
+    const HANDLE second = load(LR_DEFAULTCOLOR);
+    EXPECT_NE(first, second);
+    EXPECT_TRUE(DestroyIcon(static_cast<HICON>(first)));
+    EXPECT_TRUE(DestroyIcon(static_cast<HICON>(second)));
 }

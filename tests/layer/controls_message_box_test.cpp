@@ -1,7 +1,9 @@
 // Message boxes, answered as a person answers them.
 #include "platform/base/fault_points.h"
+#include "platform/windowing/clipboard.h"
 #include "tests/layer/windowing_desk.h"
 
+#include <algorithm>
 #include <functional>
 #include <string>
 #include <vector>
@@ -79,6 +81,101 @@ TEST_F(MessageBoxes, KeysAnswer)
     EXPECT_EQ(Show(MB_YESNO, {key('N')}), IDNO);
     EXPECT_EQ(Show(MB_YESNO, {key(VK_ESCAPE), key('Y')}), IDYES) << "a question has to be answered";
     EXPECT_EQ(Show(MB_YESNO | 0x100, {key(VK_RETURN)}), IDNO) << "the second button is the default";
+}
+
+TEST_F(MessageBoxes, EveryKindHasItsButtonsAndItsCancel)
+{
+    struct Kind
+    {
+        UINT type;
+        std::vector<int> buttons;
+        int cancel; ///< 0: has to be answered
+    };
+    const Kind kinds[] = {{MB_OK, {IDOK}, IDOK},
+                          {MB_OKCANCEL, {IDOK, IDCANCEL}, IDCANCEL},
+                          {MB_ABORTRETRYIGNORE, {IDABORT, IDRETRY, IDIGNORE}, 0},
+                          {MB_YESNOCANCEL, {IDYES, IDNO, IDCANCEL}, IDCANCEL},
+                          {MB_YESNO, {IDYES, IDNO}, 0},
+                          {MB_RETRYCANCEL, {IDRETRY, IDCANCEL}, IDCANCEL}};
+    for (const Kind& kind : kinds)
+    {
+        SCOPED_TRACE(kind.type);
+        const auto look = [&]
+        {
+            const HWND box = GetActiveWindow();
+            LONG right = 0;
+            for (int id = IDOK; id <= IDNO; ++id)
+            {
+                const bool wanted = std::find(kind.buttons.begin(), kind.buttons.end(), id) != kind.buttons.end();
+                EXPECT_EQ(GetDlgItem(box, id) != nullptr, wanted) << id;
+            }
+            for (const int id : kind.buttons)
+            {
+                RECT rect{};
+                GetWindowRect(GetDlgItem(box, id), &rect);
+                EXPECT_GT(rect.left, right) << "from left to right";
+                right = rect.right;
+            }
+            Key(VK_ESCAPE);
+        };
+        if (kind.cancel != 0)
+            EXPECT_EQ(Show(kind.type, {look}), kind.cancel);
+        else
+            EXPECT_EQ(Show(kind.type, {look, [] { Close(); }, [] { Key(VK_SPACE); }}), kind.buttons.front());
+        for (std::size_t i = 0; i < kind.buttons.size(); ++i)
+        {
+            const UINT type = kind.type | static_cast<UINT>(i) * MB_DEFBUTTON2;
+            EXPECT_EQ(Show(type, {[] { Key(VK_RETURN); }}), kind.buttons[i]) << "the default button";
+        }
+    }
+    EXPECT_EQ(Show(MB_OK | MB_DEFBUTTON3, {[] { Key(VK_SPACE); }}), IDOK) << "a default that is not there";
+    EXPECT_EQ(Show(0xF, {[] { Key(VK_ESCAPE); }}), IDOK) << "an unknown kind";
+}
+
+TEST_F(MessageBoxes, ItsTextCanBeCopied)
+{
+    const auto copy = []
+    {
+        platform::headless::PressKey(VK_CONTROL);
+        Key('C');
+        platform::headless::ReleaseKey(VK_CONTROL);
+    };
+    EXPECT_EQ(Show(MB_YESNO, {copy, [] { Key('Y'); }}), IDYES);
+    const std::u16string rule = u"---------------------------\r\n";
+    EXPECT_EQ(platform::ClipboardText().value_or(u""),
+              rule + u"Orb\r\n" + rule + u"Delete it?\r\n" + rule + u"Yes   No   \r\n" + rule);
+}
+
+TEST_F(MessageBoxes, WhateverFailsItEndsAndTheOwnerIsEnabled)
+{
+    static int allowed = 0;
+    static bool failed = false;
+    const HWND owner = ShownPopup(10, 10, 100, 100);
+    failed = true;
+    for (int sound = 0; failed; ++sound)
+    {
+        allowed = sound;
+        failed = false;
+        platform::SetFaultHook(
+            [](const char* call)
+            {
+                const bool fail = std::string_view(call) != "PostMessageW" && allowed-- == 0;
+                failed |= fail;
+                return fail;
+            });
+        platform::headless::SetIdleHandler(
+            []
+            {
+                SendMessageW(GetActiveWindow(), WM_COMMAND, IDCANCEL, 0);
+                return true;
+            });
+        const int answer = MessageBoxW(owner, TEXT("x"), TEXT("y"), MB_OKCANCEL | MB_ICONWARNING);
+        platform::SetFaultHook(nullptr);
+        platform::headless::SetIdleHandler(nullptr);
+        EXPECT_TRUE(answer == IDCANCEL || answer == 0) << "after " << sound << " calls: " << answer;
+        EXPECT_TRUE(IsWindowEnabled(owner)) << "after " << sound << " calls";
+        ASSERT_LT(sound, 1000);
+    }
 }
 
 TEST_F(MessageBoxes, TheMouseAnswers)

@@ -61,7 +61,7 @@ INT_PTR ShowRename(HWND owner)
                                   WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_MODALFRAME | DS_SETFOREGROUND | DS_CENTER,
                                   WS_EX_TOPMOST);
     made.Add({TEXT("Static"), u"&New name:", 0xFFFF, WS_GROUP | SS_CENTERIMAGE, {7, 7, 51, 21}});
-    made.Add({TEXT("Button"), u"&Field", kField, WS_BORDER | WS_TABSTOP, {56, 7, 219, 21}});
+    made.Add({TEXT("Edit"), u"", kField, WS_BORDER | WS_TABSTOP | ES_AUTOHSCROLL, {56, 7, 219, 21}});
     made.Add({TEXT("Button"), u"Do this for &all", kForAll, WS_TABSTOP | BS_AUTOCHECKBOX, {56, 27, 219, 39}});
     made.Add({TEXT("Button"), u"OK", IDOK, WS_TABSTOP | BS_DEFPUSHBUTTON, {116, 47, 166, 61}});
     made.Add({TEXT("Button"), u"Cancel", IDCANCEL, WS_TABSTOP, {170, 47, 220, 61}});
