@@ -4,9 +4,11 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <deque>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 #include <xcb-imdkit/encoding.h>
 #include <xcb-imdkit/imclient.h>
@@ -22,6 +24,12 @@ struct Spot
     xcb_point_t point{};
 };
 
+struct WaitingKey
+{
+    xcb_key_press_event_t event;
+    std::uint32_t number;
+};
+
 struct InputMethod
 {
     const InputMethodReceiver* receiver = nullptr;
@@ -32,8 +40,11 @@ struct InputMethod
     xcb_xic_t context = 0;
     xcb_window_t contextWindow = 0; ///< that the context is for; 0 when there is none, or it is still being made
     bool making = false;
-    Spot spot;                        ///< where text is typed; no window when it is not
+    Spot spot; ///< where text is typed; no window when it is not
+    bool spotMoved = false;
     std::vector<std::string> preedit; ///< code points
+    std::deque<WaitingKey> waiting;   ///< keys to be handed over
+    bool asked = false;               ///< an answer is still to come
 };
 
 InputMethod& State()
@@ -109,7 +120,11 @@ void MakeContext()
     if (state.contextWindow != 0)
         xcb_xim_destroy_ic(state.im, state.context, nullptr, nullptr);
     state.contextWindow = 0;
-    NestedList preedit(state.spot.point);
+    state.asked = false;
+    for (const WaitingKey& key : std::exchange(state.waiting, {}))
+        state.receiver->key(key.event);
+    const NestedList preedit(state.spot.point);
+    state.spotMoved = false;
     state.making = xcb_xim_create_ic(state.im, OnContext, reinterpret_cast<void*>(std::uintptr_t{state.spot.window}),
                                      XCB_XIM_XNInputStyle, &state.style, XCB_XIM_XNClientWindow, &state.spot.window,
                                      XCB_XIM_XNFocusWindow, &state.spot.window, XCB_XIM_XNPreeditAttributes,
@@ -282,9 +297,65 @@ void Handle()
             break;
         xcb_xim_filter_event(state.im, event);
         std::free(event);
+        xcb_flush(state.connection); // an answer lets the next request go
     }
     if (state.connection != nullptr && xcb_connection_has_error(state.connection) != 0)
         OnLost(state.im, nullptr);
+}
+
+// --- one thing after the other: of several requests at once, xcb-imdkit may leave some unsent
+
+void GoOn();
+
+void OnSpotKnown(xcb_xim_t*, xcb_xic_t, void*)
+{
+    State().asked = false;
+    GoOn();
+}
+
+void OnDealtWith(xcb_xim_t*, xcb_xic_t, xcb_im_get_ic_values_reply_fr_t*, void* number)
+{
+    State().asked = false;
+    State().receiver->dealtWith(static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(number)));
+    GoOn();
+}
+
+void TellSpot()
+{
+    InputMethod& state = State();
+    const NestedList preedit(state.spot.point);
+    state.spotMoved = false;
+    state.asked = xcb_xim_set_ic_values(state.im, state.context, OnSpotKnown, nullptr, XCB_XIM_XNPreeditAttributes,
+                                        &preedit.list, nullptr);
+}
+
+void HandOver(WaitingKey key)
+{
+    InputMethod& state = State();
+    if (!xcb_xim_forward_event(state.im, state.context, &key.event))
+        return;
+    // The protocol says nothing of keys that are used up; a question asked behind one is answered after it.
+    state.asked =
+        xcb_xim_get_ic_values(state.im, state.context, OnDealtWith, reinterpret_cast<void*>(std::uintptr_t{key.number}),
+                              XCB_XIM_XNFilterEvents, nullptr);
+}
+
+void GoOn()
+{
+    InputMethod& state = State();
+    if (state.contextWindow == 0 || state.asked)
+        return;
+    if (state.spotMoved && IsReady())
+    {
+        TellSpot();
+    }
+    else if (!state.waiting.empty())
+    {
+        const WaitingKey key = state.waiting.front();
+        state.waiting.pop_front();
+        HandOver(key);
+    }
+    xcb_flush(state.connection);
 }
 
 void Focus(std::uint32_t window, int x, int y)
@@ -292,18 +363,12 @@ void Focus(std::uint32_t window, int x, int y)
     InputMethod& state = State();
     const bool same = state.spot.window == window;
     state.spot = {window, {static_cast<std::int16_t>(x), static_cast<std::int16_t>(y)}};
+    state.spotMoved = true;
     if (!IsReady())
-    {
         MakeContext();
-    }
-    else
-    {
-        if (!same)
-            SetFocus();
-        NestedList preedit(state.spot.point);
-        xcb_xim_set_ic_values(state.im, state.context, nullptr, nullptr, XCB_XIM_XNPreeditAttributes, &preedit.list,
-                              nullptr);
-    }
+    else if (!same)
+        SetFocus();
+    GoOn();
     xcb_flush(state.connection);
 }
 
@@ -320,21 +385,12 @@ void Unfocus()
     state.preedit.clear();
 }
 
-void OnDealtWith(xcb_xim_t*, xcb_xic_t, xcb_im_get_ic_values_reply_fr_t*, void* number)
-{
-    State().receiver->dealtWith(static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(number)));
-}
-
 bool Forward(const xcb_key_press_event_t& event, std::uint32_t number)
 {
-    InputMethod& state = State();
-    xcb_key_press_event_t copy = event;
-    if (!IsReady() || !xcb_xim_forward_event(state.im, state.context, &copy))
+    if (!IsReady())
         return false;
-    // The protocol says nothing of keys that are used up; a question asked behind one is answered after it.
-    xcb_xim_get_ic_values(state.im, state.context, OnDealtWith, reinterpret_cast<void*>(std::uintptr_t{number}),
-                          XCB_XIM_XNFilterEvents, nullptr);
-    xcb_flush(state.connection);
+    State().waiting.push_back({event, number});
+    GoOn();
     return true;
 }
 

@@ -112,7 +112,9 @@ void StoreText(const std::string& utf8, char16_t (&text)[16])
 
 KeyTranslator::KeyTranslator(xkb_context* context, const char* locale)
 {
-    const XkbComposeTable table(xkb_compose_table_new_from_locale(context, locale, XKB_COMPOSE_COMPILE_NO_FLAGS));
+    XkbComposeTable table(xkb_compose_table_new_from_locale(context, locale, XKB_COMPOSE_COMPILE_NO_FLAGS));
+    if (table == nullptr)
+        table.reset(xkb_compose_table_new_from_locale(context, "en_US.UTF-8", XKB_COMPOSE_COMPILE_NO_FLAGS));
     if (table != nullptr)
         m_compose.reset(xkb_compose_state_new(table.get(), XKB_COMPOSE_STATE_NO_FLAGS));
 }

@@ -30,7 +30,8 @@ using XkbComposeState = std::unique_ptr<xkb_compose_state, XkbUnref<xkb_compose_
 class KeyTranslator
 {
 public:
-    /// Composes by the locale's sequences (the user's own are among them); a locale without any has none.
+    /// Composes by the locale's sequences (the user's own are among them); a locale without any, such as C, has those
+    /// that most have.
     KeyTranslator(xkb_context* context, const char* locale);
 
     /// Without a layout (null) no key means anything.
