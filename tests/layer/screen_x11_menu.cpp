@@ -8,6 +8,7 @@
 
 #include "platform/base/text.h"
 #include "platform/screen/x11/keymap.h"
+#include "platform/windowing/clipboard.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -45,6 +46,8 @@ void OnKey(HWND window, WPARAM key)
         Say("second-layout-key", meaning.virtualKey);
         Say("second-layout-char", meaning.text[0]);
     }
+    if (key == 'V')
+        Say("pasted", platform::ClipboardText().has_value());
     if (key == 'M')
     {
         EnableWindow(window, FALSE);

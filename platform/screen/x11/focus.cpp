@@ -218,9 +218,7 @@ void CheckPress(std::deque<screen::Event>& out)
         LoseKeyboard(out);
 }
 
-} // namespace
-
-void SelectRawEvents(bool movements)
+void SelectRawEventMask(std::uint32_t mask)
 {
     Connection& connection = TheConnection();
     if (connection.Extension(xcb_input_id) == nullptr)
@@ -232,10 +230,22 @@ void SelectRawEvents(bool movements)
     } selection{};
     selection.head.deviceid = XCB_INPUT_DEVICE_ALL_MASTER;
     selection.head.mask_len = 1;
-    selection.mask = XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS;
-    selection.mask |= movements ? XCB_INPUT_XI_EVENT_MASK_RAW_MOTION : 0;
+    selection.mask = mask;
     xcb_input_xi_select_events(connection.Xcb(), connection.Root(), 1, &selection.head);
+}
+
+} // namespace
+
+void SelectRawEvents(bool movements)
+{
+    SelectRawEventMask(XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS |
+                       (movements ? XCB_INPUT_XI_EVENT_MASK_RAW_MOTION : 0U));
     State().moves = movements;
+}
+
+void DeselectRawEvents()
+{
+    SelectRawEventMask(0);
 }
 
 void TakeWantedKeyboard()

@@ -18,6 +18,8 @@ void TakeWantedKeyboard();
 void ReleaseKeyboard();
 /// Has the server report presses anywhere, and movements too while the pointer is outside.
 void SelectRawEvents(bool movements);
+/// Ends that: a process that stays without windows is not woken by every press.
+void DeselectRawEvents();
 
 void OnFocusIn(const xcb_focus_in_event_t& event, std::deque<screen::Event>& out);
 void OnFocusOut(const xcb_focus_out_event_t& event);

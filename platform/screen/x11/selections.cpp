@@ -25,6 +25,7 @@ constexpr std::size_t kLargestPiece = 128 * 1024;
 // Kinds that one owner may name.
 constexpr std::size_t kMostTargets = 1024;
 constexpr char kReadingProperty[] = "_ORB_LAUNCHER_SELECTION";
+constexpr char kTimeProperty[] = "_ORB_LAUNCHER_TIME";
 
 class Port final : public OwnerPort
 {
@@ -235,8 +236,8 @@ xcb_timestamp_t Time()
     if (state.inputTime)
         return *state.inputTime;
     state.stamp.reset();
-    xcb_change_property(Xcb(), XCB_PROP_MODE_APPEND, OwnerWindow(), state.port.AtomOf(kReadingProperty),
-                        XCB_ATOM_INTEGER, 32, 0, nullptr);
+    xcb_change_property(Xcb(), XCB_PROP_MODE_APPEND, OwnerWindow(), state.port.AtomOf(kTimeProperty), XCB_ATOM_INTEGER,
+                        32, 0, nullptr);
     HandleEventsUntil(NowMs() + 1000, [&] { return state.stamp.has_value(); });
     return state.stamp.value_or(XCB_CURRENT_TIME);
 }
@@ -287,7 +288,7 @@ bool OnProperty(const xcb_property_notify_event_t& event)
         xcb_flush(Xcb());
         screen::Wake(); // the last piece may have let the source go
     }
-    else if (event.window == state.ownerWindow)
+    else if (event.atom == state.port.AtomOf(kTimeProperty))
     {
         state.stamp = event.time;
     }

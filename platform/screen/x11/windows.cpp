@@ -362,9 +362,11 @@ void Commit()
 
 void Finish()
 {
+    if (!TheConnection().IsOpen())
+        return;
+    DeselectRawEvents();
     Commit();
-    if (TheConnection().IsOpen())
-        Collect(xcb_get_input_focus_reply, xcb_get_input_focus(TheConnection().Xcb()));
+    Collect(xcb_get_input_focus_reply, xcb_get_input_focus(TheConnection().Xcb()));
 }
 
 } // namespace platform::screen
