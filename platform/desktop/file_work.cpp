@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <system_error>
 #include <thread>
+#include <unistd.h>
 
 namespace platform
 {
@@ -82,8 +83,10 @@ void Link(FileWorkTalk& talk, const std::string& source, const std::string& fold
 }
 
 /// Deletes a file or a folder with what is in it, never following a link nor into another file system.
-int Delete(const FilePlace& place, dev_t device, const FileWorkTalk& talk)
+int Delete(const FilePlace& place, dev_t device, FileWorkTalk& talk)
 {
+    if (talk.IsCancelled())
+        return ECANCELED;
     struct stat status;
     if (const int error = place.Status(status))
         return error;
@@ -120,13 +123,36 @@ void DeleteForGood(FileWorkTalk& talk, const std::string& path)
     }
 }
 
+/// What GIO says of a failure, in our words where we have some.
+FileAnswer AskTrashFailure(FileWorkTalk& talk, const std::string& path, const GError& error)
+{
+    constexpr struct
+    {
+        int code;
+        int error;
+    } kKnown[] = {{G_IO_ERROR_NOT_FOUND, ENOENT},
+                  {G_IO_ERROR_PERMISSION_DENIED, EACCES},
+                  {G_IO_ERROR_READ_ONLY, EROFS},
+                  {G_IO_ERROR_NO_SPACE, ENOSPC}};
+    for (const auto& known : kKnown)
+        if (g_error_matches(&error, G_IO_ERROR, known.code))
+            return talk.AskFailure(path, known.error);
+    return talk.AskFailure(path, EIO, std::string(error.message) + ".");
+}
+
 void Trash(FileWorkTalk& talk, const std::string& path)
 {
     const GObjectOwner<GFile> file(g_vfs_get_file_for_path(g_vfs_get_local(), path.c_str()));
     for (;;)
     {
+        OpenFolder parent;
+        FilePlace place;
+        FileAnswer answer = FileAnswer::TryAgain;
         GError* error = nullptr;
-        if (g_file_trash(file.get(), nullptr, &error))
+        // GIO leaks when it may not take the file out of its folder.
+        if (PlaceOf(path, parent, place) == 0 && faccessat(place.folder, ".", W_OK | X_OK, AT_EACCESS) != 0)
+            answer = talk.AskFailure(path, errno);
+        else if (g_file_trash(file.get(), nullptr, &error))
             return;
         const GErrorOwner owner(error);
         if (g_error_matches(error, G_IO_ERROR, G_IO_ERROR_NOT_SUPPORTED))
@@ -136,9 +162,8 @@ void Trash(FileWorkTalk& talk, const std::string& path)
                 DeleteForGood(talk, path);
             return;
         }
-        const bool gone = g_error_matches(error, G_IO_ERROR, G_IO_ERROR_NOT_FOUND);
-        const FileAnswer answer =
-            gone ? talk.AskFailure(path, ENOENT) : talk.AskFailure(path, EIO, std::string(error->message) + ".");
+        if (error != nullptr)
+            answer = AskTrashFailure(talk, path, *error);
         if (answer != FileAnswer::TryAgain)
             return;
     }
@@ -204,5 +229,4 @@ bool Start(const FileWorkRequest& request, FileWorkClient client)
 
 } // namespace platform
 
-extern "C" __attribute__((visibility("default")))
-const platform::FileWorkService orb_file_work_service = {platform::Start};
+extern "C" __attribute__((visibility("default"))) const platform::FileWorkService orb_files_service = {platform::Start};

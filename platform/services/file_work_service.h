@@ -102,4 +102,4 @@ struct FileWorkService
 
 } // namespace platform
 
-extern "C" const platform::FileWorkService orb_file_work_service;
+extern "C" const platform::FileWorkService orb_files_service;

@@ -104,7 +104,7 @@ constinit FileJob* g_job = nullptr;
 bool FileJob::Run(const std::shared_ptr<FileJob>& job, const std::vector<std::string>& sources,
                   const std::string& folder)
 {
-    const auto* service = static_cast<const FileWorkService*>(DesktopModuleSymbol("orb_file_work_service"));
+    const auto* service = static_cast<const FileWorkService*>(DesktopModuleSymbol("orb_files_service"));
     if (service == nullptr)
     {
         Tell(job->m_owner, u"The desktop module " ORB_PRODUCT "-desktop.so is missing.");

@@ -23,6 +23,12 @@ std::u16string FolderOf(const std::string& path)
     return ShownFileName(folder.empty() ? "/" : folder);
 }
 
+/// East Asian letters and pictures take twice the room of others; of a pair each half takes one.
+std::size_t ColumnsOf(char16_t unit)
+{
+    return unit >= 0x1100 && (unit & 0xF800) != 0xD800 ? 2 : 1;
+}
+
 /// What cannot be said of a file after "could not be".
 const char16_t* PastOf(FileWork work)
 {
@@ -133,16 +139,23 @@ std::u16string ProgressText(const FileProgress& progress)
 
 std::u16string ShownFileName(const std::string& path)
 {
-    constexpr std::size_t kLongest = 60; ///< UTF-16 code units
+    constexpr std::size_t kWidest = 44; ///< columns
     const std::size_t slash = path.rfind('/');
     std::u16string name = Utf16FromUtf8(slash == path.npos || path.size() == 1 ? path : path.substr(slash + 1));
     for (char16_t& unit : name)
         if (unit < 0x20 || unit == 0x7F)
             unit = 0xFFFD;
-    if (name.size() <= kLongest)
+    std::size_t columns = 0;
+    for (const char16_t unit : name)
+        columns += ColumnsOf(unit);
+    if (columns <= kWidest)
         return name;
-    std::size_t start = kLongest / 2;
-    std::size_t end = name.size() - kLongest / 2;
+    std::size_t start = 0;
+    std::size_t end = name.size();
+    for (columns = 0; columns < kWidest / 2; ++start)
+        columns += ColumnsOf(name[start]);
+    for (columns = 0; columns < kWidest / 2;)
+        columns += ColumnsOf(name[--end]);
     start -= (name[start - 1] & 0xFC00) == 0xD800; // no half of a surrogate pair
     end += (name[end] & 0xFC00) == 0xDC00;
     return name.substr(0, start) + u"\u2026" + name.substr(end);

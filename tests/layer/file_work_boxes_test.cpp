@@ -144,8 +144,14 @@ TEST(FileWorkTexts, SizesAndNamesCanBeRead)
     EXPECT_EQ(platform::ShownFileName("/a\nb\x7F"), u"a\xFFFD"
                                                     u"b\xFFFD");
     const std::u16string shown = platform::ShownFileName("/" + std::string(100, 'x') + ".txt");
-    EXPECT_EQ(shown.size(), 61U);
+    EXPECT_EQ(shown.size(), 45U);
     EXPECT_TRUE(shown.ends_with(u"xx.txt"));
+    std::string faces = "/a";
+    for (int i = 0; i < 50; ++i)
+        faces += "\xF0\x9F\x98\x80";
+    const std::u16string elided = platform::ShownFileName(faces);
+    EXPECT_EQ(elided.size(), 1U + 20 + 1 + 22);
+    EXPECT_EQ(platform::Utf8FromUtf16(elided).find("\xEF\xBF\xBD"), std::string::npos) << "a half of a pair";
 }
 
 TEST_F(FileBoxes, QuickWorkShowsNothing)

@@ -77,7 +77,7 @@ public:
         for (const auto& source : sources)
             paths.push_back(source.c_str());
         const auto* service =
-            static_cast<const platform::FileWorkService*>(platform::DesktopModuleSymbol("orb_file_work_service"));
+            static_cast<const platform::FileWorkService*>(platform::DesktopModuleSymbol("orb_files_service"));
         const platform::FileWorkClient client{this, Progress, IsCancelled, Ask, Finished};
         if (!service->start({work, paths.data(), paths.size(), folder.c_str()}, client))
             return false;

@@ -42,7 +42,7 @@ int main(int argc, char** argv)
     const std::map<std::string, FileWork> kinds = {
         {"copy", FileWork::Copy}, {"move", FileWork::Move}, {"trash", FileWork::Trash}};
     const auto* service =
-        static_cast<const platform::FileWorkService*>(platform::DesktopModuleSymbol("orb_file_work_service"));
+        static_cast<const platform::FileWorkService*>(platform::DesktopModuleSymbol("orb_files_service"));
     if (argc < 5 || service == nullptr || (std::strcmp(argv[2], "named") == 0 && !ForbidUnnamedFiles()))
         return 2;
     const platform::FileWorkClient client{nullptr, [](void*, const platform::FileProgress&) {},

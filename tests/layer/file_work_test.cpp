@@ -530,6 +530,26 @@ TEST(FileWork, TrashKeepsFilesToBeRestored)
               std::string::npos);
 }
 
+TEST(FileWork, OtherFileSystemsHaveATrashOfTheirOwn)
+{
+    const fs::path base = NewFolder();
+    const std::string image = base / "image";
+    const fs::path disk = base / "disk";
+    fs::create_directory(disk);
+    const std::string make = "truncate -s 4M " + image + " && mkfs.ext4 -q " + image +
+                             " 2>/dev/null && mount -o loop " + image + " " + disk.native() + " 2>/dev/null";
+    if (std::system(make.c_str()) != 0)
+        GTEST_SKIP() << "mounting a file system in a file is not allowed here";
+    Write(disk / "file", "content");
+    Worker worker;
+    EXPECT_EQ(worker.Do(FileWork::Trash, {disk / "file"}), kDone);
+    EXPECT_TRUE(worker.asked.empty());
+    const fs::path trash = disk / (".Trash-" + std::to_string(getuid()));
+    EXPECT_EQ(ReadFile(trash / "files/file"), "content");
+    EXPECT_NE(ReadFile(trash / "info/file.trashinfo").find("Path=file"), std::string::npos);
+    EXPECT_EQ(std::system(("umount " + disk.native()).c_str()), 0);
+}
+
 TEST(FileWork, WhereThereIsNoTrashNothingIsDeletedWithoutAsking)
 {
     const ElsewhereFolder elsewhere;
@@ -568,7 +588,7 @@ TEST(FileWork, OneAtATime)
     worker.whenAsked = [&](const auto&)
     {
         const auto* service =
-            static_cast<const platform::FileWorkService*>(platform::DesktopModuleSymbol("orb_file_work_service"));
+            static_cast<const platform::FileWorkService*>(platform::DesktopModuleSymbol("orb_files_service"));
         EXPECT_FALSE(service->start({FileWork::NewFolder, nullptr, 0, to.c_str()}, {}));
     };
     EXPECT_EQ(worker.Do(FileWork::Copy, {from / "file"}, to), kCancelled);
