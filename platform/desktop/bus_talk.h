@@ -17,6 +17,11 @@ using GVariantOwner = std::unique_ptr<GVariant, GFree<g_variant_unref>>;
 class BusTalk
 {
 public:
+    /// How long another program may take to answer, being started included.
+    static constexpr std::chrono::milliseconds kPatience{5000};
+
+    static constexpr std::chrono::milliseconds kForEver = std::chrono::hours(24 * 365); // what fits in nanoseconds
+
     /// `givenUp`, if there is one, is asked several times a second; true ends every waiting.
     explicit BusTalk(std::function<bool()> givenUp = {});
     ~BusTalk();
@@ -24,15 +29,12 @@ public:
     BusTalk& operator=(const BusTalk&) = delete;
 
     /// Waits until `done`; false when it was not within the limit, or the waiting was given up.
-    bool Wait(const std::function<bool()>& done, std::chrono::milliseconds limit = std::chrono::milliseconds::max());
+    bool Wait(const std::function<bool()>& done, std::chrono::milliseconds limit = kForEver);
     /// The session bus; null when there is none or it does not answer in time.
     GDBusConnection* Bus();
     /// A method's reply; null on failure. Takes the arguments over when they are floating.
     GVariantOwner Call(const char* name, const char* path, const char* method, GVariant* arguments,
                        GUnixFDList* descriptors = nullptr);
-
-    /// How long another program may take to answer, being started included.
-    static constexpr std::chrono::milliseconds kPatience{5000};
 
 private:
     /// The end of a call, which may come after the waiting was given up.

@@ -40,14 +40,6 @@ private:
     std::string m_path;
 };
 
-/// Where the user's desktop is, or would be: a picker that begins there must show in any case.
-std::string DesktopPlace()
-{
-    const std::string desktop = DesktopFolder();
-    const std::string home = HomeFolder();
-    return !desktop.empty() ? desktop : !home.empty() ? home : "/";
-}
-
 /// What becomes of a path that does not answer is for whoever uses it to see.
 bool Exists(const std::string& path)
 {
@@ -58,6 +50,16 @@ bool Exists(const std::string& path)
                                          return std::make_shared<int>(lstat(path.c_str(), &status) == 0 ? 0 : errno);
                                      });
     return error == nullptr || (*error != ENOENT && *error != ENOTDIR);
+}
+
+/// Where the user's desktop is, the home folder when there is none: a picker that begins there must show in any case.
+std::string DesktopPlace()
+{
+    const std::string desktop = DesktopFolder();
+    if (!desktop.empty() && Exists(desktop))
+        return desktop;
+    const std::string home = HomeFolder();
+    return home.empty() ? "/" : home;
 }
 
 } // namespace

@@ -197,3 +197,30 @@ TEST_F(ShellStalled, OpeningItIsGivenUpAndMadeGoodWhenItAnswers)
     EXPECT_TRUE(SHChangeNotifyDeregister(id));
     DestroyWindow(window);
 }
+
+TEST_F(ShellStalled, MenusOfWhatLiesThereOpenAtOnce)
+{
+    std::filesystem::create_symlink("stalled/tool.desktop", m_folder / "tool.desktop");
+    for (const char* name : {"stalled", "tool.desktop"})
+    {
+        const List list = Parse(m_folder / name);
+        ASSERT_NE(list, nullptr);
+        void* parent = nullptr;
+        LPCITEMIDLIST last = nullptr;
+        ASSERT_EQ(SHBindToParent(list.get(), IID_IShellFolder, &parent, &last), S_OK);
+        const Com<IShellFolder> folder(static_cast<IShellFolder*>(parent));
+        const HMENU menu = CreatePopupMenu();
+        void* object = nullptr;
+        EXPECT_LT(Taken(
+                      [&]
+                      {
+                          ASSERT_EQ(folder->GetUIObjectOf(nullptr, 1, &last, IID_IContextMenu, nullptr, &object), S_OK);
+                          static_cast<IContextMenu*>(object)->QueryContextMenu(menu, 0, 11, 0x7FFF, CMF_NORMAL);
+                      }),
+                  milliseconds(100))
+            << name;
+        EXPECT_GT(GetMenuItemCount(menu), 5);
+        DestroyMenu(menu);
+        static_cast<IContextMenu*>(object)->Release();
+    }
+}
