@@ -238,8 +238,9 @@ void SelectRawEventMask(std::uint32_t mask)
 
 void SelectRawEvents(bool movements)
 {
-    SelectRawEventMask(XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS |
-                       (movements ? XCB_INPUT_XI_EVENT_MASK_RAW_MOTION : 0U));
+    std::uint32_t mask = XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS;
+    mask |= movements ? XCB_INPUT_XI_EVENT_MASK_RAW_MOTION : 0;
+    SelectRawEventMask(mask);
     State().moves = movements;
 }
 
