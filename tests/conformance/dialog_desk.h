@@ -104,6 +104,8 @@ private:
             test.m_commands.emplace_back(LOWORD(wParam), HIWORD(wParam));
             return TRUE;
         case WM_TIMER:
+            if (test.m_whenShown && !IsWindowVisible(dialog))
+                return TRUE; // not yet
             KillTimer(dialog, 1);
             script->step(dialog);
             if (IsWindow(dialog) && !script->ended)
