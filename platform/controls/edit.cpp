@@ -369,9 +369,4 @@ void Edit::PasteMarked(POINT point)
         Replace(m_text.Selection(), FirstLine(text), EditKind::Other);
 }
 
-void Edit::ShowMenu(LPARAM position)
-{
-    Default(WM_CONTEXTMENU, reinterpret_cast<WPARAM>(Window()), position);
-}
-
 } // namespace platform

@@ -59,6 +59,7 @@ private:
     /// What is marked can be pasted with the middle button.
     void OfferMarked();
     void PasteMarked(POINT point);
+    /// `position` as of WM_CONTEXTMENU (edit_menu.cpp).
     void ShowMenu(LPARAM position);
 
     // --- keys and mouse (edit_input.cpp)

@@ -371,6 +371,25 @@ TEST_F(Edits, TheCaretBlinksWhileTheEditHasTheFocus)
     EXPECT_NE(caretColor(), on);
 }
 
+TEST_F(Edits, TheContextMenuOffersWhatCanBeDone)
+{
+    Set(u"alpha");
+    Key('A', {VK_CONTROL});
+    bool chosen = false;
+    headless::SetIdleHandler(
+        [&]
+        {
+            const bool first = !std::exchange(chosen, true);
+            headless::PressKey(first ? 'T' : VK_ESCAPE, first ? u"t" : u"");
+            headless::ReleaseKey(first ? 'T' : VK_ESCAPE);
+            return true;
+        });
+    Key(VK_APPS);
+    headless::SetIdleHandler(nullptr);
+    EXPECT_EQ(State(), u"|") << "\"Cut\" is chosen by its letter";
+    EXPECT_EQ(ClipboardText(), u"alpha");
+}
+
 TEST_F(Edits, AnInputMethodComposesAtTheCaret)
 {
     Type(u"ab");
