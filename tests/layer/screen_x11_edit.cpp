@@ -54,10 +54,10 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, LPWSTR commandLine, int)
     RegisterClassExW(&windowClass);
     HWND window = CreateWindowExW(0, TEXT("EditWindow"), TEXT("Edit"), WS_POPUP | WS_CAPTION | WS_SYSMENU, Scaled(200),
                                   Scaled(150), Scaled(320), Scaled(80), nullptr, nullptr, instance, nullptr);
-    HWND edit = CreateWindowExW(0, TEXT("Edit"), commandLine,
-                                WS_CHILD | WS_VISIBLE | WS_BORDER | WS_TABSTOP | ES_AUTOHSCROLL, Scaled(10), Scaled(20),
-                                Scaled(290), Scaled(23), window,
-                                reinterpret_cast<HMENU>(static_cast<UINT_PTR>(kEdit)), instance, nullptr);
+    HWND edit =
+        CreateWindowExW(0, TEXT("Edit"), commandLine, WS_CHILD | WS_VISIBLE | WS_BORDER | WS_TABSTOP | ES_AUTOHSCROLL,
+                        Scaled(10), Scaled(20), Scaled(290), Scaled(23), window,
+                        reinterpret_cast<HMENU>(static_cast<UINT_PTR>(kEdit)), instance, nullptr);
     const HFONT font = CreateFontW(-Scaled(12), 0, 0, 0, FW_NORMAL, 0, 0, 0, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
                                    CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, DEFAULT_PITCH, TEXT("DejaVu Sans"));
     SendMessageW(edit, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
