@@ -6,7 +6,7 @@
 //
 // Requests are collected: nothing is sure to have reached the display before Commit.
 //
-// Copy and paste and drag and drop get headers of their own beside this one.
+// Copy and paste have a header of their own beside this one (selections.h); so will drag and drop.
 #pragma once
 
 #include "platform/screen/surface.h"
