@@ -517,17 +517,18 @@ TEST(FileWork, FilesThatHaveGoneAreToldAndTheOthersDone)
 TEST(FileWork, TrashKeepsFilesToBeRestored)
 {
     const auto folder = NewFolder();
-    WriteTree(folder, {{"trashed", "content"}, {"sub", "/"}, {"sub/inner", "1"}});
-    symlink("sub", (folder / "link").c_str());
+    const std::string name = "of " + folder.filename().native(); // unlike what is there from other rounds
+    WriteTree(folder, {{name, "content"}, {"d" + name, "/"}, {"d" + name + "/inner", "1"}});
+    symlink("nowhere", (folder / ("l" + name)).c_str());
     Worker worker;
-    EXPECT_EQ(worker.Do(FileWork::Trash, {folder / "trashed", folder / "link", folder / "sub"}), kDone);
+    EXPECT_EQ(worker.Do(FileWork::Trash, {folder / name, folder / ("l" + name), folder / ("d" + name)}), kDone);
     EXPECT_EQ(Tree(folder), Files{});
     const fs::path trash = Home() / "data/Trash";
-    EXPECT_EQ(ReadFile(trash / "files/trashed"), "content");
-    EXPECT_EQ(Tree(trash / "files/sub"), (Files{{"inner", "1"}}));
-    EXPECT_TRUE(fs::is_symlink(trash / "files/link"));
-    EXPECT_NE(ReadFile(trash / "info/trashed.trashinfo").find("Path=" + (folder / "trashed").native()),
-              std::string::npos);
+    EXPECT_EQ(ReadFile(trash / "files" / name), "content");
+    EXPECT_EQ(Tree(trash / "files" / ("d" + name)), (Files{{"inner", "1"}}));
+    EXPECT_TRUE(fs::is_symlink(trash / "files" / ("l" + name)));
+    const std::string path = "Path=" + (folder / "of%20").native() + folder.filename().native();
+    EXPECT_NE(ReadFile(trash / "info" / (name + ".trashinfo")).find(path), std::string::npos);
 }
 
 TEST(FileWork, OtherFileSystemsHaveATrashOfTheirOwn)
