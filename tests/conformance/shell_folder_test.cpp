@@ -176,3 +176,42 @@ TEST_F(ShellDesk, FileInformationNamesTypeAndImage)
     ASSERT_NE(withIcon.hIcon, nullptr);
     EXPECT_TRUE(DestroyIcon(withIcon.hIcon));
 }
+
+TEST_F(ShellDesk, AFileIsRenamedByItsEditingName)
+{
+    const List file = Child(TEXT("One.txt"));
+    EXPECT_EQ(NameOf(m_folder.get(), file.get(), SHGDN_INFOLDER | SHGDN_FOREDITING).substr(0, 3), TEXT("One"));
+    ITEMIDLIST* renamed = nullptr;
+    ASSERT_EQ(m_folder->SetNameOf(nullptr, file.get(), TEXT("Three.txt"), SHGDN_INFOLDER | SHGDN_FORPARSING, &renamed),
+              S_OK);
+    const List owner(renamed);
+    EXPECT_EQ(NameOf(m_folder.get(), renamed, SHGDN_INFOLDER | SHGDN_FORPARSING), TEXT("Three.txt"));
+    EXPECT_TRUE(std::filesystem::exists(m_root / "Three.txt"));
+    EXPECT_FALSE(std::filesystem::exists(m_root / "One.txt"));
+}
+
+TEST_F(ShellDesk, AShortcutIsSavedUnderItsName)
+{
+    void* object = nullptr;
+    ASSERT_EQ(OleInitialize(nullptr), S_OK);
+    ASSERT_EQ(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW, &object), S_OK);
+    auto* link = static_cast<IShellLinkW*>(object);
+    EXPECT_EQ(link->SetPath((ShellPath(m_root) + TEXT("\\One.txt")).c_str()), S_OK);
+    ASSERT_EQ(link->QueryInterface(IID_IPersistFile, &object), S_OK);
+    auto* file = static_cast<IPersistFile*>(object);
+    EXPECT_EQ(file->Save((ShellPath(m_root) + TEXT("\\One.txt.lnk")).c_str(), TRUE), S_OK);
+    file->Release();
+    link->Release();
+    EXPECT_NE(Child(TEXT("One.txt.lnk")), nullptr);
+    OleUninitialize();
+}
+
+TEST_F(ShellDesk, TheLastPartOfAPathIsFound)
+{
+    const auto name = [](const WCHAR* path) { return Text(PathFindFileNameW(path)); };
+    EXPECT_EQ(name(TEXT("\\home\\me\\Notes.txt")), TEXT("Notes.txt"));
+    EXPECT_EQ(name(TEXT("Notes.txt")), TEXT("Notes.txt"));
+    EXPECT_EQ(name(TEXT("\\Tools\\")), TEXT("Tools\\"));
+    EXPECT_EQ(name(TEXT("\\")), TEXT("\\"));
+    EXPECT_EQ(name(TEXT("")), TEXT(""));
+}

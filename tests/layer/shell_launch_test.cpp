@@ -43,15 +43,9 @@ std::string Open(const std::filesystem::path& path, std::atomic<int>* ended = nu
 class ShellLaunch : public testing::Test
 {
 protected:
-    /// The application for folders, which GIO looks for once.
     static void SetUpTestSuite()
     {
-        std::filesystem::create_directories(Home() / "data/applications");
-        Write(Home() / "data/applications/viewer.desktop",
-              "[Desktop Entry]\nType=Application\nName=Viewer\nExec=view %f\n"
-              "MimeType=inode/directory;\n");
-        Write(Home() / "config/mimeapps.list", "[Default Applications]\ninode/directory=viewer.desktop\n");
-        Write(Home() / "bin/view", "#!/bin/sh\nexec \"${1%/*}/tell.sh\" \"$@\"\n", 0755);
+        InstallFolderViewer();
         // The bus reads them when it starts.
         std::filesystem::create_directories(Home() / "data/dbus-1/services");
         const auto offer = [](const std::string& name, const std::string& go)

@@ -122,6 +122,7 @@ using Verbs = std::vector<std::string>;
 class ShellMenu : public testing::Test
 {
 protected:
+    static void SetUpTestSuite() { InstallFolderViewer(); }
     void SetUp() override { m_folder = NewFolder(); }
 
     std::filesystem::path Entry(const std::string& lines)
@@ -198,4 +199,71 @@ TEST_F(ShellMenu, ARangeThatIsTooSmallTakesWhatFits)
     EXPECT_EQ(menu.Object().QueryContextMenu(small, 0, kFirst, kFirst, CMF_NORMAL), 1);
     EXPECT_EQ(menu.VerbsOf(small), (Verbs{"open"}));
     DestroyMenu(small);
+}
+
+TEST_F(ShellMenu, ActionsProgramsAndTheTerminalStart)
+{
+    const auto report = m_folder / "report";
+    const auto tell = m_folder / "tell.sh";
+    Write(tell,
+          "#!/bin/sh\n{ echo \"$PWD\"; for a in \"$@\"; do echo \"$a\"; done; } > '" + report.native() +
+              ".part'\nmv '" + report.native() + ".part' '" + report.native() + "'\n",
+          0755);
+    const auto told = [&]
+    {
+        WaitFor([&] { return std::filesystem::exists(report); });
+        std::ifstream file(report);
+        const std::string text(std::istreambuf_iterator<char>(file), {});
+        std::filesystem::remove(report);
+        return text.substr(0, text.size() - 1);
+    };
+    const std::string exec = "Exec=\"" + tell.native() + "\" ";
+    ShownMenu entry(Entry("Actions=a;\n\n[Desktop Action a]\nName=Act\n" + exec + "acted %k\n"));
+    EXPECT_EQ(entry.Invoke(ShownMenu::Entry(entry.Menu(), u"Act")->id), S_OK);
+    EXPECT_TRUE(told().ends_with("acted\n" + (m_folder / "tool.desktop").native()));
+
+    std::filesystem::create_directory(m_folder / "Sub $x");
+    ShownMenu folder(m_folder / "Sub $x");
+    const HMENU programs = folder.Open(u"Open &with");
+    ASSERT_NE(programs, nullptr);
+    ASSERT_GT(GetMenuItemCount(programs), 0);
+    const platform::MenuItem& first = platform::FindObject<platform::Menu>(programs)->At(0);
+    EXPECT_EQ(first.text, u"Viewer");
+    EXPECT_NE(first.icon, nullptr);
+    EXPECT_EQ(folder.Invoke(first.id), S_OK);
+    EXPECT_TRUE(told().ends_with((m_folder / "Sub $x").native()));
+
+    Write(Home() / "bin/xdg-terminal-exec", "#!/bin/sh\nexec '" + tell.native() + "'\n", 0755);
+    EXPECT_EQ(folder.Invoke("openterminal"), S_OK);
+    EXPECT_EQ(told(), (m_folder / "Sub $x").native());
+    std::filesystem::remove(Home() / "bin/xdg-terminal-exec");
+}
+
+TEST_F(ShellMenu, VerbsOnFilesWork)
+{
+    Write(m_folder / "note.txt", "text");
+    std::filesystem::create_directory(m_folder / "Sub");
+    EXPECT_EQ(ShownMenu(m_folder / "note.txt").Invoke("link"), S_OK);
+    std::size_t links = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(m_folder))
+        links += entry.is_symlink() && std::filesystem::exists(entry.path()) ? 1 : 0;
+    EXPECT_EQ(links, 1u);
+    const List list = Parse(m_folder);
+    EXPECT_EQ(ShownMenu(*Bind(list.get()), CMF_NORMAL).Invoke("NewFolder"), S_OK);
+    EXPECT_EQ(ShownMenu(*Bind(list.get()), CMF_NORMAL).Invoke("newfolder"), S_OK) << "letter case does not count";
+    EXPECT_TRUE(std::filesystem::is_directory(m_folder / "New folder"));
+    EXPECT_TRUE(std::filesystem::is_directory(m_folder / "New folder (2)"));
+    EXPECT_EQ(ShownMenu(m_folder / "note.txt").Invoke("COPY"), S_OK);
+    ShownMenu into(m_folder / "Sub");
+    EXPECT_EQ(ShownMenu::Entry(into.Menu(), u"&Paste")->state & MFS_GRAYED, 0u);
+    EXPECT_EQ(into.Invoke("paste"), S_OK);
+    EXPECT_TRUE(std::filesystem::exists(m_folder / "Sub/note.txt"));
+    EXPECT_EQ(ShownMenu(m_folder / "note.txt").Invoke("cut"), S_OK);
+    EXPECT_EQ(ShownMenu(m_folder / "New folder").Invoke("paste"), S_OK);
+    EXPECT_FALSE(std::filesystem::exists(m_folder / "note.txt"));
+    EXPECT_TRUE(std::filesystem::exists(m_folder / "New folder/note.txt"));
+    EXPECT_NE(ShownMenu::Entry(ShownMenu(m_folder / "Sub").Menu(), u"&Paste")->state & MFS_GRAYED, 0u)
+        << "what was cut is moved once";
+    EXPECT_EQ(ShownMenu(m_folder / "Sub").Invoke("delete"), S_OK);
+    EXPECT_FALSE(std::filesystem::exists(m_folder / "Sub"));
 }

@@ -229,13 +229,3 @@ TEST_F(ShellPeers, TheFileManagerShowsPropertiesAndPlaces)
     EXPECT_TRUE(Execute(m_folder / "note", u"openas"));
     EXPECT_FALSE(Execute(m_folder / "note", u"no such verb"));
 }
-
-TEST_F(ShellPeers, FileNamesAreFoundInPaths)
-{
-    const auto name = [](const std::u16string& path) { return std::u16string(PathFindFileNameW(path.c_str())); };
-    EXPECT_EQ(name(u"\\home\\me\\Notes.txt"), u"Notes.txt");
-    EXPECT_EQ(name(u"Notes.txt"), u"Notes.txt");
-    EXPECT_EQ(name(u"\\Tools\\"), u"Tools\\");
-    EXPECT_EQ(name(u"\\"), u"\\");
-    EXPECT_EQ(name(u""), u"");
-}

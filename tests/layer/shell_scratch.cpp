@@ -73,6 +73,15 @@ std::filesystem::path NewFolder()
     return folder;
 }
 
+void InstallFolderViewer()
+{
+    std::filesystem::create_directories(Home() / "data/applications");
+    Write(Home() / "data/applications/viewer.desktop", "[Desktop Entry]\nType=Application\nName=Viewer\nExec=view %f\n"
+                                                       "MimeType=inode/directory;\n");
+    Write(Home() / "config/mimeapps.list", "[Default Applications]\ninode/directory=viewer.desktop\n");
+    Write(Home() / "bin/view", "#!/bin/sh\nexec \"${1%/*}/tell.sh\" \"$@\"\n", 0755);
+}
+
 void InAnotherProcess(const std::function<void()>& work)
 {
     const pid_t process = fork();
