@@ -25,30 +25,51 @@ const EntryService* Entries()
     return static_cast<const EntryService*>(DesktopModuleSymbol("orb_entry_service"));
 }
 
-Choices Answers(Question question, const std::string& path, std::string_view lastIcon)
+/// What was answered so far.
+struct Progress
 {
-    struct Asked
-    {
-        Choices choices;
-        std::string_view lastIcon;
-    } asked{{}, lastIcon};
-    const auto receive = [](void* context, const ChoiceFacts& facts)
-    {
-        auto& into = *static_cast<Asked*>(context);
-        std::string icon = facts.icons;
-        if (!into.lastIcon.empty())
-            icon.append(icon.empty() ? "" : "\n").append(into.lastIcon);
-        into.choices.push_back({facts.id, Utf16FromUtf8(facts.text), std::move(icon)});
-    };
-    question(path.c_str(), receive, &asked);
-    return std::move(asked.choices);
+    std::mutex mutex;
+    Choices choices;
+    std::string_view lastIcon; ///< behind the alternatives of each
+};
+
+void Receive(void* context, const ChoiceFacts& facts)
+{
+    auto& progress = *static_cast<Progress*>(context);
+    std::string icon = facts.icons;
+    if (!progress.lastIcon.empty())
+        icon.append(icon.empty() ? "" : "\n").append(progress.lastIcon);
+    const std::lock_guard lock(progress.mutex);
+    progress.choices.push_back({facts.id, Utf16FromUtf8(facts.text), std::move(icon)});
 }
 
-Choices AskWithinPatience(Question question, const std::string& path, std::string_view lastIcon)
+/// On trusted ground at once, elsewhere within patience.
+Choices AskPlaceOf(Question question, const std::string& path)
 {
-    const std::shared_ptr<Choices> answer = AskPlace<Choices>(
-        path, [=] { return std::make_shared<Choices>(Answers(question, path, lastIcon)); }, {}, kPatience);
-    return answer != nullptr ? std::move(*answer) : Choices();
+    const auto ask = [question, path]
+    {
+        const auto progress = std::make_shared<Progress>();
+        question(path.c_str(), Receive, progress.get());
+        return progress;
+    };
+    const std::shared_ptr<Progress> answer = AskPlace<Progress>(path, ask, {}, kPatience);
+    return answer != nullptr ? std::move(answer->choices) : Choices();
+}
+
+/// As many as come in time: thousands take longer to look up than a menu may to open.
+Choices AskForPrograms(Question question, const std::string& path)
+{
+    constexpr std::chrono::milliseconds kPatienceForPrograms{300}; // the first time GIO reads much
+    const auto progress = std::make_shared<Progress>();
+    progress->lastIcon = "application-x-executable\n!program";
+    CallWithin<Progress>(kPatienceForPrograms,
+                         [question, path, progress]
+                         {
+                             question(path.c_str(), Receive, progress.get());
+                             return progress;
+                         });
+    const std::lock_guard lock(progress->mutex);
+    return progress->choices;
 }
 
 bool HasProgramChooser()
@@ -65,15 +86,13 @@ bool HasProgramChooser()
 std::vector<ItemChoice> ActionsOf(const std::string& path)
 {
     const EntryService* service = Entries();
-    return service != nullptr ? AskWithinPatience(service->actions, path, {}) : Choices();
+    return service != nullptr ? AskPlaceOf(service->actions, path) : Choices();
 }
 
 ItemPrograms ProgramsFor(const std::string& path)
 {
     const EntryService* service = Entries();
-    return {service != nullptr ? AskWithinPatience(service->programs, path, "application-x-executable\n!program")
-                               : Choices(),
-            HasProgramChooser()};
+    return {service != nullptr ? AskForPrograms(service->programs, path) : Choices(), HasProgramChooser()};
 }
 
 } // namespace platform
