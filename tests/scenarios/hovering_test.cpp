@@ -1,5 +1,6 @@
 // Hovering, clicking and keys, with invented times: what starts the timer, what it does, what is refused.
 #include "tests/scenarios/desk.h"
+#include "tests/scenarios/staged_ui.h"
 
 #include "app/launcher_state.h"
 
@@ -259,6 +260,7 @@ TEST_F(Hovering, AReleaseWithoutAPressIsNoClick)
 
 TEST_F(Hovering, TheOtherButtonsStartNothing)
 {
+    const StagedPopup contextMenu;
     m_desk.Launch("100,700,0");
     for (const auto button : {platform::screen::Button::Right, platform::screen::Button::Middle})
     {
