@@ -1,6 +1,7 @@
 // What the launcher asks of the shell: commands of an item's menu, and notices of changes.
 #include "tests/scenarios/desk.h"
 #include "tests/scenarios/shell_spy.h"
+#include "tests/scenarios/staged_ui.h"
 
 #include "app/launcher_state.h"
 
@@ -91,12 +92,14 @@ TEST_F(Dispatch, ADefaultCommandOfAnotherKindIsNotRunAsIfItOpened)
     for (const Case& c :
          {Case{"delete", MIF_PROTECTED, false}, Case{"cut", MIF_PROTECTED, false}, Case{"properties", 0, true}})
     {
+        const StagedFiles files;
         StagedMenu menu(c.verb);
         CustomBar& root = m_desk.Level(0);
         MenuItem& readme = root.m_items[m_desk.IndexOf("readme")];
         readme.flags |= c.flags;
         m_desk.Click("readme");
         EXPECT_TRUE(menu.invocations.empty()) << c.verb;
+        EXPECT_EQ(files.executed.size(), c.closes ? 1u : 0u) << c.verb << ": properties are shown by other means";
         ASSERT_EQ(m_desk.IsOpen(), !c.closes) << c.verb;
         if (!c.closes)
             readme.flags &= ~c.flags;
