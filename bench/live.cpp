@@ -1,10 +1,11 @@
-// Measures an open menu on the display of $DISPLAY: how soon a sub-menu opens, a change of the folder shows and the
-// highlight moves, how it scrolls, and what the menu costs while nothing happens.
+// Measures an open menu on the display of $DISPLAY: how soon a sub-menu or an item's context menu opens, a change of
+// the folder shows and the highlight moves, how it scrolls, and what the menu costs while nothing happens.
 //
 // usage: live submenu  DELAY ROUNDS ROWS-FILE           (rows as ReadRows takes them)
 //        live change   FOLDER ROUNDS ROWS-FILE
 //        live highlight ITEMS ROUNDS ROWS-FILE
 //        live wheel    ROUNDS ROWS-FILE
+//        live context  ROUNDS ROWS-FILE
 //        live idle     SECONDS ROWS-FILE
 // submenu: the menu has two items, a sub-menu and a plain one, of which resting on the first opens and on the second
 //   closes it. DELAY, in milliseconds, is what the programs are configured to wait before that; it is published as
@@ -14,6 +15,7 @@
 // highlight: the pointer moves between two neighbours of ITEMS items. The line "moves FROM TO COUNT" on standard error
 //   says between which times (seconds since the epoch) how many were made.
 // wheel: the wheel is turned by a notch over the middle of a menu that is too long for the screen.
+// context: the right button is clicked on an item; the times run to the frame of its context menu.
 // idle: processor time and context switches of all threads of a menu that is left alone.
 #include "bench/observer.h"
 
@@ -35,6 +37,8 @@ using bench::Observer;
 using bench::PaintTimes;
 using bench::Row;
 
+constexpr std::uint8_t kRightButton = 3;
+constexpr std::uint8_t kWheelDown = 5;
 constexpr int kFarAway = 1; // pixels from the screen's top left corner: no menu is there
 
 struct OpenMenu
@@ -66,9 +70,10 @@ struct OpenMenu
     void PointAt(int item, int items)
     {
         m_sideStep = !m_sideStep;
-        m_observer.MovePointer(bounds.x + bounds.width * 3 / 4 + m_sideStep,
-                               bounds.y + bounds.height * (2 * item + 1) / (2 * items));
+        m_observer.MovePointer(Pointer(), bounds.y + bounds.height * (2 * item + 1) / (2 * items));
     }
+    /// The horizontal place that PointAt has given the pointer.
+    int Pointer() const { return bounds.x + bounds.width * 3 / 4 + m_sideStep; }
     /// Where a sub-menu begins; it may cover the menu's border.
     int Right() const { return bounds.x + bounds.width - 1; }
 
@@ -210,8 +215,30 @@ int MeasureWheel(Observer& observer, int rounds, const std::vector<Row>& rows)
                {
                    observer.Settle();
                    const Clock::time_point start = Clock::now();
-                   observer.TurnWheel();
+                   observer.Click(kWheelDown);
                    return observer.Watch(start);
+               });
+    }
+    return 0;
+}
+
+int MeasureContextMenu(Observer& observer, int rounds, const std::vector<Row>& rows)
+{
+    PrintHeading();
+    for (const Row& row : rows)
+    {
+        OpenMenu menu(row, observer);
+        Report(row.name, rounds, 0,
+               [&]
+               {
+                   menu.PointAt(1, 3);
+                   observer.Settle();
+                   const Clock::time_point start = Clock::now();
+                   observer.Click(kRightButton);
+                   const PaintTimes times = observer.Watch(start, menu.Pointer());
+                   observer.PressEscape();
+                   observer.Settle();
+                   return times;
                });
     }
     return 0;
@@ -268,10 +295,10 @@ int MeasureIdle(Observer& observer, int seconds, const std::vector<Row>& rows)
 int main(int argc, char** argv)
 {
     const std::string mode = argc > 1 ? argv[1] : "";
-    const bool oneNumber = mode == "idle" || mode == "wheel";
+    const bool oneNumber = mode == "idle" || mode == "wheel" || mode == "context";
     if (argc != (oneNumber ? 4 : 5))
     {
-        std::cerr << "usage: live submenu|change|highlight|wheel|idle ...  (see the file's head)\n";
+        std::cerr << "usage: live submenu|change|highlight|wheel|context|idle ...  (see the file's head)\n";
         return 2;
     }
     const std::vector<Row> rows = bench::ReadRows(argv[argc - 1]);
@@ -281,6 +308,8 @@ int main(int argc, char** argv)
         return MeasureIdle(observer, std::atoi(argv[2]), rows);
     if (mode == "wheel")
         return MeasureWheel(observer, std::atoi(argv[2]), rows);
+    if (mode == "context")
+        return MeasureContextMenu(observer, std::atoi(argv[2]), rows);
     if (mode == "submenu")
         return MeasureSubMenu(observer, std::atoi(argv[2]), rounds, rows);
     if (mode == "change")

@@ -159,11 +159,18 @@ void Observer::MovePointer(int x, int y)
     xcb_flush(m_connection);
 }
 
-void Observer::TurnWheel()
+void Observer::Click(std::uint8_t button)
 {
-    constexpr std::uint8_t wheelDown = 5;
     for (const std::uint8_t event : {XCB_BUTTON_PRESS, XCB_BUTTON_RELEASE})
-        xcb_test_fake_input(m_connection, event, wheelDown, XCB_CURRENT_TIME, m_root, 0, 0, 0);
+        xcb_test_fake_input(m_connection, event, button, XCB_CURRENT_TIME, m_root, 0, 0, 0);
+    xcb_flush(m_connection);
+}
+
+void Observer::PressEscape()
+{
+    constexpr std::uint8_t escape = 9; // as every X server numbers it that takes its numbers from the kernel
+    for (const std::uint8_t event : {XCB_KEY_PRESS, XCB_KEY_RELEASE})
+        xcb_test_fake_input(m_connection, event, escape, XCB_CURRENT_TIME, m_root, 0, 0, 0);
     xcb_flush(m_connection);
 }
 

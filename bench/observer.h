@@ -68,8 +68,9 @@ public:
     PaintTimes Watch(Clock::time_point start, int left = 0);
     /// Moves the pointer as an input device does; the request is on its way when this returns.
     void MovePointer(int x, int y);
-    /// Turns the wheel by one notch, towards the user.
-    void TurnWheel();
+    /// Presses and releases a button by its X number.
+    void Click(std::uint8_t button);
+    void PressEscape();
     /// Becomes the desktop's settings manager (XSETTINGS), with this one setting.
     void PublishSetting(const std::string& name, std::int32_t value);
     /// Screen rectangles of the top-level windows that show.
