@@ -479,9 +479,8 @@ TEST_F(Dialogs, AnAnswerIsStoredButForAFewMessages)
     Run(kExtended, [](HWND dialog) { EXPECT_EQ(SendMessageW(dialog, WM_USER + 50, 0, 0), 1234); });
 }
 
-class DialogOwners : public Dialogs
+struct DialogOwners : Dialogs
 {
-protected:
     DialogOwners()
     {
         owner = CreateWindowExW(0, TEXT("static"), TEXT(""), WS_POPUP | WS_VISIBLE, 300, 200, 400, 300, nullptr,

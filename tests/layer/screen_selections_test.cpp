@@ -26,7 +26,8 @@ struct Property
     std::vector<std::uint32_t> Words() const
     {
         std::vector<std::uint32_t> words(bytes.size() / 4);
-        std::memcpy(words.data(), bytes.data(), words.size() * 4);
+        if (!words.empty())
+            std::memcpy(words.data(), bytes.data(), words.size() * 4);
         return words;
     }
 };
@@ -80,9 +81,8 @@ public:
     }
 };
 
-class Owner : public testing::Test
+struct Owner : testing::Test
 {
-protected:
     Owner() { owner.Own(source, 1000); }
     void Ask(xcb_window_t who, std::string_view target, std::string_view property = "P", xcb_timestamp_t time = 2000)
     {
@@ -245,9 +245,8 @@ PropertyValue Announced(std::uint32_t size)
     return {kIncr, 32, {reinterpret_cast<const char*>(&size), 4}};
 }
 
-class Reading : public testing::Test
+struct Reading : testing::Test
 {
-protected:
     State Receive(std::vector<PropertyValue> values)
     {
         const std::size_t count = values.size();

@@ -18,9 +18,8 @@ using namespace platform;
 using screen::Selection;
 using Paths = std::vector<std::string>;
 
-class ClipboardFilesTest : public testing::Test
+struct ClipboardFilesTest : testing::Test
 {
-protected:
     ~ClipboardFilesTest() override { headless::Reset(); }
     std::string Make(const std::string& name)
     {
