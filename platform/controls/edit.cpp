@@ -1,6 +1,7 @@
 // The edit control: its messages, its text, the clipboard.
 #include "platform/controls/edit.h"
 
+#include "platform/base/clock.h"
 #include "platform/base/text.h"
 #include "platform/screen/selections.h"
 #include "platform/windowing/clipboard.h"
@@ -24,7 +25,7 @@ constinit SystemClass g_class{TEXT("Edit"), &Edit::Procedure, CS_DBLCLKS | CS_HR
 constexpr std::size_t kLargestLimit = 0x7FFFFFFE; // what EM_LIMITTEXT with 0 means
 
 constexpr char kMarkedTarget[] = "UTF8_STRING";
-constexpr auto kPatience = std::chrono::seconds(1);
+constexpr std::uint64_t kPatience = 1000;      // milliseconds
 constexpr std::size_t kLargestPaste = 1 << 20; // bytes
 
 /// Marked text for others to paste.
@@ -359,7 +360,8 @@ void Edit::OfferMarked()
 
 void Edit::PasteMarked(POINT point)
 {
-    const auto utf8 = screen::ReadSelection(screen::Selection::Primary, kMarkedTarget, kPatience, kLargestPaste);
+    const auto utf8 =
+        screen::ReadSelection(screen::Selection::Primary, kMarkedTarget, NowMs() + kPatience, kLargestPaste);
     TakeFocus();
     if (!Alive())
         return;

@@ -44,16 +44,16 @@ std::shared_ptr<const SelectionSource> OfferedSelection(Selection selection);
 /// Empties the selection, whoever's it is, unless it has changed hands since this program last read it.
 void ClearSelection(Selection selection);
 
-/// What the selection can be had as; empty when there is nothing to be had, nothing when its owner does not answer in
-/// time. Events that arrive meanwhile are kept.
-std::optional<std::vector<std::string>> SelectionTargets(Selection selection, std::chrono::milliseconds patience);
-/// Reads the selection's content; nothing when there is none of that kind, when its owner does not go on within
-/// `patience` at any step, or when it is larger than `limit` bytes.
-std::optional<std::string> ReadSelection(Selection selection, std::string_view target,
-                                         std::chrono::milliseconds patience, std::size_t limit);
+/// What the selection can be had as; empty when there is nothing to be had, nothing when its owner has not answered
+/// `until` then, milliseconds of the clock. Events that arrive meanwhile are kept.
+std::optional<std::vector<std::string>> SelectionTargets(Selection selection, std::uint64_t until);
+/// Reads the selection's content; nothing when there is none of that kind, when it has not come whole `until` then, or
+/// when it is larger than `limit` bytes.
+std::optional<std::string> ReadSelection(Selection selection, std::string_view target, std::uint64_t until,
+                                         std::size_t limit);
 
 /// Hands the clipboard's content over to the desktop's clipboard manager. True when one has taken it, which makes this
-/// program's source superfluous.
+/// program's source superfluous. `patience`: for each step of the manager's.
 bool SaveClipboard(std::chrono::milliseconds patience);
 
 } // namespace platform::screen

@@ -5,6 +5,7 @@
 // application/x-kde-cutselection  "1" beside a list of addresses that are to be moved; KDE
 #include "platform/shell/clipboard_files.h"
 
+#include "platform/base/clock.h"
 #include "platform/base/fault_points.h"
 #include "platform/files/bounded_call.h"
 #include "platform/services/address_service.h"
@@ -29,7 +30,7 @@ using Targets = std::vector<std::string>;
 constexpr std::string_view kCopiedFiles = "x-special/gnome-copied-files";
 constexpr std::string_view kUriList = "text/uri-list";
 constexpr std::string_view kKdeCut = "application/x-kde-cutselection";
-constexpr milliseconds kFrame{16};
+constexpr std::uint64_t kFrame = 16; // milliseconds
 constexpr milliseconds kPatience{1000};
 
 const AddressService* Addresses()
@@ -95,20 +96,20 @@ std::optional<ClipboardFiles> ParseCopiedFiles(const std::string& content)
 }
 
 /// An owner that does not give what it offers is not asked a second time.
-std::optional<ClipboardFiles> ReadFiles(const Targets& targets)
+std::optional<ClipboardFiles> ReadFiles(const Targets& targets, std::uint64_t until)
 {
     if (Offers(targets, kCopiedFiles))
     {
-        const auto content = ReadClipboard(kCopiedFiles);
+        const auto content = ReadClipboard(kCopiedFiles, until);
         if (!content)
             return std::nullopt;
         if (auto files = ParseCopiedFiles(*content))
             return files;
     }
-    const auto list = Offers(targets, kUriList) ? ReadClipboard(kUriList) : std::nullopt;
+    const auto list = Offers(targets, kUriList) ? ReadClipboard(kUriList, until) : std::nullopt;
     if (!list)
         return std::nullopt;
-    const auto cut = Offers(targets, kKdeCut) ? ReadClipboard(kKdeCut) : std::nullopt;
+    const auto cut = Offers(targets, kKdeCut) ? ReadClipboard(kKdeCut, until) : std::nullopt;
     return ClipboardFiles{PathsIn(*list), cut && cut->starts_with('1')};
 }
 
@@ -154,10 +155,11 @@ HRESULT PutFilesOnClipboard(const ClipboardFiles& files)
 
 std::optional<ClipboardFiles> FilesOnClipboard()
 {
-    const auto targets = ClipboardTargets(kPatience);
+    const std::uint64_t until = NowMs() + static_cast<std::uint64_t>(kPatience.count());
+    const auto targets = ClipboardTargets(until);
     if (!targets)
         return std::nullopt;
-    auto files = ReadFiles(*targets);
+    auto files = ReadFiles(*targets, until);
     if (!files)
         return std::nullopt;
     KeepEachOnce(files->paths);
@@ -167,7 +169,7 @@ std::optional<ClipboardFiles> FilesOnClipboard()
 
 bool ClipboardMayHoldFiles()
 {
-    const auto targets = ClipboardTargets(kFrame);
+    const auto targets = ClipboardTargets(NowMs() + kFrame);
     return !targets || Offers(*targets, kCopiedFiles) || Offers(*targets, kUriList);
 }
 

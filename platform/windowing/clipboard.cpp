@@ -1,6 +1,7 @@
 // The clipboard: content in several forms, and how it keeps the process.
 #include "platform/windowing/clipboard.h"
 
+#include "platform/base/clock.h"
 #include "platform/base/fault_points.h"
 #include "platform/base/process_hold.h"
 #include "platform/base/text.h"
@@ -15,7 +16,7 @@ namespace
 
 using screen::Selection;
 
-constexpr std::chrono::milliseconds kReadPatience{1000};
+constexpr std::uint64_t kReadPatience = 1000; // milliseconds
 // A manager reads everything before it answers, and nobody waits: the windows have gone.
 constexpr std::chrono::milliseconds kManagerPatience{3000};
 constexpr std::size_t kMostBytes = 64 << 20;
@@ -80,11 +81,11 @@ std::u16string Utf16FromLatin1(std::string_view text)
     return wide;
 }
 
-std::optional<std::string> Read(Selection selection, std::string_view target)
+std::optional<std::string> Read(Selection selection, std::string_view target, std::uint64_t until)
 {
     if (FaultPoint("ReadClipboard"))
         return std::nullopt;
-    return screen::ReadSelection(selection, target, kReadPatience, kMostBytes);
+    return screen::ReadSelection(selection, target, until, kMostBytes);
 }
 
 } // namespace
@@ -94,14 +95,14 @@ bool PutOnClipboard(std::vector<ClipboardForm> forms)
     return Offer(Selection::Clipboard, std::move(forms));
 }
 
-std::optional<std::vector<std::string>> ClipboardTargets(std::chrono::milliseconds patience)
+std::optional<std::vector<std::string>> ClipboardTargets(std::uint64_t until)
 {
-    return screen::SelectionTargets(Selection::Clipboard, patience);
+    return screen::SelectionTargets(Selection::Clipboard, until);
 }
 
-std::optional<std::string> ReadClipboard(std::string_view target)
+std::optional<std::string> ReadClipboard(std::string_view target, std::uint64_t until)
 {
-    return Read(Selection::Clipboard, target);
+    return Read(Selection::Clipboard, target, until);
 }
 
 void EmptyReadClipboard()
@@ -122,14 +123,15 @@ bool PutTextOnClipboard(std::u16string_view text, Selection selection)
 
 std::optional<std::u16string> ClipboardText(Selection selection)
 {
-    const auto targets = screen::SelectionTargets(selection, kReadPatience);
+    const std::uint64_t until = NowMs() + kReadPatience;
+    const auto targets = screen::SelectionTargets(selection, until);
     if (!targets)
         return std::nullopt;
     for (const std::string_view target : {kUtf8, kUtf8Type, kLatin1})
     {
         if (std::ranges::find(*targets, target) == targets->end())
             continue;
-        if (const auto text = Read(selection, target))
+        if (const auto text = Read(selection, target, until))
             return target == kLatin1 ? Utf16FromLatin1(*text) : Utf16FromUtf8(*text);
     }
     return std::nullopt;

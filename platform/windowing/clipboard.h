@@ -19,15 +19,16 @@ struct ClipboardForm
 bool PutOnClipboard(std::vector<ClipboardForm> forms);
 /// Empties the clipboard, whoever's what is on it is, unless it has been replaced since this program last read it.
 void EmptyReadClipboard();
-/// What the content can be had as; empty when there is none, nothing when its owner does not answer in time.
-std::optional<std::vector<std::string>> ClipboardTargets(std::chrono::milliseconds patience);
-/// The content in one form; nothing when there is none, when its owner does not go on for a second, or from 64 MB on.
-std::optional<std::string> ReadClipboard(std::string_view target);
+/// What the content can be had as; empty when there is none, nothing when its owner has not answered
+/// `until` then, milliseconds of the clock.
+std::optional<std::vector<std::string>> ClipboardTargets(std::uint64_t until);
+/// The content in one form; nothing when there is none, when it has not come whole `until` then, or from 64 MB on.
+std::optional<std::string> ReadClipboard(std::string_view target, std::uint64_t until);
 
 /// Text, on the clipboard or as what is marked (`Primary`, which goes with the program). False when the display
 /// refuses.
 bool PutTextOnClipboard(std::u16string_view text, screen::Selection selection = screen::Selection::Clipboard);
-/// Nothing when there is no text, or as above.
+/// Nothing when there is no text, or when it has not come within a second.
 std::optional<std::u16string> ClipboardText(screen::Selection selection = screen::Selection::Clipboard);
 
 /// For the end of the program, its windows gone: hands what it has put on the clipboard to the desktop's clipboard

@@ -45,10 +45,10 @@ void Replace(Selection selection, HeldSelection by)
 }
 
 /// A program that does not answer costs its patience.
-void WaitInVain(std::chrono::milliseconds patience)
+void WaitInVain(std::uint64_t until)
 {
     if (ClockIsManual())
-        AdvanceManualClock(static_cast<std::uint64_t>(patience.count()));
+        AdvanceManualClock(until - std::min(until, NowMs()));
 }
 
 } // namespace
@@ -116,7 +116,7 @@ std::shared_ptr<const SelectionSource> OfferedSelection(Selection selection)
     return Of(selection).own;
 }
 
-std::optional<std::vector<std::string>> SelectionTargets(Selection selection, std::chrono::milliseconds patience)
+std::optional<std::vector<std::string>> SelectionTargets(Selection selection, std::uint64_t until)
 {
     const headless::HeldSelection& held = Of(selection);
     if (held.own != nullptr)
@@ -126,7 +126,7 @@ std::optional<std::vector<std::string>> SelectionTargets(Selection selection, st
         return targets;
     if (!held.other->namesTargets)
     {
-        headless::WaitInVain(patience);
+        headless::WaitInVain(until);
         return std::nullopt;
     }
     for (const auto& [target, content] : held.other->forms)
@@ -134,8 +134,8 @@ std::optional<std::vector<std::string>> SelectionTargets(Selection selection, st
     return targets;
 }
 
-std::optional<std::string> ReadSelection(Selection selection, std::string_view target,
-                                         std::chrono::milliseconds patience, std::size_t limit)
+std::optional<std::string> ReadSelection(Selection selection, std::string_view target, std::uint64_t until,
+                                         std::size_t limit)
 {
     headless::HeldSelection& held = Of(selection);
     held.replaced = false;
@@ -145,7 +145,7 @@ std::optional<std::string> ReadSelection(Selection selection, std::string_view t
         return std::nullopt;
     if (!held.other->givesContent)
     {
-        headless::WaitInVain(patience);
+        headless::WaitInVain(until);
         return std::nullopt;
     }
     for (const auto& [name, content] : held.other->forms)

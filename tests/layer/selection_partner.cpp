@@ -7,6 +7,7 @@
 //   targets-only        says that it offers files, and answers nothing else
 //   dies                begins to send files in pieces, and ends
 //   stalls              begins to send files in pieces, and stops
+//   trickles            sends files in pieces, a byte of them several times a second
 //   wrong-type          answers every question with numbers
 //   huge                sends files without an end, a megabyte at a time
 //   garbage             a megabyte of bytes that are no list of files
@@ -17,6 +18,7 @@
 #include <cstring>
 #include <map>
 #include <memory>
+#include <poll.h>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -132,7 +134,7 @@ void OnRequest(Partner& partner, const xcb_selection_request_event_t& request)
         partner.PutWords(request.requestor, request.property, XCB_ATOM_ATOM, {partner["text/uri-list"]});
         partner.Answer(request, request.property);
     }
-    else if (role == "dies" || role == "stalls" || role == "huge")
+    else if (role == "dies" || role == "stalls" || role == "trickles" || role == "huge")
         BeginPieces(partner, request);
     else if (role == "garbage")
     {
@@ -149,6 +151,12 @@ void OnRequest(Partner& partner, const xcb_selection_request_event_t& request)
 bool OnPieceTaken(Partner& partner, const xcb_property_notify_event_t& taken)
 {
     ++partner.pieces;
+    if (partner.role == "trickles")
+    {
+        poll(nullptr, 0, 100);
+        partner.Put(taken.window, taken.atom, partner["text/uri-list"], "f");
+        return true;
+    }
     const std::string piece = partner.role == "huge" ? std::string(1 << 20, 'x') : "file:///etc/passwd\r\n";
     if (partner.pieces > 2 && partner.role != "huge")
         return partner.role != "dies";

@@ -300,8 +300,30 @@ bool OnProperty(const xcb_property_notify_event_t& event)
     return reading;
 }
 
-/// Asks, and waits for as long as the owner goes on. False when it does not.
-bool Ask(Question& question, milliseconds patience)
+/// False when it was not over by then.
+bool WaitFor(const Question& question, std::uint64_t until)
+{
+    HandleEventsUntil(until, [&] { return question.reading.IsOver(); });
+    return question.reading.IsOver();
+}
+
+/// Waits for as long as the owner goes on: it answers, or reads what is this program's. False when it does not.
+bool WaitWhileItGoesOn(const Question& question, milliseconds patience)
+{
+    const auto steps = [&] { return question.reading.Steps() + State().steps; };
+    unsigned before = 0;
+    do
+    {
+        before = steps();
+        HandleEventsUntil(NowMs() + static_cast<std::uint64_t>(patience.count()),
+                          [&] { return question.reading.IsOver() || steps() != before; });
+    } while (!question.reading.IsOver() && steps() != before);
+    return question.reading.IsOver();
+}
+
+/// Asks, and waits for the end of the reading. False when the waiting ended before.
+template <typename Wait>
+bool Ask(Question& question, Wait wait)
 {
     Selections& state = State();
     const xcb_timestamp_t time = Time();
@@ -311,15 +333,9 @@ bool Ask(Question& question, milliseconds patience)
     xcb_convert_selection(Xcb(), question.window, question.selection, question.target,
                           state.port.AtomOf(kReadingProperty), time);
     Question* const outer = std::exchange(state.question, &question);
-    unsigned before = 0;
-    do
-    {
-        before = question.reading.Steps() + state.steps;
-        HandleEventsUntil(NowMs() + static_cast<std::uint64_t>(patience.count()), [&]
-                          { return question.reading.IsOver() || question.reading.Steps() + state.steps != before; });
-    } while (!question.reading.IsOver() && question.reading.Steps() + state.steps != before);
+    const bool isOver = wait(question);
     state.question = outer;
-    return question.reading.IsOver();
+    return isOver;
 }
 
 struct Read
@@ -329,7 +345,7 @@ struct Read
     std::uint8_t format = 0;
 };
 
-Read ReadFromOther(Selection selection, std::string_view target, milliseconds patience, std::size_t limit)
+Read ReadFromOther(Selection selection, std::string_view target, std::uint64_t until, std::size_t limit)
 {
     if (!TheConnection().IsOpen())
         return {true, std::nullopt, 0};
@@ -338,7 +354,7 @@ Read ReadFromOther(Selection selection, std::string_view target, milliseconds pa
     PropertyReader reader(window);
     SelectionReading reading(reader, state.port.AtomOf("INCR"), limit);
     Question question{window, AtomOf(selection), state.port.AtomOf(target), reading};
-    const bool answered = Ask(question, patience);
+    const bool answered = Ask(question, [&](const Question& asked) { return WaitFor(asked, until); });
     if (!answered || reading.Current() == SelectionReading::State::Failed)
         state.readingWindow = 0;
     if (reading.Current() != SelectionReading::State::Done)
@@ -448,11 +464,11 @@ std::shared_ptr<const SelectionSource> OfferedSelection(Selection selection)
     return OwnerOf(selection).Source();
 }
 
-std::optional<std::vector<std::string>> SelectionTargets(Selection selection, std::chrono::milliseconds patience)
+std::optional<std::vector<std::string>> SelectionTargets(Selection selection, std::uint64_t until)
 {
     if (const auto own = OfferedSelection(selection))
         return own->Targets();
-    const x11::Read read = x11::ReadFromOther(selection, "TARGETS", patience, x11::kMostTargets * sizeof(xcb_atom_t));
+    const x11::Read read = x11::ReadFromOther(selection, "TARGETS", until, x11::kMostTargets * sizeof(xcb_atom_t));
     if (!read.answered)
         return std::nullopt;
     std::vector<std::string> names;
@@ -466,8 +482,8 @@ std::optional<std::vector<std::string>> SelectionTargets(Selection selection, st
     return names;
 }
 
-std::optional<std::string> ReadSelection(Selection selection, std::string_view target,
-                                         std::chrono::milliseconds patience, std::size_t limit)
+std::optional<std::string> ReadSelection(Selection selection, std::string_view target, std::uint64_t until,
+                                         std::size_t limit)
 {
     if (const auto own = OfferedSelection(selection))
     {
@@ -475,7 +491,7 @@ std::optional<std::string> ReadSelection(Selection selection, std::string_view t
         auto content = own->Content(target);
         return content && content->size() <= limit ? std::move(content) : std::nullopt;
     }
-    x11::Read read = x11::ReadFromOther(selection, target, patience, limit);
+    x11::Read read = x11::ReadFromOther(selection, target, until, limit);
     return read.format == 8 ? std::move(read.content) : std::nullopt;
 }
 
@@ -499,7 +515,8 @@ bool SaveClipboard(std::chrono::milliseconds patience)
     x11::PropertyReader reader(window);
     x11::SelectionReading reading(reader, port.AtomOf("INCR"), x11::kLargestPiece);
     x11::Question question{window, manager, port.AtomOf("SAVE_TARGETS"), reading};
-    return x11::Ask(question, patience) && reading.Current() != x11::SelectionReading::State::Refused;
+    const auto wait = [&](const x11::Question& asked) { return x11::WaitWhileItGoesOn(asked, patience); };
+    return x11::Ask(question, wait) && reading.Current() != x11::SelectionReading::State::Refused;
 }
 
 } // namespace platform::screen
