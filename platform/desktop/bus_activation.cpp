@@ -1,13 +1,9 @@
 // Activation over D-Bus.
 #include "platform/desktop/bus_activation.h"
 
-#include "platform/desktop/glib_owner.h"
+#include "platform/desktop/bus_talk.h"
 
 #include <algorithm>
-#include <chrono>
-#include <condition_variable>
-#include <mutex>
-#include <thread>
 
 namespace platform
 {
@@ -63,68 +59,25 @@ GVariant* Arguments(const BusRequest& request)
     return g_variant_new("(@as@a{sv})", g_variant_builder_end(&uris), PlatformData(request));
 }
 
-/// True when the application answered or may yet do so.
-bool CallApplication(const BusRequest& request)
+} // namespace
+
+bool ActivateOverBus(const BusRequest& request)
 {
     const std::string name = BusNameOf(request.entryPath);
     const std::string path = ObjectPathOf(name);
-    const GObjectOwner<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
-    if (bus == nullptr || !g_dbus_is_name(name.c_str()) || !g_variant_is_object_path(path.c_str()))
+    if (!g_dbus_is_name(name.c_str()) || !g_variant_is_object_path(path.c_str()))
         return false;
-    g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
+    BusTalk talk;
+    GDBusConnection* bus = talk.Bus();
+    if (bus == nullptr)
+        return false;
     GError* error = nullptr;
-    GVariant* reply = g_dbus_connection_call_sync(bus.get(), name.c_str(), path.c_str(), "org.freedesktop.Application",
-                                                  MethodOf(request), Arguments(request), nullptr,
-                                                  G_DBUS_CALL_FLAGS_NONE, kAnswerTimeout, nullptr, &error);
-    if (reply != nullptr)
-    {
-        g_variant_unref(reply);
-        return true;
-    }
+    const GVariantOwner reply(g_dbus_connection_call_sync(
+        bus, name.c_str(), path.c_str(), "org.freedesktop.Application", MethodOf(request), Arguments(request), nullptr,
+        G_DBUS_CALL_FLAGS_NONE, kAnswerTimeout, nullptr, &error));
     const GErrorOwner owner(error);
-    return g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT) != FALSE ||
+    return reply != nullptr || g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT) != FALSE ||
            g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_NO_REPLY) != FALSE;
-}
-
-/// What the launching thread and the asking thread share.
-struct Outcome
-{
-    std::mutex mutex;
-    std::condition_variable known;
-    bool isKnown = false;
-    bool isAwaited = true;
-    std::string reason;
-};
-
-} // namespace
-
-std::string ActivateOverBus(BusRequest request, std::function<std::string()> runCommand, std::shared_ptr<LaunchEnd> end)
-{
-    constexpr std::chrono::milliseconds kPatience{150};
-    const auto outcome = std::make_shared<Outcome>();
-    const auto ask = [request = std::move(request), runCommand, end = std::move(end), outcome]
-    {
-        std::string reason = CallApplication(request) ? "" : runCommand();
-        const std::lock_guard lock(outcome->mutex);
-        if (!outcome->isAwaited)
-            end->Fail(std::move(reason));
-        else
-            outcome->reason = std::move(reason);
-        outcome->isKnown = true;
-        outcome->known.notify_one();
-    };
-    try
-    {
-        std::thread(ask).detach();
-    }
-    catch (const std::system_error&)
-    {
-        return runCommand();
-    }
-    std::unique_lock lock(outcome->mutex);
-    outcome->known.wait_for(lock, kPatience, [&] { return outcome->isKnown; });
-    outcome->isAwaited = false;
-    return outcome->reason;
 }
 
 } // namespace platform

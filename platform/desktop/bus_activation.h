@@ -1,10 +1,8 @@
 // Starting applications through the session bus: the interface org.freedesktop.Application.
 #pragma once
 
-#include "platform/desktop/entry_launch.h"
-
-#include <functional>
-#include <memory>
+#include <string>
+#include <vector>
 
 namespace platform
 {
@@ -17,11 +15,8 @@ struct BusRequest
     std::string startupId; ///< "" for none
 };
 
-/// Asks the application to activate itself, to run the action or to open the URIs, from a thread of its own. When the
-/// bus cannot have it started, `runCommand` is tried on that thread. Waits a moment for a failure; returns "" when
-/// there was none so far, else the reason. `end` is kept until the application has answered, five seconds at most, and
-/// told a failure that comes after that moment.
-std::string ActivateOverBus(BusRequest request, std::function<std::string()> runCommand,
-                            std::shared_ptr<LaunchEnd> end);
+/// Asks the application to activate itself, to run the action or to open the URIs, and waits for its answer. False when
+/// it cannot be had over the bus; one that is slow to answer may yet do it.
+bool ActivateOverBus(const BusRequest& request);
 
 } // namespace platform

@@ -32,6 +32,8 @@ public:
     bool Wait(const std::function<bool()>& done, std::chrono::milliseconds limit = kForEver);
     /// The session bus; null when there is none or it does not answer in time.
     GDBusConnection* Bus();
+    /// Whether there is a bus that does not answer. What GIO does over the session bus then waits for ever.
+    bool BusIsStuck() { return Bus() == nullptr && !m_answers.back().isThere; }
     /// A method's reply; null on failure. Takes the arguments over when they are floating.
     GVariantOwner Call(const char* name, const char* path, const char* method, GVariant* arguments,
                        GUnixFDList* descriptors = nullptr);

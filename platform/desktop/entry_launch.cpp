@@ -2,13 +2,20 @@
 #include "platform/desktop/entry_launch.h"
 
 #include "platform/desktop/bus_activation.h"
+#include "platform/desktop/bus_talk.h"
 #include "platform/desktop/desktop_entry.h"
 #include "platform/desktop/spawn.h"
 #include "platform/desktop/startup_notice.h"
 
 #include <gio/gdesktopappinfo.h>
 
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <mutex>
 #include <string_view>
+#include <system_error>
+#include <thread>
 
 namespace platform
 {
@@ -111,6 +118,9 @@ std::string Announce(GKeyFile* entry, const char* program)
 
 std::string LaunchInfo(GDesktopAppInfo* info, const std::vector<std::string>& uris, const std::string& startupId)
 {
+    BusTalk talk; // GIO tells the session bus of what it has started
+    if (talk.BusIsStuck())
+        return "The session bus does not answer.";
     GList* list = nullptr;
     for (const std::string& uri : uris)
         list = g_list_append(list, const_cast<char*>(uri.c_str()));
@@ -152,17 +162,65 @@ std::string RunCommand(const std::string& path, const std::vector<std::string>& 
     return reason;
 }
 
+/// What the launching thread and the waiting one share.
+struct Outcome
+{
+    std::mutex mutex;
+    std::condition_variable known;
+    bool isKnown = false;
+    bool isAwaited = true;
+    std::string reason;
+};
+
+/// Runs `launch` on a thread of its own and waits for its failure, but only so long; one that comes later is told by
+/// `end`, which is kept until then.
+std::string LaunchOnThread(std::chrono::milliseconds patience, std::function<std::string()> launch,
+                           std::shared_ptr<LaunchEnd> end)
+{
+    const auto outcome = std::make_shared<Outcome>();
+    const auto run = [launch, end = std::move(end), outcome]
+    {
+        std::string reason = launch();
+        const std::lock_guard lock(outcome->mutex);
+        if (!outcome->isAwaited)
+            end->Fail(std::move(reason));
+        else
+            outcome->reason = std::move(reason);
+        outcome->isKnown = true;
+        outcome->known.notify_one();
+    };
+    try
+    {
+        std::thread(run).detach();
+    }
+    catch (const std::system_error&)
+    {
+        return launch();
+    }
+    std::unique_lock lock(outcome->mutex);
+    outcome->known.wait_for(lock, patience, [&] { return outcome->isKnown; });
+    outcome->isAwaited = false;
+    return outcome->reason;
+}
+
 } // namespace
 
 std::string LaunchEntry(const std::string& entryPath, const std::vector<std::string>& uris,
                         const std::shared_ptr<LaunchEnd>& end, const std::string& action)
 {
+    constexpr std::chrono::milliseconds kUntilStarted{1000};
+    constexpr std::chrono::milliseconds kUntilActivated{150}; // the application's own start may take seconds
     const GKeyFileOwner entry = LoadDesktopEntry(entryPath.c_str());
     if (entry == nullptr || !EntryFlag(entry.get(), G_KEY_FILE_DESKTOP_KEY_DBUS_ACTIVATABLE))
-        return RunCommand(entryPath, uris, action, {});
+        return LaunchOnThread(
+            kUntilStarted, [=] { return RunCommand(entryPath, uris, action, {}); }, end);
     const std::string startupId = Announce(entry.get(), nullptr);
-    return ActivateOverBus(
-        {entryPath, uris, action, startupId}, [=] { return RunCommand(entryPath, uris, action, startupId); }, end);
+    const auto launch = [=]
+    {
+        return ActivateOverBus({entryPath, uris, action, startupId}) ? std::string()
+                                                                     : RunCommand(entryPath, uris, action, startupId);
+    };
+    return LaunchOnThread(kUntilActivated, launch, end);
 }
 
 } // namespace platform

@@ -28,8 +28,8 @@ private:
 };
 
 /// Starts the application of a desktop entry with the URIs, or the one of its actions that is named. Returns "" on
-/// success, else the reason in one sentence.
-/// An application that is activated over D-Bus is asked without waiting for its window; `end` lives until it answered.
+/// success, else the reason in one sentence; a failure that takes long to come is told by `end`, which lives until
+/// then.
 std::string LaunchEntry(const std::string& entryPath, const std::vector<std::string>& uris,
                         const std::shared_ptr<LaunchEnd>& end, const std::string& action = {});
 

@@ -20,9 +20,14 @@ std::u16string ShellPath(const std::filesystem::path& path)
 class ShellPeers : public testing::Test
 {
 protected:
-    void SetUp() override { m_folder = NewFolder(); }
+    void SetUp() override
+    {
+        m_folder = NewFolder();
+        setenv("PATH", (Home() / "bin").c_str(), 1); // no picker of the machine's own
+    }
     void TearDown() override
     {
+        setenv("PATH", m_path.c_str(), 1);
         if (m_desktop > 0)
         {
             kill(m_desktop, SIGKILL);
@@ -41,7 +46,8 @@ protected:
         std::string words[] = {ORB_BUS_DESKTOP, (m_folder / "report").native(), (m_folder / "behaviour").native()};
         char* arguments[] = {words[0].data(), words[1].data(), words[2].data(), nullptr};
         ASSERT_EQ(posix_spawn(&m_desktop, arguments[0], nullptr, nullptr, arguments, environ), 0);
-        const std::string owned = "dbus-send --session --print-reply --dest=org.freedesktop.portal.Desktop "
+        const std::string owned = "PATH='" + m_path +
+                                  "'; dbus-send --session --print-reply --dest=org.freedesktop.portal.Desktop "
                                   "/ org.freedesktop.DBus.Peer.Ping >/dev/null 2>&1";
         ASSERT_TRUE(WaitFor([&] { return std::system(owned.c_str()) == 0; }));
     }
@@ -110,6 +116,7 @@ protected:
         return done;
     }
 
+    const std::string m_path = getenv("PATH");
     std::filesystem::path m_folder;
     pid_t m_desktop = -1;
     int m_boxes = 0;
