@@ -24,8 +24,11 @@ public:
     {
         if (getpid() != m_owner)
             return; // a process that a test has forked
-        kill(m_process, SIGTERM);
-        waitpid(m_process, nullptr, 0);
+        if (m_process > 0) // -1 would be everybody's
+        {
+            kill(m_process, SIGTERM);
+            waitpid(m_process, nullptr, 0);
+        }
         std::filesystem::remove_all(m_folder);
     }
     SessionBus(const SessionBus&) = delete;
@@ -47,7 +50,8 @@ private:
         for (const char* argument : {"dbus-daemon", "--session", "--nofork", "--nopidfile", address.c_str()})
             arguments.push_back(const_cast<char*>(argument));
         arguments.push_back(nullptr);
-        posix_spawnp(&m_process, arguments[0], nullptr, nullptr, arguments.data(), environ);
+        if (posix_spawnp(&m_process, arguments[0], nullptr, nullptr, arguments.data(), environ) != 0)
+            m_process = -1;
     }
     const pid_t m_owner = getpid();
     std::filesystem::path m_folder;
