@@ -2,6 +2,8 @@
 // dialog itself (WM_COPY).
 #include "platform/dialogs/dialog.h"
 
+#include "platform/dialogs/mnemonic.h"
+#include "platform/windowing/mnemonic_key.h"
 #include "platform/windowing/window.h"
 
 namespace platform
@@ -62,26 +64,12 @@ bool HandleKeyDown(HWND dialog, const MSG& message)
     }
 }
 
-WCHAR UpperCaseOf(WCHAR letter)
-{
-    return static_cast<WCHAR>(reinterpret_cast<ULONG_PTR>(CharUpperW(MAKEINTRESOURCEW(letter))));
-}
-
-/// The letter behind the last single ampersand, which is the one that is underlined; 0 for none.
 WCHAR MnemonicOf(HWND control)
 {
     constexpr int kRoom = 256;
     WCHAR text[kRoom];
     const int length = GetWindowTextW(control, text, kRoom);
-    WCHAR mnemonic = 0;
-    for (int i = 0; i + 1 < length; ++i)
-    {
-        if (text[i] != u'&')
-            continue;
-        ++i;
-        mnemonic = text[i] != u'&' ? text[i] : mnemonic;
-    }
-    return UpperCaseOf(mnemonic);
+    return UpperCaseOf(MarkedLetter({text, static_cast<std::size_t>(length)}));
 }
 
 bool HasMnemonic(HWND control, WCHAR letter)
@@ -102,17 +90,8 @@ void FollowMnemonic(HWND dialog, HWND control)
         SendMessageW(control, BM_CLICK, 0, 0);
 }
 
-bool HandleCharacter(HWND dialog, const MSG& message)
+bool FollowLetter(HWND dialog, WCHAR letter)
 {
-    const bool plain = message.message == WM_CHAR;
-    if (plain && (DialogCode(message.hwnd) & (DLGC_WANTCHARS | DLGC_WANTMESSAGE)) != 0)
-        return false;
-    if (message.wParam == kCopyCharacter)
-    {
-        SendMessageW(dialog, WM_COPY, 0, 0);
-        return true;
-    }
-    const WCHAR letter = UpperCaseOf(static_cast<WCHAR>(message.wParam));
     const Window* window = FindObject<Window>(dialog);
     for (const HWND control : window != nullptr && letter > u' ' ? HandlesOf(window->children) : std::vector<HWND>())
     {
@@ -123,6 +102,20 @@ bool HandleCharacter(HWND dialog, const MSG& message)
         }
     }
     return false;
+}
+
+bool HandleCharacter(HWND dialog, const MSG& message)
+{
+    const bool plain = message.message == WM_CHAR;
+    if (plain && (DialogCode(message.hwnd) & (DLGC_WANTCHARS | DLGC_WANTMESSAGE)) != 0)
+        return false;
+    if (message.wParam == kCopyCharacter)
+    {
+        SendMessageW(dialog, WM_COPY, 0, 0);
+        return true;
+    }
+    return FollowLetter(dialog, UpperCaseOf(static_cast<WCHAR>(message.wParam))) ||
+           FollowLetter(dialog, LatinLetterOf(message));
 }
 
 bool HandleKey(HWND dialog, const MSG& message)

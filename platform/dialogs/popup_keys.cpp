@@ -1,6 +1,8 @@
 // The rules of popup_keys.h.
 #include "platform/dialogs/popup_keys.h"
 
+#include "platform/dialogs/mnemonic.h"
+
 namespace platform
 {
 
@@ -8,25 +10,6 @@ namespace
 {
 
 constexpr LPARAM kWasDown = 1 << 30; ///< bit of a key message's lParam: the key repeats
-
-char16_t Upper(char16_t letter)
-{
-    return static_cast<char16_t>(reinterpret_cast<ULONG_PTR>(CharUpperW(MAKEINTRESOURCEW(letter))));
-}
-
-/// The letter that '&' marks ("&&" is the character itself, the last mark counts); 0 for none.
-char16_t MarkedLetter(std::u16string_view text)
-{
-    char16_t marked = 0;
-    for (std::size_t i = 0; i + 1 < text.size(); ++i)
-    {
-        if (text[i] != u'&')
-            continue;
-        ++i;
-        marked = text[i] != u'&' ? text[i] : marked;
-    }
-    return marked;
-}
 
 enum class Rank : std::uint8_t
 {
@@ -41,8 +24,8 @@ Rank RankOf(const MenuItem& item, char16_t letter)
         return Rank::None;
     const std::u16string_view text = ItemText(item.text);
     if (const char16_t marked = MarkedLetter(text))
-        return Upper(marked) == letter ? Rank::Marked : Rank::None;
-    return !text.empty() && Upper(text.front()) == letter ? Rank::First : Rank::None;
+        return UpperCaseOf(marked) == letter ? Rank::Marked : Rank::None;
+    return !text.empty() && UpperCaseOf(text.front()) == letter ? Rank::First : Rank::None;
 }
 
 LetterMatch FindRank(std::span<const MenuItem> items, int from, char16_t letter, Rank rank)
@@ -117,7 +100,7 @@ int NextItem(std::span<const MenuItem> items, int from, int step)
 
 LetterMatch FindLetter(std::span<const MenuItem> items, int from, char16_t letter)
 {
-    const char16_t upper = Upper(letter);
+    const char16_t upper = UpperCaseOf(letter);
     const LetterMatch marked = FindRank(items, from, upper, Rank::Marked);
     return marked.item >= 0 ? marked : FindRank(items, from, upper, Rank::First);
 }

@@ -12,6 +12,7 @@
 #include "platform/dialogs/popup_keys.h"
 #include "platform/dialogs/popup_menu.h"
 #include "platform/windowing/message_queue.h"
+#include "platform/windowing/mnemonic_key.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -50,7 +51,7 @@ private:
     void TakeMessage();
     bool IsPressOutside(const MSG& message) const;
     void OnKey(const MSG& message);
-    void OnLetter(char16_t letter);
+    void OnLetter(const MSG& message);
     void OnMouse(const MSG& message);
     void OnPress(POINT point);
     void OnRelease(POINT point);
@@ -213,7 +214,7 @@ void PopupTracking::TakeMessage()
     if (!PeekMessageW(&message, nullptr, message.message, message.message, PM_REMOVE) || !Going())
         return;
     if (message.message == WM_CHAR || message.message == WM_SYSCHAR)
-        OnLetter(static_cast<char16_t>(message.wParam));
+        OnLetter(message);
     else if (IsIn(message.message, WM_KEYFIRST, WM_KEYLAST))
         OnKey(message);
     else if (IsIn(message.message, WM_MOUSEFIRST, WM_MOUSELAST))
@@ -271,10 +272,14 @@ void PopupTracking::OnKey(const MSG& message)
     }
 }
 
-void PopupTracking::OnLetter(char16_t letter)
+void PopupTracking::OnLetter(const MSG& message)
 {
     const int depth = ActiveDepth();
-    const LetterMatch match = FindLetter(Popup(depth).Items(), Popup(depth).Hot(), letter);
+    const std::vector<MenuItem>& items = Popup(depth).Items();
+    const int hot = Popup(depth).Hot();
+    LetterMatch match = FindLetter(items, hot, static_cast<WCHAR>(message.wParam));
+    if (const WCHAR latin = LatinLetterOf(message); match.item < 0 && latin != 0)
+        match = FindLetter(items, hot, latin);
     if (match.item < 0)
         return;
     MoveTo(depth, match.item);

@@ -4,6 +4,7 @@
 #include "platform/windowing/input_events.h"
 #include "platform/windowing/input_state.h"
 #include "platform/windowing/message_queue.h"
+#include "platform/windowing/mnemonic_key.h"
 #include "platform/windowing/window.h"
 
 #include <cstring>
@@ -175,6 +176,15 @@ void CommitKey(const screen::Event& event)
 {
     NoteKey(event.virtualKey, event.type == screen::EventType::KeyDown);
     State().current = event;
+}
+
+WCHAR LatinLetterOf(const MSG& character)
+{
+    const screen::Event& key = State().current;
+    const bool typed = key.type == screen::EventType::KeyDown && key.text[0] == character.wParam;
+    const bool letter = key.virtualKey >= 'A' && key.virtualKey <= 'Z';
+    const bool latin = character.wParam < 0x250; // what follows are other scripts
+    return typed && letter && !latin ? key.virtualKey : WCHAR{0};
 }
 
 } // namespace platform

@@ -81,6 +81,8 @@ TEST_F(MessageBoxes, KeysAnswer)
     EXPECT_EQ(Show(MB_YESNO, {key('N')}), IDNO);
     EXPECT_EQ(Show(MB_YESNO, {key(VK_ESCAPE), key('Y')}), IDYES) << "a question has to be answered";
     EXPECT_EQ(Show(MB_YESNO | 0x100, {key(VK_RETURN)}), IDNO) << "the second button is the default";
+    const auto cyrillic = [] { platform::headless::PressKey('N', u"\u0442"); };
+    EXPECT_EQ(Show(MB_YESNO, {cyrillic}), IDNO) << "the letter on the key, under another layout";
 }
 
 TEST_F(MessageBoxes, EveryKindHasItsButtonsAndItsCancel)

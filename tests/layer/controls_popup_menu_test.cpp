@@ -182,6 +182,15 @@ TEST_F(PopupMenus, AFirstLetterThatSeveralHaveGoesFromOneToTheNext)
     EXPECT_EQ(Track({Key('R')}), 2) << "the only one is chosen";
 }
 
+TEST_F(PopupMenus, UnderAnotherLayoutTheLetterOnTheKeyCounts)
+{
+    Fill(menu, {u"&Copy", u"\u0421\u0442\u0435\u0440\u0435\u0442\u044C", u"&Delete"});
+    const auto type = [](BYTE key, const char16_t* text) { return [=] { platform::headless::PressKey(key, text); }; };
+    EXPECT_EQ(Track({type('D', u"\u0432")}), 3);
+    EXPECT_EQ(Track({type('C', u"\u0441")}), 2) << "what was typed comes first";
+    EXPECT_EQ(Track({type('D', u"\u00E9"), Key(VK_ESCAPE)}), 0) << "Latin letters mean themselves";
+}
+
 TEST_F(PopupMenus, KeysGoInAndOutOfSubMenus)
 {
     Fill(menu, {u"Open"});
