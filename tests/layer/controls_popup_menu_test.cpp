@@ -3,8 +3,11 @@
 #include "platform/dialogs/menu.h"
 #include "tests/layer/controls_desk.h"
 
+#include <algorithm>
 #include <functional>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace
@@ -207,4 +210,200 @@ TEST_F(PopupMenus, TheMouseChooses)
     EXPECT_EQ(Track({ClickRow(0, 0)}), 1);
     // The separator is lower than a row, so that the middle of the third row's place is in "Copy".
     EXPECT_EQ(Track({ClickRow(0, 1)}), 3);
+}
+
+TEST_F(PopupMenus, PressingDraggingAndLettingGoChooses)
+{
+    Fill(menu, {u"Open", u"Copy", u"Delete"});
+    const Step press = [] { PressButton(Button::Right); };
+    const Step release = [] { ReleaseButton(Button::Right); };
+    MoveMouse(650, 150);
+    press();
+    Pump();
+    EXPECT_EQ(Track({release, Expect(1), Key(VK_ESCAPE)}, TPM_RETURNCMD | TPM_RIGHTBUTTON, {645, 145}), 0)
+        << "where it opened, a release is that of the opening press";
+    press();
+    Pump();
+    EXPECT_EQ(Track({Hover(0, 1), release}, TPM_RETURNCMD | TPM_RIGHTBUTTON, {645, 145}), 2);
+    EXPECT_EQ(Track({Hover(0, 1), press, release, Key(VK_ESCAPE)}), 0) << "the right button has to be asked for";
+    const Step letGoOutside = []
+    {
+        MoveMouse(500, 500);
+        ReleaseButton(Button::Left);
+    };
+    EXPECT_EQ(Track({Hover(0, 1), letGoOutside, Expect(1), Key(VK_RETURN), Key(VK_ESCAPE)}), 0)
+        << "outside nothing is chosen, nor marked any more";
+}
+
+TEST_F(PopupMenus, APressOutsideEndsItAndIsNotLost)
+{
+    Fill(menu, {u"Open"});
+    EXPECT_EQ(Track({[]
+                     {
+                         MoveMouse(650, 150);
+                         PressButton(Button::Left);
+                     }}),
+              0);
+    Pump();
+    const auto pressed = [](const Record& record) { return record.message == WM_LBUTTONDOWN; };
+    EXPECT_EQ(std::ranges::count_if(m_records, pressed), 1);
+    ReleaseButton(Button::Left);
+}
+
+TEST_F(PopupMenus, RestingOnAnItemOpensAndClosesSubMenus)
+{
+    Fill(menu, {u"Open"});
+    AddSubMenu(u"More", {u"One", u"Two"}, 10);
+    AddSubMenu(u"Others", {u"Three"}, 20);
+    DWORD delay = 0;
+    SystemParametersInfoW(SPI_GETMENUSHOWDELAY, 0, &delay, 0);
+    const Step rest = [=] { platform::AdvanceManualClock(delay); };
+    const Step almost = [=] { platform::AdvanceManualClock(delay - 1); };
+    EXPECT_EQ(Track({Hover(0, 1), almost, Expect(1), [] { platform::AdvanceManualClock(1); }, Expect(2),
+                     // On the slanting way into the sub-menu another item may be crossed.
+                     Hover(0, 2), Hover(1, 1), rest, Expect(2), ClickRow(1, 1)}),
+              11);
+    EXPECT_EQ(Track({Hover(0, 1), rest, Hover(0, 2), rest, Expect(2), Hover(0, 0), rest, Expect(1), ClickRow(0, 0)}),
+              1);
+    EXPECT_EQ(Track({ClickRow(0, 1), Expect(2), ClickRow(0, 1), Expect(2), Key(VK_LEFT), Expect(1), Key(VK_ESCAPE)}),
+              0);
+}
+
+TEST_F(PopupMenus, ASubMenuIsFilledWhenItFirstShows)
+{
+    const HMENU sub = AddSubMenu(u"More", {}, 10);
+    int filled = 0;
+    FindObject<Menu>(sub)->fill = [&](HMENU handle)
+    {
+        ++filled;
+        Fill(handle, {u"One"}, 10);
+    };
+    EXPECT_EQ(Track({Key(VK_DOWN), Key(VK_ESCAPE)}), 0);
+    EXPECT_EQ(filled, 0) << "what nobody looks at is not made";
+    EXPECT_EQ(Track({Key(VK_DOWN), Key(VK_RIGHT), Key(VK_LEFT), Key(VK_RIGHT), Key(VK_RETURN)}), 10);
+    EXPECT_EQ(filled, 1);
+}
+
+TEST_F(PopupMenus, ATallMenuScrollsByKeysWheelAndArrows)
+{
+    for (UINT i = 1; i <= 60; ++i)
+        AppendMenuW(menu, MF_STRING, i, u"Entry");
+    const auto hover = [](bool bottom)
+    {
+        return [=]
+        {
+            const RECT bounds = Popups().at(0);
+            EXPECT_EQ(bounds.bottom - bounds.top, 600) << "as tall as the work area";
+            MoveMouse(bounds.left + 40, bottom ? bounds.bottom - 4 : bounds.top + 4);
+        };
+    };
+    // What is under the pointer is chosen by a click: it tells what has been scrolled to.
+    const int arrow = 12;
+    const auto clickFirst = [=]
+    {
+        const RECT bounds = Popups().at(0);
+        MoveMouse(bounds.left + 40, bounds.top + 1 + arrow + kRow / 2);
+        PressButton(Button::Left);
+        ReleaseButton(Button::Left);
+    };
+    const Step wheel = []
+    {
+        const RECT bounds = Popups().at(0);
+        MoveMouse(bounds.left + 40, bounds.top + 100);
+        TurnWheel(-1);
+    };
+    const Step tick = [] { platform::AdvanceManualClock(60); };
+    EXPECT_EQ(Track({clickFirst}), 1);
+    EXPECT_EQ(Track({Key(VK_END), Key(VK_RETURN)}), 60);
+    EXPECT_EQ(Track({Key(VK_END), Key(VK_HOME), clickFirst}), 1);
+    EXPECT_EQ(Track({wheel, clickFirst}), 2);
+    EXPECT_EQ(Track({hover(true), tick, tick, clickFirst}), 3);
+    EXPECT_EQ(Track({hover(true), tick, tick, hover(false), tick, clickFirst}), 2);
+    EXPECT_EQ(Track({hover(true), tick, wheel, tick, tick, clickFirst}), 3) << "off the arrow it stands still";
+}
+
+TEST_F(PopupMenus, WhateverEndsItFromOutsideLeavesNothing)
+{
+    Fill(menu, {u"Open"});
+    AddSubMenu(u"More", {u"One"}, 10);
+    const Steps open = {Key(VK_UP), Key(VK_RIGHT), Expect(2)};
+    const auto ends = [&](const Step& step)
+    {
+        Steps steps = open;
+        steps.push_back(step);
+        return Track(steps);
+    };
+    EXPECT_EQ(ends([this] { SendMessageW(owner, WM_CANCELMODE, 0, 0); }), 0);
+    EXPECT_EQ(ends([] { ActivateOtherApplication(); }), 0);
+    SetForegroundWindow(owner);
+    EXPECT_EQ(ends([] { PostQuitMessage(7); }), 0);
+    MSG quit{};
+    EXPECT_TRUE(PeekMessageW(&quit, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) << "the quit is the outer loop's";
+    EXPECT_EQ(ends([this] { ShowWindow(owner, SW_HIDE); }), 0);
+    ShowWindow(owner, SW_SHOW);
+    EXPECT_EQ(ends([this] { DestroyMenu(menu); }), 0);
+    menu = CreatePopupMenu();
+    Fill(menu, {u"Open"});
+    AddSubMenu(u"More", {u"One"}, 10);
+    EXPECT_EQ(ends([this] { DestroyWindow(owner); }), 0);
+}
+
+TEST_F(PopupMenus, AMenuThatGoesWhileItIsPreparedIsNotShown)
+{
+    Fill(menu, {u"Open"});
+    const HMENU sub = AddSubMenu(u"More", {u"One"}, 10);
+    m_handlers[WM_INITMENUPOPUP] = [&](HWND, WPARAM wParam, LPARAM) -> std::optional<LRESULT>
+    {
+        if (reinterpret_cast<HMENU>(wParam) == sub)
+            DestroyMenu(menu);
+        return std::nullopt;
+    };
+    EXPECT_EQ(Track({Key(VK_UP), Key(VK_RIGHT)}), 0);
+    menu = CreatePopupMenu();
+    Fill(menu, {u"Open"});
+    m_handlers[WM_INITMENUPOPUP] = [&](HWND, WPARAM, LPARAM) -> std::optional<LRESULT>
+    {
+        DestroyWindow(owner);
+        return std::nullopt;
+    };
+    EXPECT_EQ(Track({}), 0);
+}
+
+TEST_F(PopupMenus, WhateverFailsNothingIsLeft)
+{
+    static int allowed = 0;
+    static bool failed = false;
+    Fill(menu, {u"Open"});
+    AddSubMenu(u"More", {u"One"}, 10);
+    failed = true;
+    for (int sound = 0; failed; ++sound)
+    {
+        SCOPED_TRACE(sound);
+        allowed = sound;
+        failed = false;
+        platform::SetFaultHook(
+            [](const char* call)
+            {
+                const bool fail = std::string_view(call) != "PostMessageW" && allowed-- == 0;
+                failed |= fail;
+                return fail;
+            });
+        int turn = 0;
+        platform::headless::SetIdleHandler(
+            [&]
+            {
+                constexpr BYTE kKeys[] = {VK_UP, VK_RIGHT, VK_ESCAPE, VK_ESCAPE};
+                PressKey(kKeys[std::min<std::size_t>(static_cast<std::size_t>(turn++), 3)]);
+                return true;
+            });
+        EXPECT_EQ(TrackPopupMenuEx(menu, TPM_RETURNCMD, 100, 100, owner, nullptr), 0);
+        platform::SetFaultHook(nullptr);
+        platform::headless::SetIdleHandler(nullptr);
+        EXPECT_EQ(Popups().size(), 0U);
+        EXPECT_EQ(GetCapture(), nullptr);
+        EXPECT_EQ(platform::LiveHandles(platform::HandleKind::Font), 0U);
+        EXPECT_TRUE(IsWindowEnabled(owner));
+        ASSERT_LT(turn, 100);
+        ASSERT_LT(sound, 1000);
+    }
 }
