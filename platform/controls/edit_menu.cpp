@@ -1,6 +1,8 @@
 // The edit control's context menu.
 #include "platform/controls/edit.h"
 
+#include "platform/windowing/clipboard.h"
+
 namespace platform
 {
 
@@ -27,7 +29,7 @@ void Edit::ShowMenu(LPARAM position)
         {0, nullptr, false},
         {WM_CUT, TEXT("Cu&t\tCtrl+X"), writable && marked},
         {WM_COPY, TEXT("&Copy\tCtrl+C"), marked},
-        {WM_PASTE, TEXT("&Paste\tCtrl+V"), writable},
+        {WM_PASTE, TEXT("&Paste\tCtrl+V"), writable && ClipboardMayHoldText()},
         {WM_CLEAR, TEXT("&Delete\tDel"), writable && marked},
         {0, nullptr, false},
         {EM_SETSEL, TEXT("Select &All\tCtrl+A"), !allMarked},

@@ -16,14 +16,17 @@ namespace
 
 using screen::Selection;
 
-constexpr std::uint64_t kReadPatience = 1000; // milliseconds
+// Milliseconds.
+constexpr std::uint64_t kReadPatience = 1000;
+constexpr std::uint64_t kMenuPatience = 16; ///< a frame
 // A manager reads everything before it answers, and nobody waits: the windows have gone.
 constexpr std::chrono::milliseconds kManagerPatience{3000};
 constexpr std::size_t kMostBytes = 64 << 20;
 
 constexpr std::string_view kUtf8 = "UTF8_STRING";
 constexpr std::string_view kUtf8Type = "text/plain;charset=utf-8";
-constexpr std::string_view kLatin1 = "STRING"; // ISO 8859-1 (ICCCM 2.6.2)
+constexpr std::string_view kLatin1 = "STRING";                           // ISO 8859-1 (ICCCM 2.6.2)
+constexpr std::string_view kTextTargets[] = {kUtf8, kUtf8Type, kLatin1}; ///< the best first
 
 class ClipboardContent final : public screen::SelectionSource
 {
@@ -127,7 +130,7 @@ std::optional<std::u16string> ClipboardText(Selection selection)
     const auto targets = screen::SelectionTargets(selection, until);
     if (!targets)
         return std::nullopt;
-    for (const std::string_view target : {kUtf8, kUtf8Type, kLatin1})
+    for (const std::string_view target : kTextTargets)
     {
         if (std::ranges::find(*targets, target) == targets->end())
             continue;
@@ -135,6 +138,12 @@ std::optional<std::u16string> ClipboardText(Selection selection)
             return target == kLatin1 ? Utf16FromLatin1(*text) : Utf16FromUtf8(*text);
     }
     return std::nullopt;
+}
+
+bool ClipboardMayHoldText()
+{
+    const auto targets = ClipboardTargets(NowMs() + kMenuPatience);
+    return !targets || std::ranges::find_first_of(*targets, kTextTargets) != targets->end();
 }
 
 void HandClipboardOver()

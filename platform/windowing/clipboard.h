@@ -30,6 +30,8 @@ std::optional<std::string> ReadClipboard(std::string_view target, std::uint64_t 
 bool PutTextOnClipboard(std::u16string_view text, screen::Selection selection = screen::Selection::Clipboard);
 /// Nothing when there is no text, or when it has not come within a second.
 std::optional<std::u16string> ClipboardText(screen::Selection selection = screen::Selection::Clipboard);
+/// Whether a menu should offer to paste: also true when the clipboard's owner does not say within a frame.
+bool ClipboardMayHoldText();
 
 /// For the end of the program, its windows gone: hands what it has put on the clipboard to the desktop's clipboard
 /// manager. Where there is none, or it does not answer, the process reference stays held.
