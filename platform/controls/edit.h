@@ -72,6 +72,7 @@ private:
     CaretPlace WordSideways(int step);
     CaretPlace SelectionSide(int step);
     void MoveTo(CaretPlace place, bool extend);
+    void MarkAll();
     /// With the focus comes the end of a composition; the window may be gone afterwards.
     void TakeFocus();
     void OnPress(POINT point, bool shift);

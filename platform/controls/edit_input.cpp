@@ -78,6 +78,7 @@ void Edit::FinishComposition()
     if (m_composition.empty())
         return;
     EndTextInput();
+    m_line.reset(); // the text may be full
     Type(std::exchange(m_composition, {}));
 }
 
@@ -96,10 +97,10 @@ void Edit::OnKey(WPARAM key)
         MoveSideways(+1);
         break;
     case VK_HOME:
-        MoveTo({0}, shift);
-        break;
     case VK_END:
-        MoveTo({m_text.Text().size()}, shift);
+        FinishComposition();
+        if (Alive())
+            MoveTo({key == VK_HOME ? 0 : m_text.Text().size()}, shift);
         break;
     case VK_DELETE:
         OnDelete();
@@ -124,8 +125,9 @@ void Edit::OnChar(char16_t unit)
         OnBackspace(unit == kWordBackspace);
         break;
     case Control(u'A'):
-        MoveTo({0}, false);
-        MoveTo({m_text.Text().size()}, true);
+        FinishComposition();
+        if (Alive())
+            MarkAll();
         break;
     case Control(u'C'):
         Copy();
@@ -236,6 +238,12 @@ void Edit::MoveTo(CaretPlace place, bool extend)
         OfferMarked();
 }
 
+void Edit::MarkAll()
+{
+    MoveTo({0}, false);
+    MoveTo({m_text.Text().size()}, true);
+}
+
 void Edit::TakeFocus()
 {
     SetFocus(Window());
@@ -256,8 +264,7 @@ void Edit::OnPress(POINT point, bool shift)
     m_draggedWord.reset();
     if (third)
     {
-        MoveTo({0}, false);
-        MoveTo({m_text.Text().size()}, true);
+        MarkAll();
         return;
     }
     SetCapture(Window());

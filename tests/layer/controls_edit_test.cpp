@@ -390,6 +390,34 @@ TEST_F(Edits, TheContextMenuOffersWhatCanBeDone)
     EXPECT_EQ(ClipboardText(), u"alpha");
 }
 
+TEST_F(Edits, TheContextMenuOffersToPasteWhatIsText)
+{
+    const auto choosePaste = [this]
+    {
+        int turn = 0;
+        headless::SetIdleHandler(
+            [&]
+            {
+                constexpr BYTE kKeys[] = {'P', VK_ESCAPE};
+                const BYTE key = kKeys[std::min(turn++, 1)];
+                headless::PressKey(key, key == 'P' ? u"p" : u"");
+                headless::ReleaseKey(key);
+                return true;
+            });
+        Key(VK_APPS);
+        headless::SetIdleHandler(nullptr);
+        return turn;
+    };
+    platform::PutTextOnClipboard(u"new");
+    EXPECT_EQ(choosePaste(), 1);
+    EXPECT_EQ(State(), u"new|");
+    platform::PutOnClipboard({{"text/uri-list", "file:///tmp/x"}});
+    EXPECT_EQ(choosePaste(), 2) << "grey";
+    EXPECT_EQ(State(), u"new|");
+    platform::screen::ClearSelection(platform::screen::Selection::Clipboard);
+    EXPECT_EQ(choosePaste(), 2) << "grey while there is nothing";
+}
+
 TEST_F(Edits, AnInputMethodComposesAtTheCaret)
 {
     Type(u"ab");
@@ -416,6 +444,24 @@ TEST_F(Edits, AnInputMethodComposesAtTheCaret)
     SetFocus(edit);
     Pump();
     EXPECT_FALSE(headless::TextCaret());
+}
+
+TEST_F(Edits, LeavingEndsWhatIsComposed)
+{
+    Set(u"ab");
+    Send(EM_LIMITTEXT, 2);
+    const POINT end = At(1);
+    headless::Compose(u"MMM", 3);
+    Pump();
+    ASSERT_GT(At(1).x, end.x);
+    Key(VK_END);
+    EXPECT_EQ(State(), u"ab|");
+    EXPECT_EQ(At(1).x, end.x);
+    Send(EM_LIMITTEXT, 9);
+    headless::Compose(u"c", 1);
+    Pump();
+    Key(VK_HOME);
+    EXPECT_EQ(State(), u"|abc") << "it is typed before the caret leaves";
 }
 
 TEST_F(Edits, AParentThatDestroysTheEditIsSurvived)
