@@ -16,7 +16,7 @@ constexpr LPCWSTR kClassName = TEXT("#32768"); // the name that menus have on Wi
 constexpr DWORD kStyle = WS_POPUP | WS_BORDER;
 constexpr DWORD kExStyle = WS_EX_TOPMOST | WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE;
 
-// Rows are as high and as far indented as those of a vertical toolbar in list style, which levels are made of.
+// At 96 DPI rows are as high and as far indented as those of a vertical toolbar in list style, which levels are made of.
 constexpr int kRowPadding = 6;
 constexpr int kMargin = 4;
 constexpr int kTextRoom = 7;
@@ -66,9 +66,9 @@ PopupMetrics StandardMetrics()
     metrics.pictureWidth = ScaledPixels(16);
     metrics.separatorHeight = ScaledPixels(9);
     metrics.scrollHeight = ScaledPixels(12);
-    metrics.margin = kMargin;
+    metrics.margin = ScaledPixels(kMargin);
     metrics.shortcutGap = ScaledPixels(24);
-    metrics.rightRoom = kTextRoom + ScaledPixels(16);
+    metrics.rightRoom = ScaledPixels(kTextRoom + 16);
     metrics.bottomRoom = ScaledPixels(2);
     return metrics;
 }
@@ -112,7 +112,7 @@ PopupMenu::PopupMenu(const Menu& menu, HMENU handle, PopupFonts& fonts, SIZE roo
         if (BITMAP bitmap{}; GetObjectW(item.bitmap, sizeof(bitmap), &bitmap) != 0)
             m_metrics.pictureWidth = std::max<int>(m_metrics.pictureWidth, bitmap.bmWidth);
     }
-    m_metrics.rowHeight = std::max(m_metrics.pictureWidth, line) + kRowPadding;
+    m_metrics.rowHeight = std::max(m_metrics.pictureWidth, line) + ScaledPixels(kRowPadding);
     m_layout = PopupLayout(rows, m_metrics, {room.cx - 2 * kFrame, room.cy - 2 * kFrame});
 }
 
