@@ -109,6 +109,7 @@ void StaticText::PaintText(HDC dc, RECT rect)
     format |= oneLine ? DT_SINGLELINE : Kind() == SS_LEFTNOWORDWRAP ? 0 : DT_WORDBREAK;
     format |= Has(SS_CENTERIMAGE) ? DT_VCENTER : 0;
     format |= Has(SS_ENDELLIPSIS) ? DT_END_ELLIPSIS : 0;
+    format |= Has(SS_EDITCONTROL) ? DT_EDITCONTROL : 0;
     format |= Has(SS_NOPREFIX) ? DT_NOPREFIX : 0;
     if (!IsWindowEnabled(Window()))
         SetTextColor(dc, GetSysColor(COLOR_GRAYTEXT));

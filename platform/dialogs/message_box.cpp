@@ -54,7 +54,8 @@ SIZE InUnits(SIZE pixels, SIZE units)
     return {DivideUp(pixels.cx * 4, units.cx), DivideUp(pixels.cy * 8, units.cy)};
 }
 
-/// The text broken to lines of half the work area's width at most, in dialog units.
+/// The text broken to lines of half the work area's width at most, in dialog units. File names may be one long word;
+/// and however much there is to say, the buttons have to be seen.
 SIZE MeasureText(HWND owner, std::u16string_view text, HFONT font, SIZE units)
 {
     MONITORINFO info{};
@@ -63,10 +64,11 @@ SIZE MeasureText(HWND owner, std::u16string_view text, HFONT font, SIZE units)
     RECT area = {0, 0, (info.rcWork.right - info.rcWork.left) / 2, 0};
     const HDC dc = GetDC(nullptr);
     const HGDIOBJ previous = SelectObject(dc, font);
-    DrawTextW(dc, text.data(), static_cast<int>(text.size()), &area, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
+    DrawTextW(dc, text.data(), static_cast<int>(text.size()), &area,
+              DT_CALCRECT | DT_WORDBREAK | DT_EDITCONTROL | DT_NOPREFIX);
     SelectObject(dc, previous);
     ReleaseDC(nullptr, dc);
-    return InUnits({area.right, area.bottom}, units);
+    return InUnits({area.right, std::min(area.bottom, (info.rcWork.bottom - info.rcWork.top) * 3 / 4)}, units);
 }
 
 DialogTemplate BuildTemplate(const MessageBox& box, HWND owner, std::u16string_view text, std::u16string_view caption)
@@ -83,7 +85,7 @@ DialogTemplate BuildTemplate(const MessageBox& box, HWND owner, std::u16string_v
                         WS_EX_TOPMOST);
     if (box.icon != nullptr)
         made.Add({TEXT("Static"), {}, kPictureId, SS_ICON, layout.picture});
-    made.Add({TEXT("Static"), text, kTextId, SS_NOPREFIX, layout.text});
+    made.Add({TEXT("Static"), text, kTextId, SS_NOPREFIX | SS_EDITCONTROL, layout.text});
     for (std::size_t i = 0; i < box.kind.buttons.size(); ++i)
     {
         const MessageBoxButton& button = box.kind.buttons[i];

@@ -16,7 +16,8 @@ constexpr LPCWSTR kClassName = TEXT("#32768"); // the name that menus have on Wi
 constexpr DWORD kStyle = WS_POPUP | WS_BORDER;
 constexpr DWORD kExStyle = WS_EX_TOPMOST | WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE;
 
-// At 96 DPI rows are as high and as far indented as those of a vertical toolbar in list style, which levels are made of.
+// At 96 DPI rows are as high and as far indented as those of a vertical toolbar in list style, which levels are made
+// of.
 constexpr int kRowPadding = 6;
 constexpr int kMargin = 4;
 constexpr int kTextRoom = 7;

@@ -1,6 +1,6 @@
 // DrawTextW: prefixes, lines, wrapping, ellipsis, alignment.
 //
-// Not implemented: tab expansion, DT_EDITCONTROL, DT_PATH_ELLIPSIS, DT_WORD_ELLIPSIS, DT_MODIFYSTRING.
+// Not implemented: tab expansion, the last line of DT_EDITCONTROL, DT_PATH_ELLIPSIS, DT_WORD_ELLIPSIS, DT_MODIFYSTRING.
 #include "platform/drawing/glyph_font.h"
 #include "platform/drawing/text_line.h"
 
@@ -69,9 +69,9 @@ std::size_t FittingLength(FontObject& font, std::u16string_view text, int width)
     return splits ? fits - 1 : fits;
 }
 
-/// Where a paragraph that is too wide is broken: after the last blank that fits, else inside the word at its end, which
-/// GDI lets stand out of the rectangle.
-std::size_t WrapPosition(FontObject& font, std::u16string_view text, int width)
+/// Where a paragraph that is too wide is broken: after the last blank that fits. A word that is too wide by itself
+/// stands out of the rectangle, unless words may be broken.
+std::size_t WrapPosition(FontObject& font, std::u16string_view text, int width, bool breaksWords)
 {
     const std::size_t fits = FittingLength(font, text, width);
     if (fits == text.size())
@@ -79,7 +79,10 @@ std::size_t WrapPosition(FontObject& font, std::u16string_view text, int width)
     const std::size_t blank = text.rfind(u' ', fits);
     if (blank != kNone && blank > 0)
         return blank;
-    return std::min(text.find(u' '), text.size());
+    if (!breaksWords)
+        return std::min(text.find(u' '), text.size());
+    const bool pair = text.size() > 1 && text[0] >= 0xD800 && text[0] < 0xDC00;
+    return std::max<std::size_t>(fits, pair ? 2 : 1);
 }
 
 class TextBox
@@ -123,12 +126,13 @@ private:
     {
         if ((m_format & DT_WORDBREAK) != 0)
         {
-            std::size_t end = WrapPosition(m_font, text, m_width);
+            const bool breaksWords = (m_format & DT_EDITCONTROL) != 0;
+            std::size_t end = WrapPosition(m_font, text, m_width, breaksWords);
             while (end < text.size())
             {
                 Add(text.substr(0, end));
                 text.remove_prefix(std::min(text.find_first_not_of(u' ', end), text.size()));
-                end = WrapPosition(m_font, text, m_width);
+                end = WrapPosition(m_font, text, m_width, breaksWords);
             }
         }
         Add(text);

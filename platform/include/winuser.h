@@ -386,6 +386,7 @@ struct NONCLIENTMETRICSW
 #define DT_NOCLIP 0x0100
 #define DT_CALCRECT 0x0400
 #define DT_NOPREFIX 0x0800
+#define DT_EDITCONTROL 0x2000
 #define DT_END_ELLIPSIS 0x8000
 
 // --- menus, message boxes
@@ -658,6 +659,7 @@ HWND GetNextDlgGroupItem(HWND dialog, HWND control, BOOL previous);
 #define SS_LEFTNOWORDWRAP 0x000CL
 #define SS_NOPREFIX 0x0080L
 #define SS_CENTERIMAGE 0x0200L
+#define SS_EDITCONTROL 0x2000L
 #define SS_ENDELLIPSIS 0x4000L
 #define STM_SETICON 0x0170
 #define STM_GETICON 0x0171

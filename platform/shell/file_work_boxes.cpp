@@ -60,7 +60,8 @@ Measured Measure(const std::u16string& text)
     RECT area = {0, 0, MulDiv(kWidth - 3 * kMargin - picture.cx, units.cx, 4), 0};
     const HDC dc = GetDC(nullptr);
     const HGDIOBJ previous = SelectObject(dc, font);
-    DrawTextW(dc, text.data(), static_cast<int>(text.size()), &area, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
+    DrawTextW(dc, text.data(), static_cast<int>(text.size()), &area,
+              DT_CALCRECT | DT_WORDBREAK | DT_EDITCONTROL | DT_NOPREFIX);
     SelectObject(dc, previous);
     ReleaseDC(nullptr, dc);
     DeleteObject(font);
@@ -86,7 +87,7 @@ DialogTemplate QuestionTemplate(const Question& question, FileWork work, bool mo
     const auto count = static_cast<LONG>(choices.size());
     DialogTemplate made(TitleOfWork(work), {kWidth, buttonTop + kButton.cy + kMargin}, kBoxStyle, WS_EX_TOPMOST);
     made.Add({TEXT("Static"), {}, kPictureId, SS_ICON, At(kMargin, kMargin, picture.cx, picture.cy)});
-    made.Add({TEXT("Static"), question.texts.text, kTextId, SS_NOPREFIX,
+    made.Add({TEXT("Static"), question.texts.text, kTextId, SS_NOPREFIX | SS_EDITCONTROL,
               At(left, kMargin, kWidth - kMargin - left, measured.textHeight)});
     LONG x = kWidth - kMargin - count * (kButton.cx + kGap) + kGap;
     for (std::size_t i = 0; i < choices.size(); ++i, x += kButton.cx + kGap)

@@ -412,6 +412,10 @@ TEST(Text, WordsWrapAtTheRectanglesWidth)
     const RECT wide =
         CalcRect(dc, TEXT("mmmm mmmm mmmm"), DT_WORDBREAK | DT_NOPREFIX, {0, 0, 2 * word.cx + blank + 2, 0});
     EXPECT_EQ(wide.bottom, 2 * word.cy);
+    const RECT broken =
+        CalcRect(dc, TEXT("mm mmmmmmmmmmmm"), DT_WORDBREAK | DT_EDITCONTROL | DT_NOPREFIX, {0, 0, word.cx + 2, 0});
+    EXPECT_EQ(broken.bottom, 4 * word.cy) << "a word that is too wide is broken where that is asked for";
+    EXPECT_EQ(broken.right, word.cx);
     DeleteDC(dc);
 }
 

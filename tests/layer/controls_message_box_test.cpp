@@ -254,6 +254,10 @@ TEST_F(MessageBoxes, ALongTextIsBrokenToFitTheScreen)
         Key(VK_RETURN);
     };
     EXPECT_EQ(Show(MB_OK | MB_ICONWARNING, {look}, nullptr, text.c_str()), IDOK);
+    const std::u16string name(1000, u'W');
+    EXPECT_EQ(Show(MB_OK | MB_ICONWARNING, {look}, nullptr, name.c_str()), IDOK) << "one word";
+    const std::u16string lines(1000, u'\n');
+    EXPECT_EQ(Show(MB_OK | MB_ICONWARNING, {look}, nullptr, lines.c_str()), IDOK) << "more than there is room for";
 }
 
 TEST_F(MessageBoxes, QuittingEndsTheBoxAndTheLoopAroundIt)
