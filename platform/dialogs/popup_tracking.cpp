@@ -427,7 +427,9 @@ bool PopupTracking::OpenRoot(POINT point, const std::optional<RECT>& exclude)
         return false;
     const RECT work = WorkAreaAt(point);
     auto popup = std::make_unique<PopupMenu>(*FindObject<Menu>(m_menu), m_menu, m_fonts, SizeOf(work));
-    m_openingPoint = m_lastPoint = MessagePoint();
+    // Not the message's point: opened by keys, the menu may show under a pointer that has rested over another program.
+    GetCursorPos(&m_lastPoint);
+    m_openingPoint = m_lastPoint;
     if (!popup->Show(PlacePopup(popup->WindowSize(), point, m_flags, exclude, work), m_owner))
         return false;
     m_popups.push_back({std::move(popup), -1});

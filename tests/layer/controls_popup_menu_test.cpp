@@ -208,6 +208,11 @@ TEST_F(PopupMenus, TheMouseChooses)
 {
     Fill(menu, {u"Open", u"-", u"Copy", u"Delete"});
     EXPECT_EQ(Track({ClickRow(0, 0)}), 1);
+    const Step stay = [] { MoveMouse(110, 110); };
+    stay();
+    Pump();
+    EXPECT_EQ(Track({stay, Key(VK_DOWN), Key(VK_DOWN), stay, Key(VK_RETURN)}), 3)
+        << "a pointer that rests under the menu chooses nothing";
     // The separator is lower than a row, so that the middle of the third row's place is in "Copy".
     EXPECT_EQ(Track({ClickRow(0, 1)}), 3);
 }
@@ -265,6 +270,10 @@ TEST_F(PopupMenus, RestingOnAnItemOpensAndClosesSubMenus)
               11);
     EXPECT_EQ(Track({Hover(0, 1), rest, Hover(0, 2), rest, Expect(2), Hover(0, 0), rest, Expect(1), ClickRow(0, 0)}),
               1);
+    EXPECT_EQ(
+        Track({Hover(0, 1), rest, Hover(0, 2), Hover(1, 1), Key(VK_LEFT), Expect(1), Key(VK_RIGHT), Key(VK_RETURN)}),
+        10)
+        << "the item that leads to where the pointer is stays the selected one";
     EXPECT_EQ(Track({ClickRow(0, 1), Expect(2), ClickRow(0, 1), Expect(2), Key(VK_LEFT), Expect(1), Key(VK_ESCAPE)}),
               0);
 }
@@ -406,4 +415,26 @@ TEST_F(PopupMenus, WhateverFailsNothingIsLeft)
         ASSERT_LT(turn, 100);
         ASSERT_LT(sound, 1000);
     }
+}
+
+TEST_F(PopupMenus, TheSelectedRowIsSeenAndNoOther)
+{
+    Fill(menu, {u"", u"", u""}); // a row without text is all background
+    const auto colors = [](std::vector<int> expected)
+    {
+        return [=]
+        {
+            for (int row = 0; row < 3; ++row)
+            {
+                const POINT at = Row(0, row);
+                const COLORREF color = GetSysColor(expected[static_cast<std::size_t>(row)]);
+                const std::uint32_t pixel = RGB(GetBValue(color), GetGValue(color), GetRValue(color));
+                EXPECT_EQ(platform::headless::PixelAt(at.x, at.y) & 0xFFFFFF, pixel) << row;
+            }
+            PostMessageW(nullptr, WM_NULL, 0, 0);
+        };
+    };
+    const Steps steps = {Key(VK_DOWN), colors({COLOR_HIGHLIGHT, COLOR_MENU, COLOR_MENU}), Key(VK_DOWN),
+                         colors({COLOR_MENU, COLOR_HIGHLIGHT, COLOR_MENU}), Key(VK_ESCAPE)};
+    EXPECT_EQ(Track(steps), 0);
 }
