@@ -1,6 +1,7 @@
 // The edit control as a person types in it.
 #include "tests/layer/windowing_desk.h"
 
+#include "platform/base/fault_points.h"
 #include "platform/windowing/clipboard.h"
 
 #include <string>
@@ -95,6 +96,14 @@ struct Edits : Desk
         const LRESULT at = Send(EM_POSFROMCHAR, index);
         POINT point{static_cast<short>(LOWORD(at)), static_cast<short>(HIWORD(at)) + 8};
         ClientToScreen(edit, &point);
+        return point;
+    }
+
+    POINT CaretOnScreen()
+    {
+        const std::optional<RECT> caret = headless::TextCaret();
+        POINT point{caret.value_or(RECT{}).left, 0};
+        ClientToScreen(parent, &point);
         return point;
     }
 
@@ -240,6 +249,12 @@ TEST_F(Edits, TheMouseMarksCharactersWordsAndAll)
     EXPECT_EQ(State(), u"[first second third]");
 
     AdvanceManualClock(1000);
+    ClickAt(At(8), 2);
+    AdvanceManualClock(1000);
+    ClickAt(At(8));
+    EXPECT_EQ(State(), u"first se|cond third") << "too late for a third click";
+
+    AdvanceManualClock(1000);
     MoveTo(At(14));
     ClickAt(At(14));
     headless::PressButton();
@@ -300,6 +315,10 @@ TEST_F(Edits, UndoTakesBackByKindsOfWork)
     EXPECT_EQ(State(), u"|");
     Key('Z', {VK_CONTROL, VK_SHIFT});
     EXPECT_EQ(State(), u"one |");
+    Type(u"X");
+    Key('Z', {VK_CONTROL});
+    Key('Z', {VK_CONTROL});
+    EXPECT_EQ(State(), u"|") << "what was taken back and typed over is forgotten";
 }
 
 TEST_F(Edits, TextGoesToTheClipboardAndComesFromIt)
@@ -321,6 +340,11 @@ TEST_F(Edits, TextGoesToTheClipboardAndComesFromIt)
     EXPECT_EQ(State(), u"betaalpha two|");
     Key('Z', {VK_CONTROL});
     EXPECT_EQ(State(), u"betaalpha |");
+    Key('A', {VK_CONTROL});
+    platform::SetFaultHook([](const char* call) { return std::string_view(call) == "PutOnClipboard"; });
+    Key('X', {VK_CONTROL});
+    platform::SetFaultHook(nullptr);
+    EXPECT_EQ(State(), u"[betaalpha ]") << "what cannot be put there is not taken away";
 }
 
 TEST_F(Edits, WhatIsMarkedIsPastedByTheMiddleButton)
@@ -333,6 +357,13 @@ TEST_F(Edits, WhatIsMarkedIsPastedByTheMiddleButton)
     headless::ReleaseButton(screen::Button::Middle);
     Pump();
     EXPECT_EQ(State(), u"word reword|st");
+    Key(VK_END);
+    Key(VK_LEFT, {VK_SHIFT});
+    MoveTo(At(0));
+    headless::PressButton(screen::Button::Middle);
+    headless::ReleaseButton(screen::Button::Middle);
+    Pump();
+    EXPECT_EQ(State(), u"t|word rewordst") << "what keys have marked, too";
 }
 
 TEST_F(Edits, ReadOnlyTextCanBeMarkedAndCopiedOnly)
@@ -376,10 +407,14 @@ TEST_F(Edits, TheContextMenuOffersWhatCanBeDone)
     Set(u"alpha");
     Key('A', {VK_CONTROL});
     bool chosen = false;
+    Key(VK_END);
+    const POINT end = CaretOnScreen();
+    Key('A', {VK_CONTROL});
     headless::SetIdleHandler(
         [&]
         {
             const bool first = !std::exchange(chosen, true);
+            EXPECT_TRUE(!first || headless::Windows().front().bounds.left == end.x) << "it opens at the caret";
             headless::PressKey(first ? 'T' : VK_ESCAPE, first ? u"t" : u"");
             headless::ReleaseKey(first ? 'T' : VK_ESCAPE);
             return true;
