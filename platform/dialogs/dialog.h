@@ -20,7 +20,11 @@ struct DialogRun
 struct Dialog
 {
     Dialog() = default;
-    ~Dialog() { DeleteObject(font); }
+    ~Dialog()
+    {
+        DeleteObject(font);
+        DestroyMenu(systemMenu);
+    }
     Dialog(const Dialog&) = delete;
     Dialog& operator=(const Dialog&) = delete;
 
@@ -30,6 +34,7 @@ struct Dialog
     HWND lastFocus = nullptr;
     HWND defaultSeenFor = nullptr; ///< the focus for which the default button was last put right
     DialogRun* run = nullptr;
+    HMENU systemMenu = nullptr; ///< once somebody has asked for it
 };
 
 /// Null when the window is no dialog.
@@ -42,6 +47,11 @@ HFONT CreateMessageFont();
 /// Pixels of four dialog units across, eight down, in a font; null stands for the system font.
 SIZE DialogUnits(HFONT font);
 RECT DialogToPixels(const RECT& units, SIZE base);
+
+// --- system_menu.cpp
+
+/// False while the system menu's command for it is greyed.
+bool MayClose(const Dialog& dialog);
 
 // --- dialog_procedure.cpp
 

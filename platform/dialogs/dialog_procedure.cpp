@@ -93,6 +93,8 @@ void OnActivate(HWND window, bool active)
 void OnClose(HWND window)
 {
     const HWND cancel = GetDlgItem(window, IDCANCEL);
+    if (!MayClose(*StateOf(window)))
+        return;
     if (cancel == nullptr || IsWindowEnabled(cancel))
         PostMessageW(window, WM_COMMAND, MAKEWPARAM(IDCANCEL, BN_CLICKED), reinterpret_cast<LPARAM>(cancel));
 }

@@ -246,3 +246,13 @@ UINT GetMenuDefaultItem(HMENU handle, UINT byPosition, UINT flags)
     }
     return kNoItem;
 }
+
+BOOL EnableMenuItem(HMENU menu, UINT item, UINT flags)
+{
+    const MenuPlace place = FindMenuItem(menu, item, (flags & MF_BYPOSITION) != 0);
+    if (!place)
+        return -1;
+    const UINT before = place.Item().state & MFS_GRAYED;
+    place.Item().state = (place.Item().state & ~static_cast<UINT>(MFS_GRAYED)) | (flags & MFS_GRAYED);
+    return static_cast<BOOL>(before);
+}

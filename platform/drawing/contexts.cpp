@@ -29,6 +29,11 @@ HDC CreateCompatibleDC(HDC reference)
     return platform::OpenHandle<HDC>("CreateCompatibleDC", std::make_unique<DeviceContext>());
 }
 
+HDC CreateDCW(LPCWSTR, LPCWSTR, LPCWSTR, const DEVMODEW*)
+{
+    return platform::OpenHandle<HDC>("CreateDCW", std::make_unique<DeviceContext>());
+}
+
 BOOL DeleteDC(HDC dc)
 {
     // A window's context is not the caller's to delete: that is what ReleaseDC and EndPaint are for.

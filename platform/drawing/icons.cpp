@@ -5,6 +5,7 @@
 #include "platform/drawing/image_scaling.h"
 
 #include <algorithm>
+#include <cstring>
 #include <map>
 #include <tuple>
 
@@ -116,6 +117,38 @@ HICON LoadIconW(HINSTANCE instance, LPCWSTR name)
     // SM_CXICON at 100 %: the size that LoadIconW has always meant.
     constexpr int kSize = 32;
     return platform::LoadSharedIcon(instance, name, kSize, kSize);
+}
+
+BOOL GetIconInfo(HICON icon, PICONINFO info)
+{
+    using namespace platform;
+    const std::shared_ptr<IconSource> source = IconSourceOf(icon);
+    if (source == nullptr || info == nullptr)
+        return Fail(source == nullptr ? ERROR_INVALID_HANDLE : ERROR_INVALID_PARAMETER, FALSE);
+    const IconImage& image = source->Image();
+    auto color = MakeBitmap(image.width, image.height, 32, false);
+    auto mask = MakeBitmap(image.width, image.height, 1, false);
+    if (color == nullptr || mask == nullptr)
+        return Fail(ERROR_NOT_ENOUGH_MEMORY, FALSE);
+    std::memcpy(color->Bits(), image.pixels.data(), image.pixels.size() * sizeof(image.pixels[0]));
+    const HBITMAP colors = OpenHandle<HBITMAP>("GetIconInfo", std::move(color));
+    const HBITMAP transparent = colors != nullptr ? OpenHandle<HBITMAP>("GetIconInfo", std::move(mask)) : nullptr;
+    if (transparent == nullptr)
+    {
+        DeleteObject(colors);
+        return FALSE;
+    }
+    *info = {TRUE, static_cast<DWORD>(image.width / 2), static_cast<DWORD>(image.height / 2), transparent, colors};
+    return TRUE;
+}
+
+BOOL DrawIcon(HDC dc, int x, int y, HICON icon)
+{
+    using namespace platform;
+    const std::shared_ptr<IconSource> source = IconSourceOf(icon);
+    if (source == nullptr || FaultPoint("DrawIcon"))
+        return Fail(ERROR_INVALID_HANDLE, FALSE);
+    return DrawIconImage(dc, x, y, source->Image());
 }
 
 BOOL DestroyIcon(HICON icon)

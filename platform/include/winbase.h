@@ -51,3 +51,16 @@ DWORD SizeofResource(HMODULE module, HRSRC resource);
 /// Allocates / frees memory that COM interfaces hand over.
 void CoTaskMemFree(LPVOID memory);
 LPVOID CoTaskMemAlloc(SIZE_T size);
+
+#define LMEM_MOVEABLE 0x0002
+#define LMEM_ZEROINIT 0x0040
+/// Memory by handle, null without it. Nothing ever moves here; locking counts no locks.
+HLOCAL LocalAlloc(UINT flags, SIZE_T size);
+LPVOID LocalLock(HLOCAL memory);
+BOOL LocalUnlock(HLOCAL memory);
+/// Null when it is freed.
+HLOCAL LocalFree(HLOCAL memory);
+
+/// The program's file (for any module), as a shell path. Length of what was copied; a longer path is cut, with
+/// ERROR_INSUFFICIENT_BUFFER.
+DWORD GetModuleFileNameW(HMODULE module, LPWSTR path, DWORD capacity);

@@ -82,6 +82,7 @@ DECLARE_HANDLE(HRSRC);
 using HMODULE = HINSTANCE;
 using HCURSOR = HICON;
 using HGLOBAL = HANDLE;
+using HLOCAL = HANDLE;
 using HGDIOBJ = void*;
 
 using FARPROC = INT_PTR (*)();

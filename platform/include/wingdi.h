@@ -145,6 +145,9 @@ struct BLENDFUNCTION
 
 // --- device contexts
 HDC CreateCompatibleDC(HDC reference);
+struct DEVMODEW;
+/// For "DISPLAY" a context to measure with; what is drawn on it goes nowhere. DeleteDC closes it.
+HDC CreateDCW(LPCWSTR driver, LPCWSTR device, LPCWSTR port, const DEVMODEW* mode);
 BOOL DeleteDC(HDC dc);
 int SaveDC(HDC dc);
 BOOL RestoreDC(HDC dc, int saved);

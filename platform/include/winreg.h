@@ -27,6 +27,8 @@ using REGSAM = DWORD;
 LSTATUS RegOpenKeyExW(HKEY key, LPCWSTR subKey, DWORD options, REGSAM access, HKEY* result);
 LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR subKey, DWORD reserved, LPWSTR keyClass, DWORD options, REGSAM access,
                         struct SECURITY_ATTRIBUTES* attributes, HKEY* result, LPDWORD disposition);
+/// Opens or creates a key for reading and writing.
+LSTATUS RegCreateKeyW(HKEY key, LPCWSTR subKey, HKEY* result);
 LSTATUS RegQueryValueExW(HKEY key, LPCWSTR valueName, LPDWORD reserved, LPDWORD type, LPBYTE data, LPDWORD size);
 LSTATUS RegSetValueExW(HKEY key, LPCWSTR valueName, DWORD reserved, DWORD type, const BYTE* data, DWORD size);
 LSTATUS RegDeleteValueW(HKEY key, LPCWSTR valueName);

@@ -436,8 +436,13 @@ struct NONCLIENTMETRICSW
 #define MB_ICONQUESTION 0x0020
 #define MB_ICONWARNING 0x0030
 #define MB_ICONINFORMATION 0x0040
+#define MB_ICONHAND MB_ICONERROR
+#define MB_ICONEXCLAMATION MB_ICONWARNING
+#define MB_ICONASTERISK MB_ICONINFORMATION
 #define MB_DEFBUTTON2 0x0100
 #define MB_DEFBUTTON3 0x0200
+#define MB_SYSTEMMODAL 0x1000
+#define MB_HELP 0x4000
 #define IDOK 1
 #define IDCANCEL 2
 #define IDABORT 3
@@ -445,6 +450,8 @@ struct NONCLIENTMETRICSW
 #define IDIGNORE 5
 #define IDYES 6
 #define IDNO 7
+#define IDCLOSE 8
+#define IDCONTINUE 11
 
 #define TME_LEAVE 0x0002
 #define TME_CANCEL 0x80000000
@@ -541,6 +548,8 @@ HMONITOR MonitorFromRect(const RECT* rect, DWORD flags);
 HMONITOR MonitorFromWindow(HWND window, DWORD flags);
 BOOL GetMonitorInfoW(HMONITOR monitor, MONITORINFO* info);
 int GetSystemMetrics(int index);
+/// Null: the desktop has no window of its own, and all calls take null for it.
+HWND GetDesktopWindow();
 BOOL SystemParametersInfoW(UINT action, UINT param, LPVOID data, UINT flags);
 UINT RegisterClipboardFormatW(LPCWSTR name);
 
@@ -557,9 +566,26 @@ BOOL EqualRect(const RECT* a, const RECT* b);
 #define IDI_QUESTION MAKEINTRESOURCEW(32514)
 #define IDI_WARNING MAKEINTRESOURCEW(32515)
 #define IDI_INFORMATION MAKEINTRESOURCEW(32516)
+#define IDI_HAND IDI_ERROR
+#define IDI_EXCLAMATION IDI_WARNING
+#define IDI_ASTERISK IDI_INFORMATION
+
+/// Both bitmaps are the caller's to delete.
+struct ICONINFO
+{
+    BOOL fIcon;
+    DWORD xHotspot;
+    DWORD yHotspot;
+    HBITMAP hbmMask; ///< all 0: what is transparent is said by the colours
+    HBITMAP hbmColor;
+};
+using PICONINFO = ICONINFO*;
 HANDLE LoadImageW(HINSTANCE instance, LPCWSTR name, UINT type, int width, int height, UINT flags);
 HICON LoadIconW(HINSTANCE instance, LPCWSTR name);
 BOOL DestroyIcon(HICON icon);
+BOOL GetIconInfo(HICON icon, PICONINFO info);
+/// At its own size.
+BOOL DrawIcon(HDC dc, int x, int y, HICON icon);
 int LoadStringW(HINSTANCE instance, UINT id, LPWSTR text, int capacity);
 int LookupIconIdFromDirectoryEx(BYTE* directory, BOOL icon, int width, int height, UINT flags);
 
@@ -580,10 +606,25 @@ UINT GetMenuDefaultItem(HMENU menu, UINT byPosition, UINT flags);
 BOOL TrackPopupMenuEx(HMENU menu, UINT flags, int x, int y, HWND window, TPMPARAMS* params);
 BOOL EndMenu();
 
+#define SC_CLOSE 0xF060
+/// The menu of what the frame of a window offers, of which there is only SC_CLOSE: greyed, the window's close button
+/// does nothing. Only dialogs have one; it goes with them. `revert` gives it back as it was and returns null.
+HMENU GetSystemMenu(HWND window, BOOL revert);
+/// The state before (MF_ENABLED or MF_GRAYED), −1 when there is no such item.
+BOOL EnableMenuItem(HMENU menu, UINT item, UINT flags);
+
 /// Modal box with the caption's default ("Error") for a null caption. Returns the button's id, 0 if it cannot be shown.
 int MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type);
+/// The display's bell, whatever the type.
+BOOL MessageBeep(UINT type);
+
+#define HELP_CONTEXT 0x0001
+#define HELP_PARTIALKEY 0x0105
+/// Fails with ERROR_FILE_NOT_FOUND: nothing here shows such files.
+BOOL WinHelpW(HWND window, LPCWSTR file, UINT command, ULONG_PTR data);
 
 // --- dialogs
+#define DS_SYSMODAL 0x0002L
 #define DS_FIXEDSYS 0x0008L
 #define DS_SETFONT 0x0040L
 #define DS_MODALFRAME 0x0080L
@@ -625,6 +666,17 @@ struct DLGTEMPLATE
     short y;
     short cx;
     short cy;
+};
+/// The head of each of its controls, on the next four-byte boundary.
+struct DLGITEMTEMPLATE
+{
+    DWORD style;
+    DWORD dwExtendedStyle;
+    short x;
+    short y;
+    short cx;
+    short cy;
+    WORD id;
 };
 #pragma pack(pop)
 using LPCDLGTEMPLATEW = const DLGTEMPLATE*;

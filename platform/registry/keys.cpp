@@ -151,6 +151,12 @@ LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR subKey, DWORD, LPWSTR, DWORD, REGSAM a
     return OpenHandleOn(std::move(location), access, result);
 }
 
+LSTATUS RegCreateKeyW(HKEY key, LPCWSTR subKey, HKEY* result)
+{
+    return RegCreateKeyExW(key, subKey, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_READ | KEY_WRITE, nullptr, result,
+                           nullptr);
+}
+
 LSTATUS RegQueryValueExW(HKEY key, LPCWSTR valueName, LPDWORD reserved, LPDWORD type, LPBYTE data, LPDWORD size)
 {
     const Location location = Locate(key);

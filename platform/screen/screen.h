@@ -121,6 +121,9 @@ void NotePlacement(NativeWindow window, const RECT& bounds);
 void StackNativeWindow(NativeWindow window, NativeWindow above);
 void SetNativeTitle(NativeWindow window, std::u16string_view title);
 
+/// The display's bell, as the user has set it.
+void RingBell();
+
 /// The window's pixels, to draw on. Valid until the window is resized or destroyed; whoever draws longer holds
 /// KeepSurface's result.
 const Surface& WindowSurface(NativeWindow window);

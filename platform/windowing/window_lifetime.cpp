@@ -133,6 +133,18 @@ void FinishChildren(HWND handle)
     }
 }
 
+/// A control that was given another procedure may never have heard of its end: what it keeps with its window (the
+/// pointer in its extra bytes) goes now.
+void FreeControl(HWND handle)
+{
+    const Window* window = FindObject<Window>(handle);
+    if (window == nullptr || (window->windowClass->style & CS_GLOBALCLASS) == 0)
+        return;
+    const WNDPROC own = window->windowClass->procedure;
+    if (window->procedure != own && GetWindowLongPtrW(handle, 0) != 0)
+        own(handle, WM_NCDESTROY, 0, 0);
+}
+
 /// WM_NCDESTROY, a window's last message, children first.
 void FinishTree(HWND handle)
 {
@@ -140,6 +152,7 @@ void FinishTree(HWND handle)
     if (!IsWindow(handle))
         return;
     SendMessageW(handle, WM_NCDESTROY, 0, 0);
+    FreeControl(handle);
     FinishChildren(handle); // made in answer to that
     FreeWindow(handle);
 }

@@ -205,6 +205,8 @@ void StackNativeWindow(NativeWindow window, NativeWindow above)
     headless::PointerMayHaveChangedWindow();
 }
 
+void RingBell() {}
+
 void SetNativeTitle(NativeWindow window, std::u16string_view title)
 {
     if (HeadlessWindow* found = FindWindow(window))

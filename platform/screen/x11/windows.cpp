@@ -316,6 +316,12 @@ void SetNativeTitle(NativeWindow window, std::u16string_view title)
         SetTitle(window, title);
 }
 
+void RingBell()
+{
+    if (xcb_connection_t* xcb = TheConnection().Xcb())
+        xcb_bell(xcb, 0); // at the volume that the user has chosen
+}
+
 const Surface& WindowSurface(NativeWindow window)
 {
     static const Surface& none = *new Surface;
