@@ -1,0 +1,305 @@
+// Linking the Desktop and the Start Menu into the root, and the notice that comes before.
+#include "tests/scenarios/desk.h"
+#include "tests/scenarios/failing.h"
+#include "tests/scenarios/live_handle_counts.h"
+#include "tests/scenarios/staged_ui.h"
+
+#include "app/launcher_state.h"
+#include "app/options.h"
+#include "commands/command_table.h"
+#include "prompts/message_box.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace fs = std::filesystem;
+using namespace CustomMenu;
+using Labels = std::vector<std::string>;
+
+namespace
+{
+
+const WString kRoot = TEXT("Software\\Quillfen\\OrbLauncher\\Layout");
+constexpr int kCheckBox = 5555;
+constexpr int kMessageText = 1001;
+
+/// A person before each box that shows: what they do with it, once.
+class BeforeTheBox
+{
+public:
+    using Act = std::function<void(HWND)>;
+    explicit BeforeTheBox(Act act) : m_act(std::move(act))
+    {
+        platform::headless::SetIdleHandler(
+            [this]
+            {
+                const HWND box = GetActiveWindow();
+                const bool shows = std::ranges::any_of(
+                    platform::headless::Windows(), [](const auto& window)
+                    { return window.visible && window.kind == platform::screen::WindowKind::Managed; });
+                if (!shows)
+                    return false;
+                ++m_shown;
+                m_act(box);
+                return true;
+            });
+    }
+    ~BeforeTheBox() { platform::headless::SetIdleHandler(nullptr); }
+    BeforeTheBox(const BeforeTheBox&) = delete;
+    BeforeTheBox& operator=(const BeforeTheBox&) = delete;
+    int Shown() const { return m_shown; }
+
+private:
+    Act m_act;
+    int m_shown = 0;
+};
+
+void Click(HWND box, int id)
+{
+    SendMessageW(GetDlgItem(box, id), BM_CLICK, 0, 0);
+}
+
+void Type(BYTE key)
+{
+    platform::headless::PressKey(key);
+    platform::headless::ReleaseKey(key);
+}
+
+std::string TextOf(HWND window)
+{
+    WCHAR text[1024] = {};
+    GetWindowTextW(window, text, 1024);
+    return Narrow(text);
+}
+
+bool IsRecorded()
+{
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, kRoot.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS)
+        return false;
+    const UniqueRegistryKey owned(key);
+    DWORD type = 1;
+    DWORD size = 1;
+    const bool found = RegQueryValueExW(key, TEXT("114"), nullptr, &type, nullptr, &size) == ERROR_SUCCESS;
+    EXPECT_TRUE(!found || (type == REG_NONE && size == 0));
+    return found;
+}
+
+class RootLinks : public testing::Test
+{
+protected:
+    RootLinks()
+    {
+        RegDeleteTreeW(HKEY_LOCAL_MACHINE, TEXT("Software\\Quillfen"));
+        fs::create_directories(m_home / "Desktop");
+        fs::create_directories(m_home / "data/applications");
+        m_desk.MakeFile("a");
+        m_desk.MakeFile("b");
+        m_desk.Launch();
+    }
+    ~RootLinks() override
+    {
+        m_desk.End();
+        RegDeleteTreeW(HKEY_LOCAL_MACHINE, TEXT("Software\\Quillfen"));
+        fs::remove_all(m_home / "Desktop");
+        fs::remove_all(m_home / "data/applications");
+    }
+
+    void Choose(int identifier, int item = 1)
+    {
+        StagedPopup popup;
+        popup.answer = identifier;
+        m_desk.Level(0).OnItemCommand(ItemCommandMode::ContextMenu, item, 5, 5);
+        m_desk.Settle();
+    }
+    std::uint32_t StoredOptions()
+    {
+        const std::vector<std::uint8_t> bytes = m_desk.StoredBytes(kRoot, TEXT("options"));
+        return bytes.empty() ? 0u : bytes[0];
+    }
+
+    const fs::path m_home = std::getenv("HOME");
+    Desk m_desk;
+};
+
+TEST_F(RootLinks, AreAddedOnceTheNoticeIsAccepted)
+{
+    const BeforeTheBox person(
+        [&](HWND box)
+        {
+            EXPECT_EQ(TextOf(box), "Orb Launcher Notice");
+            EXPECT_EQ(TextOf(GetDlgItem(box, kMessageText)).substr(0, 38), "Adding the Desktop or Start Menu to th");
+            EXPECT_NE(TextOf(GetDlgItem(box, kMessageText)).find("Desktop\nand"), std::string::npos);
+            EXPECT_EQ(TextOf(GetDlgItem(box, kCheckBox)), "Don't tell me again");
+            EXPECT_EQ(GetDlgCtrlID(GetFocus()), IDOK);
+            EXPECT_FALSE(IsWindowEnabled(m_desk.Level(0).m_hWnd)) << "the root is its owner";
+            Click(box, IDOK);
+        });
+    Choose(IDM_ADD_DESKTOP);
+    EXPECT_EQ(m_desk.Items(), (Labels{"a", "b", "Desktop"})) << "a box takes the highlight away, and the place with it";
+    EXPECT_EQ(StoredOptions(), 2u);
+    Choose(IDM_ADD_START_MENU);
+    EXPECT_EQ(m_desk.Items(), (Labels{"a", "b", "Desktop", "Start Menu"}));
+    EXPECT_EQ(person.Shown(), 2);
+    EXPECT_FALSE(IsRecorded());
+    Choose(IDM_ADD_DESKTOP);
+    Choose(IDM_ADD_START_MENU);
+    EXPECT_EQ(person.Shown(), 2) << "taking one away asks nothing";
+    EXPECT_EQ(m_desk.Items(), (Labels{"a", "b"}));
+    EXPECT_EQ(StoredOptions(), 0u);
+}
+
+TEST_F(RootLinks, AreNotAddedWhenTheNoticeIsRefused)
+{
+    const BeforeTheBox::Act refusals[] = {
+        [](HWND box) { Click(box, IDCANCEL); },
+        [](HWND) { Type(VK_ESCAPE); },
+        [](HWND box) { SendMessageW(box, WM_CLOSE, 0, 0); },
+        [](HWND box)
+        {
+            Click(box, kCheckBox);
+            Click(box, IDCANCEL);
+        },
+    };
+    for (const auto& refusal : refusals)
+    {
+        const BeforeTheBox person(refusal);
+        Choose(IDM_ADD_START_MENU);
+        EXPECT_GE(person.Shown(), 1);
+        EXPECT_EQ(m_desk.Items(), (Labels{"a", "b"}));
+        EXPECT_TRUE(IsWindowEnabled(m_desk.Level(0).m_hWnd));
+        EXPECT_FALSE(IsRecorded());
+        EXPECT_TRUE(m_desk.StoredBytes(kRoot, TEXT("options")).empty()) << "nothing is saved";
+    }
+}
+
+TEST_F(RootLinks, AreAddedWithoutANoticeOnceItIsSilenced)
+{
+    const BeforeTheBox person(
+        [](HWND box)
+        {
+            Click(box, kCheckBox);
+            Click(box, IDOK);
+        });
+    Choose(IDM_ADD_START_MENU);
+    EXPECT_TRUE(IsRecorded());
+    Choose(IDM_ADD_DESKTOP);
+    EXPECT_EQ(person.Shown(), 1) << "both share it";
+    EXPECT_EQ(StoredOptions(), 3u);
+    EXPECT_EQ(m_desk.Items(), (Labels{"a", "Desktop", "b", "Start Menu"})) << "at the highlighted place";
+    EXPECT_EQ(m_desk.Hot(), "Desktop") << "which stays so";
+}
+
+TEST_F(RootLinks, AreNotAddedWhenTheNoticeCannotBeShown)
+{
+    struct Case
+    {
+        const char* call;
+        int spared;
+    };
+    m_desk.ExpectBoxes();
+    for (const Case& c : {Case{"LocalAlloc", 0}, Case{"LocalLock", 0}, Case{"DialogBoxIndirectParamW", 0}})
+    {
+        const HandleCounts before = CountHandles();
+        const BeforeTheBox person([](HWND box) { Click(box, IDOK); });
+        {
+            const Failing failing(c.call, 1, c.spared);
+            Choose(IDM_ADD_DESKTOP);
+        }
+        EXPECT_EQ(m_desk.Items(), (Labels{"a", "b"})) << c.call;
+        EXPECT_FALSE(IsRecorded()) << c.call << ": nobody has seen it";
+        EXPECT_TRUE(IsWindowEnabled(m_desk.Level(0).m_hWnd)) << c.call;
+        EXPECT_EQ(CountHandles(), before) << c.call;
+    }
+    EXPECT_EQ(m_desk.BoxTexts(), (Labels(2, "Memory allocation for dialog template failed.")));
+}
+
+TEST_F(RootLinks, AreNotAddedToAMenuThatClosesMeanwhile)
+{
+    const BeforeTheBox person(
+        [&](HWND box)
+        {
+            CustomMenu::CloseAllLevels();
+            Click(box, IDCANCEL);
+        });
+    Choose(IDM_ADD_DESKTOP);
+    EXPECT_FALSE(m_desk.IsOpen());
+    EXPECT_EQ(g_launcher.m_options & OPTION_DESKTOP, 0u);
+}
+
+/// The box itself, with other flags than the notice has.
+class MessageBoxes : public testing::Test
+{
+protected:
+    static int Show(DWORD flags, BeforeTheBox::Act act)
+    {
+        const BeforeTheBox person(std::move(act));
+        return ShowMessageBox(nullptr, TEXT("text"), nullptr, flags, 0, TEXT("Ex&tra"));
+    }
+
+    Desk m_desk;
+};
+
+TEST_F(MessageBoxes, AnswerWithTheButtonAndTheTick)
+{
+    const auto click = [](int id) { return [id](HWND box) { Click(box, id); }; };
+    EXPECT_EQ(Show(MB_OK,
+                   [](HWND box)
+                   {
+                       EXPECT_EQ(TextOf(box), "Error") << "without a caption";
+                       Click(box, IDOK);
+                   }),
+              IDOK);
+    EXPECT_EQ(Show(MB_YESNO | MBX_YESTOALL | MBX_NOTOALL, click(IDNOTOALL)), IDNOTOALL);
+    EXPECT_EQ(Show(MBX_CONTINUEABORT, click(IDCONTINUE)), IDCONTINUE);
+    EXPECT_EQ(Show(MB_OK, click(IDEXTRABUTTON)), IDEXTRABUTTON);
+    EXPECT_EQ(Show(MB_YESNO | MBX_DONTASK | MBX_CHECKED, click(IDNO)), IDNO | 0x01000000);
+    EXPECT_EQ(Show(
+                  MB_YESNO | MBX_CUSTOMCHECK | MBX_CHECKED,
+                  [](HWND box)
+                  {
+                      EXPECT_EQ(TextOf(GetDlgItem(box, kCheckBox)), "Don't ask me again") << "as the last box had";
+                      Click(box, IDYES);
+                  }),
+              IDYES | 0x20000000);
+    EXPECT_EQ(Show(
+                  MB_OKCANCEL | MBX_DONTTELL | MBX_CHECKED, [](HWND) { Type(VK_ESCAPE); }),
+              IDCANCEL);
+    EXPECT_EQ(Show(
+                  MB_OK | MBX_DONTTELL | MBX_CHECKED, [](HWND) { Type(VK_ESCAPE); }),
+              IDOK)
+        << "Esc never counts the tick";
+    EXPECT_EQ(Show(MB_YESNO | 0x100, [](HWND) { Type(VK_RETURN); }), IDNO);
+}
+
+TEST_F(MessageBoxes, ThatMustBeAnsweredStay)
+{
+    int shown = 0;
+    const auto act = [&](HWND box)
+    {
+        switch (++shown)
+        {
+        case 1:
+            Type(VK_ESCAPE);
+            break;
+        case 2:
+            SendMessageW(box, WM_CLOSE, 0, 0);
+            EXPECT_EQ(GetMenuItemCount(GetSystemMenu(box, FALSE)), 1);
+            EXPECT_EQ(EnableMenuItem(GetSystemMenu(box, FALSE), SC_CLOSE, MF_GRAYED), MF_GRAYED);
+            PostMessageW(nullptr, WM_NULL, 0, 0);
+            break;
+        case 3:
+            Click(box, 300); // help, which there is none of
+            PostMessageW(nullptr, WM_NULL, 0, 0);
+            break;
+        default:
+            Click(box, IDYES);
+        }
+    };
+    EXPECT_EQ(Show(MB_YESNO | MB_HELP | MB_ICONQUESTION, act), IDYES);
+    EXPECT_EQ(shown, 4);
+}
+
+} // namespace
