@@ -23,6 +23,8 @@ void RunShellOperation(CustomBar& level, const ItemMenu& menu, const ChosenComma
     level.m_refreshIndex = highlight;
     if (chosen.mode == ItemCommandMode::Launch)
         CloseAllLevels();
+    else
+        level.RequestRefresh();
 }
 
 void RunShellCommand(CustomBar& level, const ItemMenu& menu, const ChosenCommand& chosen)

@@ -1,7 +1,8 @@
 // Operations on the files of a level: the shell does the work, the level keeps its order in step.
 //
 // All of them may dispatch messages, so that the level may be closing and its items be others afterwards: what the
-// shell is given are clones, and an item is found again by its key.
+// shell is given are clones, and an item is found again by its key. A refresh is asked for at the end, although the
+// shell tells of the change: its notice puts the highlight where it is by then, not where the operation means it.
 #include "menu/custom_bar.h"
 
 #include "app/launcher_state.h"
@@ -74,7 +75,6 @@ void PlaceNewItem(CustomBar& level, std::vector<WString> before, int position)
 {
     level.InsertNewItemAt(std::move(before), level.SnapshotFolderNames(), position);
     level.m_refreshIndex = position;
-    // The notice of the new file may have been handled already, within the operation.
     level.RequestRefresh();
 }
 
@@ -177,6 +177,7 @@ void CustomBar::RenameItem(int index, IShellFolder& folder, LPCITEMIDLIST childI
     m_items[index].key = ItemKeyInPlace(parsingName.Get());
     SaveLayout();
     m_refreshIndex = index;
+    RequestRefresh();
 }
 
 void CustomBar::DeleteItemFiles(int index)
@@ -192,6 +193,7 @@ void CustomBar::DeleteItemFiles(int index)
     DeleteFiles(second.List());
     SaveLayout();
     m_refreshIndex = highlight;
+    RequestRefresh();
 }
 
 void CustomBar::PasteItems(int index)

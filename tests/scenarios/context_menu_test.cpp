@@ -319,7 +319,7 @@ TEST_F(ContextMenu, AShellCommandRunsWithTheMenuDisabledAndLeavesItOpen)
     EXPECT_TRUE(m_desk.IsOpen());
     EXPECT_TRUE(IsWindowEnabled(Root().m_hWnd));
     EXPECT_EQ(g_launcher.g_operationBar, nullptr);
-    EXPECT_EQ(Root().m_refreshIndex, m_desk.IndexOf("notes"));
+    EXPECT_EQ(m_desk.Hot(), "notes");
 }
 
 TEST_F(ContextMenu, DeletingTheLastItemHighlightsTheOneThatBecomesLast)
@@ -328,9 +328,7 @@ TEST_F(ContextMenu, DeletingTheLastItemHighlightsTheOneThatBecomesLast)
     Open();
     m_shell.onInvoke = [&] { std::filesystem::remove(m_desk.Folder() / "readme"); };
     Choose(StagedMenu::Identifier(1), "readme");
-    EXPECT_EQ(Root().m_refreshIndex, 2);
-    Root().RequestRefresh();
-    m_desk.Settle();
+    Refresh();
     EXPECT_EQ(m_desk.Hot(), "notes");
 }
 
@@ -362,7 +360,7 @@ TEST_F(ContextMenu, PropertiesAreShownByTheirVerb)
     EXPECT_EQ(files.executed[0].nShow, SW_SHOW);
     EXPECT_EQ(files.executed[0].hwnd, nullptr);
     EXPECT_EQ(WString(files.executed[0].lpVerb), TEXT("properties"));
-    EXPECT_EQ(Root().m_refreshIndex, m_desk.IndexOf("notes"));
+    EXPECT_EQ(m_desk.Hot(), "notes");
 }
 
 TEST_F(ContextMenu, ProtectedItemsAreNeitherRenamedNorDeletedNorCut)

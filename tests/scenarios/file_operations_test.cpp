@@ -307,10 +307,19 @@ TEST_F(Renaming, KeepsTheItemsPlace)
     EXPECT_EQ(m_dialog.repositioned, 1);
     EXPECT_EQ(m_shell.names, Labels{"zebra"});
     EXPECT_EQ(m_desk.StoredBytes(kLayout), Order({"Games", "zebra", "readme"}));
-    EXPECT_EQ(Root().m_refreshIndex, 1);
     ExpectUsable();
     Refresh();
     EXPECT_EQ(m_desk.Items(), (Labels{"Games", "zebra", "readme"}));
+}
+
+TEST_F(Renaming, HighlightsTheItemAgain)
+{
+    // The dialog has taken the highlight, and the notice of the change keeps what it finds: none was left.
+    m_dialog.onShow = [&] { Root().SetHotItem(-1); };
+    m_dialog.answers = {"zebra"};
+    Rename("notes");
+    Refresh();
+    EXPECT_EQ(m_desk.Hot(), "zebra");
 }
 
 TEST_F(Renaming, ByKeyboardPutsTheDialogIntoTheCorner)
@@ -420,19 +429,17 @@ TEST_F(Deleting, GivesTheShellTheItemsPath)
     EXPECT_EQ(m_files.deletions[0].wFunc, static_cast<UINT>(FO_DELETE));
     EXPECT_EQ(m_files.deletions[0].fFlags, 0x3040);
     EXPECT_EQ(m_files.deletions[0].pTo, nullptr);
-    EXPECT_EQ(Root().m_refreshIndex, 1);
     ExpectUsable();
-    Root().RequestRefresh();
-    m_desk.Settle();
+    Refresh();
     EXPECT_EQ(m_desk.Items(), (Labels{"Games", "readme"}));
     EXPECT_EQ(m_desk.Hot(), "readme");
 }
 
 TEST_F(Deleting, TheLastItemHighlightsTheOneThatBecomesLast)
 {
+    // The notice of the change kept the old highlight, beyond the last item.
     PressOn("readme", VK_DELETE);
-    Root().RequestRefresh();
-    m_desk.Settle();
+    Refresh();
     EXPECT_EQ(m_desk.Hot(), "notes");
 }
 
