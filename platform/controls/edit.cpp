@@ -77,6 +77,7 @@ LRESULT Edit::Handle(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_KILLFOCUS:
     case WM_TIMER:
     case WM_CONTEXTMENU:
+    case WM_SETCURSOR:
     case WM_IME_COMPOSITION:
         return HandleState(message, wParam, lParam);
     default:
@@ -207,6 +208,11 @@ LRESULT Edit::HandleState(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_IME_COMPOSITION:
         OnComposition();
         return 0;
+    case WM_SETCURSOR:
+        if (LOWORD(lParam) != HTCLIENT)
+            return Default(message, wParam, lParam);
+        SetCursor(LoadCursorW(nullptr, IDC_IBEAM));
+        return TRUE;
     default:
         ShowMenu(lParam);
         return 0;

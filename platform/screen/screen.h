@@ -162,6 +162,13 @@ void Wake();
 /// Where the pointer is; nothing without a display.
 std::optional<POINT> PointerPosition();
 void WarpPointer(POINT position);
+/// What the pointer looks like over a window.
+enum class PointerShape : std::uint8_t
+{
+    Arrow, ///< or whatever the desktop shows there
+    Text,
+};
+void SetPointerShape(NativeWindow window, PointerShape shape);
 
 /// Bounds of another program's window, nothing when no window has that id.
 std::optional<RECT> ForeignWindowBounds(std::uint32_t id);

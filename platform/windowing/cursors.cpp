@@ -11,21 +11,37 @@ namespace
 struct Cursor final : HandleObject
 {
     static constexpr HandleKind kHandleKind = HandleKind::Cursor;
-    Cursor() : HandleObject(kHandleKind) { permanent = true; }
+    explicit Cursor(screen::PointerShape look) : HandleObject(kHandleKind), shape(look) { permanent = true; }
+    screen::PointerShape shape;
 };
+
+HCURSOR Make(screen::PointerShape shape)
+{
+    return reinterpret_cast<HCURSOR>(InsertHandle(std::make_unique<Cursor>(shape)));
+}
 
 constinit HCURSOR g_cursor = nullptr;
 
 } // namespace
+
+screen::PointerShape CursorShape()
+{
+    const auto* cursor = FindObject<Cursor>(g_cursor);
+    return cursor != nullptr ? cursor->shape : screen::PointerShape::Arrow;
+}
+
 } // namespace platform
 
 using namespace platform;
 
 HCURSOR LoadCursorW(HINSTANCE, LPCWSTR name)
 {
-    // The arrow is the display's own default, which windows inherit; the layer has no other shapes yet.
-    static const HCURSOR arrow = reinterpret_cast<HCURSOR>(InsertHandle(std::make_unique<Cursor>()));
-    return name == IDC_ARROW ? arrow : Fail<HCURSOR>(ERROR_RESOURCE_NAME_NOT_FOUND, nullptr);
+    // Two shapes are all that is asked for.
+    static const HCURSOR arrow = Make(screen::PointerShape::Arrow);
+    static const HCURSOR text = Make(screen::PointerShape::Text);
+    if (name != IDC_ARROW && name != IDC_IBEAM)
+        return Fail<HCURSOR>(ERROR_RESOURCE_NAME_NOT_FOUND, nullptr);
+    return name == IDC_ARROW ? arrow : text;
 }
 
 HCURSOR SetCursor(HCURSOR cursor)

@@ -39,6 +39,11 @@ void FillMouseMessage(const screen::Event& event, const MouseTarget& target, MSG
 /// eaten, or the window gone.
 bool CommitMouse(const screen::Event& event, const MSG& message, const MouseTarget& target);
 
+// --- cursors.cpp
+
+/// What the pointer is to look like by the last SetCursor.
+screen::PointerShape CursorShape();
+
 // --- capture.cpp
 
 /// Ends the capture because the program lost the foreground.

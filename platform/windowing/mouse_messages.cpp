@@ -102,6 +102,8 @@ void SetCursorFor(const MSG& message, const MouseTarget& target)
         const UINT plain = target.hit == HTCLIENT ? message.message : message.message - WM_NCMOUSEMOVE + WM_MOUSEMOVE;
         SendMessageW(target.window, WM_SETCURSOR, reinterpret_cast<WPARAM>(target.window),
                      MAKELPARAM(target.hit, plain));
+        if (const Window* window = FindObject<Window>(target.window))
+            screen::SetPointerShape(RootOf(*window).native, CursorShape());
     }
 }
 

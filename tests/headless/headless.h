@@ -79,6 +79,7 @@ struct WindowInfo
     bool visible = false;
     screen::WindowKind kind = screen::WindowKind::Popup;
     std::u16string title;
+    screen::PointerShape pointer = screen::PointerShape::Arrow;
 };
 
 /// All native windows, the topmost first.

@@ -287,4 +287,10 @@ void WarpPointer(POINT position)
     headless::MoveMouse(position.x, position.y);
 }
 
+void SetPointerShape(NativeWindow window, PointerShape shape)
+{
+    if (headless::HeadlessWindow* found = headless::FindWindow(window))
+        found->info.pointer = shape;
+}
+
 } // namespace platform::screen

@@ -275,6 +275,19 @@ TEST_F(Edits, TheMouseMarksCharactersWordsAndAll)
     EXPECT_EQ(State(), u"fir[st sec]ond third");
 }
 
+TEST_F(Edits, ThePointerIsAnIBeamOverTheText)
+{
+    const auto shapeAt = [this](POINT point)
+    {
+        MoveTo(point);
+        return headless::Windows().front().pointer;
+    };
+    RECT bounds{};
+    GetWindowRect(edit, &bounds);
+    EXPECT_EQ(shapeAt({bounds.left + 9, bounds.top + 9}), screen::PointerShape::Text);
+    EXPECT_EQ(shapeAt({bounds.left + 9, bounds.bottom + 2}), screen::PointerShape::Arrow);
+}
+
 TEST_F(Edits, DraggingBeyondTheEdgeScrolls)
 {
     Set(std::u16string(200, u'w'));

@@ -11,8 +11,9 @@ struct NativeWindowState
 {
     xcb_window_t id = 0;
     screen::WindowKind kind = screen::WindowKind::Popup;
-    RECT bounds{};                 ///< as windowing knows them; the pixels have this size
-    POINT placed{};                ///< managed windows: where the window manager has it, as last told
+    RECT bounds{};  ///< as windowing knows them; the pixels have this size
+    POINT placed{}; ///< managed windows: where the window manager has it, as last told
+    screen::PointerShape pointer = screen::PointerShape::Arrow;
     bool shown = false;            ///< asked for
     bool mapPending = false;       ///< waits for Commit, so that window and picture come together
     bool viewable = false;         ///< managed windows: the window manager has mapped it
