@@ -2,6 +2,7 @@
 #include "platform/desktop/file_picker.h"
 
 #include "platform/desktop/spawn.h"
+#include "platform/desktop/startup_notice.h"
 
 #include <csignal>
 #include <vector>
@@ -39,7 +40,8 @@ Words KdialogWords(const PickRequest& request)
     return words;
 }
 
-GObjectOwner<GSubprocess> Start(const Words& words)
+/// `startupId`: by it the window manager knows that the user wants the picker, and gives it the keyboard.
+GObjectOwner<GSubprocess> Start(const Words& words, const std::string& startupId)
 {
     std::vector<const char*> arguments;
     for (const std::string& word : words)
@@ -48,7 +50,7 @@ GObjectOwner<GSubprocess> Start(const Words& words)
     constexpr auto kFlags = GSubprocessFlags(G_SUBPROCESS_FLAGS_STDOUT_PIPE | G_SUBPROCESS_FLAGS_STDERR_SILENCE);
     const GObjectOwner<GSubprocessLauncher> launcher(g_subprocess_launcher_new(kFlags));
     g_subprocess_launcher_set_child_setup(launcher.get(), DetachChild, nullptr, nullptr);
-    g_subprocess_launcher_unsetenv(launcher.get(), "DESKTOP_STARTUP_ID");
+    g_subprocess_launcher_setenv(launcher.get(), "DESKTOP_STARTUP_ID", startupId.c_str(), TRUE);
     g_subprocess_launcher_unsetenv(launcher.get(), "XDG_ACTIVATION_TOKEN");
     return GObjectOwner<GSubprocess>(g_subprocess_launcher_spawnv(launcher.get(), arguments.data(), nullptr));
 }
@@ -91,9 +93,13 @@ Picked RunPicker(const Words& words, const PickRequest& request)
 {
     Ending ending;
     BusTalk talk([&] { return request.givenUp(request.context); });
-    const GObjectOwner<GSubprocess> process = Start(words);
+    const std::string startupId = AnnounceStart(request.title, nullptr, words.front().c_str());
+    const GObjectOwner<GSubprocess> process = Start(words, startupId);
     if (process == nullptr)
+    {
+        RetractStart(startupId);
         return {PickResult::Failed, {}};
+    }
     g_subprocess_communicate_async(process.get(), nullptr, nullptr, OnEnd, &ending);
     if (!talk.Wait([&] { return ending.isThere; }))
     {
