@@ -23,7 +23,7 @@ public:
     ~SessionBus()
     {
         if (getpid() != m_owner)
-            return; // a process that a test has forked
+            return;        // a process that a test has forked
         if (m_process > 0) // -1 would be everybody's
         {
             kill(m_process, SIGTERM);

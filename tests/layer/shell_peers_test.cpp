@@ -23,7 +23,7 @@ protected:
     void SetUp() override
     {
         m_folder = NewFolder();
-        SessionBus::Of(); // started by the machine's path
+        SessionBus::Of();                            // started by the machine's path
         setenv("PATH", (Home() / "bin").c_str(), 1); // no picker of the machine's own
     }
     void TearDown() override
