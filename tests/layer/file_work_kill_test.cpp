@@ -154,6 +154,7 @@ void KillManyTimes(const std::string& kind, const char* how, const fs::path& tar
             EXPECT_EQ(LeftOvers(round.folder), 0) << "the next work in the folder cleans up";
         }
     }
+    std::cout << killed << " of " << rounds << " were killed before their end\n";
     EXPECT_GT(killed, 0);
     fs::remove_all(target / "target");
 }
