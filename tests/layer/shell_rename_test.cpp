@@ -174,14 +174,25 @@ TEST_F(ShellRename, AnEntryIsWholeWheneverTheProcessDies)
     std::set<std::string> seen;
     for (int round = 0; round < 50; ++round)
     {
+        int begun[2];
+        ASSERT_EQ(pipe(begun), 0);
         const pid_t process = fork();
+        ASSERT_GE(process, 0);
         if (process == 0)
         {
             setenv("LANG", "C", 1);
             int error = 0;
             for (int i = 0;; ++i)
+            {
                 service->rename(path.c_str(), std::to_string(i).c_str(), &error);
+                if (i == round % 3 && write(begun[1], "*", 1) != 1)
+                    _exit(1);
+            }
         }
+        close(begun[1]);
+        char byte;
+        EXPECT_EQ(read(begun[0], &byte, 1), 1);
+        close(begun[0]);
         poll(nullptr, 0, round % 7);
         kill(process, SIGKILL);
         waitpid(process, nullptr, 0);
