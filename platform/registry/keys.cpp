@@ -1,15 +1,15 @@
 // The registry calls: key handles over the two stores.
 #include "platform/base/fault_points.h"
 #include "platform/base/handle_table.h"
+#include "platform/registry/hive.h"
 #include "platform/registry/registry_file.h"
-#include "platform/registry/store.h"
 
 #include "windows.h"
 
 #include <algorithm>
 #include <limits>
 
-using platform::RegistryStore;
+using platform::Hive;
 
 namespace
 {
@@ -17,31 +17,30 @@ namespace
 struct KeyObject : platform::HandleObject
 {
     static constexpr platform::HandleKind kHandleKind = platform::HandleKind::RegistryKey;
-    KeyObject(RegistryStore& s, std::u16string p, REGSAM a)
-        : HandleObject(kHandleKind), store(s), path(std::move(p)), access(a)
+    KeyObject(Hive& s, std::u16string p, REGSAM a) : HandleObject(kHandleKind), store(s), path(std::move(p)), access(a)
     {
     }
-    RegistryStore& store;
+    Hive& store;
     std::u16string path;
     REGSAM access;
 };
 
-RegistryStore& UserHive()
+Hive& UserHive()
 {
-    static RegistryStore& store = *new RegistryStore(platform::UserHivePath());
-    return store;
+    static Hive& hive = *new Hive(platform::UserHivePath());
+    return hive;
 }
 
-RegistryStore& MachineHive()
+Hive& MachineHive()
 {
-    static RegistryStore& store = *new RegistryStore(platform::MachineHivePath());
-    return store;
+    static Hive& hive = *new Hive(platform::MachineHivePath(), UserHive(), u"VirtualStore\\Machine");
+    return hive;
 }
 
 /// What a key handle means, predefined or opened.
 struct Location
 {
-    RegistryStore* store = nullptr; ///< null for a handle that names no key
+    Hive* store = nullptr; ///< null for a handle that names no key
     std::u16string path;
     REGSAM access = 0;
 };
@@ -75,13 +74,6 @@ void Append(std::u16string& path, LPCWSTR subKey)
 bool WantsWrite(REGSAM access)
 {
     return (access & KEY_SET_VALUE) != 0;
-}
-
-/// The machine's hive says at once that it is not to be written, as Windows does. The user's own says so when it is
-/// written: an arrangement on a read-only home can still be read by a caller that asks for both.
-bool Refused(const RegistryStore& store, REGSAM access)
-{
-    return WantsWrite(access) && &store == &MachineHive() && !store.Writable();
 }
 
 LSTATUS OpenHandleOn(Location location, REGSAM access, HKEY* result)
@@ -125,8 +117,6 @@ LSTATUS RegOpenKeyExW(HKEY key, LPCWSTR subKey, DWORD, REGSAM access, HKEY* resu
     const LSTATUS found = location.store->FindKey(location.path);
     if (found != ERROR_SUCCESS)
         return found;
-    if (Refused(*location.store, access))
-        return ERROR_ACCESS_DENIED;
     return OpenHandleOn(std::move(location), access, result);
 }
 
@@ -140,8 +130,6 @@ LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR subKey, DWORD, LPWSTR, DWORD, REGSAM a
     if (platform::FaultPoint("RegCreateKeyExW"))
         return ERROR_NOT_ENOUGH_MEMORY;
     Append(location.path, subKey);
-    if (Refused(*location.store, access))
-        return ERROR_ACCESS_DENIED;
     bool created = false;
     const LSTATUS status = location.store->CreateKey(location.path, created);
     if (status != ERROR_SUCCESS)

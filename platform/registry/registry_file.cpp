@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 namespace platform
 {
@@ -52,7 +53,16 @@ std::string MachineHivePath()
 
 int MakeParentFolder(const std::string& path)
 {
-    return MakeFolders(ParentOf(path)) ? 0 : errno;
+    // What is recorded for the machine is for everybody to read; the user's own folders are for nobody else.
+    std::vector<std::string> shared;
+    if (path == MachineHivePath())
+        for (std::string folder = ParentOf(path); access(folder.c_str(), F_OK) != 0; folder = ParentOf(folder))
+            shared.push_back(folder);
+    if (!MakeFolders(ParentOf(path)))
+        return errno;
+    for (const std::string& folder : shared)
+        chmod(folder.c_str(), 0755);
+    return 0;
 }
 
 bool MayWrite(const std::string& path)

@@ -1,4 +1,5 @@
 // The registry's file: creation, damage, locks, missing rights, a full disk, a killed writer.
+#include "platform/registry/hive.h"
 #include "platform/registry/registry_file.h"
 #include "platform/registry/store.h"
 
@@ -14,6 +15,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+using platform::Hive;
 using platform::RegistryStore;
 using platform::RegistryValue;
 
@@ -448,29 +450,105 @@ TEST_F(RegistryFile, WritersAtTheSameTimeShareTheStore)
     }
 }
 
-TEST_F(RegistryFile, TheMachinesHiveRefusesOrdinaryUsersAtOnce)
+/// The machine's hive as somebody sees it who may only read it, with a store of their own.
+class MachineHive : public RegistryFile
 {
-    const auto asUser = [&]
+protected:
+    static constexpr LPCWSTR kKey = u"Software\\Orb";
+
+    /// Runs the work in a process of an ordinary user, which ends with the number that it returns.
+    template <typename Work>
+    void AsUser(Work work)
     {
-        setenv("XDG_CONFIG_DIRS", m_folder.c_str(), 1);
-        {
-            RegistryStore machine(platform::MachineHivePath());
-            bool created = false;
-            machine.CreateKey(u"Software\\Orb", created);
-        }
-        fs::permissions(m_folder / "orb-launcher/registry.db", kReadable);
-        fs::permissions(m_folder / "orb-launcher", kReadable | kEnterable);
-        fs::permissions(m_folder, kReadable | kEnterable);
-        DropPrivileges();
+        setenv("XDG_CONFIG_DIRS", (m_folder / "system").c_str(), 1);
+        setenv("XDG_CONFIG_HOME", (m_folder / "user").c_str(), 1);
+        fs::create_directories(m_folder / "user");
+        fs::permissions(m_folder / "user", fs::perms::all);
+        EXPECT_EXIT(
+            {
+                DropPrivileges();
+                _exit(work());
+            },
+            testing::ExitedWithCode(0), "");
+    }
+
+    void SetUp() override
+    {
+        if (geteuid() != 0)
+            GTEST_SKIP() << "needs root to become somebody else than the files' owner";
+    }
+
+    static LONG Write(LPCWSTR path, LPCWSTR name)
+    {
         HKEY key = nullptr;
-        const bool reads = RegOpenKeyExW(HKEY_LOCAL_MACHINE, u"Software\\Orb", 0, KEY_READ, &key) == ERROR_SUCCESS;
-        const bool refuses =
-            RegOpenKeyExW(HKEY_LOCAL_MACHINE, u"Software\\Orb", 0, KEY_READ | KEY_WRITE, &key) == ERROR_ACCESS_DENIED &&
-            RegCreateKeyExW(HKEY_LOCAL_MACHINE, u"Software\\New", 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr) ==
-                ERROR_ACCESS_DENIED;
-        _exit((reads ? 0 : 1) + (refuses ? 0 : 2));
+        const LONG status = RegCreateKeyW(HKEY_LOCAL_MACHINE, path, &key);
+        const LONG written = status == ERROR_SUCCESS ? RegSetValueExW(key, name, 0, REG_NONE, nullptr, 0) : status;
+        RegCloseKey(key);
+        return written;
+    }
+    static bool Has(LPCWSTR path, LPCWSTR name)
+    {
+        HKEY key = nullptr;
+        const bool found = RegOpenKeyExW(HKEY_LOCAL_MACHINE, path, 0, KEY_READ, &key) == ERROR_SUCCESS &&
+                           RegQueryValueExW(key, name, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
+        RegCloseKey(key);
+        return found;
+    }
+
+    fs::path SystemFile() const { return m_folder / "system/orb-launcher/registry.db"; }
+    fs::path UserFile() const { return m_folder / "user/orb-launcher/registry.db"; }
+};
+
+TEST_F(MachineHive, TakesWhatAnOrdinaryUserWritesIntoAnOverlayOfTheirOwn)
+{
+    {
+        setenv("XDG_CONFIG_DIRS", (m_folder / "system").c_str(), 1);
+        RegistryStore machine(SystemFile());
+        bool created = false;
+        machine.CreateKey(kKey, created); // makes folders that everybody may read
+        machine.WriteValue(kKey, u"theirs", REG_NONE, {});
+    }
+    const std::string before = ReadFile(SystemFile());
+    AsUser(
+        []
+        {
+            const bool writes = Write(kKey, u"mine") == ERROR_SUCCESS && Has(kKey, u"mine") && Has(kKey, u"theirs") &&
+                                Write(u"Software\\New", u"mine") == ERROR_SUCCESS && Has(u"Software\\New", u"mine");
+            HKEY key = nullptr;
+            RegOpenKeyExW(HKEY_LOCAL_MACHINE, kKey, 0, KEY_READ | KEY_WRITE, &key);
+            const bool refuses = RegDeleteValueW(key, u"theirs") == ERROR_ACCESS_DENIED && Has(kKey, u"theirs");
+            const bool forgets = RegDeleteTreeW(HKEY_LOCAL_MACHINE, u"Software\\New") == ERROR_SUCCESS &&
+                                 !Has(u"Software\\New", u"mine");
+            return (writes ? 0 : 1) + (refuses ? 0 : 2) + (forgets ? 0 : 4);
+        });
+    EXPECT_EQ(ReadFile(SystemFile()), before);
+    const char* const names = "SELECT v.name FROM keys JOIN \"values\" v ON key = id WHERE path = "
+                              "'VIRTUALSTORE\\MACHINE\\SOFTWARE\\ORB'";
+    EXPECT_EQ(RawDatabase{UserFile()}(names), "mine") << "as docs/registry.md tells";
+    // The same user with rights writes the hive itself, and the overlay is no longer in the way.
+    Hive user(UserFile());
+    Hive machine(SystemFile(), user, u"VirtualStore\\Machine");
+    EXPECT_EQ(machine.WriteValue(kKey, u"mine", REG_BINARY, Data{1}), ERROR_SUCCESS);
+    RegistryValue value;
+    EXPECT_EQ(machine.ReadValue(kKey, u"mine", value), ERROR_SUCCESS);
+    EXPECT_EQ(value.data, Data{1});
+}
+
+TEST_F(MachineHive, ThatIsNoneStillTakesThem)
+{
+    WriteFile(SystemFile(), std::string(5000, 'x'));
+    const auto tick = []
+    {
+        const bool before = Has(kKey, u"114");
+        return !before && Write(kKey, u"114") == ERROR_SUCCESS && Has(kKey, u"114") ? 0 : 1;
     };
-    if (geteuid() != 0)
-        GTEST_SKIP() << "needs root to become somebody else than the files' owner";
-    EXPECT_EXIT(asUser(), testing::ExitedWithCode(0), "");
+    AsUser(tick);
+    EXPECT_TRUE(fs::exists(SystemFile())) << "who may not write it cannot set it aside";
+    AsUser([] { return Has(kKey, u"114") ? 0 : 1; });
+    fs::remove(UserFile());
+    fs::permissions(SystemFile(), fs::perms::none);
+    AsUser(tick);
+    fs::remove(UserFile());
+    fs::permissions(m_folder / "system", fs::perms::none);
+    AsUser(tick);
 }
