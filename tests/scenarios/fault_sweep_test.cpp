@@ -404,6 +404,17 @@ TEST_P(FaultSweep, Renaming)
           25);
 }
 
+TEST_P(FaultSweep, LinkingTheDesktop)
+{
+    Sweep({Open,
+           [](Desk& desk)
+           {
+               Choose(desk, 10); // the notice is accepted
+               g_launcher.m_options = 0;
+           }},
+          60);
+}
+
 TEST_P(FaultSweep, Deleting)
 {
     Sweep({Open,
