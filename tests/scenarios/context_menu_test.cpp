@@ -184,6 +184,8 @@ TEST_F(ContextMenu, TakesOutWhatItDoesNotOffer)
     EXPECT_EQ(m_shell.queryFlags, static_cast<UINT>(CMF_NORMAL)) << "no rename";
     m_shell.others = {"cut", "cut", "PinToStartScreen", "delete"};
     EXPECT_EQ(shellEntries(), (Identifiers{14, 18})) << "after three it is good";
+    m_shell.others = {"copy", "PinToStartScreen"};
+    EXPECT_EQ(shellEntries(), (Identifiers{14, 15})) << "the last one as well";
 }
 
 TEST_F(ContextMenu, OfAnEmptyLevelOffersOnlyWhatMakesSomething)

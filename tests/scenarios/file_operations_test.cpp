@@ -274,6 +274,25 @@ TEST_F(NewShortcut, StaysBesideItsItemWhateverComesMeanwhile)
     EXPECT_EQ(m_desk.Hot(), "Notes.txt");
 }
 
+TEST_F(NewShortcut, ToAPathThatIsTooLongIsCut)
+{
+    m_files.pick = "/" + std::string(300, 'x');
+    PressOn("notes", VK_INSERT);
+    EXPECT_EQ(m_files.targets, Labels{m_files.pick.substr(0, 259)});
+}
+
+TEST_F(NewShortcut, WhoseItemHasGoneTakesThePlaceOfThatItem)
+{
+    m_files.onPick = [&]
+    {
+        fs::remove(Path("notes"));
+        Refresh();
+    };
+    PressOn("notes", VK_INSERT);
+    EXPECT_EQ(m_desk.Items(), (Labels{"Games", "Notes.txt", "readme"}));
+    EXPECT_EQ(m_desk.Hot(), "Notes.txt");
+}
+
 TEST_F(NewShortcut, OfAMenuThatClosesMeanwhileHarmsNothing)
 {
     m_files.onPick = [&] { DestroyWindow(Root().m_hWnd); };
