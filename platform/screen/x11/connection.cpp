@@ -181,14 +181,17 @@ void Connection::SelectExtensionEvents()
 void Connection::RequireAlive()
 {
     if (xcb_connection_has_error(m_xcb) != 0)
-    {
-        // Not exit: exit handlers would wait for messages of windows that are no more.
-        std::fputs(ORB_PRODUCT ": the display was lost\n", stderr);
-        std::fflush(nullptr);
-        if (g_beforeSuddenEnd != nullptr)
-            g_beforeSuddenEnd();
-        _exit(1);
-    }
+        EndSuddenly("the display was lost");
+}
+
+void Connection::EndSuddenly(const char* why)
+{
+    // Not exit: exit handlers would wait for messages of windows that are no more.
+    std::fprintf(stderr, ORB_PRODUCT ": %s\n", why);
+    std::fflush(nullptr);
+    if (g_beforeSuddenEnd != nullptr)
+        g_beforeSuddenEnd();
+    _exit(1);
 }
 
 Connection& TheConnection()

@@ -86,6 +86,8 @@ public:
 
     /// Ends the process with one line on standard error when the server has gone.
     void RequireAlive();
+    /// Ends the process with a line that says why.
+    [[noreturn]] static void EndSuddenly(const char* why);
 
 private:
     void SendFirstBatch();

@@ -141,6 +141,11 @@ void HandleWindowEvent(const xcb_generic_event_t& event, std::uint8_t type)
             window->frame = reparent.parent != TheConnection().Root() ? reparent.parent : 0;
         break;
     }
+    case XCB_DESTROY_NOTIFY:
+        // A dialog that is gone can be answered by nobody, and the menu would stay disabled.
+        if (FindNative(reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window) != nullptr)
+            Connection::EndSuddenly("another program has destroyed a window");
+        break;
     case XCB_MAP_NOTIFY:
         OnMapped(reinterpret_cast<const xcb_map_notify_event_t&>(event).window);
         break;
