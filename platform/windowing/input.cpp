@@ -105,21 +105,23 @@ Outcome TakeMouse(const QueuedEvent& queued, MSG& message, const MessageFilter& 
     return CommitMouse(event, message, target) ? Outcome::Message : Outcome::Consumed;
 }
 
-/// A message that goes to the focus window, or to the active window when nothing has the focus.
+/// A message that goes to the focus window, or to the active window when nothing has the focus. A key that is meant for
+/// a disabled one is nobody's: it comes without a window, for loops that look at keys themselves.
 Outcome TakeForFocus(const QueuedEvent& queued, MSG& message, const MessageFilter& filter, bool remove)
 {
     const Event& event = queued.event;
     if (event.modifiers != kOwnModifiers)
         NoteModifiers(event.modifiers);
     const Window* target = FindObject<Window>(GetFocus() != nullptr ? GetFocus() : GetActiveWindow());
-    if (target == nullptr || (RootOf(*target).style & WS_DISABLED) != 0)
+    const bool disabled = target != nullptr && (RootOf(*target).style & WS_DISABLED) != 0;
+    if (target == nullptr || (disabled && event.type == EventType::Wheel))
     {
         Drop(queued);
         if (event.type != EventType::Wheel)
             CommitKey(event);
         return Outcome::Consumed;
     }
-    message.hwnd = target->handle;
+    message.hwnd = disabled ? nullptr : target->handle;
     message.time = static_cast<DWORD>(event.time);
     message.pt = event.type == EventType::Wheel ? event.position : MessagePoint();
     if (event.type == EventType::Wheel)

@@ -210,6 +210,7 @@ TEST_F(ShellPeers, APickerThatNeverShowsIsGivenUpByEscape)
     const HWND owner = CreateWindowExW(0, u"PickerOwner", u"", WS_POPUP | WS_VISIBLE, 0, 0, 100, 100, nullptr, nullptr,
                                        nullptr, nullptr);
     SetForegroundWindow(owner);
+    EnableWindow(owner, FALSE); // as the menu is meanwhile
     bool pressed = false;
     const auto escape = [&]
     {
