@@ -440,7 +440,7 @@ TEST_F(Edits, TheContextMenuOffersWhatCanBeDone)
 
 TEST_F(Edits, TheContextMenuOffersToPasteWhatIsText)
 {
-    const auto choosePaste = [this]
+    const auto choosePaste = []
     {
         int turn = 0;
         headless::SetIdleHandler(
