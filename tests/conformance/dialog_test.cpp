@@ -256,7 +256,7 @@ TEST_F(Dialogs, TabStopsAndGroupsGoRound)
                 int next;
                 int previous;
             };
-            const auto id = [&](HWND (*call)(HWND, HWND, BOOL), int from, BOOL previous)
+            const auto id = [&](auto* call, int from, BOOL previous)
             { return GetDlgCtrlID(call(dialog, Control(dialog, from), previous)); };
             for (const auto& [from, next, previous] : {Case{kFirst, kCheck, IDCANCEL},
                                                        {kCheck, IDOK, kFirst},
