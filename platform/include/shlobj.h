@@ -196,7 +196,50 @@ protected:
     ~IFileDialog() = default;
 };
 
-struct SHDRAGIMAGE;
+enum SIIGBF : int
+{
+    SIIGBF_RESIZETOFIT = 0,
+};
+
+struct IShellItemImageFactory : IUnknown
+{
+    /// A bitmap of 32 bits, premultiplied, of at most this size; DeleteObject by the caller.
+    virtual HRESULT STDMETHODCALLTYPE GetImage(SIZE size, SIIGBF flags, HBITMAP* bitmap) = 0;
+
+protected:
+    ~IShellItemImageFactory() = default;
+};
+
+/// Of a data object whose content may be taken on another thread after the drop.
+struct IDataObjectAsyncCapability : IUnknown
+{
+    virtual HRESULT STDMETHODCALLTYPE SetAsyncMode(BOOL async) = 0;
+    virtual HRESULT STDMETHODCALLTYPE GetAsyncMode(BOOL* async) = 0;
+
+protected:
+    ~IDataObjectAsyncCapability() = default;
+};
+
+/// "Shell IDList Array": the folder and then its items, each by its offset from the structure's begin in bytes.
+#define CFSTR_SHELLIDLIST u"Shell IDList Array"
+#pragma pack(push, 1)
+struct CIDA
+{
+    UINT cidl; ///< items, the folder not counted
+    UINT aoffset[1];
+};
+#pragma pack(pop)
+
+/// A drag's picture; the helper that is given it owns the bitmap from then on.
+struct SHDRAGIMAGE
+{
+    SIZE sizeDragImage;
+    POINT ptOffset; ///< of the pointer, from the picture's top left corner
+    HBITMAP hbmpDragImage;
+    COLORREF crColorKey;
+};
+#define DSH_ALLOWDROPDESCRIPTIONTEXT 0x0001
+
 struct IDropTargetHelper : IUnknown
 {
     virtual HRESULT STDMETHODCALLTYPE DragEnter(HWND target, IDataObject* data, POINT* point, DWORD effect) = 0;
@@ -232,6 +275,8 @@ extern const IID IID_IContextMenu;
 extern const IID IID_IShellLinkW;
 extern const IID IID_IPersistFile;
 extern const IID IID_IShellItem;
+extern const IID IID_IShellItemImageFactory;
+extern const IID IID_IDataObjectAsyncCapability;
 extern const IID IID_IFileDialog;
 extern const IID IID_IDropTargetHelper;
 extern const IID IID_IDragSourceHelper2;
@@ -276,6 +321,8 @@ BOOL SHGetPathFromIDListW(LPCITEMIDLIST list, LPWSTR path);
 HRESULT SHGetKnownFolderPath(REFKNOWNFOLDERID id, DWORD flags, HANDLE token, LPWSTR* path);
 /// An item of an existing file or folder; "shell:Desktop" names the user's desktop folder.
 HRESULT SHCreateItemFromParsingName(LPCWSTR name, IBindCtx* context, REFIID iid, void** item);
+/// Of an absolute list.
+HRESULT SHCreateItemFromIDList(LPCITEMIDLIST list, REFIID iid, void** item);
 HRESULT SHGetFolderLocation(HWND owner, int csidl, HANDLE token, DWORD reserved, LPITEMIDLIST* list);
 
 // --- change notices and the process reference
@@ -285,3 +332,6 @@ ULONG SHChangeNotifyRegister(HWND window, int sources, LONG events, UINT message
 BOOL SHChangeNotifyDeregister(ULONG id);
 /// The object that shell components reference to keep the process alive; null to withdraw it. Not owned.
 void SHSetInstanceExplorer(IUnknown* reference);
+
+/// DoDragDrop with a drop source of the shell's own where `source` is null: Escape, or the other button, cancels.
+HRESULT SHDoDragDrop(HWND window, IDataObject* data, IDropSource* source, DWORD allowed, DWORD* effect);

@@ -61,6 +61,15 @@ BOOL LocalUnlock(HLOCAL memory);
 /// Null when it is freed.
 HLOCAL LocalFree(HLOCAL memory);
 
+#define GMEM_MOVEABLE 0x0002
+#define GMEM_ZEROINIT 0x0040
+/// Likewise; GlobalSize is the number of bytes asked for.
+HGLOBAL GlobalAlloc(UINT flags, SIZE_T size);
+LPVOID GlobalLock(HGLOBAL memory);
+BOOL GlobalUnlock(HGLOBAL memory);
+SIZE_T GlobalSize(HGLOBAL memory);
+HGLOBAL GlobalFree(HGLOBAL memory);
+
 /// The program's file (for any module), as a shell path. Length of what was copied; a longer path is cut, with
 /// ERROR_INSUFFICIENT_BUFFER.
 DWORD GetModuleFileNameW(HMODULE module, LPWSTR path, DWORD capacity);

@@ -553,6 +553,8 @@ int GetSystemMetrics(int index);
 HWND GetDesktopWindow();
 BOOL SystemParametersInfoW(UINT action, UINT param, LPVOID data, UINT flags);
 UINT RegisterClipboardFormatW(LPCWSTR name);
+/// Characters of a registered format's name as it was first registered, without the final 0; 0 for no such format.
+int GetClipboardFormatNameW(UINT format, LPWSTR name, int capacity);
 
 // --- rectangles
 BOOL IsRectEmpty(const RECT* rect);
@@ -581,6 +583,8 @@ struct ICONINFO
     HBITMAP hbmColor;
 };
 using PICONINFO = ICONINFO*;
+/// A copy of a bitmap (IMAGE_BITMAP alone, in its own size and without flags); DeleteObject by the caller.
+HANDLE CopyImage(HANDLE image, UINT type, int width, int height, UINT flags);
 HANDLE LoadImageW(HINSTANCE instance, LPCWSTR name, UINT type, int width, int height, UINT flags);
 HICON LoadIconW(HINSTANCE instance, LPCWSTR name);
 BOOL DestroyIcon(HICON icon);

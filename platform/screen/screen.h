@@ -6,7 +6,7 @@
 //
 // Requests are collected: nothing is sure to have reached the display before Commit.
 //
-// Copy and paste have a header of their own beside this one (selections.h); so will drag and drop.
+// Copy and paste have a header of their own beside this one (selections.h), and so have drags (drags.h).
 #pragma once
 
 #include "platform/screen/surface.h"
@@ -60,8 +60,13 @@ enum class EventType : std::uint8_t
     Activated,   ///< this program has the keyboard; `window` is the managed window that got it, 0 for the pop-ups
     Deactivated, ///< the user has turned to another program
     CloseRequest,
-    Composition, ///< what an input method composes has changed (CurrentComposition)
-    Placed,      ///< the window manager has moved or resized a managed window to `bounds`
+    Composition,  ///< what an input method composes has changed (CurrentComposition)
+    Placed,       ///< the window manager has moved or resized a managed window to `bounds`
+    DragOver,     ///< another program drags something over `window`, at `position`; see drags.h
+    DragLeave,    ///< and no longer
+    DragDrop,     ///< and drops it there
+    DragAnswered, ///< what this program drags: the other side has answered, or another answer
+    DragEnded,    ///< likewise: what was dropped has been dealt with, or the other side has failed to
 };
 
 /// Buttons by their Windows names: left, right, middle.
@@ -83,7 +88,7 @@ struct Event
 {
     EventType type = EventType::MouseMove;
     NativeWindow window = 0;
-    POINT position{};       ///< of the pointer; mouse events only
+    POINT position{};       ///< of the pointer; mouse and drag events only
     RECT bounds{};          ///< Placed only
     std::uint64_t time = 0; ///< milliseconds of the layer's clock
     unsigned modifiers = 0; ///< as they were before the event

@@ -20,6 +20,7 @@ enum class Selection : std::uint8_t
 {
     Clipboard,
     Primary, ///< what is marked; pasted by the middle button
+    Drag,    ///< what is dragged, by whichever program; offered with BeginDrag (drags.h)
 };
 
 /// What this program offers. Kept for as long as the selection is this program's.

@@ -11,7 +11,7 @@
 #include "platform/base/text.h"
 #include "platform/dialogs/menu.h"
 #include "platform/icons/shell_icon.h"
-#include "platform/shell/com_object.h"
+#include "platform/ole/com_object.h"
 #include "platform/shell/item_programs.h"
 
 #include <algorithm>

@@ -10,7 +10,7 @@
 #include "platform/base/text.h"
 #include "platform/services/desktop_module.h"
 #include "platform/services/peer_service.h"
-#include "platform/shell/com_object.h"
+#include "platform/ole/com_object.h"
 #include "platform/shell/failure_report.h"
 #include "platform/shell/native_parent.h"
 #include "platform/shell/pumped_call.h"

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/files/folder_listing.h"
-#include "platform/shell/com_object.h"
+#include "platform/ole/com_object.h"
 #include "platform/shell/item_id.h"
 
 #include <memory>

@@ -4,7 +4,7 @@
 // Not implemented: comparing items, storage objects, view objects other than the background's menu.
 #pragma once
 
-#include "platform/shell/com_object.h"
+#include "platform/ole/com_object.h"
 #include "platform/shell/namespace.h"
 
 namespace platform

@@ -6,7 +6,7 @@
 #include "platform/base/xdg_folders.h"
 #include "platform/files/known_folders.h"
 #include "platform/files/place_call.h"
-#include "platform/shell/com_object.h"
+#include "platform/ole/com_object.h"
 #include "platform/shell/namespace.h"
 
 #include <cerrno>

@@ -7,7 +7,7 @@
 #include "platform/base/text.h"
 #include "platform/files/make_link.h"
 #include "platform/files/names.h"
-#include "platform/shell/com_object.h"
+#include "platform/ole/com_object.h"
 #include "platform/shell/failure_report.h"
 #include "platform/shell/namespace.h"
 #include "platform/shell/pumped_call.h"

@@ -4,6 +4,7 @@
 // that also sets the clock by hand (clock.h) has every time under its control.
 #pragma once
 
+#include "platform/screen/drags.h"
 #include "platform/screen/screen.h"
 #include "platform/screen/selections.h"
 
@@ -70,6 +71,38 @@ bool OtherOffers(screen::Selection selection);
 std::optional<std::string> AskAsOther(screen::Selection selection, std::string_view target);
 /// A clipboard manager runs, or none.
 void SetClipboardManager(bool runs);
+
+// --- what other programs drag here, and take
+struct OtherDrag
+{
+    OtherOffer offer;
+    screen::DragActions actions = 0;
+};
+/// Another program's drag comes over the screen at this point, and then moves. Modifiers as in screen::Event.
+void StartOtherDrag(OtherDrag drag, int x, int y, unsigned modifiers = 0);
+void MoveOtherDrag(int x, int y, unsigned modifiers = 0);
+/// The drag leaves this program's windows, or its program ends.
+void EndOtherDrag();
+void DropOtherDrag();
+/// What the program last answered for the point; nothing when it has not answered yet.
+std::optional<screen::DragActions> AnswerToOther();
+/// What it has done with the drop; nothing while it has not said.
+std::optional<screen::DragActions> DoneForOther();
+
+/// A window of another program that takes what is dragged onto it.
+struct OtherTarget
+{
+    RECT bounds{};
+    screen::DragActions takes =
+        0;                ///< the first of move, copy, link among these that the drag allows; what is wanted first
+    bool answers = true;  ///< while the drag is over it
+    bool finishes = true; ///< after the drop
+};
+void SetOtherTarget(std::optional<OtherTarget> target);
+/// What was dropped on it, in one form; nothing when nothing was.
+std::optional<std::string> DroppedOnOther(std::string_view target);
+/// What the pointer says a drop of this program's drag would do; nothing while it drags nothing.
+std::optional<screen::DragActions> ShownDragAction();
 
 // --- what a person sees
 struct WindowInfo

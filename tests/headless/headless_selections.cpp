@@ -22,7 +22,7 @@ struct HeldSelection
 
 struct Held
 {
-    HeldSelection selections[2];
+    HeldSelection selections[3];
     bool manager = false;
 };
 
@@ -82,7 +82,7 @@ void SetClipboardManager(bool runs)
 void ForgetSelections()
 {
     TheHeld().manager = false;
-    for (const Selection selection : {Selection::Clipboard, Selection::Primary})
+    for (const Selection selection : {Selection::Clipboard, Selection::Primary, Selection::Drag})
         Replace(selection, {});
 }
 

@@ -1,7 +1,7 @@
 // The scratch home of the shell's tests.
 #include "tests/layer/shell_scratch.h"
 
-#include "platform/shell/com_object.h"
+#include "platform/ole/com_object.h"
 
 #include <gtest/gtest.h>
 

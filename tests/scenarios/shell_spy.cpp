@@ -3,7 +3,7 @@
 
 #include "platform/base/handle_table.h"
 #include "platform/base/text.h"
-#include "platform/shell/com_object.h"
+#include "platform/ole/com_object.h"
 #include "support/com_ptr.h"
 #include "support/item_list.h"
 

@@ -3,7 +3,7 @@
 
 #include "platform/base/text.h"
 #include "platform/dialogs/menu.h"
-#include "platform/shell/com_object.h"
+#include "platform/ole/com_object.h"
 
 #include <shlwapi.h>
 

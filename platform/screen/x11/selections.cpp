@@ -69,9 +69,9 @@ struct Question
 struct Selections
 {
     Port port;
-    SelectionOwner owners[2]{SelectionOwner(port), SelectionOwner(port)}; ///< by Selection
-    xcb_timestamp_t readAt[2]{};                                          ///< when another program's was last asked for
-    std::weak_ptr<const screen::SelectionSource> readOwn[2];              ///< what was last read of this program's own
+    SelectionOwner owners[3]{SelectionOwner(port), SelectionOwner(port), SelectionOwner(port)}; ///< by Selection
+    xcb_timestamp_t readAt[3]{};                             ///< when another program's was last asked for
+    std::weak_ptr<const screen::SelectionSource> readOwn[3]; ///< what was last read of this program's own
     xcb_window_t ownerWindow = 0;
     xcb_window_t readingWindow = 0;
     std::optional<xcb_timestamp_t> inputTime;
@@ -211,8 +211,8 @@ xcb_window_t ReadingWindow()
 
 xcb_atom_t AtomOf(Selection selection)
 {
-    return selection == Selection::Clipboard ? State().port.AtomOf("CLIPBOARD")
-                                             : static_cast<xcb_atom_t>(XCB_ATOM_PRIMARY);
+    constexpr std::string_view kNames[] = {"CLIPBOARD", "PRIMARY", "XdndSelection"};
+    return State().port.AtomOf(kNames[static_cast<std::size_t>(selection)]);
 }
 
 SelectionOwner& OwnerOf(Selection selection)
@@ -222,7 +222,7 @@ SelectionOwner& OwnerOf(Selection selection)
 
 SelectionOwner* OwnerOf(xcb_atom_t atom)
 {
-    for (const Selection selection : {Selection::Clipboard, Selection::Primary})
+    for (const Selection selection : {Selection::Clipboard, Selection::Primary, Selection::Drag})
         if (AtomOf(selection) == atom)
             return &OwnerOf(selection);
     return nullptr;
@@ -327,7 +327,7 @@ bool Ask(Question& question, Wait wait)
 {
     Selections& state = State();
     const xcb_timestamp_t time = Time();
-    for (const Selection selection : {Selection::Clipboard, Selection::Primary})
+    for (const Selection selection : {Selection::Clipboard, Selection::Primary, Selection::Drag})
         if (AtomOf(selection) == question.selection)
             state.readAt[static_cast<std::size_t>(selection)] = time;
     xcb_convert_selection(Xcb(), question.window, question.selection, question.target,

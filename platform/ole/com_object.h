@@ -1,4 +1,4 @@
-// Reference counting and interface lookup of the shell's objects.
+// Reference counting and interface lookup of the layer's COM objects.
 #pragma once
 
 #include "unknwn.h"

@@ -1,5 +1,5 @@
 // The count of live shell objects.
-#include "platform/shell/com_object.h"
+#include "platform/ole/com_object.h"
 
 namespace platform
 {
