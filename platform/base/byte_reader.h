@@ -1,4 +1,4 @@
-// Reading what a cache file holds, in the machine's own byte order, without ever leaving its bytes.
+// Reading what a file or a property holds, in the machine's own byte order, without ever leaving its bytes.
 #pragma once
 
 #include <cstdint>
@@ -36,6 +36,8 @@ public:
     /// A text behind its length in bytes (4 bytes), as AppendText writes it.
     std::string_view Text() { return Bytes(Value<std::uint32_t>()); }
     bool Failed() const { return m_failed; }
+    /// Bytes not taken yet.
+    std::size_t Left() const { return m_bytes.size(); }
 
 private:
     std::string_view m_bytes;

@@ -1,11 +1,11 @@
 // The .res reader: every length is checked against the file before it is used.
 #include "platform/base/resource_file.h"
 
+#include "platform/base/byte_reader.h"
 #include "platform/base/text.h"
 
 #include <algorithm>
 #include <bit>
-#include <cstring>
 
 namespace platform
 {
@@ -23,38 +23,21 @@ std::size_t AlignUp(std::size_t offset)
     return (offset + 3) & ~std::size_t{3};
 }
 
-/// Reads numbers and identifiers from the front of a range; after a read past the end `failed` is set.
-struct Reader
+ByteReader ReaderOf(ResourceBytes bytes)
 {
-    ResourceBytes bytes;
-    std::size_t offset = 0;
-    bool failed = false;
+    return ByteReader({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+}
 
-    template <typename T>
-    T Read()
-    {
-        T value{};
-        if (offset > bytes.size() || bytes.size() - offset < sizeof(T))
-        {
-            failed = true;
-            return value;
-        }
-        std::memcpy(&value, bytes.data() + offset, sizeof(T));
-        offset += sizeof(T);
-        return value;
-    }
-
-    ResourceId ReadId()
-    {
-        auto unit = Read<std::uint16_t>();
-        if (unit == kNumberMark)
-            return {Read<std::uint16_t>(), {}};
-        ResourceId id;
-        for (; unit != 0 && !failed; unit = Read<std::uint16_t>())
-            id.text += UpperCase(static_cast<char16_t>(unit));
-        return id;
-    }
-};
+ResourceId ReadId(ByteReader& reader)
+{
+    auto unit = reader.Value<std::uint16_t>();
+    if (unit == kNumberMark)
+        return {reader.Value<std::uint16_t>(), {}};
+    ResourceId id;
+    for (; unit != 0 && !reader.Failed(); unit = reader.Value<std::uint16_t>())
+        id.text += UpperCase(static_cast<char16_t>(unit));
+    return id;
+}
 
 } // namespace
 
@@ -74,14 +57,16 @@ ResourceId ResourceIdFromText(std::u16string_view text)
 
 std::optional<ResourceEntry> NextResource(ResourceBytes file, std::size_t& offset)
 {
-    Reader reader{file, offset};
-    const auto dataSize = reader.Read<std::uint32_t>();
-    const auto headerSize = reader.Read<std::uint32_t>();
-    if (reader.failed || headerSize > file.size() - offset || dataSize > file.size() - offset - headerSize)
+    const ResourceBytes rest = file.subspan(offset);
+    ByteReader sizes = ReaderOf(rest);
+    const auto dataSize = sizes.Value<std::uint32_t>();
+    const auto headerSize = sizes.Value<std::uint32_t>();
+    if (sizes.Failed() || headerSize > rest.size() || dataSize > rest.size() - headerSize)
         return std::nullopt;
-    Reader header{file.subspan(offset, headerSize), reader.offset - offset};
-    ResourceEntry entry{header.ReadId(), header.ReadId(), file.subspan(offset + headerSize, dataSize)};
-    if (header.failed || AlignUp(header.offset) + kFixedHeaderTail > headerSize)
+    ByteReader header = ReaderOf(rest.first(headerSize));
+    header.Bytes(2 * sizeof(std::uint32_t));
+    ResourceEntry entry{ReadId(header), ReadId(header), rest.subspan(headerSize, dataSize)};
+    if (header.Failed() || AlignUp(headerSize - header.Left()) + kFixedHeaderTail > headerSize)
         return std::nullopt;
     offset = std::min(AlignUp(offset + headerSize + dataSize), file.size());
     return entry;
@@ -89,20 +74,14 @@ std::optional<ResourceEntry> NextResource(ResourceBytes file, std::size_t& offse
 
 std::optional<std::u16string_view> StringInBlock(ResourceBytes block, unsigned id)
 {
-    Reader reader{block};
-    for (unsigned index = 0; index < kStringsPerBlock; ++index)
-    {
-        const auto length = reader.Read<std::uint16_t>();
-        if (reader.failed || (block.size() - reader.offset) / sizeof(char16_t) < length)
-            return std::nullopt;
-        if (index == id % kStringsPerBlock)
-        {
-            // Entry data is aligned to 4 bytes, and so is every string in it to 2.
-            return std::u16string_view(reinterpret_cast<const char16_t*>(block.data() + reader.offset), length);
-        }
-        reader.offset += length * sizeof(char16_t);
-    }
-    return std::nullopt;
+    ByteReader reader = ReaderOf(block);
+    std::string_view text;
+    for (unsigned index = 0; index <= id % kStringsPerBlock; ++index)
+        text = reader.Bytes(reader.Value<std::uint16_t>() * sizeof(char16_t));
+    if (reader.Failed())
+        return std::nullopt;
+    // Entry data is aligned to 4 bytes, and so is every string in it to 2.
+    return std::u16string_view(reinterpret_cast<const char16_t*>(text.data()), text.size() / sizeof(char16_t));
 }
 
 } // namespace platform

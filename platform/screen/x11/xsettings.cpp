@@ -1,7 +1,6 @@
 // The settings that the desktop's settings manager publishes. Format: XSETTINGS 0.5.
+#include "platform/base/byte_reader.h"
 #include "platform/screen/x11/connection.h"
-
-#include <cstring>
 
 namespace platform::x11
 {
@@ -10,45 +9,25 @@ namespace
 
 using Settings = std::map<std::string, std::string, std::less<>>;
 
-/// Reads numbers and text out of the property; after the first overrun everything reads as empty.
-class Reader
+/// Numbers and text of the property, in the byte order of whoever wrote it.
+class Reader : public ByteReader
 {
 public:
-    explicit Reader(std::string_view data) : m_rest(data) {}
+    using ByteReader::ByteReader;
 
     void SetByteOrder(bool swap) { m_swap = swap; }
-    bool Failed() const { return m_failed; }
-    std::string_view Take(std::size_t size)
-    {
-        m_failed |= size > m_rest.size();
-        const auto taken = m_failed ? std::string_view{} : m_rest.substr(0, size);
-        m_rest.remove_prefix(m_failed ? m_rest.size() : size);
-        return taken;
-    }
-    std::uint8_t Byte() { return Number<std::uint8_t>(); }
-    std::uint16_t Half() { return m_swap ? __builtin_bswap16(Number<std::uint16_t>()) : Number<std::uint16_t>(); }
-    std::uint32_t Word() { return m_swap ? __builtin_bswap32(Number<std::uint32_t>()) : Number<std::uint32_t>(); }
+    std::uint8_t Byte() { return Value<std::uint8_t>(); }
+    std::uint16_t Half() { return m_swap ? __builtin_bswap16(Value<std::uint16_t>()) : Value<std::uint16_t>(); }
+    std::uint32_t Word() { return m_swap ? __builtin_bswap32(Value<std::uint32_t>()) : Value<std::uint32_t>(); }
     std::string_view Padded(std::size_t size)
     {
-        const auto text = Take(size);
-        Take((4 - size % 4) % 4);
+        const auto text = Bytes(size);
+        Bytes((4 - size % 4) % 4);
         return text;
     }
 
 private:
-    template <typename T>
-    T Number()
-    {
-        T value{};
-        const auto bytes = Take(sizeof(T));
-        if (bytes.size() == sizeof(T))
-            std::memcpy(&value, bytes.data(), sizeof(T));
-        return value;
-    }
-
-    std::string_view m_rest;
     bool m_swap = false;
-    bool m_failed = false;
 };
 
 void ReadSetting(Reader& reader, Settings& settings)
@@ -76,7 +55,7 @@ void ReadSetting(Reader& reader, Settings& settings)
     }
     else
     {
-        reader.Take(8);
+        reader.Bytes(8);
     }
     if (!reader.Failed() && type != Color)
         settings.insert_or_assign(name, value);
@@ -89,7 +68,7 @@ Settings Parse(std::string_view data)
     constexpr std::uint8_t kMostSignificantFirst = 1;
     const bool bigEndian = reader.Byte() == kMostSignificantFirst;
     reader.SetByteOrder(bigEndian != (__BYTE_ORDER__ == __ORDER_BIG_ENDIAN__));
-    reader.Take(3);
+    reader.Bytes(3);
     reader.Word(); // serial
     const std::uint32_t count = reader.Word();
     for (std::uint32_t i = 0; i < count && !reader.Failed(); ++i)
