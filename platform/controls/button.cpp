@@ -47,7 +47,7 @@ bool Contains(HWND window, POINT point)
 
 DWORD Button::Kind() const
 {
-    return static_cast<DWORD>(GetWindowLongPtrW(Window(), GWL_STYLE)) & kKindMask;
+    return Style() & kKindMask;
 }
 
 bool Button::IsCheckBox() const
@@ -66,32 +66,8 @@ LRESULT Button::Handle(UINT message, WPARAM wParam, LPARAM lParam)
 {
     switch (message)
     {
-    case WM_ERASEBKGND:
-        return 1;
-    case WM_PAINT:
-        OnPaint();
-        return 0;
-    case WM_SETFONT:
-        m_font = reinterpret_cast<HFONT>(wParam);
-        Redraw();
-        return 0;
-    case WM_GETFONT:
-        return reinterpret_cast<LRESULT>(m_font);
-    case WM_ENABLE:
-    case WM_SETTEXT:
-        Redraw();
-        return Default(message, wParam, lParam);
     case WM_GETDLGCODE:
         return DialogCode();
-    default:
-        return HandleButtonMessage(message, wParam, lParam);
-    }
-}
-
-LRESULT Button::HandleButtonMessage(UINT message, WPARAM wParam, LPARAM lParam)
-{
-    switch (message)
-    {
     case BM_GETCHECK:
         return static_cast<LRESULT>(m_check);
     case BM_SETCHECK:
@@ -143,14 +119,13 @@ LRESULT Button::HandleInput(UINT message, WPARAM wParam, LPARAM lParam)
         InvalidateRect(Window(), nullptr, TRUE);
         return 0;
     default:
-        return Default(message, wParam, lParam);
+        return LabelControl::Handle(message, wParam, lParam);
     }
 }
 
 void Button::SetKind(DWORD kind)
 {
-    const auto style = static_cast<DWORD>(GetWindowLongPtrW(Window(), GWL_STYLE));
-    SetWindowLongPtrW(Window(), GWL_STYLE, static_cast<LONG_PTR>((style & ~kKindMask) | (kind & kKindMask)));
+    SetWindowLongPtrW(Window(), GWL_STYLE, static_cast<LONG_PTR>((Style() & ~kKindMask) | (kind & kKindMask)));
     if (Alive())
         Redraw();
 }
@@ -207,25 +182,12 @@ void Button::Click()
                  reinterpret_cast<LPARAM>(Window()));
 }
 
-void Button::OnPaint()
+void Button::Paint(HDC dc, const RECT& client)
 {
-    PAINTSTRUCT paint;
-    if (HDC dc = BeginPaint(Window(), &paint))
-    {
-        RECT client;
-        GetClientRect(Window(), &client);
-        const HGDIOBJ font = m_font != nullptr ? SelectObject(dc, m_font) : nullptr;
-        SetBkMode(dc, TRANSPARENT);
-        const HBRUSH background = AskForColors(IsCheckBox() ? WM_CTLCOLORSTATIC : WM_CTLCOLORBTN, dc);
-        FillRect(dc, &client, background);
-        if (IsCheckBox())
-            PaintCheckBox(dc, client);
-        else
-            PaintPush(dc, client);
-        if (font != nullptr)
-            SelectObject(dc, font);
-    }
-    EndPaint(Window(), &paint);
+    if (IsCheckBox())
+        PaintCheckBox(dc, client);
+    else
+        PaintPush(dc, client);
 }
 
 void Button::PaintPush(HDC dc, RECT rect)
@@ -240,7 +202,7 @@ void Button::PaintPush(HDC dc, RECT rect)
     RECT label = rect;
     if (m_down)
         OffsetRect(&label, 1, 1);
-    PaintLabel(dc, label, DT_CENTER);
+    PaintLine(dc, label, DT_CENTER);
     if (GetFocus() == Window())
     {
         InflateRect(&rect, -3, -3);
@@ -261,7 +223,7 @@ void Button::PaintCheckBox(HDC dc, RECT rect)
         PaintTick(dc, box, IsWindowEnabled(Window()) ? COLOR_WINDOWTEXT : COLOR_GRAYTEXT);
     RECT label = rect;
     label.left = box.right + side / 3;
-    PaintLabel(dc, label, DT_LEFT);
+    PaintLine(dc, label, DT_LEFT);
     if (GetFocus() == Window())
     {
         const std::u16string text = TextOf(Window());
@@ -274,13 +236,9 @@ void Button::PaintCheckBox(HDC dc, RECT rect)
     }
 }
 
-void Button::PaintLabel(HDC dc, RECT rect, UINT format)
+void Button::PaintLine(HDC dc, const RECT& rect, UINT alignment)
 {
-    const std::u16string text = TextOf(Window());
-    if (!IsWindowEnabled(Window()))
-        SetTextColor(dc, GetSysColor(COLOR_GRAYTEXT));
-    DrawTextW(dc, text.data(), static_cast<int>(text.size()), &rect,
-              format | DT_VCENTER | DT_SINGLELINE | DT_END_ELLIPSIS);
+    PaintLabel(dc, rect, alignment | DT_VCENTER | DT_SINGLELINE | DT_END_ELLIPSIS);
 }
 
 } // namespace platform

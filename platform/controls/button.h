@@ -5,15 +5,15 @@
 // Not implemented: radio buttons, three states, group boxes, owner draw, BS_NOTIFY.
 #pragma once
 
-#include "platform/controls/control_object.h"
+#include "platform/controls/label_control.h"
 
 namespace platform
 {
 
-class Button final : public ControlObject
+class Button final : public LabelControl
 {
 public:
-    using ControlObject::ControlObject;
+    using LabelControl::LabelControl;
 
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
     {
@@ -22,7 +22,8 @@ public:
 
 private:
     LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam) override;
-    LRESULT HandleButtonMessage(UINT message, WPARAM wParam, LPARAM lParam);
+    UINT ColorMessage() const override { return IsCheckBox() ? WM_CTLCOLORSTATIC : WM_CTLCOLORBTN; }
+    void Paint(HDC dc, const RECT& client) override;
     LRESULT HandleInput(UINT message, WPARAM wParam, LPARAM lParam);
     DWORD Kind() const; ///< BS_…
     bool IsCheckBox() const;
@@ -34,13 +35,10 @@ private:
     void Press();
     void Release(bool inside);
     void Click();
-    void Redraw() { InvalidateRect(Window(), nullptr, TRUE); }
-    void OnPaint();
     void PaintPush(HDC dc, RECT rect);
     void PaintCheckBox(HDC dc, RECT rect);
-    void PaintLabel(HDC dc, RECT rect, UINT format);
+    void PaintLine(HDC dc, const RECT& rect, UINT alignment);
 
-    HFONT m_font = nullptr;
     WPARAM m_check = BST_UNCHECKED;
     bool m_hot = false;
     bool m_down = false;

@@ -6,15 +6,15 @@
 // text.
 #pragma once
 
-#include "platform/controls/control_object.h"
+#include "platform/controls/label_control.h"
 
 namespace platform
 {
 
-class StaticText final : public ControlObject
+class StaticText final : public LabelControl
 {
 public:
-    using ControlObject::ControlObject;
+    using LabelControl::LabelControl;
 
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
     {
@@ -23,14 +23,12 @@ public:
 
 private:
     LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam) override;
-    bool Has(DWORD style) const;
-    DWORD Kind() const;
-    void Redraw() { InvalidateRect(Window(), nullptr, TRUE); }
-    void OnPaint();
+    UINT ColorMessage() const override { return WM_CTLCOLORSTATIC; }
+    void Paint(HDC dc, const RECT& client) override;
+    DWORD Kind() const; ///< SS_…
     void PaintIcon(HDC dc, const RECT& rect);
-    void PaintText(HDC dc, RECT rect);
+    void PaintText(HDC dc, const RECT& rect);
 
-    HFONT m_font = nullptr;
     HICON m_icon = nullptr;
 };
 
