@@ -3,6 +3,8 @@
 
 #include "shlobj.h"
 
+#include <chrono>
+
 namespace platform
 {
 
@@ -11,12 +13,24 @@ class ProcessHold
 {
 public:
     ProcessHold();
+    /// Holds what `other` holds, also when the reference has been withdrawn meanwhile. `other` must live through it.
+    ProcessHold(const ProcessHold& other);
     ~ProcessHold();
-    ProcessHold(const ProcessHold&) = delete;
     ProcessHold& operator=(const ProcessHold&) = delete;
 
+    /// For work that waits for others, who may never answer: such a hold is given up kLongestWait after the program
+    /// has withdrawn its reference, which it does at its end.
+    void Limit();
+
+    static constexpr std::chrono::seconds kLongestWait{20}; ///< twice what any answer is waited for
+
 private:
-    IUnknown* m_reference;
+    friend void ::SHSetInstanceExplorer(IUnknown* reference);
+    static void GiveUpLimited();
+
+    IUnknown* m_reference; ///< when limited, guarded as the list is
+    bool m_limited = false;
+    ProcessHold* m_next = nullptr; ///< in the list of the limited ones
 };
 
 } // namespace platform

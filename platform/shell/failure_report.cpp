@@ -23,6 +23,8 @@ namespace
 /// What the thread that does the work and the user-interface thread share.
 struct BackgroundWork
 {
+    BackgroundWork() { hold.Limit(); }
+
     ProcessHold hold;
     DWORD thread = GetCurrentThreadId(); ///< the user-interface thread
     std::mutex mutex;
@@ -49,7 +51,7 @@ void DoWork(BackgroundWork& shared, const std::function<std::u16string()>& work)
     std::u16string failure = work();
     const std::lock_guard lock(shared.mutex);
     if (!shared.isAwaited && !failure.empty())
-        ReportFailureLater(shared.thread, std::move(failure));
+        ReportFailureLater(shared.thread, std::move(failure), shared.hold);
     else
         shared.failure = std::move(failure);
     shared.isDone = true;
@@ -73,10 +75,9 @@ void ReportFailure(HWND owner, const std::u16string& text)
     MessageBoxW(IsWindow(owner) ? owner : nullptr, text.c_str(), u"" ORB_PRODUCT_TITLE, MB_OK | MB_ICONERROR);
 }
 
-void ReportFailureLater(DWORD thread, std::u16string text)
+void ReportFailureLater(DWORD thread, std::u16string text, const ProcessHold& hold)
 {
-    auto failure = std::make_unique<LateFailure>();
-    failure->text = std::move(text);
+    auto failure = std::make_unique<LateFailure>(hold, std::move(text));
     // Boxes are shown by the user-interface thread: a timer's message has its procedure called by whoever dispatches
     // it.
     if (PostThreadMessageW(thread, WM_TIMER, reinterpret_cast<WPARAM>(failure.get()),

@@ -1,6 +1,8 @@
 // Telling the user what could not be done, at once or when it turns out later.
 #pragma once
 
+#include "platform/base/process_hold.h"
+
 #include "windef.h"
 
 #include <functional>
@@ -15,7 +17,8 @@ void ReportFailure(HWND owner, const std::u16string& text);
 std::u16string FailureText(const std::u16string& name, std::u16string_view what, const std::string& reason);
 
 /// Has the user-interface thread, which is `thread`, tell a failure when it next looks for messages. From any thread.
-void ReportFailureLater(DWORD thread, std::u16string text);
+/// `hold`, which the work has had so far, keeps the process until the user has read it.
+void ReportFailureLater(DWORD thread, std::u16string text, const ProcessHold& hold);
 
 /// Runs `work` on a thread of its own and waits a moment for it. A failure, which is the sentence that it returns, is
 /// told in a box, by the user-interface thread and as late as it comes; the process is kept until then. E_FAIL for one

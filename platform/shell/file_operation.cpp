@@ -148,6 +148,7 @@ void FileJob::DispatchUntilFinished()
         }
     }
     KillTimer(nullptr, m_timer);
+    m_hold.Limit(); // work that has not finished by now may never do
     if (quit)
         PostQuitMessage(*quit);
 }
@@ -155,7 +156,7 @@ void FileJob::DispatchUntilFinished()
 bool FileJob::IsOver()
 {
     const std::lock_guard lock(m_mutex);
-    // A dead server is left to the working thread, which keeps the process until it is answered.
+    // A dead server is left to the working thread, which keeps the process for a while.
     return m_finished || m_abandoned || (m_cancelledAt && NowMs() - *m_cancelledAt > kPatience);
 }
 

@@ -34,7 +34,7 @@ void LaunchFinished(void* context, const char* failure)
 {
     const std::unique_ptr<PendingLaunch> launch(static_cast<PendingLaunch*>(context));
     if (failure[0] != '\0')
-        ReportFailureLater(launch->thread, FailureText(launch->name, kCouldNotStart, failure));
+        ReportFailureLater(launch->thread, FailureText(launch->name, kCouldNotStart, failure), launch->hold);
 }
 
 using LaunchCall = std::function<bool(const LaunchService& service, LaunchReport report, char* reason)>;
@@ -46,6 +46,7 @@ HRESULT Launch(HWND owner, const VerbItem& item, const LaunchCall& call)
     if (service != nullptr)
     {
         auto* launch = new PendingLaunch{{}, item.displayName, GetCurrentThreadId()};
+        launch->hold.Limit();
         if (call(*service, {LaunchFinished, launch}, reason))
             return S_OK;
     }

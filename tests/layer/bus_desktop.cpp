@@ -1,6 +1,7 @@
 // A desktop on the bus: a file manager and a portal that do as they are told, and write down what they were asked.
 // Usage: bus_desktop REPORT BEHAVIOUR
-// The file BEHAVIOUR is read at each call: "answer URI", "cancel", "die", "silent".
+// The file BEHAVIOUR is read at each call: "answer URI", "cancel", "die", "silent". A "late" file manager answers once
+// the file says something else.
 #include <gio/gio.h>
 
 #include <cstdio>
@@ -64,6 +65,8 @@ void OnCall(GDBusConnection* bus, const char* sender, const char*, const char* i
     const bool portal = std::string(interface).find("portal") != std::string::npos;
     if (!portal)
     {
+        while (Behaviour() == "late")
+            g_poll(nullptr, 0, 2);
         if (behaviour != "silent")
             g_dbus_method_invocation_return_value(invocation, nullptr);
         return;

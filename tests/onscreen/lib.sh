@@ -22,8 +22,9 @@ fail() {
     failures=$((failures + 1))
 }
 
-wait_for() { # what, command...: until the command succeeds, at most 15 s
-    local what=$1 deadline=$((SECONDS + 15))
+patience=15 # seconds
+wait_for() { # what, command...: until the command succeeds
+    local what=$1 deadline=$((SECONDS + patience))
     shift
     until "$@" >/dev/null 2>&1; do
         if [ "$SECONDS" -ge "$deadline" ]; then
