@@ -46,6 +46,7 @@ start_display() { # [size]
 scratch_home() {
     export HOME=$work/home
     export XDG_DATA_HOME=$HOME/data XDG_CONFIG_HOME=$HOME/config XDG_CACHE_HOME=$HOME/cache XDG_RUNTIME_DIR=$HOME/run
+    export XDG_CONFIG_DIRS=$HOME/system-config:/etc/xdg # root would write the machine's own hive
     unset DBUS_SESSION_BUS_ADDRESS XDG_CURRENT_DESKTOP
     folder=$XDG_DATA_HOME/OrbLauncher
     mkdir -p "$folder" "$XDG_CONFIG_HOME" "$XDG_CACHE_HOME" "$XDG_RUNTIME_DIR"
