@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstring>
 #include <iostream>
 #include <poll.h>
 #include <random>
@@ -42,9 +43,15 @@ Run RunFor(std::vector<std::string> arguments, std::optional<microseconds> limit
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, begun[1], STDOUT_FILENO);
     pid_t process = 0;
-    EXPECT_EQ(posix_spawn(&process, argv[0], &actions, nullptr, argv.data(), environ), 0);
+    const int error = posix_spawn(&process, argv[0], &actions, nullptr, argv.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     close(begun[1]);
+    if (error != 0) // 0 would be all of this group
+    {
+        close(begun[0]);
+        ADD_FAILURE() << argv[0] << ": " << std::strerror(error);
+        return {-1, {}};
+    }
     char byte;
     EXPECT_EQ(read(begun[0], &byte, 1), 1);
     close(begun[0]);

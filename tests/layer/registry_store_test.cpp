@@ -388,6 +388,7 @@ TEST_F(RegistryFile, AWriterKilledAtAnyMomentLeavesAWholeStore)
         int saves[2];
         ASSERT_EQ(pipe(saves), 0);
         const pid_t child = fork();
+        ASSERT_GE(child, 0) << "-1 would be everybody's";
         if (child == 0)
         {
             RegistryStore store(m_path);
@@ -424,6 +425,7 @@ TEST_F(RegistryFile, WritersAtTheSameTimeShareTheStore)
         for (int i = 0; i < kWriters; ++i)
         {
             const pid_t child = fork();
+            ASSERT_GE(child, 0);
             if (child == 0)
             {
                 RegistryStore store(m_path);

@@ -4,10 +4,12 @@
 // fewer calls than n. Afterwards the menu must either work as ever or be cleanly gone, and nothing may be left open.
 #include "tests/scenarios/desk.h"
 #include "tests/scenarios/live_handle_counts.h"
+#include "tests/scenarios/notice_reader.h"
 #include "tests/scenarios/shell_spy.h"
 #include "tests/scenarios/staged_ui.h"
 
 #include "app/launcher_state.h"
+#include "commands/command_table.h"
 #include "content/item_key.h"
 #include "content/ordering.h"
 #include "platform/base/fault_points.h"
@@ -409,10 +411,36 @@ TEST_P(FaultSweep, LinkingTheDesktop)
     Sweep({Open,
            [](Desk& desk)
            {
-               Choose(desk, 10); // the notice is accepted
+               Choose(desk, CustomMenu::IDM_ADD_DESKTOP); // the notice is accepted
                g_launcher.m_options = 0;
            }},
           60);
+}
+
+TEST_P(FaultSweep, LinkingTheStartMenuForGood)
+{
+    const auto forget = [] { RegDeleteTreeW(HKEY_LOCAL_MACHINE, TEXT("Software\\Quillfen")); };
+    Sweep({[&](Desk& desk)
+           {
+               forget();
+               Open(desk);
+           },
+           [](Desk& desk)
+           {
+               const BeforeTheBox person(
+                   [](HWND box)
+                   {
+                       CheckDlgButton(box, kCheckBox, BST_CHECKED);
+                       platform::headless::PressKey(VK_RETURN);
+                       platform::headless::ReleaseKey(VK_RETURN);
+                   });
+               Choose(desk, CustomMenu::IDM_ADD_START_MENU);
+               Choose(desk, CustomMenu::IDM_ADD_DESKTOP); // asks nothing any more
+               Choose(desk, CustomMenu::IDM_ADD_START_MENU);
+               g_launcher.m_options = 0;
+           }},
+          100);
+    forget();
 }
 
 TEST_P(FaultSweep, Deleting)

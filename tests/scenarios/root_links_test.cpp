@@ -2,16 +2,17 @@
 #include "tests/scenarios/desk.h"
 #include "tests/scenarios/failing.h"
 #include "tests/scenarios/live_handle_counts.h"
+#include "tests/scenarios/notice_reader.h"
 #include "tests/scenarios/staged_ui.h"
 
 #include "app/launcher_state.h"
 #include "app/options.h"
 #include "commands/command_table.h"
 #include "prompts/message_box.h"
+#include "prompts/remembered_prompt.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdlib>
 
 namespace fs = std::filesystem;
@@ -22,44 +23,7 @@ namespace
 {
 
 const WString kRoot = TEXT("Software\\Quillfen\\OrbLauncher\\Layout");
-constexpr int kCheckBox = 5555;
 constexpr int kMessageText = 1001;
-
-/// A person before each box that shows: what they do with it, once.
-class BeforeTheBox
-{
-public:
-    using Act = std::function<void(HWND)>;
-    explicit BeforeTheBox(Act act) : m_act(std::move(act))
-    {
-        platform::headless::SetIdleHandler(
-            [this]
-            {
-                const HWND box = GetActiveWindow();
-                const bool shows = std::ranges::any_of(
-                    platform::headless::Windows(), [](const auto& window)
-                    { return window.visible && window.kind == platform::screen::WindowKind::Managed; });
-                if (!shows)
-                    return false;
-                ++m_shown;
-                m_act(box);
-                return true;
-            });
-    }
-    ~BeforeTheBox() { platform::headless::SetIdleHandler(nullptr); }
-    BeforeTheBox(const BeforeTheBox&) = delete;
-    BeforeTheBox& operator=(const BeforeTheBox&) = delete;
-    int Shown() const { return m_shown; }
-
-private:
-    Act m_act;
-    int m_shown = 0;
-};
-
-void Click(HWND box, int id)
-{
-    SendMessageW(GetDlgItem(box, id), BM_CLICK, 0, 0);
-}
 
 void Type(BYTE key)
 {
@@ -272,6 +236,30 @@ TEST_F(MessageBoxes, AnswerWithTheButtonAndTheTick)
               IDOK)
         << "Esc never counts the tick";
     EXPECT_EQ(Show(MB_YESNO | 0x100, [](HWND) { Type(VK_RETURN); }), IDNO);
+}
+
+TEST_F(MessageBoxes, TakeTextsOfAnyLength)
+{
+    const WString much(5000, TEXT('x'));
+    const BeforeTheBox person(
+        [&](HWND box)
+        {
+            EXPECT_EQ(GetWindowTextLengthW(box), 1023);
+            EXPECT_EQ(GetWindowTextLengthW(GetDlgItem(box, kMessageText)), 1023);
+            EXPECT_EQ(GetWindowTextLengthW(GetDlgItem(box, IDEXTRABUTTON)), 1023);
+            Click(box, IDEXTRABUTTON);
+        });
+    EXPECT_EQ(ShowMessageBox(nullptr, much.c_str(), much.c_str(), MB_OKCANCEL, 0, much.c_str()), IDEXTRABUTTON);
+    EXPECT_EQ(person.Shown(), 1);
+}
+
+TEST_F(MessageBoxes, AreNotShownWithoutTheirText)
+{
+    const BeforeTheBox person([](HWND box) { Click(box, IDOK); });
+    constexpr UINT kNoString = 64000;
+    EXPECT_EQ(ShowRememberedPrompt(nullptr, MB_OKCANCEL, TEXT("caption"), g_instance, kNoString, kRoot.c_str()),
+              IDCANCEL);
+    EXPECT_EQ(person.Shown(), 0);
 }
 
 TEST_F(MessageBoxes, ThatMustBeAnsweredStay)

@@ -4,10 +4,13 @@
 // The store is opened once in a process, so each story runs in a process of its own; what it leaves is looked at here.
 // For the same reason this is a program apart, which never opens the store itself.
 #include "tests/scenarios/desk.h"
+#include "tests/scenarios/notice_reader.h"
 #include "tests/scenarios/privileges.h"
+#include "tests/scenarios/staged_ui.h"
 
 #include "app/launcher_state.h"
 #include "app/options.h"
+#include "commands/command_table.h"
 #include "content/item_key.h"
 #include "content/ordering.h"
 #include "platform/registry/store.h"
@@ -113,6 +116,7 @@ protected:
     static void Alone(const std::function<void()>& story)
     {
         const pid_t child = fork();
+        ASSERT_GE(child, 0);
         if (child == 0)
         {
             story();
@@ -178,6 +182,7 @@ public:
         EXPECT_EQ(pipe(ready), 0);
         EXPECT_EQ(pipe(end), 0);
         m_process = fork();
+        EXPECT_GE(m_process, 0);
         if (m_process == 0)
         {
             close(end[1]);
@@ -202,7 +207,7 @@ public:
 
     void End()
     {
-        if (m_process == 0)
+        if (m_process <= 0)
             return;
         close(m_end);
         waitpid(std::exchange(m_process, 0), nullptr, 0);
@@ -314,6 +319,72 @@ TEST_F(Store, WithoutRoomOnTheDiskTheOldOrderStays)
     EXPECT_FALSE(fs::exists(Aside()));
 }
 
+/// The store of the machine, in which the silenced notice is recorded.
+class MachineStore : public Store
+{
+protected:
+    MachineStore() { setenv("XDG_CONFIG_DIRS", (m_folder / "machine").c_str(), 1); }
+    ~MachineStore() override { setenv("XDG_CONFIG_DIRS", m_directories.c_str(), 1); }
+
+    /// Somebody adds a link, silences the notice for good, takes the link away, and both once more.
+    static void ExpectLinks(int notices)
+    {
+        fs::create_directories(fs::path(std::getenv("HOME")) / "Desktop");
+        Desk desk{Desk::WithStoreAsItIs()};
+        desk.MakeFile("a");
+        desk.Launch("100,700,0");
+        const BeforeTheBox person(
+            [](HWND box)
+            {
+                Click(box, kCheckBox);
+                Click(box, IDOK);
+            });
+        for (const Labels& expected : {Labels{"a", "Desktop"}, Labels{"a"}, Labels{"a", "Desktop"}, Labels{"a"}})
+        {
+            StagedPopup popup;
+            popup.answer = CustomMenu::IDM_ADD_DESKTOP;
+            desk.Level(0).OnItemCommand(ItemCommandMode::ContextMenu, 0, 5, 5);
+            desk.Settle();
+            Labels items = desk.Items();
+            std::ranges::sort(items, std::greater<>());
+            EXPECT_EQ(items, expected);
+        }
+        EXPECT_EQ(person.Shown(), notices);
+    }
+
+    const std::string m_directories = std::getenv("XDG_CONFIG_DIRS");
+    const fs::path m_machine = m_folder / "machine/orb-launcher/registry.db";
+};
+
+TEST_F(MachineStore, DoesNotStandInTheWayOfALink)
+{
+    fs::create_directories(m_machine.parent_path());
+    std::ofstream(m_machine) << "garbage";
+    Alone([] { ExpectLinks(1); });
+    EXPECT_TRUE(fs::exists(m_machine.string() + ".damaged-1"));
+    // Now it is a good one, in which the notice is silenced.
+    fs::permissions(m_machine, fs::perms::owner_read);
+    Alone([] { ExpectLinks(0); });
+    Alone(
+        [&]
+        {
+            const LockingProgram other(m_machine);
+            ExpectLinks(2); // nobody can tell that it is, nor record it
+        });
+    fs::remove_all(m_machine);
+    fs::create_directories(m_machine);
+    Alone([] { ExpectLinks(2); });
+    fs::remove_all(m_machine.parent_path());
+    fs::permissions(m_machine.parent_path().parent_path(), fs::perms::owner_read | fs::perms::owner_exec);
+    Alone(
+        []
+        {
+            const BoundByPermissions bound;
+            ExpectLinks(1); // the user's own overlay has it
+        });
+    Alone([] { ExpectLinks(0); });
+}
+
 TEST_F(Store, IsWholeWheneverTheProgramIsKilled)
 {
     std::vector<std::uint8_t> sorted = Order({"a", "b", "c"});
@@ -322,6 +393,7 @@ TEST_F(Store, IsWholeWheneverTheProgramIsKilled)
         int moves[2];
         ASSERT_EQ(pipe(moves), 0);
         const pid_t child = fork();
+        ASSERT_GE(child, 0) << "-1 would be everybody's";
         if (child == 0)
         {
             Desk desk{Desk::WithStoreAsItIs()};
