@@ -44,7 +44,7 @@ target_link_libraries(orb_freetype INTERFACE m)
 target_link_libraries(orb_sqlite INTERFACE m)
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET GLOBAL xcb)
 pkg_check_modules(DESKTOP REQUIRED IMPORTED_TARGET GLOBAL gio-unix-2.0 pangocairo pangoft2 gdk-pixbuf-2.0 librsvg-2.0
-                  fontconfig)
+                  fontconfig libgnome-menu-3.0)
 pkg_check_modules(XKBCOMMON REQUIRED IMPORTED_TARGET GLOBAL xkbcommon xkbcommon-x11)
 pkg_check_modules(IMDKIT REQUIRED IMPORTED_TARGET GLOBAL xcb-imdkit)
 find_package(Threads REQUIRED)

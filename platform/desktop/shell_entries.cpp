@@ -127,7 +127,7 @@ int ReplaceFile(const std::string& path, std::string_view content, mode_t mode)
     return error;
 }
 
-EntryRename Rename(const char* path, const char* name, int* error)
+EntryRename Rename(const char* path, const char* newPath, const char* name, int* error)
 {
     struct stat status;
     const GKeyFileOwner entry(g_key_file_new());
@@ -138,7 +138,7 @@ EntryRename Rename(const char* path, const char* name, int* error)
     SetShownName(entry.get(), name);
     gsize size = 0;
     const GTextOwner content(g_key_file_to_data(entry.get(), &size, nullptr));
-    *error = ReplaceFile(path, {content.get(), size}, (status.st_mode & 0777) | S_IRUSR | S_IWUSR);
+    *error = ReplaceFile(newPath, {content.get(), size}, (status.st_mode & 0777) | S_IRUSR | S_IWUSR);
     return *error == 0 ? EntryRename::Done : EntryRename::Failed;
 }
 

@@ -267,7 +267,7 @@ void FileLister::TakeFacts(ListedFile& file, const FileFacts& facts)
     const bool program = file.kind == ItemKind::DesktopEntry;
     std::string icon = facts.icons;
     icon += icon.empty() ? "" : "\n";
-    icon += program ? "application-x-executable\n!program" : "text-x-generic\n!document";
+    icon += program ? kProgramIcon : kDocumentIcon;
     file.icon = m_listing.narrow.emplace_back(std::move(icon));
     file.typeName = Keep(Utf16FromUtf8(facts.typeName));
     file.hidden |= facts.hidden && !file.name.ends_with(kShortcutEnding); // who makes a shortcut wants to see it

@@ -16,6 +16,7 @@ enum class ItemKind : std::uint8_t
     Link,         ///< a symbolic link, whatever it leads to
     DesktopEntry, ///< a .desktop file, or a symbolic link named so to one
     Other,        ///< pipe, socket, device
+    Category,     ///< a folder of the applications menu, which is no file
 };
 
 /// The longest display name kept, in UTF-16 units; longer ones are cut.
@@ -28,7 +29,9 @@ constexpr std::size_t kMaxNameBytes = PATH_MAX - 1;
 // with.
 constexpr std::string_view kFolderIcon = "folder\n!folder";
 constexpr std::string_view kDocumentIcon = "text-x-generic\n!document";
+constexpr std::string_view kProgramIcon = "application-x-executable\n!program";
 constexpr std::u16string_view kFolderTypeName = u"Folder";
+constexpr std::u16string_view kProgramTypeName = u"Program";
 
 /// One file; the views live as long as its listing.
 struct ListedFile

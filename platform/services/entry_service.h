@@ -29,10 +29,10 @@ struct EntryService
     void (*actions)(const char* path, ChoiceReceiver receive, void* context);
     /// The programs recommended for what is at `path`, the default first; `id` is the path of each one's entry.
     void (*programs)(const char* path, ChoiceReceiver receive, void* context);
-    /// Changes the name that the desktop entry at `path` shows in the user's language. The file is replaced in one step
-    /// and stays as it was after a failure, whose errno value goes to `error`; a link is replaced by a copy of the
-    /// entry that it leads to.
-    EntryRename (*rename)(const char* path, const char* name, int* error);
+    /// Changes the name that the desktop entry at `path` shows in the user's language, and has the changed entry at
+    /// `newPath`, which may be the same. The file there is replaced in one step and stays as it was after a failure,
+    /// whose errno value goes to `error`; a link is replaced by a copy of the entry that it leads to.
+    EntryRename (*rename)(const char* path, const char* newPath, const char* name, int* error);
     /// Where the entry at `path` leads: the program that it starts, the file that one of the type Link names, else the
     /// path itself without links. False when it does not fit.
     bool (*target)(const char* path, char* target, std::size_t capacity);

@@ -10,6 +10,8 @@
 #include "platform/base/deferred.h"
 #include "platform/services/desktop_module.h"
 #include "platform/base/fault_points.h"
+#include "platform/files/applications_menu.h"
+#include "platform/files/menu_reading.h"
 #include "platform/services/watch_service.h"
 #include "platform/shell/namespace.h"
 #include "platform/files/trusted_place.h"
@@ -132,6 +134,11 @@ void Registration::End()
 /// Starts the watch now, or, where touching the folder may block, from a thread that can afford to wait.
 void BeginWatch(const Shared& registration)
 {
+    if (IsMenuPath(registration->Path()))
+    {
+        FollowMenu();
+        return;
+    }
     if (InTrustedPlace(registration->Path()))
     {
         Registration::Watch(registration);

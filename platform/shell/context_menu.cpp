@@ -12,6 +12,7 @@
 #include "platform/dialogs/menu.h"
 #include "platform/icons/shell_icon.h"
 #include "platform/ole/com_object.h"
+#include "platform/shell/failure_report.h"
 #include "platform/shell/item_programs.h"
 
 #include <algorithm>
@@ -158,7 +159,8 @@ void InsertVerb(Filling& filling, const std::shared_ptr<Subject>& subject, UINT 
         InsertChoices(filling, *subject->actions, kFirstAction, kMostActions);
         return;
     }
-    const bool enabled = verb.enabled == nullptr || verb.enabled({subject->owner, subject->items});
+    const VerbTarget target{subject->owner, subject->items};
+    const bool enabled = WhyMenuForbids(verb, target) == nullptr && (verb.enabled == nullptr || verb.enabled(target));
     filling.InsertEntry(offset, std::u16string(verb.text),
                         (verb.isDefault ? MFS_DEFAULT : 0) | (enabled ? 0 : MFS_GRAYED));
 }
@@ -232,6 +234,8 @@ HRESULT ContextMenu::Run(UINT offset, const VerbTarget& target) const
     if (offset < subject.verbs.size())
     {
         const Verb& verb = subject.verbs[offset];
+        if (const char* reason = WhyMenuForbids(verb, target)) // of what is asked for by name, nobody saw the entry
+            return RefuseInMenu(target.owner, target.items.front().displayName, reason);
         return verb.run != nullptr ? verb.run(target) : E_NOTIMPL;
     }
     const std::size_t action = offset - kFirstAction;

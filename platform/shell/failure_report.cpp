@@ -95,6 +95,12 @@ std::u16string FailureText(const std::u16string& name, std::u16string_view what,
     return text + Utf16FromUtf8(reason);
 }
 
+HRESULT RefuseInMenu(HWND owner, const std::u16string& name, const std::string& reason)
+{
+    ReportFailure(owner, FailureText(name, u"is part of the applications menu", reason));
+    return E_ACCESSDENIED;
+}
+
 HRESULT RunInBackground(HWND owner, std::function<std::u16string()> work)
 {
     const auto shared = std::make_shared<BackgroundWork>();

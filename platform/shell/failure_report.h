@@ -16,6 +16,12 @@ void ReportFailure(HWND owner, const std::u16string& text);
 /// “name” <what>: <reason>
 std::u16string FailureText(const std::u16string& name, std::u16string_view what, const std::string& reason);
 
+constexpr char kWhyCategoriesStay[] =
+    "Its categories are made from the programs that are installed, and cannot be changed here.";
+constexpr char kWhyNothingIsAdded[] = "Only programs that are installed appear there.";
+/// Tells that something cannot be done to what is in the applications menu; E_ACCESSDENIED.
+HRESULT RefuseInMenu(HWND owner, const std::u16string& name, const std::string& reason);
+
 /// Has the user-interface thread, which is `thread`, tell a failure when it next looks for messages. From any thread.
 /// `hold`, which the work has had so far, keeps the process until the user has read it.
 void ReportFailureLater(DWORD thread, std::u16string text, const ProcessHold& hold);

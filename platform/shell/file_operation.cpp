@@ -12,7 +12,9 @@
 #include "platform/base/sudden_end.h"
 #include "platform/base/text.h"
 #include "platform/services/desktop_module.h"
+#include "platform/shell/failure_report.h"
 #include "platform/shell/file_work_boxes.h"
+#include "platform/shell/namespace.h"
 
 #include "windows.h"
 #include "shellapi.h"
@@ -322,6 +324,12 @@ int SHFileOperationW(SHFILEOPSTRUCTW* operation)
     request.owner = operation->hwnd;
     for (LPCWSTR path = operation->pFrom; *path != 0; path += std::u16string_view(path).size() + 1)
         request.sources.push_back(platform::PosixFromShellPath(path));
+    const std::string& first = request.sources.front();
+    if (!platform::CanBeWrittenInto(first))
+    {
+        platform::RefuseInMenu(operation->hwnd, platform::MenuFolderName(first), platform::kWhyCategoriesStay);
+        return ERROR_ACCESS_DENIED;
+    }
     const HRESULT result = platform::RunFileOperation(request);
     operation->fAnyOperationsAborted = result == E_ABORT;
     return result == S_OK ? 0 : ERROR_CANCELLED;

@@ -14,7 +14,8 @@ namespace
 
 bool IsWanted(const ListedFile& file, SHCONTF flags)
 {
-    const SHCONTF kind = file.kind == ItemKind::Folder ? SHCONTF_FOLDERS : SHCONTF_NONFOLDERS;
+    const bool folder = file.kind == ItemKind::Folder || file.kind == ItemKind::Category;
+    const SHCONTF kind = folder ? SHCONTF_FOLDERS : SHCONTF_NONFOLDERS;
     return (flags & kind) != 0 && (!file.hidden || (flags & SHCONTF_INCLUDEHIDDEN) != 0);
 }
 

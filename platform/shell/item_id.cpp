@@ -1,6 +1,7 @@
 // Reading and writing of item identifiers.
 #include "platform/shell/item_id.h"
 
+#include "platform/files/applications_menu.h"
 #include "platform/files/names.h"
 #include "platform/shell/system_images.h"
 
@@ -166,7 +167,7 @@ std::optional<ItemId> ReadItemId(LPCITEMIDLIST list)
     const auto head = Take<Head>(bytes);
     const std::size_t size = head.size - sizeof head;
     const auto kind = static_cast<ItemKind>(head.kind & ~(kAnyFolder | kNarrowDisplay));
-    if (head.signature != kSignature || kind < ItemKind::Folder || kind > ItemKind::Other)
+    if (head.signature != kSignature || kind < ItemKind::Folder || kind > ItemKind::Category)
         return std::nullopt;
     if ((head.kind & kAnyFolder) != 0)
         return ReadAnyFolder(bytes, size);
@@ -204,15 +205,38 @@ LPITEMIDLIST MakeItemList(const ItemId& item, std::u16string_view display)
     return reinterpret_cast<LPITEMIDLIST>(bytes);
 }
 
+namespace
+{
+
+bool AppendItemPath(std::string& path, const ItemId& item)
+{
+    if (item.kind == ItemKind::Category && path.empty() && IsMenuRoot(item.name))
+    {
+        path = item.name;
+        return true;
+    }
+    const bool inMenu = IsMenuPath(path);
+    if (inMenu && item.kind == ItemKind::DesktopEntry)
+    {
+        path = MenuProgramPath(item.name);
+        return path.starts_with('/');
+    }
+    if (inMenu != (item.kind == ItemKind::Category) || !IsFileName(item.name))
+        return false;
+    path += '/';
+    path += item.name;
+    return true;
+}
+
+} // namespace
+
 bool AppendListPath(std::string& path, LPCITEMIDLIST list, LPCITEMIDLIST end)
 {
     for (; list != end && !IsEmptyList(list); list = NextItemId(list))
     {
         const std::optional<ItemId> item = ReadItemId(list);
-        if (!item || !IsFileName(item->name))
+        if (!item || !AppendItemPath(path, *item))
             return false;
-        path += '/';
-        path += item->name;
     }
     return true;
 }

@@ -27,7 +27,8 @@ struct ItemId
     ItemKind kind = ItemKind::File;
     std::uint32_t icon = 0; ///< system image index
     std::uint32_t type = 0; ///< type name index
-    std::string_view name;  ///< the file's name, as the file system has it
+    /// The file's name, as the file system has it; of a program in the applications menu see applications_menu.h.
+    std::string_view name;
     const BYTE* display = nullptr;
     /// `display` is this many units, of UTF-16 at any alignment or of one byte each; none for an item that is shown as
     /// its name says.
@@ -65,7 +66,8 @@ inline LPCITEMIDLIST NextItemId(LPCITEMIDLIST list)
 }
 
 /// Appends the path that `list` describes to `path`, a '/' before each name; false when an identifier is not ours or
-/// names no file. With `end`, only the identifiers before that one.
+/// names no file. With `end`, only the identifiers before that one. A category of the applications menu has the path
+/// that applications_menu.h describes, a program in it that of its entry, wherever that is.
 bool AppendListPath(std::string& path, LPCITEMIDLIST list, LPCITEMIDLIST end = nullptr);
 
 } // namespace platform

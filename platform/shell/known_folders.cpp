@@ -4,6 +4,7 @@
 #include "platform/base/fault_points.h"
 #include "platform/base/text.h"
 #include "platform/base/xdg_folders.h"
+#include "platform/files/applications_menu.h"
 #include "platform/files/known_folders.h"
 #include "platform/files/folder_listing.h"
 #include "platform/files/names.h"
@@ -51,17 +52,26 @@ LPITEMIDLIST SpecialLocation(const std::string& path, std::u16string_view displa
     return AppendItemId(bytes, item, displayName) ? MakeItemList(bytes.data(), bytes.size()) : nullptr;
 }
 
+/// Half of the applications menu or, on a desktop without a menu file, the folder that has the entries.
+LPITEMIDLIST StartMenu(std::string_view menuRoot, std::string (*folderOfEntries)())
+{
+    if (MenuFile().empty())
+        return SpecialLocation(folderOfEntries(), kMenuTitle, "start-here\nfolder\n!folder");
+    std::vector<BYTE> bytes;
+    AppendMenuRootId(bytes, menuRoot);
+    return MakeItemList(bytes.data(), bytes.size());
+}
+
 LPITEMIDLIST LocationOf(int csidl)
 {
     switch (csidl)
     {
     case CSIDL_DESKTOPDIRECTORY:
         return SpecialLocation(DesktopFolder(), {}, "user-desktop\nfolder\n!folder");
-    // Both are called the same, which is what makes a menu show them as one entry.
     case CSIDL_STARTMENU:
-        return SpecialLocation(UserStartMenu(), u"Start Menu", "start-here\nfolder\n!folder");
+        return StartMenu(kUserMenu, UserStartMenu);
     case CSIDL_COMMON_STARTMENU:
-        return SpecialLocation(CommonStartMenu(), u"Start Menu", "start-here\nfolder\n!folder");
+        return StartMenu(kCommonMenu, CommonStartMenu);
     }
     return nullptr;
 }

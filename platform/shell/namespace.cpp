@@ -6,6 +6,7 @@
 #include "platform/base/fault_points.h"
 #include "platform/base/last_error.h"
 #include "platform/base/text.h"
+#include "platform/files/applications_menu.h"
 #include "platform/files/folder_reading.h"
 #include "platform/files/names.h"
 #include "platform/shell/system_images.h"
@@ -72,6 +73,23 @@ void AppendFolderId(std::vector<BYTE>& bytes, std::string_view name)
     AppendItemId(bytes, item, {});
 }
 
+void AppendMenuRootId(std::vector<BYTE>& bytes, std::string_view root)
+{
+    const ItemId item{ItemKind::Category, SystemImageIndex("start-here\nfolder\n!folder"),
+                      TypeNameIndex(kFolderTypeName), root};
+    AppendItemId(bytes, item, kMenuTitle);
+}
+
+std::u16string MenuFolderName(const std::string& path)
+{
+    const std::size_t slash = path.rfind('/');
+    if (slash == path.npos)
+        return std::u16string(kMenuTitle);
+    const std::shared_ptr<FolderListing> category = ReadFileWithin(path.substr(0, slash), path.substr(slash + 1));
+    return category->error == 0 ? std::u16string(category->files.front().display)
+                                : DisplayNameOfFile(path.substr(slash + 1), ItemKind::Category);
+}
+
 int AppendFileId(std::vector<BYTE>& bytes, const std::string& folder, const std::string& name)
 {
     const std::shared_ptr<FolderListing> listing = ReadFileWithin(folder, name);
@@ -89,7 +107,13 @@ HRESULT ParsePath(const std::string& folder, std::u16string_view shellPath, LPIT
     std::string parent = folder;
     for (std::size_t i = 0; i < names.size(); ++i)
     {
-        if (i + 1 < names.size())
+        if (parent.empty() && IsMenuRoot(names[i]))
+        {
+            AppendMenuRootId(bytes, names[i]);
+            parent = names[i];
+            continue;
+        }
+        if (i + 1 < names.size() && !IsMenuPath(parent))
             AppendFolderId(bytes, names[i]);
         else if (const int error = AppendFileId(bytes, parent, names[i]); error != 0)
             return ResultFromErrno(error);
@@ -111,10 +135,17 @@ SFGAOF AttributesOf(const ItemId& item)
     case ItemKind::Link:
     case ItemKind::DesktopEntry:
         return SFGAO_FILESYSTEM | SFGAO_STREAM | SFGAO_LINK;
+    case ItemKind::Category:
+        return SFGAO_FOLDER;
     case ItemKind::Other:
         break;
     }
     return SFGAO_FILESYSTEM;
+}
+
+bool CanBeWrittenInto(std::string_view folder)
+{
+    return !IsMenuPath(folder);
 }
 
 std::optional<ItemId> LastItem(LPCITEMIDLIST list)
@@ -143,7 +174,7 @@ HRESULT SHParseDisplayName(LPCWSTR name, IBindCtx*, LPITEMIDLIST* list, SFGAOF a
         return E_INVALIDARG;
     if (platform::FaultPoint("SHParseDisplayName"))
         return E_OUTOFMEMORY;
-    if (name[0] != u'\\')
+    if (name[0] != u'\\' && !platform::IsMenuPath(platform::PosixFromShellPath(name)))
         return HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND); // only whole paths name something here
     const HRESULT result = platform::ParsePath({}, name, list);
     if (SUCCEEDED(result) && attributesOut != nullptr)

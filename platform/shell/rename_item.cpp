@@ -4,6 +4,8 @@
 #include "windows.h"
 
 #include "platform/base/text.h"
+#include "platform/base/xdg_folders.h"
+#include "platform/files/applications_menu.h"
 #include "platform/files/names.h"
 #include "platform/files/rename_file.h"
 #include "platform/services/desktop_module.h"
@@ -81,12 +83,13 @@ struct Renamed
 };
 
 /// Renames a desktop entry; nothing is done when it is none.
-Renamed RenameEntry(const std::string& path, const std::string& name)
+Renamed RenameEntry(const std::string& from, const std::string& to, const std::string& name)
 {
     const auto* service = static_cast<const EntryService*>(DesktopModuleSymbol("orb_entry_service"));
     Renamed renamed{true, 0};
-    const EntryRename outcome =
-        service != nullptr ? service->rename(path.c_str(), name.c_str(), &renamed.error) : EntryRename::NoEntry;
+    const EntryRename outcome = service != nullptr
+                                    ? service->rename(from.c_str(), to.c_str(), name.c_str(), &renamed.error)
+                                    : EntryRename::NoEntry;
     renamed.isEntry = outcome != EntryRename::NoEntry;
     return renamed;
 }
@@ -97,13 +100,15 @@ struct NewName
     std::string fileName;
     std::string folder;
     std::string oldFileName;
+    std::string entry = folder + "/" + oldFileName; ///< where it is
+    std::string newEntry = entry;                   ///< and where it is to be
 };
 
 std::shared_ptr<Renamed> DoRename(const NewName& to)
 {
     if (!to.entryName.empty())
     {
-        const Renamed renamed = RenameEntry(to.folder + "/" + to.oldFileName, to.entryName);
+        const Renamed renamed = RenameEntry(to.entry, to.newEntry, to.entryName);
         if (renamed.isEntry)
             return std::make_shared<Renamed>(renamed);
     }
@@ -124,6 +129,16 @@ HRESULT GiveIdentifier(const ItemId& item, const Renamed& renamed, const NewName
     return *result != nullptr ? S_OK : E_OUTOFMEMORY;
 }
 
+/// A program of the applications menu is given its name by an entry of the user's own, which goes before everybody's.
+void RenameInMenu(NewName& to, const ItemId& item)
+{
+    to.entry = MenuProgramPath(item.name);
+    to.newEntry = IsUserEntry(to.entry) ? to.entry : UserEntryPath(MenuProgramId(item.name));
+    to.oldFileName = MenuProgramName(MenuProgramId(item.name), to.newEntry);
+    to.fileName.clear(); // should it be no entry any more, there is nothing to be renamed
+    MakeFolders(UserEntryPath({}));
+}
+
 /// An entry's file is renamed by its shown name, except for a link with a hidden ending of its own.
 bool IsRenamedAsEntry(const ItemId& item)
 {
@@ -134,7 +149,7 @@ bool IsRenamedAsEntry(const ItemId& item)
 
 std::u16string EditingName(const ItemId& item)
 {
-    if (item.kind == ItemKind::DesktopEntry)
+    if (item.kind == ItemKind::DesktopEntry || item.kind == ItemKind::Category)
         return item.DisplayName();
     const std::string_view ending = HiddenEnding(item.name, item.kind);
     return ShellNameFromFileName(item.name.substr(0, item.name.size() - ending.size()));
@@ -149,6 +164,10 @@ HRESULT RenameItem(HWND owner, const std::string& folder, const ItemId& item, st
         ReportFailure(owner, FailureText(shownName, u"could not be renamed", reason));
         return code;
     };
+    const bool inMenu = !MenuProgramPath(item.name).empty();
+    if (item.kind == ItemKind::Category)
+        return RefuseInMenu(owner, shownName, kWhyCategoriesStay);
+    wholeName = wholeName && !inMenu;
     text = wholeName ? text : WithoutBlanksAround(text);
     if (const char* reason = WhyNoName(text))
         return refuse(reason, E_INVALIDARG);
@@ -160,6 +179,8 @@ HRESULT RenameItem(HWND owner, const std::string& folder, const ItemId& item, st
         return refuse(reason, E_INVALIDARG);
     const bool unchanged = wholeName ? to.fileName == item.name : text == EditingName(item);
     Renamed renamed{!to.entryName.empty(), 0};
+    if (inMenu && !unchanged)
+        RenameInMenu(to, item);
     if (!unchanged)
     {
         const auto answer = CallPumpedWithin<Renamed>(kPatience, [to] { return DoRename(to); });

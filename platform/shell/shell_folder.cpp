@@ -6,6 +6,7 @@
 #include "platform/base/text.h"
 #include "platform/shell/change_notify.h"
 #include "platform/shell/context_menu.h"
+#include "platform/files/applications_menu.h"
 #include "platform/files/folder_reading.h"
 #include "platform/files/folder_snapshot.h"
 #include "platform/files/names.h"
@@ -32,7 +33,7 @@ LPWSTR NameOfItem(const std::string& folder, PCUITEMID_CHILD list, const ItemId&
     if ((flags & SHGDN_FORPARSING) == 0)
         return (flags & SHGDN_FOREDITING) != 0 ? TaskString(EditingName(item)) : TaskStringOfDisplayName(item);
     if ((flags & SHGDN_INFOLDER) != 0)
-        return TaskStringOfFileName(item.name);
+        return TaskStringOfFileName(MenuProgramId(item.name));
     std::string path = folder;
     return AppendListPath(path, list) ? TaskString(ShellPathFromPosix(path)) : nullptr;
 }
@@ -108,7 +109,7 @@ HRESULT ShellFolder::BindToObject(PCUIDLIST_RELATIVE item, IBindCtx*, REFIID iid
         return E_INVALIDARG;
     if (FaultPoint("IShellFolder::BindToObject"))
         return E_OUTOFMEMORY;
-    if (last->kind != ItemKind::Folder && last->kind != ItemKind::Link)
+    if (last->kind != ItemKind::Folder && last->kind != ItemKind::Category && last->kind != ItemKind::Link)
         return E_FAIL;
     IShellFolder* folder = MakeShellFolder(std::move(path));
     const HRESULT bound = folder->QueryInterface(iid, result);
@@ -137,6 +138,11 @@ HRESULT ShellFolder::CreateViewObject(HWND owner, REFIID iid, void** result)
         return E_OUTOFMEMORY;
     if (!(iid == IID_IContextMenu))
         return E_NOINTERFACE;
+    if (!CanBeWrittenInto(m_path))
+    {
+        *result = MakeBackgroundMenu(owner, {m_path, MenuFolderName(m_path), ItemKind::Category, true});
+        return S_OK;
+    }
     const std::string name = m_path.substr(m_path.rfind('/') + 1);
     *result = MakeBackgroundMenu(
         owner, {m_path.empty() ? "/" : m_path, DisplayNameOfFile(name, ItemKind::Folder), ItemKind::Folder});
@@ -150,7 +156,7 @@ HRESULT ShellFolder::GetAttributesOf(UINT count, PCUITEMID_CHILD_ARRAY items, SF
     if (FaultPoint("IShellFolder::GetAttributesOf"))
         return E_OUTOFMEMORY;
     if (count == 0)
-        *attributes &= SFGAO_FOLDER | SFGAO_FILESYSTEM;
+        *attributes &= IsMenuPath(m_path) ? SFGAO_FOLDER : SFGAO_FOLDER | SFGAO_FILESYSTEM;
     for (UINT i = 0; i < count; ++i)
     {
         const std::optional<ItemId> item = LastItem(items[i]);
@@ -178,7 +184,7 @@ HRESULT ShellFolder::GetUIObjectOf(HWND owner, UINT count, PCUITEMID_CHILD_ARRAY
         const std::optional<ItemId> last = LastItem(items[i]);
         if (!last || !AppendListPath(path, items[i]))
             return E_INVALIDARG;
-        verbItems.push_back({std::move(path), last->DisplayName(), last->kind});
+        verbItems.push_back({std::move(path), last->DisplayName(), last->kind, !CanBeWrittenInto(m_path)});
     }
     if (!(iid == IID_IContextMenu))
         return E_NOINTERFACE;

@@ -65,9 +65,11 @@ HRESULT ShellLink::Save(LPCWSTR path, BOOL)
 {
     if (FaultPoint("IPersistFile::Save"))
         return E_OUTOFMEMORY;
-    if (path == nullptr || path[0] != u'\\' || m_target.empty())
+    const std::string whole = path != nullptr ? PosixFromShellPath(path) : std::string();
+    if (!CanBeWrittenInto(whole))
+        return RefuseInMenu(nullptr, MenuFolderName(whole.substr(0, whole.rfind('/'))), kWhyNothingIsAdded);
+    if (!whole.starts_with('/') || m_target.empty())
         return E_INVALIDARG;
-    const std::string whole = PosixFromShellPath(path);
     const std::size_t slash = whole.rfind('/');
     const std::string name = whole.substr(slash + 1);
     const bool hasName = IsFileName(name) && name != kShortcutEnding; // a link to the root has none

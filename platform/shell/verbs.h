@@ -19,6 +19,7 @@ struct VerbItem
     std::string path; ///< POSIX
     std::u16string displayName;
     ItemKind kind = ItemKind::File;
+    bool inMenu = false; ///< a category of the applications menu, or a program in one
 };
 
 /// What a verb acts on.
@@ -36,6 +37,14 @@ enum class VerbPart : std::uint8_t
     Programs, ///< the sub-menu "Open with", which is filled when it opens and ends with the row's own entry
 };
 
+/// What a verb changes about its target, which menu files may forbid.
+enum class VerbEffect : std::uint8_t
+{
+    None,
+    PutsBeside, ///< something new into the target, or into the folder that it is in
+    TakesAway,  ///< the target from its place
+};
+
 struct Verb
 {
     std::string_view name;    ///< canonical; independent of the language. Empty for a row that has no entry of its own
@@ -46,12 +55,17 @@ struct Verb
     bool (*enabled)(const VerbTarget& target) = nullptr; ///< null: always
     VerbPart part = VerbPart::Entry;
     bool isDefault = false; ///< run by a double click
+    VerbEffect effect = VerbEffect::None;
 };
 
 /// Every verb of an item and of a folder's background, in menu order. A verb's place in its table is its command
 /// offset.
 std::span<const Verb> ItemVerbs();
 std::span<const Verb> BackgroundVerbs();
+
+/// Why the applications menu does not let the verb do that to its target, a sentence; null when it does. Nothing can be
+/// done to a category, and nothing put beside a program; only one of the user's own can be taken away.
+const char* WhyMenuForbids(const Verb& verb, const VerbTarget& target);
 
 /// Whether the item is a folder or a link to one, as far as can be told on trusted ground.
 bool LeadsToFolder(const VerbItem& item);

@@ -184,7 +184,7 @@ TEST_F(ShellRename, AnEntryIsWholeWheneverTheProcessDies)
             int error = 0;
             for (int i = 0;; ++i)
             {
-                service->rename(path.c_str(), std::to_string(i).c_str(), &error);
+                service->rename(path.c_str(), path.c_str(), std::to_string(i).c_str(), &error);
                 if (i == round % 3 && write(begun[1], "*", 1) != 1)
                     _exit(1);
             }
