@@ -40,6 +40,7 @@ constexpr const char* kAtomNames[] = {
     "_NET_WM_STRUT_PARTIAL",
     "_XSETTINGS_S", // the screen's number follows
     "_XSETTINGS_SETTINGS",
+    "XdndAware",
     "_ORB_LAUNCHER_FOCUS",
 };
 static_assert(std::size(kAtomNames) == static_cast<std::size_t>(Atom::Count));

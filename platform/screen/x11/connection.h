@@ -51,6 +51,7 @@ enum class Atom : std::uint8_t
     NetWmStrutPartial,
     XSettingsSelection, ///< _XSETTINGS_S and the screen's number
     XSettingsSettings,
+    XdndAware,
     HandedFocus, ///< marks the window that holds the keyboard for a process of this program (focus.cpp)
     Count,
 };

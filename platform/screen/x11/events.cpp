@@ -1,5 +1,6 @@
 // Taking events from the server: those about windows and the display, waiting, and waking.
 #include "platform/screen/x11/connection.h"
+#include "platform/screen/x11/drags.h"
 #include "platform/screen/x11/focus.h"
 #include "platform/screen/x11/input.h"
 #include "platform/screen/x11/keymap.h"
@@ -87,6 +88,10 @@ void OnClientMessage(const xcb_client_message_event_t& from)
         event.time = NowMs();
         AddEvent(event);
     }
+    else if (from.type != connection[Atom::WmProtocols])
+    {
+        HandleDragMessage(from);
+    }
 }
 
 void OnExtensionEvent(const xcb_ge_generic_event_t& from)
@@ -142,6 +147,7 @@ void HandleWindowEvent(const xcb_generic_event_t& event, std::uint8_t type)
         break;
     }
     case XCB_DESTROY_NOTIFY:
+        HandleWindowGone(reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window);
         // A dialog that is gone can be answered by nobody, and the menu would stay disabled.
         if (FindNative(reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window) != nullptr)
             Connection::EndSuddenly("another program has destroyed a window");
@@ -264,6 +270,7 @@ bool NextEvent(Event& event)
         return false;
     event = ready.front();
     ready.pop_front();
+    x11::NoteTaken(event);
     return true;
 }
 

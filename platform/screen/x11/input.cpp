@@ -36,17 +36,6 @@ std::uint64_t ClockTime(xcb_timestamp_t serverTime)
     return static_cast<std::uint64_t>(server + *offset);
 }
 
-unsigned Modifiers(std::uint16_t state)
-{
-    unsigned modifiers = 0;
-    modifiers |= (state & XCB_MOD_MASK_SHIFT) != 0 ? screen::kShift : 0;
-    modifiers |= (state & XCB_MOD_MASK_CONTROL) != 0 ? screen::kControl : 0;
-    modifiers |= (state & XCB_MOD_MASK_1) != 0 ? screen::kAlt : 0;
-    modifiers |= (state & XCB_MOD_MASK_LOCK) != 0 ? screen::kCapsLock : 0;
-    modifiers |= (state & XCB_MOD_MASK_2) != 0 ? screen::kNumLock : 0;
-    return modifiers;
-}
-
 template <typename T>
 Event MouseEvent(EventType type, const T& from)
 {
@@ -55,7 +44,7 @@ Event MouseEvent(EventType type, const T& from)
     event.window = from.event;
     event.position = {from.root_x, from.root_y};
     event.time = ClockTime(from.time);
-    event.modifiers = Modifiers(from.state);
+    event.modifiers = ModifiersOf(from.state);
     return event;
 }
 
@@ -124,6 +113,17 @@ void OnKey(const xcb_key_press_event_t& from, bool down)
 }
 
 } // namespace
+
+unsigned ModifiersOf(std::uint16_t state)
+{
+    unsigned modifiers = 0;
+    modifiers |= (state & XCB_MOD_MASK_SHIFT) != 0 ? screen::kShift : 0;
+    modifiers |= (state & XCB_MOD_MASK_CONTROL) != 0 ? screen::kControl : 0;
+    modifiers |= (state & XCB_MOD_MASK_1) != 0 ? screen::kAlt : 0;
+    modifiers |= (state & XCB_MOD_MASK_LOCK) != 0 ? screen::kCapsLock : 0;
+    modifiers |= (state & XCB_MOD_MASK_2) != 0 ? screen::kNumLock : 0;
+    return modifiers;
+}
 
 std::deque<Event>& ReadyEvents()
 {

@@ -14,6 +14,8 @@ namespace platform::x11
 std::deque<screen::Event>& ReadyEvents();
 /// Adds one; a movement takes the place of the one right before it.
 void AddEvent(const screen::Event& event);
+/// The server's modifiers as the screen's.
+unsigned ModifiersOf(std::uint16_t state);
 /// Deals with an event of mouse, keyboard or focus; false for any other.
 bool HandleInputEvent(const xcb_generic_event_t& event, std::uint8_t type);
 /// Takes events until `done`, or the deadline (milliseconds of the clock). Those that are the screen's wait in order in

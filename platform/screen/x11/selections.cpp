@@ -2,11 +2,13 @@
 #include "platform/screen/x11/selections.h"
 
 #include "platform/base/clock.h"
+#include "platform/screen/x11/atoms.h"
 #include "platform/screen/x11/connection.h"
+#include "platform/screen/x11/drags.h"
 #include "platform/screen/x11/input.h"
 #include "platform/screen/x11/selection_owner.h"
 #include "platform/screen/x11/selection_reading.h"
-#include "platform/screen/x11/windows.h"
+#include "platform/screen/x11/watches.h"
 
 #include <algorithm>
 #include <cstring>
@@ -30,20 +32,17 @@ constexpr char kTimeProperty[] = "_ORB_LAUNCHER_TIME";
 class Port final : public OwnerPort
 {
 public:
-    xcb_atom_t AtomOf(std::string_view name) override;
-    std::string NameOf(xcb_atom_t atom) override;
+    xcb_atom_t AtomOf(std::string_view name) override { return AtomNamed(name); }
+    std::string NameOf(xcb_atom_t atom) override { return NameOfAtom(atom); }
     void SetProperty(xcb_window_t window, xcb_atom_t property, xcb_atom_t type, std::uint8_t format,
                      std::string_view bytes) override;
-    std::vector<xcb_atom_t> AtomsIn(xcb_window_t window, xcb_atom_t property) override;
-    void Watch(xcb_window_t window, bool on) override;
+    std::vector<xcb_atom_t> AtomsIn(xcb_window_t window, xcb_atom_t property) override
+    {
+        return x11::AtomsIn(window, property);
+    }
+    void Watch(xcb_window_t window, bool on) override { WatchForeign(window, Watcher::Transfer, on); }
     void Answer(const ConversionRequest& request, xcb_atom_t property) override;
     std::size_t LargestPiece() override { return kLargestPiece; }
-
-    void KnowNames(std::span<const xcb_atom_t> atoms);
-
-private:
-    std::map<std::string, xcb_atom_t, std::less<>> m_atoms;
-    std::map<xcb_atom_t, std::string> m_names;
 };
 
 /// Takes the property of the reading window.
@@ -91,65 +90,11 @@ xcb_connection_t* Xcb()
     return TheConnection().Xcb();
 }
 
-xcb_atom_t Port::AtomOf(std::string_view name)
-{
-    const auto known = m_atoms.find(name);
-    if (known != m_atoms.end())
-        return known->second;
-    const auto length = static_cast<std::uint16_t>(name.size());
-    const auto reply = Collect(xcb_intern_atom_reply, xcb_intern_atom(Xcb(), 0, length, name.data()));
-    const xcb_atom_t atom = reply != nullptr ? reply->atom : static_cast<xcb_atom_t>(XCB_NONE);
-    m_atoms.emplace(name, atom);
-    m_names.emplace(atom, name);
-    return atom;
-}
-
-void Port::KnowNames(std::span<const xcb_atom_t> atoms)
-{
-    std::vector<std::pair<xcb_atom_t, xcb_get_atom_name_cookie_t>> cookies;
-    for (const xcb_atom_t atom : atoms)
-        if (!m_names.contains(atom))
-            cookies.emplace_back(atom, xcb_get_atom_name(Xcb(), atom));
-    for (const auto& [atom, cookie] : cookies)
-    {
-        const auto reply = Collect(xcb_get_atom_name_reply, cookie);
-        if (reply != nullptr)
-            m_names.try_emplace(atom, xcb_get_atom_name_name(reply.get()),
-                                static_cast<std::size_t>(xcb_get_atom_name_name_length(reply.get())));
-    }
-}
-
-std::string Port::NameOf(xcb_atom_t atom)
-{
-    KnowNames({&atom, 1});
-    const auto known = m_names.find(atom);
-    return known != m_names.end() ? known->second : std::string();
-}
-
 void Port::SetProperty(xcb_window_t window, xcb_atom_t property, xcb_atom_t type, std::uint8_t format,
                        std::string_view bytes)
 {
     IgnoreErrors(xcb_change_property_checked(Xcb(), XCB_PROP_MODE_REPLACE, window, property, type, format,
                                              static_cast<std::uint32_t>(bytes.size() * 8 / format), bytes.data()));
-}
-
-std::vector<xcb_atom_t> Port::AtomsIn(xcb_window_t window, xcb_atom_t property)
-{
-    const auto cookie = xcb_get_property(Xcb(), 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, kMostTargets);
-    const auto reply = Collect(xcb_get_property_reply, cookie);
-    if (reply == nullptr || reply->format != 32)
-        return {};
-    const auto* atoms = static_cast<const xcb_atom_t*>(xcb_get_property_value(reply.get()));
-    return {atoms, atoms + xcb_get_property_value_length(reply.get()) / sizeof(xcb_atom_t)};
-}
-
-/// A window of this program's own keeps the events that it has.
-void Port::Watch(xcb_window_t window, bool on)
-{
-    const std::uint32_t mask = on ? XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY : 0;
-    const Selections& state = State();
-    if (window != state.ownerWindow && window != state.readingWindow && FindNative(window) == nullptr)
-        IgnoreErrors(xcb_change_window_attributes_checked(Xcb(), window, XCB_CW_EVENT_MASK, &mask));
 }
 
 void Port::Answer(const ConversionRequest& request, xcb_atom_t property)
@@ -167,7 +112,7 @@ void Port::Answer(const ConversionRequest& request, xcb_atom_t property)
 
 PropertyValue PropertyReader::TakeProperty(std::size_t limit)
 {
-    const xcb_atom_t property = State().port.AtomOf(kReadingProperty);
+    const xcb_atom_t property = AtomNamed(kReadingProperty);
     const auto words = static_cast<std::uint32_t>(std::min<std::size_t>(limit / 4 + 1, UINT32_MAX / 4));
     const auto cookie = xcb_get_property(Xcb(), 1, m_window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, words);
     const auto reply = Collect(xcb_get_property_reply, cookie);
@@ -212,7 +157,7 @@ xcb_window_t ReadingWindow()
 xcb_atom_t AtomOf(Selection selection)
 {
     constexpr std::string_view kNames[] = {"CLIPBOARD", "PRIMARY", "XdndSelection"};
-    return State().port.AtomOf(kNames[static_cast<std::size_t>(selection)]);
+    return AtomNamed(kNames[static_cast<std::size_t>(selection)]);
 }
 
 SelectionOwner& OwnerOf(Selection selection)
@@ -236,8 +181,8 @@ xcb_timestamp_t Time()
     if (state.inputTime)
         return *state.inputTime;
     state.stamp.reset();
-    xcb_change_property(Xcb(), XCB_PROP_MODE_APPEND, OwnerWindow(), state.port.AtomOf(kTimeProperty), XCB_ATOM_INTEGER,
-                        32, 0, nullptr);
+    xcb_change_property(Xcb(), XCB_PROP_MODE_APPEND, OwnerWindow(), AtomNamed(kTimeProperty), XCB_ATOM_INTEGER, 32, 0,
+                        nullptr);
     HandleEventsUntil(NowMs() + 1000, [&] { return state.stamp.has_value(); });
     return state.stamp.value_or(XCB_CURRENT_TIME);
 }
@@ -288,12 +233,12 @@ bool OnProperty(const xcb_property_notify_event_t& event)
         xcb_flush(Xcb());
         screen::Wake(); // the last piece may have let the source go
     }
-    else if (event.atom == state.port.AtomOf(kTimeProperty))
+    else if (event.atom == AtomNamed(kTimeProperty))
     {
         state.stamp = event.time;
     }
     else if (state.question != nullptr && event.window == state.question->window &&
-             event.atom == state.port.AtomOf(kReadingProperty))
+             event.atom == AtomNamed(kReadingProperty))
     {
         state.question->reading.OnNewValue();
     }
@@ -326,12 +271,13 @@ template <typename Wait>
 bool Ask(Question& question, Wait wait)
 {
     Selections& state = State();
-    const xcb_timestamp_t time = Time();
+    const bool dragged = question.selection == AtomOf(Selection::Drag) && IncomingDragTime() != XCB_CURRENT_TIME;
+    const xcb_timestamp_t time = dragged ? IncomingDragTime() : Time();
     for (const Selection selection : {Selection::Clipboard, Selection::Primary, Selection::Drag})
         if (AtomOf(selection) == question.selection)
             state.readAt[static_cast<std::size_t>(selection)] = time;
-    xcb_convert_selection(Xcb(), question.window, question.selection, question.target,
-                          state.port.AtomOf(kReadingProperty), time);
+    xcb_convert_selection(Xcb(), question.window, question.selection, question.target, AtomNamed(kReadingProperty),
+                          time);
     Question* const outer = std::exchange(state.question, &question);
     const bool isOver = wait(question);
     state.question = outer;
@@ -352,8 +298,8 @@ Read ReadFromOther(Selection selection, std::string_view target, std::uint64_t u
     Selections& state = State();
     const xcb_window_t window = ReadingWindow();
     PropertyReader reader(window);
-    SelectionReading reading(reader, state.port.AtomOf("INCR"), limit);
-    Question question{window, AtomOf(selection), state.port.AtomOf(target), reading};
+    SelectionReading reading(reader, AtomNamed("INCR"), limit);
+    Question question{window, AtomOf(selection), AtomNamed(target), reading};
     const bool answered = Ask(question, [&](const Question& asked) { return WaitFor(asked, until); });
     if (!answered || reading.Current() == SelectionReading::State::Failed)
         state.readingWindow = 0;
@@ -476,9 +422,9 @@ std::optional<std::vector<std::string>> SelectionTargets(Selection selection, st
         return names;
     std::vector<xcb_atom_t> atoms(read.content->size() / sizeof(xcb_atom_t));
     std::memcpy(atoms.data(), read.content->data(), atoms.size() * sizeof(xcb_atom_t));
-    x11::State().port.KnowNames(atoms);
+    x11::LearnNames(atoms);
     for (const xcb_atom_t atom : atoms)
-        names.push_back(x11::State().port.NameOf(atom));
+        names.push_back(x11::NameOfAtom(atom));
     return names;
 }
 

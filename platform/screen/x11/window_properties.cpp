@@ -1,5 +1,6 @@
 // What the window manager is told of a window: properties by the conventions of X clients.
 #include "platform/screen/x11/windows.h"
+#include "platform/screen/x11/xdnd.h"
 
 #include "platform/base/product.h"
 #include "platform/base/text.h"
@@ -75,6 +76,7 @@ void SetProperties(const NativeWindowState& window, const screen::WindowOptions&
     const std::uint32_t pid = static_cast<std::uint32_t>(getpid());
     SetProperty<std::uint32_t>(window.id, TheConnection()[Atom::NetWmPid], XCB_ATOM_CARDINAL, {&pid, 1});
     SetTitle(window.id, options.title.empty() ? u"" ORB_PRODUCT_TITLE : options.title);
+    SetProperty<std::uint32_t>(window.id, TheConnection()[Atom::XdndAware], XCB_ATOM_ATOM, {&kXdndVersion, 1});
     if (window.kind == screen::WindowKind::Popup)
     {
         SetAtoms(window.id, Atom::NetWmWindowType, {Atom::NetWmWindowTypePopupMenu});

@@ -1,6 +1,7 @@
 // Native windows: creating, showing, placing, and putting pictures into them.
 #include "platform/screen/x11/windows.h"
 
+#include "platform/screen/x11/drags.h"
 #include "platform/screen/x11/focus.h"
 
 #include <algorithm>
@@ -235,6 +236,7 @@ void DestroyNativeWindow(NativeWindow window)
         return;
     ShowNativeWindow(window, false);
     xcb_destroy_window(TheConnection().Xcb(), window);
+    HandleWindowGone(window);
     std::erase_if(TheWindows().all, [&](const NativeWindowState& candidate) { return candidate.id == window; });
 }
 

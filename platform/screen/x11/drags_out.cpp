@@ -1,18 +1,8 @@
-// Drag and drop on X11.
-#include "platform/screen/drags.h"
+// What this program drags.
+#include "platform/screen/x11/drags.h"
 
 namespace platform::screen
 {
-
-const DragOffer& OfferedDrag()
-{
-    static const DragOffer& none = *new DragOffer;
-    return none;
-}
-
-void AnswerDrag(DragActions) {}
-
-void FinishDrop(DragActions) {}
 
 bool BeginDrag(std::shared_ptr<const SelectionSource>, DragActions, const DragImage&)
 {

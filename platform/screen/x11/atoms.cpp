@@ -1,0 +1,101 @@
+// Atoms by name and names by atom.
+#include "platform/screen/x11/atoms.h"
+
+#include "platform/screen/x11/connection.h"
+
+#include <map>
+
+namespace platform::x11
+{
+namespace
+{
+
+// Kinds that one owner may name.
+constexpr std::uint32_t kMostAtoms = 1024;
+
+struct Known
+{
+    std::map<std::string, xcb_atom_t, std::less<>> atoms;
+    std::map<xcb_atom_t, std::string> names;
+};
+
+Known& State()
+{
+    static Known& known = *new Known;
+    return known;
+}
+
+xcb_intern_atom_cookie_t AskForAtom(std::string_view name)
+{
+    return xcb_intern_atom(TheConnection().Xcb(), 0, static_cast<std::uint16_t>(name.size()), name.data());
+}
+
+xcb_atom_t Learn(std::string_view name, xcb_intern_atom_cookie_t cookie)
+{
+    const auto reply = Collect(xcb_intern_atom_reply, cookie);
+    const xcb_atom_t atom = reply != nullptr ? reply->atom : static_cast<xcb_atom_t>(XCB_NONE);
+    State().atoms.emplace(name, atom);
+    State().names.emplace(atom, name);
+    return atom;
+}
+
+} // namespace
+
+xcb_atom_t AtomNamed(std::string_view name)
+{
+    const auto known = State().atoms.find(name);
+    return known != State().atoms.end() ? known->second : Learn(name, AskForAtom(name));
+}
+
+void LearnAtoms(std::span<const char* const> names)
+{
+    std::vector<std::pair<std::string_view, xcb_intern_atom_cookie_t>> cookies;
+    for (const std::string_view name : names)
+        if (!State().atoms.contains(name))
+            cookies.emplace_back(name, AskForAtom(name));
+    for (const auto& [name, cookie] : cookies)
+        Learn(name, cookie);
+}
+
+void LearnNames(std::span<const xcb_atom_t> atoms)
+{
+    std::vector<std::pair<xcb_atom_t, xcb_get_atom_name_cookie_t>> cookies;
+    for (const xcb_atom_t atom : atoms)
+        if (!State().names.contains(atom))
+            cookies.emplace_back(atom, xcb_get_atom_name(TheConnection().Xcb(), atom));
+    for (const auto& [atom, cookie] : cookies)
+    {
+        const auto reply = Collect(xcb_get_atom_name_reply, cookie);
+        if (reply != nullptr)
+            State().names.try_emplace(atom, xcb_get_atom_name_name(reply.get()),
+                                      static_cast<std::size_t>(xcb_get_atom_name_name_length(reply.get())));
+    }
+}
+
+std::string NameOfAtom(xcb_atom_t atom)
+{
+    LearnNames({&atom, 1});
+    const auto known = State().names.find(atom);
+    return known != State().names.end() ? known->second : std::string();
+}
+
+std::vector<xcb_atom_t> AtomsIn(xcb_window_t window, xcb_atom_t property)
+{
+    return TakeAtoms(AskForAtoms(window, property));
+}
+
+xcb_get_property_cookie_t AskForAtoms(xcb_window_t window, xcb_atom_t property)
+{
+    return xcb_get_property(TheConnection().Xcb(), 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, kMostAtoms);
+}
+
+std::vector<xcb_atom_t> TakeAtoms(xcb_get_property_cookie_t cookie)
+{
+    const auto reply = Collect(xcb_get_property_reply, cookie);
+    if (reply == nullptr || reply->format != 32)
+        return {};
+    const auto* atoms = static_cast<const xcb_atom_t*>(xcb_get_property_value(reply.get()));
+    return {atoms, atoms + xcb_get_property_value_length(reply.get()) / sizeof(xcb_atom_t)};
+}
+
+} // namespace platform::x11

@@ -1,0 +1,200 @@
+// What other programs drag over this one: the requests behind the target's state machine.
+#include "platform/screen/x11/drags.h"
+
+#include "platform/base/clock.h"
+#include "platform/screen/x11/atoms.h"
+#include "platform/screen/x11/connection.h"
+#include "platform/screen/x11/drag_target.h"
+#include "platform/screen/x11/input.h"
+#include "platform/screen/x11/watches.h"
+#include "platform/screen/x11/windows.h"
+
+#include <utility>
+
+namespace platform::x11
+{
+namespace
+{
+
+using screen::DragOffer;
+using screen::Event;
+using screen::EventType;
+
+class Port final : public DragTargetPort
+{
+public:
+    void Send(xcb_window_t to, const XdndMessage& message) override { SendXdnd(to, message); }
+    std::vector<xcb_atom_t> AtomsIn(xcb_window_t window, xcb_atom_t property) override
+    {
+        return x11::AtomsIn(window, property);
+    }
+    std::vector<std::string> NamesOf(const std::vector<xcb_atom_t>& atoms) override;
+    void Watch(xcb_window_t window, bool on) override { WatchForeign(window, Watcher::DragIn, on); }
+    Look LookAround(xcb_window_t source) override;
+    void Tell(const Report& report) override;
+};
+
+/// What belongs to a drag event that waits in ReadyEvents, in the same order.
+struct Told
+{
+    unsigned drag = 0;
+    DragOffer offer;
+};
+
+struct Incoming
+{
+    Port port;
+    DragTarget target{port, TheXdndAtoms()};
+    std::deque<Told> told;
+    Told taken;
+    unsigned dropped = 0; ///< the drag whose drop has been taken; others may come over before it is dealt with
+};
+
+/// Made when the first message comes: it asks for the protocol's atoms.
+constinit Incoming* g_incoming = nullptr;
+
+Incoming& State()
+{
+    if (g_incoming == nullptr)
+        g_incoming = new Incoming;
+    return *g_incoming;
+}
+
+bool IsDragIn(EventType type)
+{
+    return type == EventType::DragOver || type == EventType::DragLeave || type == EventType::DragDrop;
+}
+
+std::vector<std::string> Port::NamesOf(const std::vector<xcb_atom_t>& atoms)
+{
+    LearnNames(atoms);
+    std::vector<std::string> names;
+    for (const xcb_atom_t atom : atoms)
+        if (std::string name = NameOfAtom(atom); !name.empty())
+            names.push_back(std::move(name));
+    return names;
+}
+
+Port::Look Port::LookAround(xcb_window_t source)
+{
+    Connection& connection = TheConnection();
+    const auto listed = AskForAtoms(source, TheXdndAtoms()[Xdnd::ActionList]);
+    const auto pointer = Collect(xcb_query_pointer_reply, xcb_query_pointer(connection.Xcb(), connection.Root()));
+    Look look;
+    look.actions = TakeAtoms(listed);
+    look.modifiers = pointer != nullptr ? ModifiersOf(pointer->mask) : 0;
+    look.rightButton = pointer != nullptr && (pointer->mask & XCB_BUTTON_MASK_3) != 0;
+    return look;
+}
+
+/// A position takes the place of the one before that nobody has looked at yet.
+void Port::Tell(const Report& report)
+{
+    Event event;
+    event.type = report.type;
+    event.window = report.window;
+    event.position = report.position;
+    event.modifiers = report.modifiers;
+    event.time = NowMs();
+    auto& ready = ReadyEvents();
+    auto& told = State().told;
+    const bool onlyMoved = report.type == EventType::DragOver && !ready.empty() && !told.empty() &&
+                           ready.back().type == EventType::DragOver && told.back().drag == report.drag;
+    if (onlyMoved)
+    {
+        ready.pop_back();
+        told.pop_back();
+    }
+    ready.push_back(event);
+    told.push_back({report.drag, report.offer});
+}
+
+} // namespace
+
+const XdndAtoms& TheXdndAtoms()
+{
+    static const XdndAtoms& atoms = []() -> XdndAtoms&
+    {
+        auto& learned = *new XdndAtoms;
+        LearnAtoms(kXdndNames);
+        for (std::size_t i = 0; i < std::size(kXdndNames); ++i)
+            learned[static_cast<Xdnd>(i)] = AtomNamed(kXdndNames[i]);
+        return learned;
+    }();
+    return atoms;
+}
+
+void SendXdnd(xcb_window_t to, const XdndMessage& message)
+{
+    xcb_client_message_event_t event{};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = message.window;
+    event.type = TheXdndAtoms()[message.type];
+    std::copy(message.data.begin(), message.data.end(), event.data.data32);
+    IgnoreErrors(xcb_send_event_checked(TheConnection().Xcb(), 0, to, 0, reinterpret_cast<const char*>(&event)));
+    xcb_flush(TheConnection().Xcb());
+}
+
+void HandleDragMessage(const xcb_client_message_event_t& event)
+{
+    if (event.format != 32)
+        return;
+    XdndMessage message;
+    message.window = event.window;
+    for (const Xdnd type : {Xdnd::Enter, Xdnd::Position, Xdnd::Status, Xdnd::Leave, Xdnd::Drop, Xdnd::Finished})
+        message.type = TheXdndAtoms()[type] == event.type ? type : message.type;
+    std::copy(std::begin(event.data.data32), std::end(event.data.data32), message.data.begin());
+    if (message.type != Xdnd::Count && FindNative(event.window) != nullptr)
+        State().target.OnMessage(message);
+}
+
+void HandleWindowGone(xcb_window_t window)
+{
+    ForgetForeign(window);
+    if (g_incoming != nullptr)
+        g_incoming->target.OnWindowGone(window);
+}
+
+void NoteTaken(const Event& event)
+{
+    if (!IsDragIn(event.type))
+        return;
+    Incoming& state = State();
+    state.taken = std::move(state.told.front());
+    state.told.pop_front();
+    if (event.type == EventType::DragLeave)
+        state.taken = {};
+    else if (event.type == EventType::DragDrop)
+        state.dropped = state.taken.drag;
+}
+
+xcb_timestamp_t IncomingDragTime()
+{
+    return g_incoming != nullptr ? g_incoming->target.Time() : XCB_CURRENT_TIME;
+}
+
+} // namespace platform::x11
+
+namespace platform::screen
+{
+
+const DragOffer& OfferedDrag()
+{
+    static const DragOffer& none = *new DragOffer;
+    return x11::g_incoming != nullptr ? x11::g_incoming->taken.offer : none;
+}
+
+void AnswerDrag(DragActions action)
+{
+    if (x11::g_incoming != nullptr)
+        x11::g_incoming->target.Answer(x11::g_incoming->taken.drag, action);
+}
+
+void FinishDrop(DragActions action)
+{
+    if (x11::g_incoming != nullptr)
+        x11::g_incoming->target.Finish(std::exchange(x11::g_incoming->dropped, 0), action);
+}
+
+} // namespace platform::screen
