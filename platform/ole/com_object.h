@@ -4,25 +4,38 @@
 #include "unknwn.h"
 
 #include <atomic>
+#include <utility>
 
 namespace platform
 {
 
-/// Implements IUnknown for an object of one interface. Made with one reference; deletes itself with the last.
+/// Number of COM objects of the layer's that somebody still references, for tests.
+std::atomic<long>& LiveShellObjects();
+
+/// An interface with its identifier.
 template <typename Interface, const IID& interfaceId>
-class ComObject : public Interface
+struct ComInterface
+{
+    using Type = Interface;
+    static constexpr const IID& kId = interfaceId;
+};
+
+/// Implements IUnknown for an object of these interfaces; the first is the object's identity. Made with one reference;
+/// deletes itself with the last.
+template <typename First, typename... More>
+class ComObjectOf : public First::Type, public More::Type...
 {
 public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override
     {
         if (object == nullptr)
             return E_POINTER;
-        if (!(iid == interfaceId) && !(iid == IID_IUnknown))
-        {
-            *object = nullptr;
+        *object = nullptr;
+        if (iid == First::kId || iid == IID_IUnknown)
+            *object = static_cast<typename First::Type*>(this);
+        ((*object = *object == nullptr && iid == More::kId ? static_cast<typename More::Type*>(this) : *object), ...);
+        if (*object == nullptr)
             return E_NOINTERFACE;
-        }
-        *object = static_cast<Interface*>(this);
         AddRef();
         return S_OK;
     }
@@ -35,31 +48,64 @@ public:
         if (left == 0)
         {
             delete this;
-            --LiveObjects();
+            --LiveShellObjects();
         }
         return left;
     }
 
-    ComObject(const ComObject&) = delete;
-    ComObject& operator=(const ComObject&) = delete;
+    ComObjectOf(const ComObjectOf&) = delete;
+    ComObjectOf& operator=(const ComObjectOf&) = delete;
 
 protected:
-    ComObject() { ++LiveObjects(); }
-    virtual ~ComObject() = default;
+    ComObjectOf() { ++LiveShellObjects(); }
+    virtual ~ComObjectOf() = default;
 
 private:
-    static std::atomic<long>& LiveObjects();
-
     std::atomic<ULONG> m_references{1};
 };
 
-/// Number of shell objects that somebody still references, for tests.
-std::atomic<long>& LiveShellObjects();
-
+/// An object of one interface.
 template <typename Interface, const IID& interfaceId>
-std::atomic<long>& ComObject<Interface, interfaceId>::LiveObjects()
+using ComObject = ComObjectOf<ComInterface<Interface, interfaceId>>;
+
+/// One reference to an object, which it takes on being made from a pointer and gives back at its end.
+template <typename T>
+class ComReference
 {
-    return LiveShellObjects();
-}
+public:
+    ComReference() = default;
+    explicit ComReference(T* object) : m_object(object)
+    {
+        if (m_object != nullptr)
+            m_object->AddRef();
+    }
+    ComReference(const ComReference& other) : ComReference(other.m_object) {}
+    ComReference(ComReference&& other) noexcept : m_object(std::exchange(other.m_object, nullptr)) {}
+    ~ComReference() { Reset(); }
+    ComReference& operator=(ComReference other) noexcept
+    {
+        std::swap(m_object, other.m_object);
+        return *this;
+    }
+    /// Takes over a reference that the caller has.
+    static ComReference Adopt(T* object)
+    {
+        ComReference reference;
+        reference.m_object = object;
+        return reference;
+    }
+
+    T* Get() const { return m_object; }
+    T* operator->() const { return m_object; }
+    explicit operator bool() const { return m_object != nullptr; }
+    void Reset()
+    {
+        if (T* old = std::exchange(m_object, nullptr))
+            old->Release();
+    }
+
+private:
+    T* m_object = nullptr;
+};
 
 } // namespace platform

@@ -15,5 +15,3 @@ HRESULT DoDragDrop(IDataObject*, IDropSource*, DWORD, DWORD*)
 {
     return E_NOTIMPL;
 }
-
-void ReleaseStgMedium(STGMEDIUM*) {}

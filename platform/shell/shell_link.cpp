@@ -21,20 +21,10 @@ namespace platform
 namespace
 {
 
-class ShellLink final : public ComObject<IShellLinkW, IID_IShellLinkW>, public IPersistFile
+class ShellLink final
+    : public ComObjectOf<ComInterface<IShellLinkW, IID_IShellLinkW>, ComInterface<IPersistFile, IID_IPersistFile>>
 {
 public:
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override
-    {
-        if (object == nullptr || !(iid == IID_IPersistFile))
-            return ComObject::QueryInterface(iid, object);
-        *object = static_cast<IPersistFile*>(this);
-        AddRef();
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ComObject::AddRef(); }
-    ULONG STDMETHODCALLTYPE Release() override { return ComObject::Release(); }
-
     HRESULT STDMETHODCALLTYPE SetPath(LPCWSTR path) override;
     HRESULT STDMETHODCALLTYPE Save(LPCWSTR path, BOOL remember) override;
 

@@ -152,7 +152,7 @@ public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override
     {
         if (!IsEqualIID(iid, IID_IPersistFile) || g_files->failing == "QueryInterface")
-            return ComObject::QueryInterface(iid, object);
+            return ComObjectOf::QueryInterface(iid, object);
         *object = static_cast<IPersistFile*>(new FakeLinkFile);
         return S_OK;
     }
