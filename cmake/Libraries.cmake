@@ -37,6 +37,7 @@ orb_static_library(orb_freetype freetype2 freetype png16 z brotlidec brotlicommo
 orb_static_library(orb_sqlite sqlite3 sqlite3)
 orb_static_library(orb_xcb_shm xcb-shm xcb-shm)
 orb_static_library(orb_xcb_randr xcb-randr xcb-randr)
+orb_static_library(orb_xcb_shape xcb-shape xcb-shape)
 orb_static_library(orb_xcb_xinput xcb-xinput xcb-xinput)
 orb_static_library(orb_xcb_xkb xcb-xkb xcb-xkb)
 target_link_libraries(orb_pixman INTERFACE m)
@@ -47,4 +48,5 @@ pkg_check_modules(DESKTOP REQUIRED IMPORTED_TARGET GLOBAL gio-unix-2.0 pangocair
                   fontconfig libgnome-menu-3.0)
 pkg_check_modules(XKBCOMMON REQUIRED IMPORTED_TARGET GLOBAL xkbcommon xkbcommon-x11)
 pkg_check_modules(IMDKIT REQUIRED IMPORTED_TARGET GLOBAL xcb-imdkit)
+pkg_check_modules(XCB_CURSOR REQUIRED IMPORTED_TARGET GLOBAL xcb-cursor)
 find_package(Threads REQUIRED)

@@ -54,4 +54,10 @@ void* InputMethodModuleSymbol(const char* name)
     return module != nullptr ? dlsym(module, name) : nullptr;
 }
 
+void* CursorModuleSymbol(const char* name)
+{
+    static void* const module = LoadModule("/" ORB_PRODUCT "-cursors.so");
+    return module != nullptr ? dlsym(module, name) : nullptr;
+}
+
 } // namespace platform

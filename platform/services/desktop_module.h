@@ -15,5 +15,7 @@ void* DesktopModuleSymbol(const char* name);
 void* KeyboardModuleSymbol(const char* name);
 /// And of the input method module (orb-launcher-input-method.so), which is loaded when text is first typed.
 void* InputMethodModuleSymbol(const char* name);
+/// And of the cursor module (orb-launcher-cursors.so), which is loaded when the pointer is first given a picture.
+void* CursorModuleSymbol(const char* name);
 
 } // namespace platform

@@ -19,6 +19,19 @@ void NoteTaken(const screen::Event& event);
 /// The server's time as of which the content of what is dragged over this program is asked for; 0 when not known.
 xcb_timestamp_t IncomingDragTime();
 
+/// Whether this program drags, and has mouse and keyboard for it.
+bool IsDragging();
+/// Of a button, a movement or a crossing: these events begin alike.
+void NoteDragPointer(const xcb_motion_notify_event_t& event);
+/// What drags_in.cpp takes for the source's end.
+void HandleDragAnswer(const XdndMessage& message);
+void HandlePartnerGone(xcb_window_t window);
+/// Somebody reads what this program drags.
+void NoteDragRead();
+/// When CheckDragTime has to be asked; nothing while no answer is awaited.
+std::optional<std::uint64_t> DragDeadline();
+void CheckDragTime();
+
 /// Asked for at the first call.
 const XdndAtoms& TheXdndAtoms();
 void SendXdnd(xcb_window_t to, const XdndMessage& message);

@@ -145,13 +145,16 @@ void HandleDragMessage(const xcb_client_message_event_t& event)
     for (const Xdnd type : {Xdnd::Enter, Xdnd::Position, Xdnd::Status, Xdnd::Leave, Xdnd::Drop, Xdnd::Finished})
         message.type = TheXdndAtoms()[type] == event.type ? type : message.type;
     std::copy(std::begin(event.data.data32), std::end(event.data.data32), message.data.begin());
-    if (message.type != Xdnd::Count && FindNative(event.window) != nullptr)
+    if (message.type == Xdnd::Status || message.type == Xdnd::Finished)
+        HandleDragAnswer(message);
+    else if (message.type != Xdnd::Count && FindNative(event.window) != nullptr)
         State().target.OnMessage(message);
 }
 
 void HandleWindowGone(xcb_window_t window)
 {
     ForgetForeign(window);
+    HandlePartnerGone(window);
     if (g_incoming != nullptr)
         g_incoming->target.OnWindowGone(window);
 }

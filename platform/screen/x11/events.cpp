@@ -284,7 +284,8 @@ void Wait(std::optional<std::uint64_t> deadline)
     } while (x11::Pump());
     if (!x11::ReadyEvents().empty())
         return;
-    for (const std::optional<std::uint64_t> other : {x11::SelectionDeadline(), x11::TextInputDeadline()})
+    for (const std::optional<std::uint64_t> other :
+         {x11::SelectionDeadline(), x11::TextInputDeadline(), x11::DragDeadline()})
         if (other)
             deadline = std::min(deadline.value_or(*other), *other);
     const bool open = x11::TheConnection().IsOpen();
@@ -297,6 +298,7 @@ void Wait(std::optional<std::uint64_t> deadline)
     {
     }
     x11::DropStalledSelections();
+    x11::CheckDragTime();
 }
 
 void Wake()

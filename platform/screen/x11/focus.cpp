@@ -236,6 +236,11 @@ void SelectRawEventMask(std::uint32_t mask)
 
 } // namespace
 
+xcb_window_t FocusedWindow()
+{
+    return State().focused;
+}
+
 void SelectRawEvents(bool movements)
 {
     std::uint32_t mask = XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS;

@@ -16,6 +16,8 @@ namespace platform::x11
 void TakeWantedKeyboard();
 /// Gives the focus back to who had it, if this program still holds it.
 void ReleaseKeyboard();
+/// This program's window that has the focus, as far as events have told; 0 when none has.
+xcb_window_t FocusedWindow();
 /// Has the server report presses anywhere, and movements too while the pointer is outside.
 void SelectRawEvents(bool movements);
 /// Ends that: a process that stays without windows is not woken by every press.

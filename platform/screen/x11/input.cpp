@@ -2,6 +2,7 @@
 #include "platform/screen/x11/input.h"
 
 #include "platform/base/clock.h"
+#include "platform/screen/x11/drags.h"
 #include "platform/screen/x11/focus.h"
 #include "platform/screen/x11/keymap.h"
 #include "platform/screen/x11/text_input.h"
@@ -41,7 +42,7 @@ Event MouseEvent(EventType type, const T& from)
 {
     Event event;
     event.type = type;
-    event.window = from.event;
+    event.window = FindNative(from.event) != nullptr ? from.event : 0; // a grab's window is nobody's
     event.position = {from.root_x, from.root_y};
     event.time = ClockTime(from.time);
     event.modifiers = ModifiersOf(from.state);
@@ -89,6 +90,13 @@ void OnButton(const xcb_button_press_event_t& from, bool down)
 
 void OnCrossing(const xcb_enter_notify_event_t& from, bool entered)
 {
+    // This program's own drag has mouse and picture wherever the pointer goes.
+    if (IsDragging())
+    {
+        if (from.mode == XCB_NOTIFY_MODE_NORMAL && entered)
+            AddEvent(MouseEvent(EventType::MouseMove, from));
+        return;
+    }
     OnPointerInside(entered || PointIsInPopup({from.root_x, from.root_y}));
     AddEvent(MouseEvent(entered ? EventType::MouseMove : EventType::MouseLeave, from));
 }
@@ -158,9 +166,11 @@ bool HandleInputEvent(const xcb_generic_event_t& event, std::uint8_t type)
         return true;
     case XCB_BUTTON_PRESS:
     case XCB_BUTTON_RELEASE:
+        NoteDragPointer(reinterpret_cast<const xcb_motion_notify_event_t&>(event));
         OnButton(reinterpret_cast<const xcb_button_press_event_t&>(event), type == XCB_BUTTON_PRESS);
         return true;
     case XCB_MOTION_NOTIFY:
+        NoteDragPointer(reinterpret_cast<const xcb_motion_notify_event_t&>(event));
         AddEvent(MouseEvent(EventType::MouseMove, reinterpret_cast<const xcb_motion_notify_event_t&>(event)));
         return true;
     case XCB_ENTER_NOTIFY:

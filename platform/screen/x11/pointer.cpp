@@ -2,9 +2,8 @@
 #include "platform/screen/x11/connection.h"
 
 #include "platform/base/clock.h"
+#include "platform/screen/x11/cursors.h"
 #include "platform/screen/x11/windows.h"
-
-#include <string_view>
 
 namespace platform::x11
 {
@@ -21,23 +20,6 @@ std::optional<POINT> AskPointer()
         return first;
     const auto reply = Collect(xcb_query_pointer_reply, xcb_query_pointer(connection.Xcb(), connection.Root()));
     return reply != nullptr ? std::optional(POINT{reply->root_x, reply->root_y}) : std::nullopt;
-}
-
-/// The I-beam that every display has, made when it is first needed.
-xcb_cursor_t TextCursor()
-{
-    static xcb_cursor_t cursor = 0;
-    if (cursor != 0)
-        return cursor;
-    constexpr std::string_view kFont = "cursor";
-    constexpr std::uint16_t kGlyph = 152; // XC_xterm, its mask behind it
-    xcb_connection_t* xcb = TheConnection().Xcb();
-    const xcb_font_t font = xcb_generate_id(xcb);
-    xcb_open_font(xcb, font, kFont.size(), kFont.data());
-    cursor = xcb_generate_id(xcb);
-    xcb_create_glyph_cursor(xcb, cursor, font, font, kGlyph, kGlyph + 1, 0, 0, 0, 0xFFFF, 0xFFFF, 0xFFFF);
-    xcb_close_font(xcb, font);
-    return cursor;
 }
 
 } // namespace

@@ -138,13 +138,6 @@ xcb_window_t MakeWindow()
     return window;
 }
 
-xcb_window_t OwnerWindow()
-{
-    xcb_window_t& window = State().ownerWindow;
-    window = window != 0 ? window : MakeWindow();
-    return window;
-}
-
 /// A reading that was given up leaves its window behind: what the owner still sends must not meet the next reading, and
 /// many an owner would not survive that its requestor is gone.
 xcb_window_t ReadingWindow()
@@ -181,8 +174,8 @@ xcb_timestamp_t Time()
     if (state.inputTime)
         return *state.inputTime;
     state.stamp.reset();
-    xcb_change_property(Xcb(), XCB_PROP_MODE_APPEND, OwnerWindow(), AtomNamed(kTimeProperty), XCB_ATOM_INTEGER, 32, 0,
-                        nullptr);
+    xcb_change_property(Xcb(), XCB_PROP_MODE_APPEND, SelectionWindow(), AtomNamed(kTimeProperty), XCB_ATOM_INTEGER, 32,
+                        0, nullptr);
     HandleEventsUntil(NowMs() + 1000, [&] { return state.stamp.has_value(); });
     return state.stamp.value_or(XCB_CURRENT_TIME);
 }
@@ -206,6 +199,8 @@ void OnRequest(const xcb_selection_request_event_t& event)
 {
     const ConversionRequest request{event.requestor, event.selection, event.target, event.property, event.time};
     ++State().steps;
+    if (event.selection == AtomOf(Selection::Drag))
+        NoteDragRead();
     if (SelectionOwner* owner = OwnerOf(event.selection))
         owner->OnRequest(request, NowMs());
     else
@@ -310,6 +305,18 @@ Read ReadFromOther(Selection selection, std::string_view target, std::uint64_t u
 
 } // namespace
 
+xcb_window_t SelectionWindow()
+{
+    xcb_window_t& window = State().ownerWindow;
+    window = window != 0 ? window : MakeWindow();
+    return window;
+}
+
+xcb_timestamp_t LastInputTime()
+{
+    return State().inputTime.value_or(XCB_CURRENT_TIME);
+}
+
 void NoteInputTime(const xcb_generic_event_t& event, std::uint8_t type)
 {
     const bool keyOrPointer = type >= XCB_KEY_PRESS && type <= XCB_LEAVE_NOTIFY;
@@ -370,7 +377,7 @@ bool OfferSelection(Selection selection, std::shared_ptr<const SelectionSource> 
 {
     if (!x11::TheConnection().IsOpen())
         return false;
-    const xcb_window_t window = x11::OwnerWindow();
+    const xcb_window_t window = x11::SelectionWindow();
     const xcb_timestamp_t time = x11::Time();
     xcb_set_selection_owner(Xcb(), window, x11::AtomOf(selection), time);
     const auto cookie = xcb_get_selection_owner(Xcb(), x11::AtomOf(selection));
@@ -452,7 +459,7 @@ bool SaveClipboard(std::chrono::milliseconds patience)
     if (owner == nullptr || owner->owner == XCB_NONE)
         return false;
     // The owner's window asks: the manager may wait for its end before it takes the clipboard.
-    const xcb_window_t window = x11::OwnerWindow();
+    const xcb_window_t window = x11::SelectionWindow();
     std::vector<xcb_atom_t> targets;
     for (const std::string& name : own->Targets())
         targets.push_back(port.AtomOf(name));
