@@ -8,6 +8,7 @@
 #include "app/launcher_state.h"
 #include "commands/bound_item.h"
 #include "commands/command_table.h"
+#include "commands/kept_position.h"
 #include "commands/open_dialog.h"
 #include "commands/operation_scope.h"
 #include "commands/rename_dialog.h"
@@ -42,33 +43,6 @@ void InvokeVerb(IContextMenu& menu, LPCSTR verb, DWORD mask = 0)
     info.nShow = SW_SHOWNORMAL;
     menu.InvokeCommand(&info);
 }
-
-/// A place between the items that stays beside the item that it was before.
-class KeptPosition
-{
-public:
-    KeptPosition(const CustomBar& level, int position)
-        : m_level(level),
-          m_position(position),
-          m_hasItem(level.HasItem(position)),
-          m_key(m_hasItem ? level.m_items[position].key : 0)
-    {
-    }
-
-    int Now() const
-    {
-        if (!m_hasItem)
-            return m_position;
-        const int found = FindAgain(m_level.m_items, m_position, m_key);
-        return found >= 0 ? found : m_position;
-    }
-
-private:
-    const CustomBar& m_level;
-    int m_position;
-    bool m_hasItem;
-    std::uint32_t m_key;
-};
 
 /// Gives what has come since `before` its place.
 void PlaceNewItem(CustomBar& level, std::vector<WString> before, int position)

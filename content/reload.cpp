@@ -91,6 +91,8 @@ void CustomBar::ReloadItems()
     const bool subLevelOpen =
         !g_launcher.m_levels.empty() && g_launcher.m_levels.back() != this && HasItem(m_openIndex);
     const std::uint32_t openKey = subLevelOpen ? m_items[m_openIndex].key : 0;
+    const bool drags = HasItem(m_dragIndex);
+    const std::uint32_t dragKey = drags ? m_items[m_dragIndex].key : 0;
     const MenuItems before = std::move(m_items);
     m_items.clear();
     m_refreshPending = false;
@@ -111,6 +113,8 @@ void CustomBar::ReloadItems()
     PlaceNewcomer(m_items, before, m_refreshIndex);
     if (subLevelOpen)
         m_openIndex = FindKey(m_items, openKey);
+    if (drags)
+        m_dragIndex = FindKey(m_items, dragKey);
     SaveLayout();
 }
 

@@ -124,6 +124,10 @@ public:
     void ToggleStartMenuLink();
     void ToggleDesktopLink();
 
+    // --- dragdrop/
+    /// Drags the item while a mouse button is down; returns when the drag has ended.
+    void BeginItemDrag(int index);
+
     int ItemCount() const { return static_cast<int>(m_items.size()); }
     bool HasItem(int index) const { return index >= 0 && index < ItemCount(); }
     bool IsRoot() const { return m_parent == nullptr; }
@@ -151,23 +155,23 @@ public:
     SourceFolders m_sourceFolders;
     WString m_layoutKey;
     HWND m_toolbar = nullptr;
-    HWND m_insertMarkToolbar = nullptr;
-    HWND m_pager = nullptr; ///< only while the items are taller than the work area
-    DWORD m_dropHoverTime = 0;
-    int m_dropHoverIndex = 0;
-    int m_dragIndex = 0;
-    bool m_dropRightButton = false;
-    ComPtr<IShellFolder> m_folder;
-    ComPtr<IDataObject> m_dropData;
+    HWND m_insertMarkToolbar = nullptr; ///< shows where something dragged would go
+    HWND m_pager = nullptr;             ///< only while the items are taller than the work area
+    DWORD m_dropHoverTime = 0;          ///< message time at which a drag came onto m_dropHoverIndex
+    int m_dropHoverIndex = -1;          ///< index of the item that a drag is over
+    int m_dragIndex = -1;               ///< index of the item that the level drags or has dragged
+    bool m_dropRightButton = false;     ///< of the drag over the level
+    ComPtr<IShellFolder> m_folder;      ///< the last of m_sourceFolders
+    ComPtr<IDataObject> m_dropData;     ///< of the drag over the level
     ComPtr<IDropTargetHelper> m_dropHelper;
     ComPtr<IDragSourceHelper2> m_dragHelper;
     DWORD m_lastMessagePos = 0; ///< a hover at this message position is ignored
     int m_pendingHover = 0;     ///< index of the item that the hover timer will open, −1 once it has
-    bool m_dragArmed = false;
-    POINT m_dragStartPoint{};
-    int m_dragStartButton = 0;
-    UniqueBitmap m_banner; ///< pre-rendered strip at the root's left edge
-    RECT m_contentRect{};  ///< where the toolbar or pager sits, in client coordinates
+    bool m_dragArmed = false;   ///< a mouse button has gone down on the toolbar, and may become a drag
+    POINT m_dragStartPoint{};   ///< where, in toolbar coordinates
+    int m_dragStartButton = 0;  ///< on which of its buttons, negative for none
+    UniqueBitmap m_banner;      ///< pre-rendered strip at the root's left edge
+    RECT m_contentRect{};       ///< where the toolbar or pager sits, in client coordinates
 
 private:
     ~CustomBar() override;
@@ -192,6 +196,7 @@ private:
     LRESULT OnMouseWheel(WPARAM wParam, LPARAM, bool& handled);
     LRESULT OnNotify(WPARAM, LPARAM lParam, bool& handled);
     LRESULT OnRefresh(WPARAM, LPARAM, bool& handled);
+    LRESULT OnBeginDrag(WPARAM wParam, LPARAM, bool& handled);
     LRESULT OnShellNotify(WPARAM, LPARAM, bool& handled);
     LRESULT OnPagerNotify(NMHDR& header, bool& handled);
     LRESULT OnToolbarNotify(NMHDR& header, bool& handled);
@@ -207,6 +212,8 @@ private:
 
 /// Focuses the toolbar of the deepest level, if there is one.
 void FocusDeepestLevel();
+/// Brings the deepest level to the foreground and makes it the active window.
+void ActivateDeepestLevel();
 /// Posts WM_CLOSE to the level. One whose window is yet to be made is marked as closing, and does not open.
 void AskToClose(CustomBar& level);
 /// Asks every level to close, deepest first.

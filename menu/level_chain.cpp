@@ -74,6 +74,20 @@ void FocusDeepestLevel()
         });
 }
 
+void ActivateDeepestLevel()
+{
+    HWND deepest = nullptr;
+    FromDeepest(nullptr,
+                [&](const CustomBar& level)
+                {
+                    deepest = level.m_hWnd;
+                    return true;
+                });
+    SetForegroundWindow(deepest);
+    if (GetActiveWindow() != deepest)
+        SetActiveWindow(deepest);
+}
+
 void AskToClose(CustomBar& level)
 {
     if (level.m_hWnd != nullptr)

@@ -69,6 +69,7 @@ const CustomBar::MessageEntry CustomBar::kMessageMap[] = {
     {WM_TIMER, &CustomBar::OnTimer},
     {WM_MOUSEWHEEL, &CustomBar::OnMouseWheel},
     {WM_APP_REFRESH, &CustomBar::OnRefresh},
+    {WM_APP_BEGINDRAG, &CustomBar::OnBeginDrag},
     {WM_APP_SHELLNOTIFY, &CustomBar::OnShellNotify},
 };
 
@@ -194,6 +195,12 @@ LRESULT CustomBar::OnRefresh(WPARAM, LPARAM, bool&)
     Build();
     FocusDeepestLevel();
     RestoreHighlight(*this);
+    return 0;
+}
+
+LRESULT CustomBar::OnBeginDrag(WPARAM wParam, LPARAM, bool&)
+{
+    BeginItemDrag(static_cast<int>(wParam));
     return 0;
 }
 

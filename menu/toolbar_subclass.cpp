@@ -1,4 +1,5 @@
 // What a level sees of its toolbar's messages before the toolbar does.
+#include "dragdrop/drag_rules.h"
 #include "menu/level_ref.h"
 
 #include <windowsx.h>
@@ -21,17 +22,45 @@ POINT MousePoint(HWND toolbar, LPARAM lParam)
     return {GET_X_LPARAM(lParam), shown.y + static_cast<SHORT>(GET_Y_LPARAM(lParam) - shown.y)};
 }
 
+int ButtonAt(const CustomBar& level, POINT point)
+{
+    return static_cast<int>(level.SendToolbar(TB_HITTEST, 0, reinterpret_cast<LPARAM>(&point)));
+}
+
+void ArmDrag(CustomBar& level, LPARAM lParam)
+{
+    level.m_dragStartPoint = MousePoint(level.m_toolbar, lParam);
+    level.m_dragArmed = true;
+    level.m_dragStartButton = ButtonAt(level, level.m_dragStartPoint);
+    g_lastMouseLParam = lParam;
+}
+
+void DetectDrag(CustomBar& level, WPARAM keys, POINT point)
+{
+    if ((keys & (MK_LBUTTON | MK_RBUTTON)) == 0)
+    {
+        level.m_dragArmed = false;
+        return;
+    }
+    const SIZE threshold{GetSystemMetrics(SM_CXDRAG), GetSystemMetrics(SM_CYDRAG)};
+    if (!level.m_dragArmed || !IsDrag(level.m_dragStartPoint, point, threshold))
+        return;
+    level.m_dragArmed = false;
+    PostMessageW(level.m_hWnd, WM_APP_BEGINDRAG, static_cast<WPARAM>(level.m_dragStartButton), 0);
+}
+
 LRESULT OnMouseMove(CustomBar& level, WPARAM wParam, LPARAM lParam)
 {
     const DWORD position = GetMessagePos();
     g_lastMouseLParam = lParam;
-    POINT point = MousePoint(level.m_toolbar, lParam);
-    const bool onButton = level.SendToolbar(TB_HITTEST, 0, reinterpret_cast<LPARAM>(&point)) >= 0;
+    const POINT point = MousePoint(level.m_toolbar, lParam);
+    const bool onButton = ButtonAt(level, point) >= 0;
     LRESULT result = 0;
     // Over the empty margin the highlight stays as it is.
     if (onButton || GetCapture() == level.m_toolbar)
         result = DefSubclassProc(level.m_toolbar, WM_MOUSEMOVE, wParam, lParam);
     level.m_lastMessagePos = position;
+    DetectDrag(level, wParam, point);
     return result;
 }
 
@@ -47,7 +76,7 @@ LRESULT CALLBACK CustomBar::ToolbarSubclassProc(HWND window, UINT message, WPARA
     {
     case WM_LBUTTONDOWN:
     case WM_RBUTTONDOWN:
-        g_lastMouseLParam = lParam;
+        ArmDrag(level, lParam);
         break;
     case WM_MOUSEMOVE:
         if (lParam != g_lastMouseLParam)
