@@ -1,6 +1,7 @@
 // The pager control.
 #include "platform/controls/pager.h"
 
+#include "platform/controls/pager_drops.h"
 #include "platform/windowing/window_class.h"
 
 #include <utility>
@@ -31,6 +32,14 @@ WORD HeldKeys()
 
 } // namespace
 
+Pager::~Pager()
+{
+    if (m_drops == nullptr)
+        return;
+    m_drops->Forget();
+    m_drops->Release();
+}
+
 LRESULT Pager::Handle(UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (message >= PGM_FIRST && message <= PGM_GETBUTTONSTATE)
@@ -38,9 +47,11 @@ LRESULT Pager::Handle(UINT message, WPARAM wParam, LPARAM lParam)
     switch (message)
     {
     case WM_CREATE:
-        m_owner = reinterpret_cast<const CREATESTRUCTW*>(lParam)->hwndParent;
-        m_autoScroll = (reinterpret_cast<const CREATESTRUCTW*>(lParam)->style & PGS_AUTOSCROLL) != 0;
-        m_extent.button = kDefaultButtonSize;
+        Create(*reinterpret_cast<const CREATESTRUCTW*>(lParam));
+        return 0;
+    case WM_DESTROY:
+        if (m_drops != nullptr)
+            RevokeDragDrop(Window());
         return 0;
     case WM_NCCALCSIZE:
         ShrinkClientArea(*reinterpret_cast<RECT*>(lParam));
@@ -75,6 +86,17 @@ LRESULT Pager::Handle(UINT message, WPARAM wParam, LPARAM lParam)
     default:
         return Default(message, wParam, lParam);
     }
+}
+
+void Pager::Create(const CREATESTRUCTW& create)
+{
+    m_owner = create.hwndParent;
+    m_autoScroll = (create.style & PGS_AUTOSCROLL) != 0;
+    m_extent.button = kDefaultButtonSize;
+    if ((create.style & PGS_DRAGNDROP) == 0)
+        return;
+    m_drops = new PagerDropTarget(*this);
+    RegisterDragDrop(Window(), m_drops); // without it nothing scrolls, and all else is as it was
 }
 
 LRESULT Pager::HandlePager(UINT message, LPARAM lParam)
@@ -116,10 +138,11 @@ LRESULT Pager::HandleMouse(UINT message, LPARAM lParam)
         Release();
         return 0;
     case WM_MOUSELEAVE:
-        HoverOver(kNone);
+        if (!m_isDraggedOver)
+            HoverOver(kNone, true);
         return 0;
     default:
-        HoverOver(ButtonAt(PointFrom(lParam)));
+        HoverOver(ButtonAt(PointFrom(lParam)), true);
         return 0;
     }
 }
@@ -287,7 +310,23 @@ void Pager::Scroll(int button)
         SetPosition(m_position + (button == PGB_TOPORLEFT ? -scroll.iScroll : scroll.iScroll));
 }
 
-void Pager::HoverOver(int button)
+void Pager::OnDragOver(POINT screen)
+{
+    if (!Alive())
+        return;
+    ScreenToClient(Window(), &screen);
+    m_isDraggedOver = true;
+    HoverOver(ButtonAt(screen), false);
+}
+
+void Pager::OnDragLeave()
+{
+    m_isDraggedOver = false;
+    if (Alive())
+        HoverOver(kNone, false);
+}
+
+void Pager::HoverOver(int button, bool byMouse)
 {
     if (button == m_hover)
         return;
@@ -297,7 +336,8 @@ void Pager::HoverOver(int button)
     if (button != kNone)
     {
         TRACKMOUSEEVENT event = {sizeof(event), TME_LEAVE, Window(), 0};
-        TrackMouseEvent(&event);
+        if (byMouse)
+            TrackMouseEvent(&event);
         if (m_autoScroll && m_pressed == kNone && CanScroll(button))
             StartTimer(kRepeatInterval);
     }

@@ -3,6 +3,7 @@
 // Only the vertical kind (PGS_HORZ is ignored). The arrow buttons lie outside the client area, so that it is what shows
 // of the child, and are there only while there is more in their direction. Not implemented: borders, background colour,
 // forwarding of mouse messages. PGS_AUTOSCROLL: resting on a button scrolls; without it only pressing does.
+// PGS_DRAGNDROP: what is dragged over a button scrolls as well.
 #pragma once
 
 #include "platform/controls/control_object.h"
@@ -12,6 +13,8 @@
 
 namespace platform
 {
+
+class PagerDropTarget;
 
 /// The arithmetic of scrolling. Pixels; `height` is the pager's own height, `content` the child's.
 struct PagerExtent
@@ -29,6 +32,11 @@ class Pager final : public ControlObject
 {
 public:
     using ControlObject::ControlObject;
+    ~Pager() override;
+
+    /// Something is dragged over the pager, at this point of the screen, and no longer.
+    void OnDragOver(POINT screen);
+    void OnDragLeave();
 
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
     {
@@ -39,6 +47,7 @@ private:
     static constexpr int kNone = -1; ///< neither PGB_TOPORLEFT nor PGB_BOTTOMORRIGHT
 
     LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam) override;
+    void Create(const CREATESTRUCTW& create);
     LRESULT HandlePager(UINT message, LPARAM lParam);
     LRESULT HandleMouse(UINT message, LPARAM lParam);
 
@@ -63,7 +72,8 @@ private:
     LRESULT HitTest(POINT screen) const;
     void ShrinkClientArea(RECT& rect) const;
 
-    void HoverOver(int button);
+    /// By the mouse, whose leaving is to be told, or by what is dragged.
+    void HoverOver(int button, bool byMouse);
     void Press(int button);
     void Release();
     void OnTimer();
@@ -81,6 +91,8 @@ private:
     int m_hover = kNone;
     int m_pressed = kNone;
     bool m_autoScroll = false;
+    bool m_isDraggedOver = false;
+    PagerDropTarget* m_drops = nullptr; ///< referenced; null when the pager has none
 };
 
 } // namespace platform

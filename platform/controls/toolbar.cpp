@@ -2,6 +2,7 @@
 #include "platform/controls/toolbar.h"
 
 #include "platform/base/fault_points.h"
+#include "platform/controls/drop_proxy.h"
 #include "platform/windowing/window_class.h"
 
 #include <algorithm>
@@ -72,6 +73,9 @@ LRESULT Toolbar::Handle(UINT message, WPARAM wParam, LPARAM lParam)
     {
     case WM_CREATE:
         Create(*reinterpret_cast<const CREATESTRUCTW*>(lParam));
+        return 0;
+    case WM_DESTROY:
+        EndDrops();
         return 0;
     case WM_ERASEBKGND:
         EraseWithParent(Window(), reinterpret_cast<HDC>(wParam));
@@ -165,6 +169,27 @@ void Toolbar::Create(const CREATESTRUCTW& create)
     if (SystemParametersInfoW(SPI_GETICONTITLELOGFONT, sizeof(font), &font, 0))
         m_ownFont = CreateFontIndirectW(&font);
     m_font = m_ownFont;
+    if ((create.style & TBSTYLE_REGISTERDROP) != 0)
+        RegisterDrops();
+}
+
+void Toolbar::RegisterDrops()
+{
+    m_drops = new DropProxy(Window(), m_owner);
+    if (SUCCEEDED(RegisterDragDrop(Window(), m_drops)))
+        return;
+    m_drops->Release();
+    m_drops = nullptr;
+}
+
+void Toolbar::EndDrops()
+{
+    DropProxy* const drops = std::exchange(m_drops, nullptr);
+    if (drops == nullptr)
+        return;
+    RevokeDragDrop(Window());
+    drops->Close();
+    drops->Release();
 }
 
 void Toolbar::SetFont(HFONT font)

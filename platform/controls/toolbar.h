@@ -1,9 +1,10 @@
 // The toolbar control: a column of buttons, each an icon with its label to the right.
 //
 // Only what a menu needs: the list style in one column, flat and transparent (the parent draws the background), with
-// hot tracking, custom draw and an insertion mark. Not implemented: rows of several buttons, other styles, check and
-// drop-down buttons, bitmaps other than an image list's, string lists, other padding, tooltips, customising, saving,
-// mnemonics. Labels are drawn as they are: an ampersand in one is an ampersand, for labels are file names.
+// hot tracking, custom draw and an insertion mark. TBSTYLE_REGISTERDROP: its owner's drop target (TBN_GETOBJECT, asked
+// for the toolbar as a whole) takes what is dragged over it. Not implemented: rows of several buttons, other styles,
+// check and drop-down buttons, bitmaps other than an image list's, string lists, other padding, tooltips, customising,
+// saving, mnemonics. Labels are drawn as they are: an ampersand in one is an ampersand, for labels are file names.
 #pragma once
 
 #include "platform/controls/control_object.h"
@@ -11,6 +12,8 @@
 
 namespace platform
 {
+
+class DropProxy;
 
 class Toolbar final : public ControlObject
 {
@@ -31,6 +34,8 @@ private:
 
     // --- buttons and sizes (toolbar.cpp)
     void Create(const CREATESTRUCTW& create);
+    void RegisterDrops();
+    void EndDrops();
     void SetFont(HFONT font);
     bool InsertButton(int index, const TBBUTTON* button);
     bool DeleteButton(int index);
@@ -88,6 +93,7 @@ private:
     bool m_trackingLeave = false;
     TBINSERTMARK m_mark = {-1, 0};
     COLORREF m_markColor = 0;
+    DropProxy* m_drops = nullptr; ///< referenced; null when the toolbar takes no part in drags
 };
 
 } // namespace platform

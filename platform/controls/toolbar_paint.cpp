@@ -10,9 +10,20 @@ namespace platform
 namespace
 {
 
-constexpr int kMargin = 4;    ///< left of the image, and between image and text
-constexpr int kMarkReach = 3; ///< the insertion mark's ends reach this far above and below its line
+constexpr int kMargin = 4; ///< left of the image, and between image and text
+constexpr int kUnscaledDpi = 96;
+// At that; the insertion mark's ends reach this far above and below its middle.
+constexpr int kMarkReach = 3;
 constexpr int kMarkThickness = 2;
+
+/// Pixels at the display's scale.
+int Scaled(HWND window, int length)
+{
+    HDC dc = GetDC(window);
+    const int dpi = GetDeviceCaps(dc, LOGPIXELSY);
+    ReleaseDC(window, dc);
+    return dpi > 0 ? MulDiv(length, dpi, kUnscaledDpi) : length;
+}
 
 bool SamePlace(const TBINSERTMARK& a, const TBINSERTMARK& b)
 {
@@ -62,16 +73,18 @@ void Toolbar::Paint(HDC dc, const RECT& clip)
     draw.nmcd.dwDrawStage = CDDS_PREPAINT;
     draw.nmcd.hdc = dc;
     draw.nmcd.rc = clip;
+    const int saved = SaveDC(dc);
     const LRESULT answer = Notify(m_owner, NM_CUSTOMDRAW, draw);
     if ((answer & CDRF_SKIPDEFAULT) != 0 || !Alive())
         return;
     HGDIOBJ font = SelectObject(dc, m_font);
     const int mode = SetBkMode(dc, TRANSPARENT);
     PaintRows(dc, clip, (answer & CDRF_NOTIFYITEMDRAW) != 0);
-    if (Alive())
-        PaintInsertMark(dc);
     SetBkMode(dc, mode);
     SelectObject(dc, font);
+    RestoreDC(dc, saved); // the mark lies over what the owner has drawn itself and clipped away
+    if (Alive())
+        PaintInsertMark(dc);
     if ((answer & CDRF_NOTIFYPOSTPAINT) != 0 && Alive())
     {
         draw.nmcd.dwDrawStage = CDDS_POSTPAINT;
@@ -167,9 +180,12 @@ RECT Toolbar::InsertMarkRect(const TBINSERTMARK& mark) const
     if (!m_column.Has(mark.iButton))
         return {};
     const RECT rect = m_column.RectOf(mark.iButton);
-    // At the very top the mark is moved into view.
-    const LONG middle = std::max<LONG>((mark.dwFlags & TBIMHT_AFTER) != 0 ? rect.bottom : rect.top, kMarkReach);
-    return {rect.left, middle - kMarkReach, rect.right, middle + kMarkReach};
+    // At the very top and bottom the mark is moved into view.
+    const LONG reach = Scaled(Window(), kMarkReach);
+    const LONG end = m_column.RectOf(m_column.Count() - 1).bottom;
+    const LONG edge = (mark.dwFlags & TBIMHT_AFTER) != 0 ? rect.bottom : rect.top;
+    const LONG middle = std::max(std::min(edge, end - reach), reach);
+    return {rect.left, middle - reach, rect.right, middle + reach};
 }
 
 void Toolbar::PaintInsertMark(HDC dc)
@@ -177,10 +193,11 @@ void Toolbar::PaintInsertMark(HDC dc)
     const RECT rect = InsertMarkRect(m_mark);
     if (IsRectEmpty(&rect))
         return;
-    const LONG top = (rect.top + rect.bottom - kMarkThickness) / 2;
-    Fill(dc, {rect.left, rect.top, rect.left + kMarkThickness, rect.bottom}, m_markColor);
-    Fill(dc, {rect.left, top, rect.right, top + kMarkThickness}, m_markColor);
-    Fill(dc, {rect.right - kMarkThickness, rect.top, rect.right, rect.bottom}, m_markColor);
+    const LONG thickness = Scaled(Window(), kMarkThickness);
+    const LONG top = (rect.top + rect.bottom - thickness) / 2;
+    Fill(dc, {rect.left, rect.top, rect.left + thickness, rect.bottom}, m_markColor);
+    Fill(dc, {rect.left, top, rect.right, top + thickness}, m_markColor);
+    Fill(dc, {rect.right - thickness, rect.top, rect.right, rect.bottom}, m_markColor);
 }
 
 void Toolbar::SetInsertMark(const TBINSERTMARK* mark)

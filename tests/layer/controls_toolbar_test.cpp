@@ -128,6 +128,53 @@ TEST_F(ToolbarDrawing, TheInsertionMarkIsALineBetweenTheItems)
     EXPECT_EQ(Pixel(kWidth - 1, 2), kBackground);
 }
 
+/// Lines of the mark's colour in one column of the screen.
+int MarkedRows(ControlsDesk& desk, int x, int top, int bottom)
+{
+    int rows = 0;
+    for (int y = top; y < bottom; ++y)
+        rows += desk.Pixel(x, y) == 0x010203u;
+    return rows;
+}
+
+TEST_F(ToolbarDrawing, TheInsertionMarkGrowsWithTheDisplaysScaleAndIsWholeAtTheEnd)
+{
+    Send(TB_SETINSERTMARKCOLOR, 0, RGB(1, 2, 3));
+    Show();
+    for (const int percent : {100, 150, 200})
+    {
+        platform::headless::SetDpi(0, static_cast<UINT>(96 * percent / 100));
+        for (const int button : {0, 2})
+        {
+            const TBINSERTMARK mark = {button, TBIMHT_AFTER};
+            Send(TB_SETINSERTMARK, 0, reinterpret_cast<LPARAM>(&mark));
+            Pump();
+            const int edge = (button + 1) * kHeight;
+            EXPECT_EQ(MarkedRows(*this, kWidth / 2, edge - 15, edge + 15), 2 * percent / 100) << button;
+            EXPECT_EQ(MarkedRows(*this, 0, edge - 15, edge + 15), 2 * MulDiv(3, percent, 100)) << button;
+            const TBINSERTMARK none = {-1, 0};
+            Send(TB_SETINSERTMARK, 0, reinterpret_cast<LPARAM>(&none));
+            Pump();
+        }
+    }
+    platform::headless::SetDpi(0, 96);
+}
+
+TEST_F(ToolbarDrawing, TheInsertionMarkLiesOverWhatTheOwnerHasClippedAway)
+{
+    Send(TB_SETINSERTMARKCOLOR, 0, RGB(1, 2, 3));
+    const auto draw = onDraw;
+    onDraw = [&](NMTBCUSTOMDRAW& info) -> LRESULT
+    {
+        ExcludeClipRect(info.nmcd.hdc, 0, 0, kWidth, kHeight + 10);
+        return draw(info);
+    };
+    const TBINSERTMARK after = {0, TBIMHT_AFTER};
+    Send(TB_SETINSERTMARK, 0, reinterpret_cast<LPARAM>(&after));
+    Show();
+    EXPECT_EQ(MarkedRows(*this, kWidth / 2, 0, 2 * kHeight), 2);
+}
+
 TEST_F(ToolbarDrawing, AHighlightMoveSendsTwoItemsToTheScreen)
 {
     Send(TB_SETHOTITEM, 0);
