@@ -93,14 +93,6 @@ void BeginCategory(void* context, const MenuItemFacts& facts)
     category.name = ShownName(facts.name, facts.id);
 }
 
-/// Two categories of one name would show as one, which holds no more than two folders: they are told apart.
-void NameApart(MenuCategory& category, const std::vector<MenuCategory>& others)
-{
-    const auto same = [&](const MenuCategory& other) { return other.name == category.name; };
-    if (std::any_of(others.begin(), others.end(), same))
-        category.name += u" (" + Utf16FromUtf8(category.id) + u")";
-}
-
 void EndCategory(void* context)
 {
     auto& open = static_cast<Builder*>(context)->open;
@@ -108,7 +100,6 @@ void EndCategory(void* context)
     open.pop_back();
     if (!IsFileName(category.id))
         return; // no path leads there
-    NameApart(category, open.back().categories);
     open.back().categories.push_back(std::move(category));
 }
 
@@ -121,11 +112,27 @@ void TakeProgram(void* context, const MenuItemFacts& facts)
             {facts.id, facts.path, IconIdentity(facts.icons, kProgramIcon), ShownName(facts.name, facts.id)});
 }
 
+/// Two categories of one name would show as one, which holds no more than two folders: they are told apart, the same
+/// way in every reading.
+void NameApart(std::vector<MenuCategory>& categories)
+{
+    std::sort(categories.begin(), categories.end(),
+              [](const MenuCategory& a, const MenuCategory& b) { return a.id < b.id; });
+    std::set<std::u16string> taken;
+    for (MenuCategory& category : categories)
+    {
+        if (!taken.insert(category.name).second)
+            category.name += u" (" + Utf16FromUtf8(category.id) + u")";
+        NameApart(category.categories);
+    }
+}
+
 Tree Finish(Builder& builder)
 {
     constexpr std::int64_t kCoarsestTick = 20'000'000; // file times move on with the kernel's tick
     auto tree = std::make_shared<MenuTree>();
     tree->root = std::move(builder.open.front());
+    NameApart(tree->root.categories);
     tree->places = UsualMenuPlaces();
     builder.places.insert(MenuFile());
     tree->places.insert(tree->places.end(), builder.places.begin(), builder.places.end());

@@ -30,7 +30,8 @@ public:
                                                                          {"XDG_DATA_HOME", home / "data"},
                                                                          {"XDG_CONFIG_HOME", home / "config"},
                                                                          {"XDG_CACHE_HOME", home / "cache"},
-                                                                         {"XDG_DATA_DIRS", home / "system"}};
+                                                                         {"XDG_DATA_DIRS", home / "system"},
+                                                                         {"XDG_CONFIG_DIRS", home / "system-config"}};
         for (const auto& [variable, folder] : folders)
         {
             std::filesystem::create_directories(folder);

@@ -1,0 +1,537 @@
+// The applications menu as folders of the shell's name space.
+//
+// Each test is a process of its own: GLib looks at where menus are once, and has one menu thread.
+#include "tests/layer/shell_boxes.h"
+#include "tests/layer/shell_scratch.h"
+
+#include "objbase.h"
+#include "shellapi.h"
+#include "windows.h"
+
+#include "platform/files/applications_menu.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+using namespace shell_test;
+using Names = std::vector<std::string>;
+
+namespace
+{
+
+const std::string kUser(platform::kUserMenu);
+const std::string kAll(platform::kCommonMenu);
+
+constexpr char kMenuFile[] = R"(<Menu><Name>Applications</Name><DefaultAppDirs/><DefaultDirectoryDirs/>
+<Menu><Name>Net</Name><Directory>net.directory</Directory><Include><Category>Network</Category></Include></Menu>
+<Menu><Name>Play</Name><Directory>play.directory</Directory><Include><Category>Game</Category></Include>
+  <Menu><Name>Old</Name><Directory>net.directory</Directory><Include><Category>Arcade</Category></Include></Menu></Menu>
+<Menu><Name>Web</Name><Directory>net.directory</Directory><Include><Category>Web</Category></Include></Menu>
+<Menu><Name>Void</Name><Include><Category>Void</Category></Include></Menu>
+</Menu>)";
+
+/// Old enough that a change shows in the folder's time: file times are coarse.
+void MakeOld(const fs::path& path)
+{
+    const timespec past[] = {{1'000'000'000, 0}, {1'000'000'000, 0}};
+    utimensat(AT_FDCWD, path.c_str(), past, 0);
+}
+
+class ShellApplications : public testing::Test
+{
+protected:
+    ShellApplications()
+    {
+        for (const char* folder : {"config/menus", "data/applications", "system/applications",
+                                   "system/desktop-directories", "system-config/menus"})
+        {
+            fs::remove_all(Home() / folder);
+            fs::create_directories(Home() / folder);
+        }
+        fs::remove_all(Home() / "cache");
+        fs::create_directory(Home() / "cache");
+        Write(Home() / "system/desktop-directories/net.directory",
+              "[Desktop Entry]\nType=Directory\nName=Internet\nName[de]=Netz\nIcon=net-icon\n");
+        Write(Home() / "system/desktop-directories/play.directory",
+              "[Desktop Entry]\nType=Directory\nName=Games\nName[de]=Spiele\n");
+        WriteMenu(kMenuFile);
+        Program("system", "mail", "Mail", "Network", "Name[de]=Post\nIcon=mail-icon\n");
+        Program("system", "chess", "Chess", "Game");
+        Program("data", "quake", "Quake", "Game");
+        Settle();
+    }
+
+    static void WriteMenu(const std::string& content, const std::string& name = "applications.menu")
+    {
+        Write(Home() / "config/menus" / name, content);
+    }
+    static void Program(const std::string& half, const std::string& name, const std::string& shown,
+                        const std::string& category, const std::string& more = {})
+    {
+        const fs::path path = Home() / half / "applications" / (name + ".desktop");
+        fs::create_directories(path.parent_path());
+        Write(path, "[Desktop Entry]\nType=Application\nExec=true\nName=" + shown + "\nCategories=" + category + ";\n" +
+                        more);
+    }
+    static void Settle()
+    {
+        for (const auto& file : fs::recursive_directory_iterator(Home()))
+            MakeOld(file.path());
+        for (const char* folder : {"data", "config", "system", "system-config"})
+            MakeOld(Home() / folder);
+    }
+    /// In a process of its own, whose failures are this one's.
+    static void Afresh(const std::function<void()>& work)
+    {
+        InAnotherProcess(
+            [&]
+            {
+                work();
+                if (HasFailure())
+                    _exit(1);
+            });
+    }
+
+    static Names Shown(const std::string& path)
+    {
+        Names names;
+        for (const Item& item : Items(path))
+            names.push_back(item.display);
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+    static HRESULT Invoke(const std::string& path, const char* verb)
+    {
+        const Boxes boxes;
+        const List list = Parse(path);
+        void* parent = nullptr;
+        LPCITEMIDLIST last = nullptr;
+        if (list == nullptr || FAILED(SHBindToParent(list.get(), IID_IShellFolder, &parent, &last)))
+            return E_FAIL;
+        const Com<IShellFolder> folder(static_cast<IShellFolder*>(parent));
+        void* object = nullptr;
+        if (FAILED(folder->GetUIObjectOf(nullptr, 1, &last, IID_IContextMenu, nullptr, &object)))
+            return E_FAIL;
+        const Com<IContextMenu> menu(static_cast<IContextMenu*>(object));
+        const HRESULT result = InvokeOn(*menu, verb);
+        EXPECT_EQ(boxes.Count(), result == E_ACCESSDENIED ? 1 : 0) << path << " " << verb;
+        return result;
+    }
+    static HRESULT InvokeOn(IContextMenu& menu, const char* verb)
+    {
+        CMINVOKECOMMANDINFO info = {};
+        info.cbSize = sizeof info;
+        info.lpVerb = verb;
+        return menu.InvokeCommand(&info);
+    }
+    /// The verbs of an item's menu that can be chosen, and those that are greyed.
+    static std::pair<Names, Names> Menu(const std::string& path)
+    {
+        std::pair<Names, Names> verbs;
+        const List list = Parse(path);
+        void* parent = nullptr;
+        LPCITEMIDLIST last = nullptr;
+        EXPECT_EQ(SHBindToParent(list.get(), IID_IShellFolder, &parent, &last), S_OK);
+        const Com<IShellFolder> folder(static_cast<IShellFolder*>(parent));
+        void* object = nullptr;
+        EXPECT_EQ(folder->GetUIObjectOf(nullptr, 1, &last, IID_IContextMenu, nullptr, &object), S_OK);
+        const Com<IContextMenu> menu(static_cast<IContextMenu*>(object));
+        const HMENU shown = CreatePopupMenu();
+        EXPECT_GE(menu->QueryContextMenu(shown, 0, 1, 1000, CMF_CANRENAME), S_OK);
+        for (int i = 0; i < GetMenuItemCount(shown); ++i)
+        {
+            MENUITEMINFOW info = {};
+            info.cbSize = sizeof info;
+            info.fMask = MIIM_STATE | MIIM_ID;
+            GetMenuItemInfoW(shown, static_cast<UINT>(i), TRUE, &info);
+            char verb[64] = "";
+            if (info.wID != 0 && menu->GetCommandString(info.wID - 1, GCS_VERBA, nullptr, verb, sizeof verb) == S_OK)
+                ((info.fState & MFS_GRAYED) != 0 ? verbs.second : verbs.first).emplace_back(verb);
+        }
+        DestroyMenu(shown);
+        return verbs;
+    }
+};
+
+TEST_F(ShellApplications, AreTwoTreesOfWhatIsShown)
+{
+    Program("system", "kde/tool", "Tool", "Network");
+    Program("system", "secret", "Secret", "Network", "NoDisplay=true\n");
+    Program("system", "foreign", "Foreign", "Network", "OnlyShowIn=KDE;\n");
+    Program("system", "unwanted", "Unwanted", "Network", "NotShowIn=Orbit;\n");
+    Program("system", "missing", "Missing", "Network", "TryExec=no-such-program\n");
+    Program("system", "removed", "Removed", "Network");
+    Program("data", "removed", "Removed", "Network", "Hidden=true\n");
+    Program("system", "changed", "Everybody's", "Game");
+    Program("data", "changed", "Mine", "Game");
+    Program("system", "pong", "Pong", "Arcade");
+    Program("system", "browser", "Browser", "Web");
+    Afresh(
+        []
+        {
+            EXPECT_EQ(Shown(kAll), (Names{"Netz", "Netz (Web)", "Spiele"})) << "none is empty, none called the same";
+            EXPECT_EQ(Shown(kUser), (Names{"Spiele"})) << "only those with programs of the user's own";
+            EXPECT_EQ(Shown(kAll + "/Net"), (Names{"Post", "Tool"}));
+            EXPECT_EQ(Shown(kAll + "/Play"), (Names{"Chess", "Netz"}));
+            EXPECT_EQ(Shown(kAll + "/Play/Old"), (Names{"Pong"}));
+            EXPECT_EQ(Shown(kUser + "/Play"), (Names{"Mine", "Quake"}));
+            EXPECT_TRUE(Shown(kAll + "/Void").empty());
+
+            const std::vector<Item> categories = Items(kAll);
+            const Item* net = Find(categories, "Net");
+            ASSERT_NE(net, nullptr) << "in every language";
+            EXPECT_EQ(net->attributes, static_cast<SFGAOF>(SFGAO_FOLDER));
+            const std::vector<Item> programs = Items(kAll + "/Net");
+            const Item* mail = Find(programs, "mail.desktop");
+            ASSERT_NE(mail, nullptr);
+            ASSERT_NE(Find(programs, "kde-tool.desktop"), nullptr);
+            EXPECT_NE(mail->info.iIcon, Find(programs, "kde-tool.desktop")->info.iIcon);
+            WCHAR path[MAX_PATH];
+            ASSERT_TRUE(SHGetPathFromIDListW(mail->absolute.get(), path));
+            EXPECT_EQ(platform::PosixFromShellPath(path), Home() / "system/applications/mail.desktop");
+            EXPECT_TRUE(Items(kAll, SHCONTF_NONFOLDERS).empty());
+            EXPECT_TRUE(Items(kAll + "/Net", SHCONTF_FOLDERS).empty());
+        });
+}
+
+TEST_F(ShellApplications, NamesLeadBackToTheItems)
+{
+    Afresh(
+        []
+        {
+            for (const std::string& path : {kAll, kAll + "/Net", kUser + "/Play"})
+            {
+                const List list = Parse(path);
+                ASSERT_NE(list, nullptr) << path;
+                void* parent = nullptr;
+                LPCITEMIDLIST last = nullptr;
+                ASSERT_EQ(SHBindToParent(list.get(), IID_IShellFolder, &parent, &last), S_OK);
+                const Com<IShellFolder> folder(static_cast<IShellFolder*>(parent));
+                EXPECT_EQ(platform::PosixFromShellPath(NameOf(*folder, last, SHGDN_FORPARSING)), path);
+            }
+            const List program = Parse(kAll + "/Net/mail.desktop");
+            ASSERT_NE(program, nullptr);
+            WCHAR path[MAX_PATH];
+            EXPECT_TRUE(SHGetPathFromIDListW(program.get(), path));
+            EXPECT_EQ(platform::PosixFromShellPath(path), Home() / "system/applications/mail.desktop");
+            for (const std::string& path : {kAll + "/Nothing", kAll + "/Net/none.desktop", kUser + "/Net",
+                                            kAll + "/Net/mail.desktop/x", std::string("::else")})
+                EXPECT_EQ(Parse(path), nullptr) << path;
+        });
+}
+
+TEST_F(ShellApplications, NothingIsWrittenIntoACategory)
+{
+    Afresh(
+        []
+        {
+            EXPECT_EQ(Menu(kAll + "/Net"), (std::pair{Names{}, Names{"paste", "delete", "rename"}}));
+            const auto [can, cannot] = Menu(kAll + "/Net/mail.desktop");
+            EXPECT_EQ(cannot, (Names{"cut", "paste", "link", "delete"}));
+            EXPECT_EQ(can, (Names{"open", "showinfolder", "copy", "rename", "properties"}));
+            EXPECT_EQ(Menu(kUser + "/Play/quake.desktop").second, (Names{"paste", "link"}))
+                << "what is the user's own can be taken away";
+
+            for (const char* verb : {"open", "cut", "copy", "paste", "delete", "properties"})
+                EXPECT_EQ(Invoke(kAll + "/Net", verb), E_ACCESSDENIED) << verb;
+            for (const char* verb : {"cut", "paste", "link", "delete"})
+                EXPECT_EQ(Invoke(kAll + "/Net/mail.desktop", verb), E_ACCESSDENIED) << verb;
+            EXPECT_EQ(Invoke(kAll + "/Net/mail.desktop", "copy"), S_OK);
+
+            const List list = Parse(kAll + "/Net");
+            const Com<IShellFolder> category = Bind(list.get());
+            void* object = nullptr;
+            ASSERT_EQ(category->CreateViewObject(nullptr, IID_IContextMenu, &object), S_OK);
+            const Com<IContextMenu> background(static_cast<IContextMenu*>(object));
+            const Boxes boxes;
+            EXPECT_EQ(InvokeOn(*background, "NewFolder"), E_ACCESSDENIED);
+            const std::u16string paths = u"::applications-of-all\\Net" + std::u16string(1, u'\0');
+            SHFILEOPSTRUCTW deletion = {};
+            deletion.wFunc = FO_DELETE;
+            deletion.pFrom = paths.c_str();
+            deletion.fFlags = FOF_ALLOWUNDO;
+            EXPECT_EQ(SHFileOperationW(&deletion), ERROR_ACCESS_DENIED);
+            const List root = Parse(kAll);
+            const Com<IShellFolder> whole = Bind(root.get());
+            EXPECT_EQ(whole->SetNameOf(nullptr, ILFindLastID(list.get()), u"Other", SHGDN_INFOLDER, nullptr),
+                      E_ACCESSDENIED);
+            void* link = nullptr;
+            void* file = nullptr;
+            ASSERT_EQ(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW, &link), S_OK);
+            const Com<IShellLinkW> shellLink(static_cast<IShellLinkW*>(link));
+            ASSERT_EQ(shellLink->QueryInterface(IID_IPersistFile, &file), S_OK);
+            const Com<IPersistFile> persistFile(static_cast<IPersistFile*>(file));
+            shellLink->SetPath(u"\\bin\\sh");
+            EXPECT_EQ(persistFile->Save(u"::applications-of-all\\Net\\sh.lnk", TRUE), E_ACCESSDENIED);
+            EXPECT_EQ(boxes.Count(), 4);
+            EXPECT_EQ(Shown(kAll + "/Net"), (Names{"Post"}));
+        });
+}
+
+TEST_F(ShellApplications, RenamingAProgramMakesAnEntryOfTheUsersOwn)
+{
+    fs::remove_all(Home() / "data/applications");
+    Afresh(
+        []
+        {
+            const Boxes boxes;
+            const List list = Parse(kAll + "/Net");
+            const Com<IShellFolder> category = Bind(list.get());
+            const List mail = Parse(kAll + "/Net/mail.desktop");
+            LPITEMIDLIST renamed = nullptr;
+            ASSERT_EQ(category->SetNameOf(nullptr, ILFindLastID(mail.get()), u"Briefe",
+                                          SHGDN_INFOLDER | SHGDN_FOREDITING, &renamed),
+                      S_OK);
+            const List owned(renamed);
+            EXPECT_EQ(NameOf(*category, renamed, SHGDN_INFOLDER | SHGDN_FORPARSING), u"mail.desktop")
+                << "so that it keeps its place";
+            EXPECT_EQ(Shown(kUser + "/Net"), (Names{"Briefe"})) << "at once";
+            EXPECT_TRUE(Shown(kAll + "/Net").empty());
+            std::ifstream everybodys(Home() / "system/applications/mail.desktop");
+            const std::string content{std::istreambuf_iterator<char>(everybodys), {}};
+            EXPECT_EQ(content.find("Briefe"), content.npos);
+            // Once it is the user's own, it is renamed where it is.
+            const List own = Parse(kUser + "/Net/mail.desktop");
+            const List ownCategory = Parse(kUser + "/Net");
+            EXPECT_EQ(Bind(ownCategory.get())
+                          ->SetNameOf(nullptr, ILFindLastID(own.get()), u"Karten", SHGDN_INFOLDER | SHGDN_FOREDITING,
+                                      nullptr),
+                      S_OK);
+            EXPECT_EQ(Shown(kUser + "/Net"), (Names{"Karten"}));
+            // And what has gone cannot be renamed any more.
+            const List chess = Parse(kAll + "/Play/chess.desktop");
+            fs::remove(Home() / "system/applications/chess.desktop");
+            const List play = Parse(kAll + "/Play");
+            EXPECT_FALSE(play != nullptr && SUCCEEDED(Bind(play.get())
+                                                          ->SetNameOf(nullptr, ILFindLastID(chess.get()), u"Schach",
+                                                                      SHGDN_INFOLDER | SHGDN_FOREDITING, nullptr)));
+        });
+}
+
+bool ModuleIsLoaded()
+{
+    std::ifstream maps("/proc/self/maps");
+    const std::string text{std::istreambuf_iterator<char>(maps), {}};
+    return text.find("orb-launcher-desktop.so") != text.npos;
+}
+
+TEST_F(ShellApplications, AreKeptForTheNextRunUntilSomethingChanges)
+{
+    const auto first = [] { EXPECT_EQ(Shown(kAll + "/Net"), (Names{"Post"})); };
+    Afresh(first);
+    Afresh(
+        [&]
+        {
+            first();
+            EXPECT_FALSE(ModuleIsLoaded()) << "nothing has changed";
+        });
+    Program("system", "news", "News", "Network");
+    Afresh([] { EXPECT_EQ(Shown(kAll + "/Net"), (Names{"News", "Post"})) << "a new program"; });
+    Settle();
+    Afresh([] { Shown(kAll); });
+    Program("system", "chat/chat", "Chat", "Network");
+    Afresh([] { EXPECT_EQ(Shown(kAll + "/Net"), (Names{"Chat", "News", "Post"})) << "in a new folder"; });
+    Settle();
+    Afresh([] { Shown(kAll); });
+    WriteMenu("<Menu><Name>Applications</Name><DefaultAppDirs/><Menu><Name>All</Name><Include><All/></Include></Menu></"
+              "Menu>");
+    Afresh([] { EXPECT_EQ(Shown(kAll), (Names{"All"})) << "another menu file"; });
+    Settle();
+    Afresh([] { Shown(kAll); });
+    setenv("XDG_MENU_PREFIX", "other-", 1);
+    WriteMenu(kMenuFile, "other-applications.menu");
+    Afresh([] { EXPECT_EQ(Shown(kAll), (Names{"Netz", "Spiele"})) << "another desktop's menu"; });
+    unsetenv("XDG_MENU_PREFIX");
+    // Damage anywhere in the file is seen before anything of it is believed.
+    Settle();
+    Afresh([] { Shown(kAll); });
+    const fs::path kept = Home() / "cache/orb-launcher/menu";
+    ASSERT_TRUE(fs::exists(kept));
+    const auto size = fs::file_size(kept);
+    for (const std::uintmax_t cut : {size - 1, size / 2, std::uintmax_t{10}, std::uintmax_t{0}})
+    {
+        fs::resize_file(kept, cut);
+        Afresh([] { EXPECT_EQ(Shown(kAll), (Names{"All"})); });
+    }
+}
+
+int g_notices = 0;
+
+LRESULT CALLBACK CountNotices(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    g_notices += message == WM_APP + 2;
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+/// A window that is told of a category's changes, as a level is.
+class Level
+{
+public:
+    explicit Level(const std::string& path)
+    {
+        WNDCLASSEXW windowClass{};
+        windowClass.cbSize = sizeof windowClass;
+        windowClass.lpfnWndProc = CountNotices;
+        windowClass.lpszClassName = u"ApplicationsTest";
+        RegisterClassExW(&windowClass);
+        m_window =
+            CreateWindowExW(0, u"ApplicationsTest", u"", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+        const List list = Parse(path);
+        const SHChangeNotifyEntry entry{list.get(), FALSE};
+        m_id = SHChangeNotifyRegister(m_window, 0x8003, 0x2001F, WM_APP + 2, 1, &entry);
+        EXPECT_NE(m_id, 0u);
+        g_notices = 0;
+    }
+    ~Level()
+    {
+        SHChangeNotifyDeregister(m_id);
+        DestroyWindow(m_window);
+    }
+    Level(const Level&) = delete;
+    Level& operator=(const Level&) = delete;
+
+    static bool IsTold()
+    {
+        return WaitFor(
+            []
+            {
+                MSG message;
+                while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+                    DispatchMessageW(&message);
+                return std::exchange(g_notices, 0) > 0;
+            });
+    }
+
+private:
+    HWND m_window = nullptr;
+    ULONG m_id = 0;
+};
+
+TEST_F(ShellApplications, LevelsAreToldOfTheirChanges)
+{
+    Afresh([] { Shown(kAll); });
+    Write(Home() / "system/applications/mail.desktop",
+          "[Desktop Entry]\nType=Application\nExec=true\nName=Letters\nCategories=Network;\n"); // in place
+    Afresh(
+        []
+        {
+            EXPECT_EQ(Shown(kAll + "/Net"), (Names{"Post"})) << "as it was kept";
+            const Level level(kAll + "/Net");
+            RunDeferred();
+            EXPECT_TRUE(Level::IsTold()) << "what changed in place while no menu was open";
+            EXPECT_EQ(Shown(kAll + "/Net"), (Names{"Letters"}));
+            Program("system", "news", "News", "Network");
+            EXPECT_TRUE(Level::IsTold());
+            EXPECT_EQ(Shown(kAll + "/Net"), (Names{"Letters", "News"}));
+            fs::remove(Home() / "system/applications/news.desktop");
+            EXPECT_TRUE(Level::IsTold());
+            EXPECT_EQ(Shown(kAll + "/Net"), (Names{"Letters"}));
+            Write(Home() / "system/applications/mail.desktop",
+                  "[Desktop Entry]\nType=Application\nExec=true\nName=Cards\nCategories=Network;\n");
+            EXPECT_TRUE(Level::IsTold()) << "of an entry that changed in place";
+            EXPECT_EQ(Shown(kAll + "/Net"), (Names{"Cards"}));
+        });
+}
+
+TEST_F(ShellApplications, AMenuFileThatMakesNoMenuLeavesTheProgramsInOneList)
+{
+    for (const char* broken : {"<Menu><Name>Appl", "<Other/>", "", "<Menu></Menu> trailing <"})
+    {
+        WriteMenu(broken);
+        Afresh(
+            [&]
+            {
+                EXPECT_EQ(Shown(kAll), (Names{"Chess", "Post"})) << broken;
+                EXPECT_EQ(Shown(kUser), (Names{"Quake"})) << broken;
+            });
+    }
+    WriteMenu("<Menu><Name>Applications</Name><DefaultAppDirs/><MergeFile>applications.menu</MergeFile>"
+              "<Menu><Name>All</Name><MergeFile>applications.menu</MergeFile><Include><All/></Include></Menu></Menu>");
+    Afresh([] { EXPECT_EQ(Shown(kAll + "/All"), (Names{"Chess", "Post"})) << "one that includes itself"; });
+}
+
+TEST_F(ShellApplications, WithoutAMenuFileTheFoldersOfEntriesAreTheStartMenu)
+{
+    const auto location = [](int csidl)
+    {
+        LPITEMIDLIST list = nullptr;
+        WCHAR path[MAX_PATH] = {};
+        EXPECT_EQ(SHGetFolderLocation(nullptr, csidl, nullptr, 0, &list), S_OK);
+        EXPECT_TRUE(SHGetPathFromIDListW(list, path));
+        ILFree(list);
+        return platform::PosixFromShellPath(path);
+    };
+    EXPECT_EQ(location(CSIDL_STARTMENU), kUser);
+    EXPECT_EQ(location(CSIDL_COMMON_STARTMENU), kAll);
+    fs::rename(Home() / "config/menus/applications.menu", Home() / "system-config/menus/lxde-applications.menu");
+    EXPECT_EQ(location(CSIDL_STARTMENU), kUser) << "another desktop's is better than none";
+    fs::remove(Home() / "system-config/menus/lxde-applications.menu");
+    EXPECT_EQ(location(CSIDL_STARTMENU), Home() / "data/applications");
+    EXPECT_EQ(location(CSIDL_COMMON_STARTMENU), Home() / "system/applications");
+}
+
+/// Seconds that the work took.
+template <typename F>
+double Timed(F work)
+{
+    const auto begun = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begun).count();
+}
+
+TEST_F(ShellApplications, AMenuThatIsNeverReadToItsEndHoldsNobodyUp)
+{
+    Afresh([] { Shown(kAll); });
+    // Each of these includes the whole folder, itself excepted, at every depth.
+    for (int i = 0; i < 12; ++i)
+        WriteMenu(
+            "<Menu><Name>Applications</Name><MergeDir>.</MergeDir><Menu><Name>A</Name><MergeDir>.</MergeDir></Menu>"
+            "</Menu>",
+            i == 0 ? "applications.menu" : std::string("more").append(std::to_string(i)).append(".menu"));
+    Afresh(
+        []
+        {
+            EXPECT_LT(Timed([] { EXPECT_EQ(Shown(kAll), (Names{"Netz", "Spiele"})) << "as it was last seen"; }), 4);
+            EXPECT_LT(Timed([] { EXPECT_EQ(Shown(kAll + "/Net"), (Names{"Post"})); }), 0.5) << "it is asked once";
+        });
+    fs::remove_all(Home() / "cache/orb-launcher/menu");
+    Afresh(
+        []
+        {
+            EXPECT_LT(Timed([] { EXPECT_TRUE(Shown(kAll).empty()); }), 4);
+            EXPECT_LT(Timed([] { EXPECT_TRUE(Shown(kUser).empty()); }), 0.5);
+        });
+}
+
+TEST_F(ShellApplications, OfTenThousandProgramsEachIsThere)
+{
+    std::string menu = "<Menu><Name>Applications</Name><DefaultAppDirs/><Include>";
+    for (int i = 0; i < 10000; ++i)
+    {
+        const std::string name = std::string("p").append(std::to_string(i));
+        Program("system", name, name, "Much");
+        menu.append("<Filename>").append(name).append(".desktop</Filename>");
+    }
+    WriteMenu(menu + "</Include></Menu>");
+    Settle();
+    Afresh(
+        []
+        {
+            const Level level(kAll);
+            const bool atOnce = Shown(kAll).size() == 10000;
+            EXPECT_TRUE(atOnce || Level::IsTold()) << "later, when it takes longer than may be waited";
+            EXPECT_EQ(Shown(kAll).size(), 10000u);
+        });
+    Afresh(
+        []
+        {
+            EXPECT_EQ(Shown(kAll).size(), 10000u);
+            EXPECT_FALSE(ModuleIsLoaded());
+        });
+}
+
+} // namespace
