@@ -38,7 +38,8 @@ std::vector<std::string> MenuNames()
         if (name.find('/') == name.npos)
             names.push_back(std::move(name));
     };
-    add(Variable("XDG_MENU_PREFIX") + std::string(kMenuName));
+    if (const std::string prefix = Variable("XDG_MENU_PREFIX"); !prefix.empty())
+        add(prefix + std::string(kMenuName));
     add(std::string(kMenuName));
     std::string desktops = Lower(Variable("XDG_CURRENT_DESKTOP"));
     while (!desktops.empty())

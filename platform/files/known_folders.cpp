@@ -23,10 +23,12 @@ std::string UnquoteUserFolder(std::string_view value)
         return {};
     value.remove_prefix(1);
     std::string path;
-    if (value.starts_with("$HOME"))
+    constexpr std::string_view kHome = "$HOME";
+    const bool belowHome = value.starts_with(kHome) && value.find_first_of("/\"", kHome.size()) == kHome.size();
+    if (belowHome)
     {
         path = HomeFolder();
-        value.remove_prefix(5);
+        value.remove_prefix(kHome.size());
     }
     for (; !value.empty() && value.front() != '"'; value.remove_prefix(1))
     {
@@ -34,6 +36,7 @@ std::string UnquoteUserFolder(std::string_view value)
             value.remove_prefix(1);
         path += value.front();
     }
+    path.resize(path.find_last_not_of('/') + 1);
     return path.starts_with('/') ? path : "";
 }
 
@@ -78,6 +81,17 @@ std::string DesktopFolder()
 {
     const std::string folder = UserFolder("XDG_DESKTOP_DIR");
     return folder.empty() ? HomeFolder() + "/Desktop" : folder;
+}
+
+bool IsHome(const std::string& folder)
+{
+    return folder == HomeFolder();
+}
+
+bool MakeDesktopFolder(const std::string& folder)
+{
+    const std::string home = HomeFolder();
+    return !home.empty() && folder.starts_with(home + "/") && MakeFolders(folder);
 }
 
 std::string UserStartMenu()

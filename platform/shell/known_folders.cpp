@@ -52,6 +52,15 @@ LPITEMIDLIST SpecialLocation(const std::string& path, std::u16string_view displa
     return AppendItemId(bytes, item, displayName) ? MakeItemList(bytes.data(), bytes.size()) : nullptr;
 }
 
+/// The home folder has a name that says nothing of a desktop.
+LPITEMIDLIST Desktop()
+{
+    const std::string folder = DesktopFolder();
+    if (!folder.empty() && !IsFolder(folder) && !MakeDesktopFolder(folder))
+        return nullptr;
+    return SpecialLocation(folder, IsHome(folder) ? u"Desktop" : u"", "user-desktop\nfolder\n!folder");
+}
+
 /// Half of the applications menu or, on a desktop without a menu file, the folder that has the entries.
 LPITEMIDLIST StartMenu(std::string_view menuRoot, std::string (*folderOfEntries)())
 {
@@ -67,7 +76,7 @@ LPITEMIDLIST LocationOf(int csidl)
     switch (csidl)
     {
     case CSIDL_DESKTOPDIRECTORY:
-        return SpecialLocation(DesktopFolder(), {}, "user-desktop\nfolder\n!folder");
+        return Desktop();
     case CSIDL_STARTMENU:
         return StartMenu(kUserMenu, UserStartMenu);
     case CSIDL_COMMON_STARTMENU:

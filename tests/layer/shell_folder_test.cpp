@@ -267,10 +267,41 @@ TEST(ShellPlaces, FollowTheDesktopsRules)
         SHGetPathFromIDListW(list.get(), text);
         return std::filesystem::path(platform::PosixFromShellPath(text));
     };
-    EXPECT_EQ(location(CSIDL_DESKTOPDIRECTORY), nullptr) << "there is none yet";
-    std::filesystem::create_directory(Home() / "Schreib \"tisch");
-    Write(Home() / "config/user-dirs.dirs", "# a comment\nXDG_DESKTOP_DIR=\"$HOME/Schreib \\\"tisch\"\n");
-    EXPECT_EQ(pathOf(location(CSIDL_DESKTOPDIRECTORY)), Home() / "Schreib \"tisch");
+    struct Case
+    {
+        std::string line;
+        std::filesystem::path folder;
+        std::u16string name;
+    };
+    const Case cases[] = {
+        {"# nothing", Home() / "Desktop", u"Desktop"},
+        {"# a comment\nXDG_DESKTOP_DIR=\"$HOME/Schreib \\\"tisch\"", Home() / "Schreib \"tisch", u"Schreib \"tisch"},
+        {"XDG_DESKTOP_DIR=\"$HOME/\"", Home(), u"Desktop"},
+        {"XDG_DESKTOP_DIR=\"$HOME\"", Home(), u"Desktop"},
+        {"XDG_DESKTOP_DIR=\"" + (Home() / "system///").native() + "\"", Home() / "system", u"system"},
+        {"XDG_DESKTOP_DIR=\"$HOMEWARD\"", Home() / "Desktop", u"Desktop"},
+        {"XDG_DESKTOP_DIR=\"not/absolute\"", Home() / "Desktop", u"Desktop"},
+        {"XDG_DESKTOP_DIR=$HOME/unquoted", Home() / "Desktop", u"Desktop"},
+        {std::string("\0\xFF\"\nXDG_DESKTOP_DIR=\"", 22), Home() / "Desktop", u"Desktop"},
+        {"XDG_DESKTOP_DIR=\"/nonexistent/desk\"", {}, {}}, // it may be on a disk that is not there now
+    };
+    const Com<IShellFolder> root = []
+    {
+        IShellFolder* folder = nullptr;
+        SHGetDesktopFolder(&folder);
+        return Com<IShellFolder>(folder);
+    }();
+    for (const Case& c : cases)
+    {
+        Write(Home() / "config/user-dirs.dirs", c.line + "\n");
+        const List list = location(CSIDL_DESKTOPDIRECTORY);
+        ASSERT_EQ(list == nullptr, c.folder.empty()) << c.line;
+        if (list == nullptr)
+            continue;
+        EXPECT_EQ(pathOf(list), c.folder) << c.line;
+        EXPECT_EQ(NameOf(*root, list.get(), SHGDN_INFOLDER), c.name) << c.line;
+        EXPECT_TRUE(std::filesystem::is_directory(c.folder)) << c.line << ": in the home folder it is made";
+    }
 
     EXPECT_EQ(location(CSIDL_COMMON_STARTMENU), nullptr);
     std::filesystem::create_directories(Home() / "system/applications");
@@ -291,5 +322,6 @@ TEST(ShellPlaces, FollowTheDesktopsRules)
     desktop->Release();
     std::filesystem::remove(Home() / "config/user-dirs.dirs");
     std::filesystem::remove(Home() / "Schreib \"tisch");
+    std::filesystem::remove(Home() / "Desktop");
     std::filesystem::remove(Home() / "system/applications");
 }
