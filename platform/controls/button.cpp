@@ -222,7 +222,7 @@ void Button::PaintCheckBox(HDC dc, RECT rect)
     if (m_check != BST_UNCHECKED)
         PaintTick(dc, box, IsWindowEnabled(Window()) ? COLOR_WINDOWTEXT : COLOR_GRAYTEXT);
     RECT label = rect;
-    label.left = box.right + side / 3;
+    label.left = box.right + side / 2;
     PaintLine(dc, label, DT_LEFT);
     if (GetFocus() == Window())
     {
