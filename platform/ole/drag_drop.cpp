@@ -1,15 +1,5 @@
-// RegisterDragDrop, RevokeDragDrop, DoDragDrop.
+// DoDragDrop.
 #include "ole2.h"
-
-HRESULT RegisterDragDrop(HWND, IDropTarget*)
-{
-    return E_NOTIMPL;
-}
-
-HRESULT RevokeDragDrop(HWND)
-{
-    return E_NOTIMPL;
-}
 
 HRESULT DoDragDrop(IDataObject*, IDropSource*, DWORD, DWORD*)
 {

@@ -2,6 +2,8 @@
 //
 // As on Windows, an event becomes a message only when the program takes it: which window it goes to depends on capture
 // and focus at that moment, and taking a button press is what activates the window under it.
+#include "platform/screen/drags.h"
+#include "platform/windowing/drag_events.h"
 #include "platform/windowing/focus.h"
 #include "platform/windowing/input_events.h"
 #include "platform/windowing/input_state.h"
@@ -167,6 +169,25 @@ void HandlePointerLeft(const QueuedEvent& queued)
     }
 }
 
+/// Where nobody deals in drags, none may wait for an answer.
+void HandleDrag(const Event& event)
+{
+    const DragHandler* handler = TheDragHandler();
+    const bool comesIn = event.type == EventType::DragOver || event.type == EventType::DragDrop;
+    if (comesIn)
+    {
+        NoteModifiers(event.modifiers);
+        SetMessagePoint(event.position);
+        NoteMessage(static_cast<DWORD>(event.time), event.position);
+    }
+    if (handler != nullptr)
+        handler->onEvent(event);
+    else if (event.type == EventType::DragOver)
+        screen::AnswerDrag(0);
+    else if (event.type == EventType::DragDrop)
+        screen::FinishDrop(0);
+}
+
 /// Events that are no messages of their own.
 void HandleScreenEvent(const Event& event)
 {
@@ -189,6 +210,13 @@ void HandleScreenEvent(const Event& event)
     case EventType::Placed:
         if (window != nullptr)
             FollowPlacement(*window, event.bounds);
+        break;
+    case EventType::DragOver:
+    case EventType::DragLeave:
+    case EventType::DragDrop:
+    case EventType::DragAnswered:
+    case EventType::DragEnded:
+        HandleDrag(event);
         break;
     default:
         break;

@@ -123,11 +123,7 @@ bool Retrieve(MSG& message, const MessageFilter& filter, bool remove)
     if (!FindMessage(message, filter, remove))
         return false;
     if (remove)
-    {
-        queue.anyMessage = true;
-        queue.lastTime = message.time;
-        queue.lastPoint = message.pt;
-    }
+        NoteMessage(message.time, message.pt);
     return true;
 }
 
@@ -186,6 +182,14 @@ POINT MessagePoint()
 void SetMessagePoint(POINT point)
 {
     TheQueue().point = point;
+}
+
+void NoteMessage(DWORD time, POINT point)
+{
+    Queue& queue = TheQueue();
+    queue.anyMessage = true;
+    queue.lastTime = time;
+    queue.lastPoint = point;
 }
 
 void ForgetMessagesOf(HWND window)

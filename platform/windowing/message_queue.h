@@ -40,6 +40,8 @@ void WakeQueue();
 /// The pointer's place as far as messages know it.
 POINT MessagePoint();
 void SetMessagePoint(POINT point);
+/// What is handled now counts as a message that was taken, for GetMessageTime and GetMessagePos.
+void NoteMessage(DWORD time, POINT point);
 
 /// Has the pointer's window looked at again: windows have moved under it.
 void RequestMouseRefresh();

@@ -2,6 +2,7 @@
 #include "platform/windowing/window.h"
 
 #include "platform/base/fault_points.h"
+#include "platform/windowing/drag_events.h"
 #include "platform/windowing/input_events.h"
 
 #include <algorithm>
@@ -110,6 +111,8 @@ void FreeWindow(HWND handle)
     }
     --window->windowClass->windows;
     TakeHandle(reinterpret_cast<std::uintptr_t>(handle));
+    if (const DragHandler* handler = TheDragHandler())
+        handler->onWindowGone(handle);
 }
 
 void SendDestroyMessages(HWND handle)

@@ -103,6 +103,10 @@ void SetOtherTarget(std::optional<OtherTarget> target);
 std::optional<std::string> DroppedOnOther(std::string_view target);
 /// What the pointer says a drop of this program's drag would do; nothing while it drags nothing.
 std::optional<screen::DragActions> ShownDragAction();
+/// The picture that follows the pointer meanwhile.
+std::optional<screen::DragImage> ShownDragImage();
+/// The display does not let the pointer be followed, or does again.
+void RefuseDrags(bool refuse);
 
 // --- what a person sees
 struct WindowInfo

@@ -105,7 +105,7 @@ void MoveMouse(int x, int y)
     state.pointer = {x, y};
     const screen::NativeWindow target = MouseTarget();
     EnterTarget(target);
-    if (target != 0)
+    if (target != 0 || IsDragging())
         Queue(EventType::MouseMove, target);
 }
 
@@ -124,7 +124,7 @@ void PressButton(screen::Button button)
 {
     State& state = TheState();
     const screen::NativeWindow target = MouseTarget();
-    if (target == 0)
+    if (target == 0 && !IsDragging())
     {
         ActivateOtherApplication();
         return;
@@ -158,7 +158,7 @@ void TurnWheel(int delta)
 
 void PressKey(BYTE virtualKey, std::u16string_view text)
 {
-    if (!HasKeyboard())
+    if (!HasKeyboard() && !IsDragging())
         return;
     Event& event = Queue(EventType::KeyDown, 0);
     event.virtualKey = virtualKey;
@@ -169,7 +169,7 @@ void PressKey(BYTE virtualKey, std::u16string_view text)
 
 void ReleaseKey(BYTE virtualKey)
 {
-    if (HasKeyboard())
+    if (HasKeyboard() || IsDragging())
     {
         Event& event = Queue(EventType::KeyUp, 0);
         event.virtualKey = virtualKey;

@@ -85,6 +85,7 @@ void Reset()
     state.woken = false;
     state.presentedPixels = 0;
     ForgetSelections();
+    ForgetDrags();
 }
 
 } // namespace platform::headless

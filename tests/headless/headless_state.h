@@ -50,6 +50,10 @@ struct State
 State& TheState();
 /// Nobody has any selection.
 void ForgetSelections();
+/// Nobody drags anything.
+void ForgetDrags();
+/// This program drags: mouse and keyboard are its own wherever the pointer is.
+bool IsDragging();
 HeadlessWindow* FindWindow(screen::NativeWindow window);
 /// The topmost visible window at a point, 0 for none.
 screen::NativeWindow WindowAt(POINT point);

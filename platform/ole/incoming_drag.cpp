@@ -1,0 +1,160 @@
+// Drags of other programs, event by event.
+#include "platform/ole/incoming_drag.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace platform
+{
+
+using screen::Event;
+using screen::EventType;
+
+namespace
+{
+
+constexpr DWORD kEffects = DROPEFFECT_COPY | DROPEFFECT_MOVE | DROPEFFECT_LINK;
+
+} // namespace
+
+void IncomingDrag::OnEvent(const Event& event)
+{
+    if (m_dropping)
+        QueueWhileDropping(event);
+    else
+        Queue(event);
+    HandleQueued();
+}
+
+void IncomingDrag::OnRest()
+{
+    if (m_busy || !m_last)
+        return;
+    m_busy = true;
+    const screen::DragActions answer = Ask();
+    if (std::exchange(m_answer, answer) != answer)
+        m_port.Answer(answer);
+    m_busy = false;
+    HandleQueued();
+}
+
+void IncomingDrag::Queue(const Event& event)
+{
+    if (event.type == EventType::DragLeave)
+    {
+        if (std::ranges::find(m_queue, EventType::DragDrop, &Event::type) != m_queue.end())
+            m_port.Finish(0);
+        m_queue.clear();
+    }
+    else if (event.type == EventType::DragOver && !m_queue.empty() && m_queue.back().type == EventType::DragOver)
+    {
+        m_port.Answer(m_answer); // for the movement that nobody will hear of
+        m_queue.pop_back();
+    }
+    m_queue.push_back(event);
+}
+
+/// What leaves now has not been here yet, and what is dropped was refused.
+void IncomingDrag::QueueWhileDropping(const Event& event)
+{
+    m_queue.clear();
+    if (event.type == EventType::DragDrop)
+        m_port.Finish(0);
+    if (event.type != EventType::DragOver)
+        return;
+    m_port.Answer(0);
+    m_queue.push_back(event);
+}
+
+void IncomingDrag::HandleQueued()
+{
+    while (!m_busy && !m_queue.empty())
+    {
+        const Event event = m_queue.front();
+        m_queue.pop_front();
+        m_busy = true;
+        Handle(event);
+        m_busy = false;
+    }
+}
+
+void IncomingDrag::Handle(const Event& event)
+{
+    if (event.type == EventType::DragOver)
+        OnOver(event);
+    else if (event.type == EventType::DragDrop)
+        OnDrop(event);
+    else
+        End();
+}
+
+void IncomingDrag::OnOver(const Event& event)
+{
+    Begin(event);
+    m_answer = Ask();
+    m_port.Answer(m_answer);
+}
+
+void IncomingDrag::OnDrop(const Event& event)
+{
+    const bool moved = !m_last || m_last->position.x != event.position.x || m_last->position.y != event.position.y ||
+                       m_last->window != event.window;
+    Begin(event);
+    if (moved || m_site.Window() == nullptr)
+        m_answer = Ask();
+    DWORD done = DROPEFFECT_NONE;
+    if (m_answer != 0)
+    {
+        m_dropping = true;
+        const ComReference<IDataObject> data = m_data;
+        const DragMoment moment = Moment();
+        done = m_site.Drop(*data.Get(), moment);
+        m_dropping = false;
+    }
+    m_port.Finish(DoneAction(done));
+    End();
+}
+
+/// The event is the latest of the drag that is over the windows: the one before, or another whose begin was missed.
+void IncomingDrag::Begin(const Event& event)
+{
+    if (m_data && m_targets != m_port.Offer().targets)
+        End();
+    if (!m_data)
+    {
+        m_targets = m_port.Offer().targets;
+        m_data = m_port.MakeData();
+    }
+    m_last = event;
+}
+
+void IncomingDrag::End()
+{
+    m_site.Leave();
+    m_last.reset();
+    m_answer = 0;
+    if (std::exchange(m_data, {}))
+        m_port.CloseData();
+}
+
+screen::DragActions IncomingDrag::Ask()
+{
+    const HWND window = m_port.WindowAt(m_last->window, m_last->position);
+    const DWORD effect = m_data ? m_site.Over(window, *m_data.Get(), Moment()) : DROPEFFECT_NONE;
+    const bool ask = (m_port.Offer().actions & screen::kDragAsk) != 0;
+    return effect != DROPEFFECT_NONE && ask ? screen::kDragAsk : LikelyAction(effect);
+}
+
+DragMoment IncomingDrag::Moment() const
+{
+    const screen::DragActions actions = m_port.Offer().actions;
+    DragMoment moment;
+    moment.point = m_last->position;
+    moment.allowed = actions & kEffects;
+    moment.keys = (actions & screen::kDragAsk) != 0 ? MK_RBUTTON : MK_LBUTTON;
+    moment.keys |= (m_last->modifiers & screen::kShift) != 0 ? MK_SHIFT : 0;
+    moment.keys |= (m_last->modifiers & screen::kControl) != 0 ? MK_CONTROL : 0;
+    return moment;
+}
+
+} // namespace platform

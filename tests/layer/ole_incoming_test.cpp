@@ -1,0 +1,265 @@
+// Other programs' drags over windows with drop targets.
+#include "tests/layer/ole_desk.h"
+
+#include "platform/base/fault_points.h"
+#include "platform/ole/derived_format.h"
+
+#include <algorithm>
+
+namespace
+{
+
+using namespace platform;
+using namespace ole_test;
+using screen::kDragAsk;
+using screen::kDragCopy;
+using screen::kDragLink;
+using screen::kDragMove;
+
+struct IncomingDragTest : OleDesk
+{
+    IncomingDragTest()
+    {
+        m_window = ShownPopup(0, 0, 200, 100);
+        m_child = Child(m_window, 100, 0, 100, 100);
+    }
+    static headless::OtherDrag Files(screen::DragActions actions = kDragCopy | kDragMove | kDragLink)
+    {
+        return {{{{"text/uri-list", "file:///a\r\n"}, {"UTF8_STRING", "a"}}}, actions};
+    }
+    static void Start(int x, int y, unsigned modifiers = 0, headless::OtherDrag drag = Files())
+    {
+        headless::StartOtherDrag(std::move(drag), x, y, modifiers);
+        Pump();
+    }
+    static void Move(int x, int y)
+    {
+        headless::MoveOtherDrag(x, y);
+        Pump();
+    }
+    static void Drop()
+    {
+        headless::DropOtherDrag();
+        Pump();
+    }
+    static void End()
+    {
+        headless::EndOtherDrag();
+        Pump();
+    }
+
+    HWND m_window;
+    HWND m_child;
+};
+
+TEST_F(IncomingDragTest, RegistrationErrors)
+{
+    Target& target = Register(m_window, "w");
+    EXPECT_EQ(RegisterDragDrop(m_window, &target), DRAGDROP_E_ALREADYREGISTERED);
+    EXPECT_EQ(RegisterDragDrop(m_child, nullptr), E_INVALIDARG);
+    EXPECT_EQ(RevokeDragDrop(m_child), DRAGDROP_E_NOTREGISTERED);
+    EXPECT_EQ(RevokeDragDrop(m_window), S_OK);
+    DestroyWindow(m_window);
+    EXPECT_EQ(RegisterDragDrop(m_window, &target), DRAGDROP_E_INVALIDHWND);
+    EXPECT_EQ(RevokeDragDrop(m_window), DRAGDROP_E_INVALIDHWND);
+}
+
+TEST_F(IncomingDragTest, AChildTakesADragBeforeItsParentAndADisabledWindowTakesNone)
+{
+    Register(m_window, "w").takes = DROPEFFECT_COPY;
+    Target& inner = Register(m_child, "c");
+    inner.takes = DROPEFFECT_LINK;
+    Start(10, 10, screen::kControl);
+    EXPECT_EQ(m_targets[0]->keys, DWORD{MK_LBUTTON | MK_CONTROL});
+    EXPECT_EQ(headless::AnswerToOther(), kDragCopy);
+    Move(150, 10);
+    EXPECT_EQ(headless::AnswerToOther(), kDragLink);
+    EXPECT_EQ(inner.at.x, 150);
+    EXPECT_EQ(inner.messagePoint, DWORD(MAKELONG(150, 10)));
+    EXPECT_EQ(Take(), (Log{"w.Enter", "w.Over", "w.Leave", "c.Enter", "c.Over"}));
+
+    RevokeDragDrop(m_child);
+    Move(150, 20);
+    EXPECT_EQ(Take(), (Log{"c.Leave", "w.Enter", "w.Over"})) << "the parent stands in";
+    EnableWindow(m_window, FALSE);
+    Move(150, 30);
+    EXPECT_EQ(Take(), Log{"w.Leave"});
+    EXPECT_EQ(headless::AnswerToOther(), 0U);
+    Drop();
+    EXPECT_EQ(headless::DoneForOther(), 0U);
+    EXPECT_EQ(Take(), Log{});
+}
+
+TEST_F(IncomingDragTest, RestingRepeatsTheCallWithItsOwnTimeAndAnswersWhatHasChanged)
+{
+    Target& target = Register(m_window, "w");
+    Start(10, 10);
+    const LONG first = target.time;
+    EXPECT_EQ(headless::AnswerToOther(), kDragMove);
+    Take();
+    target.takes = DROPEFFECT_COPY;
+    Rest(60);
+    EXPECT_EQ(Take(), Log{"w.Over"});
+    EXPECT_EQ(target.time, first + 60);
+    EXPECT_EQ(target.messagePoint, DWORD(MAKELONG(10, 10)));
+    EXPECT_EQ(headless::AnswerToOther(), kDragCopy);
+    End();
+    Rest(200);
+    EXPECT_EQ(Take(), Log{"w.Leave"});
+}
+
+TEST_F(IncomingDragTest, ADropIsEnteredFirstAndSaysWhatWasDone)
+{
+    Target& target = Register(m_window, "w");
+    headless::StartOtherDrag(Files(kDragCopy | kDragLink | kDragAsk), 10, 10);
+    headless::DropOtherDrag(); // nobody has looked in between
+    target.atDrop = [](DWORD* effect) { *effect = DROPEFFECT_LINK; };
+    Pump();
+    EXPECT_EQ(Take(), (Log{"w.Enter", "w.Over", "w.Drop"}));
+    EXPECT_EQ(target.keys, DWORD{MK_RBUTTON});
+    EXPECT_EQ(headless::AnswerToOther(), kDragAsk);
+    EXPECT_EQ(headless::DoneForOther(), kDragLink);
+
+    Start(10, 10);
+    target.failing = "Drop";
+    Drop();
+    EXPECT_EQ(headless::DoneForOther(), 0U);
+}
+
+TEST_F(IncomingDragTest, ATargetThatRefusesToBeEnteredIsLeftAlone)
+{
+    Target& target = Register(m_window, "w");
+    target.failing = "Enter";
+    Start(10, 10);
+    Move(20, 10);
+    Drop();
+    EXPECT_EQ(Take(), Log{"w.Enter"});
+    EXPECT_EQ(headless::DoneForOther(), 0U);
+}
+
+TEST_F(IncomingDragTest, WindowsAndTargetsMayGoInAnyCall)
+{
+    for (const std::string call : {"Enter", "Over", "Drop"})
+    {
+        const HWND window = ShownPopup(300, 0, 100, 100);
+        Target& target = Register(window, "t");
+        target.during = [&](const std::string& now)
+        {
+            if (now == call)
+                DestroyWindow(window);
+        };
+        Start(310, 10);
+        Drop();
+        const bool dropped = call == "Drop";
+        EXPECT_EQ(headless::DoneForOther().value_or(0), dropped ? kDragCopy : 0U) << call;
+        EXPECT_EQ(Take().back(), dropped ? "t.Drop" : "t.Leave") << call;
+        target.during = nullptr;
+        End();
+    }
+    Target& target = Register(m_window, "w");
+    target.during = [&](const std::string&) { RevokeDragDrop(m_window); };
+    Start(10, 10);
+    EXPECT_EQ(Take(), (Log{"w.Enter", "w.Leave"}));
+    EXPECT_EQ(headless::AnswerToOther(), 0U);
+    target.during = nullptr;
+}
+
+TEST_F(IncomingDragTest, WhatComesInDuringACallWaitsForItsEnd)
+{
+    Target& target = Register(m_window, "w");
+    int depth = 0;
+    target.during = [&](const std::string& call)
+    {
+        EXPECT_EQ(depth++, 0) << call << " within another call";
+        if (call == "Enter")
+        {
+            headless::MoveOtherDrag(20, 20);
+            headless::MoveOtherDrag(30, 20);
+            headless::DropOtherDrag();
+            Pump();
+        }
+        --depth;
+    };
+    Start(10, 10);
+    EXPECT_EQ(Take(), (Log{"w.Enter", "w.Over", "w.Over", "w.Drop"}));
+    EXPECT_EQ(target.at.x, 30);
+    EXPECT_TRUE(headless::DoneForOther());
+    target.during = nullptr;
+}
+
+TEST_F(IncomingDragTest, AnotherDragIsRefusedWhileADropIsCarriedOut)
+{
+    Target& target = Register(m_window, "w");
+    target.atDrop = [&](DWORD* effect)
+    {
+        *effect = DROPEFFECT_COPY;
+        headless::EndOtherDrag(); // its program dies
+        Rest(200);
+        Start(20, 20);
+        EXPECT_EQ(headless::AnswerToOther(), 0U);
+        Rest(200);
+    };
+    Start(10, 10);
+    Drop();
+    EXPECT_EQ(Take(), (Log{"w.Enter", "w.Over", "w.Drop", "w.Enter", "w.Over"}));
+    EXPECT_EQ(target.at.x, 20) << "and is welcome afterwards";
+    EXPECT_EQ(headless::AnswerToOther(), kDragMove);
+    target.atDrop = nullptr;
+    End();
+    EXPECT_EQ(Take(), Log{"w.Leave"});
+}
+
+TEST_F(IncomingDragTest, WhatADragOfferedCannotBeReadWhenItIsOver)
+{
+    Target& target = Register(m_window, "w");
+    Start(10, 10);
+    const Held<IDataObject> first(target.data);
+    Start(20, 10, 0, {{{{"text/plain", "b"}, {"text/uri-list", "file:///b"}}}, kDragCopy});
+    EXPECT_NE(target.data, first.Get());
+    EXPECT_EQ(DataAs(*first.Get(), Format(u"text/uri-list")), std::nullopt);
+    EXPECT_EQ(DataAs(*target.data, Format(u"text/uri-list")), "file:///b");
+}
+
+TEST_F(IncomingDragTest, ContentIsReadOnceWhenItIsAskedForAndNotAfterTheDrag)
+{
+    static constinit int s_made = 0;
+    static const DerivedFormat kDerived{u"Test Derived",
+                                        [](std::span<const std::string> targets)
+                                        { return std::ranges::find(targets, "text/uri-list") != targets.end(); },
+                                        [](IDataObject& data)
+                                        {
+                                            ++s_made;
+                                            return GlobalFromBytes(*DataAs(data, Format(u"text/uri-list")) + "!");
+                                        }};
+    OfferDerivedFormat(kDerived);
+    Target& target = Register(m_window, "w");
+    target.atDrop = [&](DWORD*)
+    {
+        EXPECT_EQ(DataAs(*target.data, Format(u"Test Derived")), "file:///a\r\n!");
+        headless::EndOther(screen::Selection::Drag);
+        EXPECT_EQ(DataAs(*target.data, Format(u"Test Derived")), "file:///a\r\n!");
+        EXPECT_EQ(DataAs(*target.data, Format(u"text/uri-list")), "file:///a\r\n") << "kept";
+        EXPECT_EQ(DataAs(*target.data, Format(u"UTF8_STRING")), std::nullopt) << "too late";
+        FORMATETC format = MemoryFormat(Format(u"UTF8_STRING"));
+        EXPECT_EQ(target.data->QueryGetData(&format), S_OK) << "asks nobody";
+    };
+    Start(10, 10);
+    EXPECT_EQ(s_made, 0);
+    Drop();
+    EXPECT_EQ(s_made, 1);
+    EXPECT_TRUE(headless::DoneForOther());
+}
+
+TEST_F(IncomingDragTest, AProgramThatDoesNotGiveItsContentCostsOneSecond)
+{
+    headless::OtherDrag silent = Files();
+    silent.offer.givesContent = false;
+    Target& target = Register(m_window, "w");
+    Start(10, 10, 0, silent);
+    const std::uint64_t begin = NowMs();
+    EXPECT_EQ(DataAs(*target.data, Format(u"text/uri-list")), std::nullopt);
+    EXPECT_EQ(DataAs(*target.data, Format(u"UTF8_STRING")), std::nullopt);
+    EXPECT_EQ(NowMs() - begin, 1000U);
+}
+
+} // namespace
