@@ -4,6 +4,7 @@
 #include "platform/base/unique_fd.h"
 #include "platform/desktop/content_type.h"
 #include "platform/desktop/desktop_entry.h"
+#include "platform/desktop/link_entry.h"
 
 #include <gio/gdesktopappinfo.h>
 
@@ -172,4 +173,4 @@ bool Target(const char* path, char* target, std::size_t capacity)
 } // namespace platform
 
 extern "C" __attribute__((visibility("default"))) const platform::EntryService orb_entry_service = {
-    platform::Actions, platform::Programs, platform::Rename, platform::Target};
+    platform::Actions, platform::Programs, platform::Rename, platform::Target, platform::MakeLinkEntry};

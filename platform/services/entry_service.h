@@ -36,6 +36,9 @@ struct EntryService
     /// Where the entry at `path` leads: the program that it starts, the file that one of the type Link names, else the
     /// path itself without links. False when it does not fit.
     bool (*target)(const char* path, char* target, std::size_t capacity);
+    /// Writes an entry of the type Link for a web address into the folder, under a file name made of the title: the
+    /// first one that is free. Its icon is that of the program which opens such addresses. An errno value, or 0.
+    int (*makeLink)(const char* folder, const char* url, const char* title);
 };
 
 } // namespace platform

@@ -47,7 +47,7 @@ HRESULT PasteInto(const VerbTarget& target)
 {
     const VerbItem& item = target.items.front();
     const std::string folder = LeadsToFolder(item) ? item.path : FolderOf(item.path);
-    const std::optional<ClipboardFiles> files = FilesOnClipboard();
+    const std::optional<CopiedFiles> files = FilesOnClipboard();
     if (!files || files->paths.empty())
         return S_FALSE;
     const FileOperation operation = files->cut ? FileOperation::Move : FileOperation::Copy;

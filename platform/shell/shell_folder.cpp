@@ -10,6 +10,7 @@
 #include "platform/files/folder_reading.h"
 #include "platform/files/folder_snapshot.h"
 #include "platform/files/names.h"
+#include "platform/shell/folder_drop_target.h"
 #include "platform/shell/item_enumerator.h"
 #include "platform/shell/rename_item.h"
 #include "platform/shell/system_images.h"
@@ -136,17 +137,16 @@ HRESULT ShellFolder::CreateViewObject(HWND owner, REFIID iid, void** result)
     *result = nullptr;
     if (FaultPoint("IShellFolder::CreateViewObject"))
         return E_OUTOFMEMORY;
-    if (!(iid == IID_IContextMenu))
-        return E_NOINTERFACE;
-    if (!CanBeWrittenInto(m_path))
-    {
-        *result = MakeBackgroundMenu(owner, {m_path, MenuFolderName(m_path), ItemKind::Category, true});
-        return S_OK;
-    }
+    const bool writable = CanBeWrittenInto(m_path);
+    const std::string path = m_path.empty() ? "/" : m_path;
     const std::string name = m_path.substr(m_path.rfind('/') + 1);
-    *result = MakeBackgroundMenu(
-        owner, {m_path.empty() ? "/" : m_path, DisplayNameOfFile(name, ItemKind::Folder), ItemKind::Folder});
-    return S_OK;
+    if (iid == IID_IDropTarget && writable)
+        *result = MakeFolderDropTarget(owner, path);
+    else if (iid == IID_IContextMenu && writable)
+        *result = MakeBackgroundMenu(owner, {path, DisplayNameOfFile(name, ItemKind::Folder), ItemKind::Folder});
+    else if (iid == IID_IContextMenu)
+        *result = MakeBackgroundMenu(owner, {m_path, MenuFolderName(m_path), ItemKind::Category, true});
+    return *result != nullptr ? S_OK : E_NOINTERFACE;
 }
 
 HRESULT ShellFolder::GetAttributesOf(UINT count, PCUITEMID_CHILD_ARRAY items, SFGAOF* attributes)

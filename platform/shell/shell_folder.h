@@ -1,7 +1,7 @@
 // The folder object: one class for every folder, the name space's root included.
 //
 // Items given to it may be single identifiers or longer relative lists; the last identifier is what is asked about.
-// Not implemented: comparing items, storage objects, view objects other than the background's menu.
+// Not implemented: comparing items, storage objects, view objects other than the background's menu and the drop target.
 #pragma once
 
 #include "platform/ole/com_object.h"
