@@ -23,6 +23,7 @@ xcb_timestamp_t IncomingDragTime();
 bool IsDragging();
 /// Of a button, a movement or a crossing: these events begin alike.
 void NoteDragPointer(const xcb_motion_notify_event_t& event);
+void HandleOwnWindowHidden(xcb_window_t window);
 /// What drags_in.cpp takes for the source's end.
 void HandleDragAnswer(const XdndMessage& message);
 void HandlePartnerGone(xcb_window_t window);

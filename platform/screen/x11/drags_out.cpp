@@ -48,6 +48,7 @@ struct Pointer
 {
     POINT position{};
     xcb_timestamp_t time = XCB_CURRENT_TIME;
+    unsigned modifiers = 0;
     xcb_window_t topLevel = 0; ///< under it; 0 for the bare root
 };
 
@@ -100,6 +101,17 @@ bool Grab()
     return hasPointer && hasKeyboard;
 }
 
+void AddPointerEvent(EventType type, const Pointer& pointer)
+{
+    screen::Event event;
+    event.type = type;
+    event.window = FindNative(pointer.topLevel) != nullptr ? pointer.topLevel : 0;
+    event.position = pointer.position;
+    event.modifiers = pointer.modifiers;
+    event.time = NowMs();
+    AddEvent(event);
+}
+
 /// And takes the picture away. The partner may want the pointer itself, for a menu that asks.
 void Ungrab(Outgoing& drag)
 {
@@ -111,11 +123,9 @@ void Ungrab(Outgoing& drag)
     xcb_flush(Xcb());
     if (FindNative(drag.pointer.topLevel) != nullptr)
         return;
-    screen::Event event;
-    event.type = EventType::MouseLeave;
-    event.position = drag.pointer.position;
-    event.time = NowMs();
-    AddEvent(event);
+    ReleaseButtons(drag.pointer.position, drag.pointer.modifiers);
+    AddPointerEvent(EventType::MouseLeave, drag.pointer);
+    OnPointerInside(false);
 }
 
 void SetAtoms(xcb_window_t window, Xdnd property, const std::vector<xcb_atom_t>& atoms)
@@ -147,7 +157,9 @@ void Describe(xcb_window_t window, const std::vector<xcb_atom_t>& types, DragAct
 Pointer AskPointer()
 {
     const auto reply = Collect(xcb_query_pointer_reply, xcb_query_pointer(Xcb(), TheConnection().Root()));
-    return reply != nullptr ? Pointer{{reply->root_x, reply->root_y}, LastInputTime(), reply->child} : Pointer{};
+    return reply != nullptr
+               ? Pointer{{reply->root_x, reply->root_y}, LastInputTime(), ModifiersOf(reply->mask), reply->child}
+               : Pointer{};
 }
 
 DragPlace PlaceOf(const Outgoing& drag)
@@ -169,9 +181,18 @@ bool IsDragging()
 
 void NoteDragPointer(const xcb_motion_notify_event_t& event)
 {
+    const xcb_window_t topLevel = FindNative(event.event) != nullptr ? event.event : event.child;
     if (IsDragging())
-        TheDrag()->pointer = {
-            {event.root_x, event.root_y}, event.time, FindNative(event.event) != nullptr ? event.event : event.child};
+        TheDrag()->pointer = {{event.root_x, event.root_y}, event.time, ModifiersOf(event.state), topLevel};
+}
+
+/// No movement tells that the pointer is over something else now.
+void HandleOwnWindowHidden(xcb_window_t window)
+{
+    if (!IsDragging() || TheDrag()->pointer.topLevel != window)
+        return;
+    TheDrag()->pointer = AskPointer();
+    AddPointerEvent(EventType::MouseMove, TheDrag()->pointer);
 }
 
 void HandleDragAnswer(const XdndMessage& message)

@@ -93,8 +93,10 @@ void OnCrossing(const xcb_enter_notify_event_t& from, bool entered)
     // This program's own drag has mouse and picture wherever the pointer goes.
     if (IsDragging())
     {
-        if (from.mode == XCB_NOTIFY_MODE_NORMAL && entered)
-            AddEvent(MouseEvent(EventType::MouseMove, from));
+        if (from.mode != XCB_NOTIFY_MODE_NORMAL || !entered)
+            return;
+        NoteDragPointer(reinterpret_cast<const xcb_motion_notify_event_t&>(from));
+        AddEvent(MouseEvent(EventType::MouseMove, from));
         return;
     }
     OnPointerInside(entered || PointIsInPopup({from.root_x, from.root_y}));
@@ -148,6 +150,23 @@ void AddEvent(const Event& event)
         ready.back() = event;
     else
         ready.push_back(event);
+}
+
+void ReleaseButtons(POINT position, unsigned modifiers)
+{
+    const unsigned pressed = std::exchange(g_input.pressed, 0);
+    for (xcb_button_t button = XCB_BUTTON_INDEX_1; button <= XCB_BUTTON_INDEX_3; ++button)
+    {
+        if ((pressed & 1U << button) == 0)
+            continue;
+        Event event;
+        event.type = EventType::ButtonUp;
+        event.position = position;
+        event.modifiers = modifiers;
+        event.time = NowMs();
+        event.button = *ButtonOf(button);
+        AddEvent(event);
+    }
 }
 
 void HandleKey(const xcb_key_press_event_t& event)

@@ -22,6 +22,9 @@ bool HandleInputEvent(const xcb_generic_event_t& event, std::uint8_t type);
 /// ReadyEvents. Ends the process when the display is lost.
 void HandleEventsUntil(std::uint64_t deadline, const std::function<bool()>& done);
 
+/// Reports the release of what is still pressed: the display will report it to another program.
+void ReleaseButtons(POINT position, unsigned modifiers);
+
 /// A key event that the input method leaves alone, on its usual way.
 void HandleKey(const xcb_key_press_event_t& event);
 

@@ -268,6 +268,7 @@ void ShowNativeWindow(NativeWindow window, bool show)
                        XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
                        reinterpret_cast<const char*>(&message));
     }
+    HandleOwnWindowHidden(window);
 }
 
 void PlaceNativeWindow(NativeWindow window, const RECT& bounds)
