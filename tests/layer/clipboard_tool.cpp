@@ -38,16 +38,16 @@ std::vector<std::string> Arguments()
 
 bool PutMany(int count)
 {
-    ClipboardFiles files;
+    CopiedFiles files;
     for (int i = 0; i < count; ++i)
         files.paths.push_back("/tmp/a folder of many files/file number " + std::to_string(i));
     return PutFilesOnClipboard(files) == S_OK;
 }
 
-void PrintFiles(const std::optional<ClipboardFiles>& files)
+void PrintFiles(const std::optional<CopiedFiles>& files)
 {
     std::puts(!files ? "nothing" : files->cut ? "cut" : "copy");
-    for (const std::string& path : files.value_or(ClipboardFiles{}).paths)
+    for (const std::string& path : files.value_or(CopiedFiles{}).paths)
         std::puts(path.c_str());
 }
 
