@@ -62,6 +62,8 @@ int MakeLink(const std::string& source, const std::string& folderPath)
         error = from.Status(status);
     if (error == 0)
         error = folder.Open(folderPath);
+    if (error == 0 && S_ISDIR(status.st_mode) && LiesWithin(folder, status))
+        error = kErrorIntoItself; // a menu would have no end
     std::string name = from.name;
     while (error == 0)
     {

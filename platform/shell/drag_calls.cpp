@@ -1,7 +1,62 @@
-// SHDoDragDrop.
+// SHDoDragDrop, and the shell's own drop source.
+#include "platform/base/fault_points.h"
+#include "platform/ole/com_object.h"
+
+#include "windows.h"
+
 #include "shlobj.h"
+
+namespace platform
+{
+
+namespace
+{
+
+constexpr DWORD kButtons = MK_LBUTTON | MK_RBUTTON | MK_MBUTTON;
+
+DWORD PressedButton()
+{
+    constexpr struct
+    {
+        int key;
+        DWORD button;
+    } kKeys[] = {{VK_LBUTTON, MK_LBUTTON}, {VK_RBUTTON, MK_RBUTTON}, {VK_MBUTTON, MK_MBUTTON}};
+    for (const auto& one : kKeys)
+        if (GetKeyState(one.key) < 0)
+            return one.button;
+    return MK_LBUTTON;
+}
+
+/// Escape, or another button, cancels; the release of the button that began the drag drops.
+class ShellDropSource final : public ComObject<IDropSource, IID_IDropSource>
+{
+public:
+    HRESULT STDMETHODCALLTYPE QueryContinueDrag(BOOL escapePressed, DWORD keyState) override
+    {
+        if (escapePressed || (keyState & kButtons & ~m_button) != 0)
+            return DRAGDROP_S_CANCEL;
+        return (keyState & m_button) != 0 ? S_OK : DRAGDROP_S_DROP;
+    }
+    HRESULT STDMETHODCALLTYPE GiveFeedback(DWORD) override { return DRAGDROP_S_USEDEFAULTCURSORS; }
+
+private:
+    const DWORD m_button = PressedButton();
+};
+
+} // namespace
+
+} // namespace platform
 
 HRESULT SHDoDragDrop(HWND, IDataObject* data, IDropSource* source, DWORD allowed, DWORD* effect)
 {
-    return DoDragDrop(data, source, allowed, effect);
+    if (data == nullptr || effect == nullptr)
+        return E_INVALIDARG;
+    if (platform::FaultPoint("SHDoDragDrop"))
+        return E_OUTOFMEMORY;
+    if (source != nullptr)
+        return DoDragDrop(data, source, allowed, effect);
+    IDropSource* own = new platform::ShellDropSource;
+    const HRESULT result = DoDragDrop(data, own, allowed, effect);
+    own->Release();
+    return result;
 }

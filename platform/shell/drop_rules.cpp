@@ -33,8 +33,9 @@ DWORD PossibleEffects(const DropFacts& facts, DWORD allowed)
     constexpr DWORD kAll = DROPEFFECT_COPY | DROPEFFECT_MOVE | DROPEFFECT_LINK;
     if (!facts.writable || facts.intoItself)
         return DROPEFFECT_NONE;
+    const bool keepsPlace = facts.preferred != DROPEFFECT_NONE && (facts.preferred & DROPEFFECT_MOVE) == 0;
     if (facts.hasFiles)
-        return allowed & kAll;
+        return allowed & (keepsPlace ? kAll & ~DWORD{DROPEFFECT_MOVE} : kAll);
     if (!facts.hasAddresses)
         return DROPEFFECT_NONE;
     return (allowed & DROPEFFECT_LINK) != 0 ? DROPEFFECT_LINK : allowed & DROPEFFECT_COPY;
@@ -44,10 +45,12 @@ DWORD ChosenEffect(const DropFacts& facts, DWORD possible, DWORD keyState)
 {
     if (const DWORD wanted = EffectOfKeys(keyState); wanted != DROPEFFECT_NONE)
         return possible & wanted;
-    const DWORD first = facts.sameFileSystem ? DROPEFFECT_MOVE : DROPEFFECT_COPY;
-    for (const DWORD effect : {first, DWORD{DROPEFFECT_COPY}, DWORD{DROPEFFECT_LINK}, DWORD{DROPEFFECT_MOVE}})
-        if ((possible & effect) != 0)
-            return effect;
+    const DWORD byPlace = facts.sameFileSystem ? DROPEFFECT_MOVE : DROPEFFECT_COPY;
+    constexpr DWORD kOrder[] = {DROPEFFECT_COPY, DROPEFFECT_LINK, DROPEFFECT_MOVE};
+    for (const DWORD among : {facts.preferred, byPlace, ~DWORD{0}})
+        for (const DWORD effect : kOrder)
+            if ((possible & among & effect) != 0)
+                return effect;
     return DROPEFFECT_NONE;
 }
 

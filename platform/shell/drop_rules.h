@@ -14,14 +14,16 @@ struct DropFacts
     bool writable = true;        ///< the folder
     bool sameFileSystem = false; ///< all the files are on the folder's
     bool intoItself = false;     ///< one of the files is the folder, or holds it
+    DWORD preferred = 0;         ///< by the owner of what is dragged; DROPEFFECT_NONE when it does not say
 };
 
 /// The effects that are possible at all among those allowed. An address can only be made an entry that leads to it:
-/// that is a link, or a copy for a source that allows nothing else.
+/// that is a link, or a copy for a source that allows nothing else. What its owner would not have moved is not.
 DWORD PossibleEffects(const DropFacts& facts, DWORD allowed);
 
-/// The one of the possible effects that the keys ask for: Ctrl copies, Shift moves, both link; without them, on one
-/// file system the file is moved, else copied. DROPEFFECT_NONE when the keys ask for what is not possible.
+/// The one of the possible effects that the keys ask for: Ctrl copies, Shift moves, both link; without them, what the
+/// owner prefers; else on one file system the file is moved, from another one copied. DROPEFFECT_NONE when the keys ask
+/// for what is not possible.
 DWORD ChosenEffect(const DropFacts& facts, DWORD possible, DWORD keyState);
 
 } // namespace platform

@@ -3,11 +3,14 @@
 // The item identifier lists of a data object are the last choice: they mean nothing outside the process that made them.
 #include "platform/shell/dropped_content.h"
 
+#include "platform/ole/data_object.h"
+#include "platform/ole/derived_format.h"
 #include "platform/shell/item_array.h"
 
 #include "windows.h"
 
 #include <algorithm>
+#include <cstring>
 #include <unordered_map>
 
 namespace platform
@@ -16,45 +19,12 @@ namespace platform
 namespace
 {
 
-constexpr std::string_view kFormats[] = {kUriList, kCopiedFiles, kMozillaUrl, kNetscapeUrl};
-
-FORMATETC FormatOf(std::string_view name)
-{
-    const std::u16string wide(name.begin(), name.end());
-    const UINT format = RegisterClipboardFormatW(wide.c_str());
-    return {static_cast<CLIPFORMAT>(format), nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL};
-}
-
-FORMATETC ArrayFormat()
-{
-    return FormatOf("Shell IDList Array");
-}
-
-bool Offers(IDataObject& data, FORMATETC format)
-{
-    return data.QueryGetData(&format) == S_OK;
-}
+constexpr std::string_view kTextFormats[] = {kUriList, kCopiedFiles, kMozillaUrl, kNetscapeUrl};
 
 /// "" when it is not offered, or not given.
-std::string ContentOf(IDataObject& data, FORMATETC format)
-{
-    STGMEDIUM medium{};
-    if (!Offers(data, format) || FAILED(data.GetData(&format, &medium)))
-        return {};
-    std::string content;
-    const void* bytes = medium.tymed == TYMED_HGLOBAL ? GlobalLock(medium.hGlobal) : nullptr;
-    if (bytes != nullptr)
-    {
-        content.assign(static_cast<const char*>(bytes), GlobalSize(medium.hGlobal));
-        GlobalUnlock(medium.hGlobal);
-    }
-    ReleaseStgMedium(&medium);
-    return content;
-}
-
 std::string ContentOf(IDataObject& data, std::string_view name)
 {
-    return ContentOf(data, FormatOf(name));
+    return DataAs(data, FormatNamed(name)).value_or("");
 }
 
 /// Adds titles to the addresses that are there; where there are none, these are the content.
@@ -79,7 +49,7 @@ void KeepEachAddressOnce(std::vector<WebAddress>& addresses)
     std::erase_if(addresses, [&](const WebAddress& address) { return !seen.emplace(address.url, true).second; });
 }
 
-DroppedContent ReadForeign(IDataObject& data)
+DroppedContent ReadTexts(IDataObject& data)
 {
     DroppedContent content;
     const std::string list = ContentOf(data, kUriList);
@@ -99,25 +69,61 @@ DroppedContent ReadForeign(IDataObject& data)
 
 bool HasTextFormat(IDataObject& data)
 {
-    return std::ranges::any_of(
-        kFormats, [&](std::string_view name) { return Offers(data, FormatOf(name)); });
+    const auto isOffered = [&](std::string_view name)
+    {
+        FORMATETC format = MemoryFormat(FormatNamed(name));
+        return data.QueryGetData(&format) == S_OK;
+    };
+    return std::ranges::any_of(kTextFormats, isOffered);
+}
+
+// --- "Shell IDList Array" of what other programs drag
+
+bool ArrayIsPossible(std::span<const std::string> targets)
+{
+    const auto isFormat = [](const std::string& target)
+    { return std::ranges::find(kTextFormats, target) != std::end(kTextFormats); };
+    return std::ranges::any_of(targets, isFormat);
+}
+
+/// Of the files alone: an address of the web is no item of the name space.
+HGLOBAL MakeArray(IDataObject& data)
+{
+    const std::string array = ItemArrayOfPaths(ReadTexts(data).paths);
+    return !array.empty() ? GlobalFromBytes(array) : nullptr;
+}
+
+constexpr DerivedFormat kArrayFormat{CFSTR_SHELLIDLIST, ArrayIsPossible, MakeArray};
+
+[[gnu::constructor]] void OfferArray()
+{
+    OfferDerivedFormat(kArrayFormat);
 }
 
 } // namespace
 
-bool MayHoldFiles(IDataObject& data)
+CLIPFORMAT FormatNamed(std::string_view name)
 {
-    return HasTextFormat(data) || Offers(data, ArrayFormat());
+    const std::u16string wide(name.begin(), name.end());
+    return static_cast<CLIPFORMAT>(RegisterClipboardFormatW(wide.c_str()));
 }
 
 DroppedContent ReadDropped(IDataObject& data)
 {
     if (HasTextFormat(data))
-        return ReadForeign(data);
+        return ReadTexts(data);
     DroppedContent content;
-    content.paths = PathsInItemArray(ContentOf(data, ArrayFormat()));
+    content.paths = PathsInItemArray(ContentOf(data, kItemArrayFormat));
     KeepEachOnce(content.paths);
     return content;
+}
+
+DWORD PreferredEffect(IDataObject& data)
+{
+    DWORD effect = DROPEFFECT_NONE;
+    if (const std::string content = ContentOf(data, kPreferredEffectFormat); content.size() >= sizeof effect)
+        std::memcpy(&effect, content.data(), sizeof effect);
+    return effect;
 }
 
 } // namespace platform

@@ -8,6 +8,13 @@
 namespace platform
 {
 
+constexpr std::string_view kItemArrayFormat = "Shell IDList Array";
+/// A DWORD with the effects that the data's owner would like.
+constexpr std::string_view kPreferredEffectFormat = "Preferred DropEffect";
+
+/// A registered format's number.
+CLIPFORMAT FormatNamed(std::string_view name);
+
 struct DroppedContent
 {
     std::vector<std::string> paths;    ///< POSIX, absolute; each once
@@ -16,9 +23,9 @@ struct DroppedContent
     bool IsEmpty() const { return paths.empty() && addresses.empty(); }
 };
 
-/// Whether there may be any, by the formats alone.
-bool MayHoldFiles(IDataObject& data);
 /// Nothing for content that is malformed, or does not come.
 DroppedContent ReadDropped(IDataObject& data);
+/// DROPEFFECT_NONE when its owner does not say.
+DWORD PreferredEffect(IDataObject& data);
 
 } // namespace platform

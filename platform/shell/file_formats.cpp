@@ -99,11 +99,9 @@ std::vector<ClipboardForm> FormsOfFiles(const CopiedFiles& files)
         return {};
     const std::string paths = PathLines(files.paths);
     std::vector<ClipboardForm> forms;
-    forms.push_back(
-        {std::string(kCopiedFiles), (files.cut ? "cut" : "copy") + AddressLines(*service, files.paths, "\n", "")});
-    forms.push_back({std::string(kUriList), addresses});
-    for (const char* text : {"UTF8_STRING", "text/plain;charset=utf-8", "text/plain"})
-        forms.push_back({text, paths});
+    for (const std::string_view target : kFileForms)
+        forms.push_back({std::string(target), target == kUriList ? addresses : paths});
+    forms.front().content = (files.cut ? "cut" : "copy") + AddressLines(*service, files.paths, "\n", "");
     return forms;
 }
 

@@ -17,6 +17,10 @@ constexpr std::string_view kKdeCut = "application/x-kde-cutselection";    ///< "
 constexpr std::string_view kMozillaUrl = "text/x-moz-url";                ///< UTF-16: an address, a line with its title
 constexpr std::string_view kNetscapeUrl = "_NETSCAPE_URL";                ///< the same in UTF-8
 
+/// The forms of FormsOfFiles, the best first.
+constexpr std::string_view kFileForms[] = {kCopiedFiles, kUriList, "UTF8_STRING", "text/plain;charset=utf-8",
+                                           "text/plain"};
+
 struct CopiedFiles
 {
     std::vector<std::string> paths; ///< POSIX, absolute
@@ -30,8 +34,8 @@ struct WebAddress
     bool operator==(const WebAddress&) const = default;
 };
 
-/// The files in every form in which other programs look for them, the best first. Nothing when no file has an address,
-/// or the desktop module is missing.
+/// The files in every form in which other programs look for them, as kFileForms has them. Nothing when no file has an
+/// address, or the desktop module is missing.
 std::vector<ClipboardForm> FormsOfFiles(const CopiedFiles& files);
 
 /// The local files in a list of addresses, in order; skips addresses of other kinds, of other hosts and malformed ones.

@@ -69,6 +69,7 @@ void FolderDropTarget::Take(IDataObject& data)
 {
     m_content = ReadDropped(data);
     m_facts = {!m_content.paths.empty(), !m_content.addresses.empty()};
+    m_facts.preferred = PreferredEffect(data);
     if (!m_content.IsEmpty())
         LookAtDrop(m_facts, m_folder, m_content.paths);
 }

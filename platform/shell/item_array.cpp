@@ -5,8 +5,6 @@
 #include "platform/files/names.h"
 #include "platform/shell/namespace.h"
 
-#include "windows.h"
-
 #include <cstring>
 #include <memory>
 
@@ -82,7 +80,7 @@ std::string ItemArray(const std::string& folder, const std::vector<LPCITEMIDLIST
     return block;
 }
 
-HGLOBAL ItemArrayOfPaths(const std::vector<std::string>& paths)
+std::string ItemArrayOfPaths(const std::vector<std::string>& paths)
 {
     std::vector<std::unique_ptr<ITEMIDLIST, ListFree>> lists;
     std::vector<LPCITEMIDLIST> items;
@@ -92,14 +90,7 @@ HGLOBAL ItemArrayOfPaths(const std::vector<std::string>& paths)
         if (SUCCEEDED(ParsePath({}, ShellPathFromPosix(path), &list)))
             items.push_back(lists.emplace_back(list).get());
     }
-    const std::string block = ItemArray({}, items);
-    const HGLOBAL memory = items.empty() ? nullptr : GlobalAlloc(GMEM_MOVEABLE, block.size());
-    if (memory != nullptr)
-    {
-        std::memcpy(GlobalLock(memory), block.data(), block.size());
-        GlobalUnlock(memory);
-    }
-    return memory;
+    return items.empty() ? std::string() : ItemArray({}, items);
 }
 
 std::vector<std::string> PathsInItemArray(std::string_view block)

@@ -13,8 +13,8 @@ namespace platform
 /// The block for items of the folder at `folder`, "" being the root; the items' lists are relative to it.
 std::string ItemArray(const std::string& folder, const std::vector<LPCITEMIDLIST>& items);
 /// The same for any files, by their absolute paths, as lists relative to the root. Files that are not there are left
-/// out. Memory of the caller's; null when none is there, or out of memory.
-HGLOBAL ItemArrayOfPaths(const std::vector<std::string>& paths);
+/// out; "" when none is.
+std::string ItemArrayOfPaths(const std::vector<std::string>& paths);
 
 /// The absolute paths of a block's items. None when the block is not one that this process has made: offsets and lists
 /// are followed only within it.

@@ -11,6 +11,7 @@
 #include "platform/files/folder_snapshot.h"
 #include "platform/files/names.h"
 #include "platform/shell/folder_drop_target.h"
+#include "platform/shell/item_data.h"
 #include "platform/shell/item_enumerator.h"
 #include "platform/shell/rename_item.h"
 #include "platform/shell/system_images.h"
@@ -44,6 +45,19 @@ void VerifyListing(const FolderListing& shown)
 {
     if (!StillHolds(shown, FolderHasChanged))
         FolderHasChanged(shown.path);
+}
+
+/// Null when one of them is no file: a category of the applications menu.
+IDataObject* DataOf(const std::string& folder, PCUITEMID_CHILD_ARRAY items, const std::vector<VerbItem>& files)
+{
+    std::vector<DataItem> dataItems;
+    for (const VerbItem& file : files)
+    {
+        if (file.kind == ItemKind::Category)
+            return nullptr;
+        dataItems.push_back({*items++, file.path});
+    }
+    return MakeItemData(folder, dataItems);
 }
 
 LPWSTR NameOfFolder(const std::string& folder, SHGDNF flags)
@@ -186,10 +200,11 @@ HRESULT ShellFolder::GetUIObjectOf(HWND owner, UINT count, PCUITEMID_CHILD_ARRAY
             return E_INVALIDARG;
         verbItems.push_back({std::move(path), last->DisplayName(), last->kind, !CanBeWrittenInto(m_path)});
     }
-    if (!(iid == IID_IContextMenu))
-        return E_NOINTERFACE;
-    *result = MakeContextMenu(owner, std::move(verbItems));
-    return S_OK;
+    if (iid == IID_IContextMenu)
+        *result = MakeContextMenu(owner, std::move(verbItems));
+    else if (iid == IID_IDataObject)
+        *result = DataOf(m_path, items, verbItems);
+    return *result != nullptr ? S_OK : E_NOINTERFACE;
 }
 
 HRESULT ShellFolder::GetDisplayNameOf(PCUITEMID_CHILD item, SHGDNF flags, STRRET* name)

@@ -90,7 +90,6 @@ TEST(DroppedContentTest, TakesTheBestOfWhatIsOffered)
     EXPECT_TRUE(Read({{"Shell IDList Array", std::string("\1\0\0\0\x0C\0\0\0\x0C\0\0\0\x40\0\0\0", 16)}}).IsEmpty());
     const Com<DraggedData> silent(new DraggedData(DraggedData::Forms{{"text/uri-list", "file:///one"}}));
     silent->gives = false;
-    EXPECT_TRUE(MayHoldFiles(*silent));
     EXPECT_TRUE(ReadDropped(*silent).IsEmpty());
 }
 
@@ -139,6 +138,10 @@ TEST(DropRulesTest, KeysAndPlaceChooseAmongWhatIsAllowed)
         {{true, false, false, true, false}, kAll, 0, 0}, // a folder that cannot be written
         {{true, false, true, true, true}, kAll, 0, 0},   // a folder into itself
         {{true, false, true, true, true}, kAll, kBothKeys, 0},
+        {{true, false, true, true, false, kLink}, kAll, 0, kLink}, // a program of the applications menu
+        {{true, false, true, true, false, kLink}, kAll, MK_CONTROL, kCopy},
+        {{true, false, true, true, false, kLink}, kAll, MK_SHIFT, 0},
+        {{true, false, true, true, false, kCopy | kLink}, kAll, 0, kCopy},
         {{}, kAll, 0, 0},                // nothing that a folder could take
         {{false, true}, kAll, 0, kLink}, // an address of the web
         {{false, true}, kCopy | kMove, 0, kCopy},
