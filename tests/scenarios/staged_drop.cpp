@@ -1,0 +1,81 @@
+// The staged ends of a drop.
+#include "tests/scenarios/staged_drop.h"
+
+#include "app/launcher_state.h"
+
+#include <gtest/gtest.h>
+
+#include <ostream>
+
+StagedData::StagedData()
+{
+    references = 1; // the dragging program's
+}
+
+StagedData::~StagedData()
+{
+    EXPECT_EQ(references, 1) << "somebody still holds what was dragged";
+    EXPECT_EQ(m_async.references, 0);
+}
+
+HRESULT StagedData::QueryInterface(REFIID iid, void** object)
+{
+    return iid == IID_IDataObjectAsyncCapability ? m_async.QueryInterface(iid, object)
+                                                 : StagedObject::QueryInterface(iid, object);
+}
+
+HRESULT StagedData::QueryGetData(FORMATETC* format)
+{
+    asked = *format;
+    return isShellItems && format->cfFormat == g_launcher.m_shellIdListFormat ? S_OK : DV_E_FORMATETC;
+}
+
+std::ostream& operator<<(std::ostream& out, const StagedCall& call)
+{
+    return out << call.name << "(keys " << call.keyState << ", effect " << call.effect << ")";
+}
+
+StagedDropTarget::~StagedDropTarget()
+{
+    EXPECT_EQ(references, 0) << "somebody still holds the folder's drop target";
+}
+
+HRESULT StagedDropTarget::DragEnter(IDataObject*, DWORD keyState, POINTL, DWORD* effect)
+{
+    calls.push_back({"DragEnter", keyState, *effect});
+    *effect = DROPEFFECT_NONE; // the copy that is passed is nobody's answer
+    return refuses ? E_FAIL : S_OK;
+}
+
+HRESULT StagedDropTarget::DragOver(DWORD keyState, POINTL, DWORD* effect)
+{
+    calls.push_back({"DragOver", keyState, *effect});
+    *effect = answer;
+    return S_OK;
+}
+
+HRESULT StagedDropTarget::DragLeave()
+{
+    calls.push_back({"DragLeave", 0, 0});
+    return S_OK;
+}
+
+HRESULT StagedDropTarget::Drop(IDataObject*, DWORD keyState, POINTL, DWORD* effect)
+{
+    calls.push_back({"Drop", keyState, *effect});
+    *effect = answer;
+    if (onDrop)
+        onDrop();
+    return S_OK;
+}
+
+StagedDropFolder::~StagedDropFolder()
+{
+    EXPECT_EQ(references, 0) << "somebody still holds the folder";
+}
+
+HRESULT StagedDropFolder::CreateViewObject(HWND window, REFIID iid, void** result)
+{
+    owner = window;
+    return hasTarget ? target.QueryInterface(iid, result) : E_FAIL;
+}

@@ -1,0 +1,121 @@
+// What is dragged onto a level, and a folder whose drop target does what the story says.
+#pragma once
+
+#include <shlobj.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+/// Lives as long as its story, which fails if a reference to it is left at the end.
+template <typename Interface, const IID& interfaceId>
+class StagedObject : public Interface
+{
+public:
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override
+    {
+        *object = iid == interfaceId || iid == IID_IUnknown ? static_cast<Interface*>(this) : nullptr;
+        if (*object == nullptr)
+            return E_NOINTERFACE;
+        AddRef();
+        return S_OK;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(++references); }
+    ULONG STDMETHODCALLTYPE Release() override { return static_cast<ULONG>(--references); }
+
+    int references = 0;
+};
+
+class StagedData final : public StagedObject<IDataObject, IID_IDataObject>
+{
+public:
+    StagedData();
+    ~StagedData();
+
+    bool isShellItems = true;
+    FORMATETC asked{};            ///< the last
+    std::vector<BOOL> asyncModes; ///< as set
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
+    HRESULT STDMETHODCALLTYPE GetData(FORMATETC*, STGMEDIUM*) override { return DV_E_FORMATETC; }
+    HRESULT STDMETHODCALLTYPE QueryGetData(FORMATETC* format) override;
+    HRESULT STDMETHODCALLTYPE SetData(FORMATETC*, STGMEDIUM*, BOOL) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE EnumFormatEtc(DWORD, IEnumFORMATETC**) override { return E_NOTIMPL; }
+
+private:
+    class Async final : public StagedObject<IDataObjectAsyncCapability, IID_IDataObjectAsyncCapability>
+    {
+    public:
+        explicit Async(StagedData& data) : m_data(data) {}
+        HRESULT STDMETHODCALLTYPE SetAsyncMode(BOOL async) override
+        {
+            m_data.asyncModes.push_back(async);
+            return S_OK;
+        }
+        HRESULT STDMETHODCALLTYPE GetAsyncMode(BOOL*) override { return E_NOTIMPL; }
+
+    private:
+        StagedData& m_data;
+    };
+    Async m_async{*this};
+};
+
+/// What one call of the folder's drop target was told.
+struct StagedCall
+{
+    std::string name;
+    DWORD keyState;
+    DWORD effect;
+    bool operator==(const StagedCall&) const = default;
+};
+std::ostream& operator<<(std::ostream& out, const StagedCall& call);
+
+class StagedDropTarget final : public StagedObject<IDropTarget, IID_IDropTarget>
+{
+public:
+    ~StagedDropTarget();
+
+    bool refuses = false;
+    DWORD answer = DROPEFFECT_COPY; ///< to DragOver and Drop
+    std::function<void()> onDrop;
+    std::vector<StagedCall> calls;
+
+    HRESULT STDMETHODCALLTYPE DragEnter(IDataObject* data, DWORD keyState, POINTL point, DWORD* effect) override;
+    HRESULT STDMETHODCALLTYPE DragOver(DWORD keyState, POINTL point, DWORD* effect) override;
+    HRESULT STDMETHODCALLTYPE DragLeave() override;
+    HRESULT STDMETHODCALLTYPE Drop(IDataObject* data, DWORD keyState, POINTL point, DWORD* effect) override;
+};
+
+/// Stands for a level's folder (m_folder) until the level is loaded anew; knows of drop targets alone.
+class StagedDropFolder final : public StagedObject<IShellFolder, IID_IShellFolder>
+{
+public:
+    ~StagedDropFolder();
+
+    StagedDropTarget target;
+    bool hasTarget = true;
+    HWND owner = nullptr; ///< that the target was asked for
+
+    HRESULT STDMETHODCALLTYPE CreateViewObject(HWND window, REFIID iid, void** result) override;
+    HRESULT STDMETHODCALLTYPE ParseDisplayName(HWND, IBindCtx*, LPWSTR, ULONG*, PIDLIST_RELATIVE*, ULONG*) override
+    {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE EnumObjects(HWND, SHCONTF, IEnumIDList**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE BindToObject(PCUIDLIST_RELATIVE, IBindCtx*, REFIID, void**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE BindToStorage(PCUIDLIST_RELATIVE, IBindCtx*, REFIID, void**) override
+    {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE CompareIDs(LPARAM, PCUIDLIST_RELATIVE, PCUIDLIST_RELATIVE) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetAttributesOf(UINT, PCUITEMID_CHILD_ARRAY, SFGAOF*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetUIObjectOf(HWND, UINT, PCUITEMID_CHILD_ARRAY, REFIID, UINT*, void**) override
+    {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE GetDisplayNameOf(PCUITEMID_CHILD, SHGDNF, STRRET*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE SetNameOf(HWND, PCUITEMID_CHILD, LPCWSTR, SHGDNF, PITEMID_CHILD*) override
+    {
+        return E_NOTIMPL;
+    }
+};
