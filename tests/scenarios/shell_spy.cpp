@@ -96,9 +96,11 @@ class FakeFolder final : public platform::ComObject<IShellFolder, IID_IShellFold
 public:
     explicit FakeFolder(ComPtr<IShellFolder> real) : m_real(std::move(real)) {}
 
-    HRESULT STDMETHODCALLTYPE GetUIObjectOf(HWND, UINT, PCUITEMID_CHILD_ARRAY items, REFIID, UINT*,
+    HRESULT STDMETHODCALLTYPE GetUIObjectOf(HWND, UINT, PCUITEMID_CHILD_ARRAY items, REFIID iid, UINT*,
                                             void** result) override
     {
+        if (iid == IID_IDataObject)
+            return g_staged->data != nullptr ? g_staged->data->QueryInterface(iid, result) : E_NOINTERFACE;
         if (items[0]->mkid.cb == 0 || g_staged->refusesMenu)
             return E_INVALIDARG;
         if (m_real)

@@ -41,6 +41,7 @@ public:
     static int Identifier(int entry);
 
     std::string verb;                ///< empty: the shell tells none
+    IDataObject* data = nullptr;     ///< of every item that is dragged; null: the shell gives none
     std::vector<std::string> others; ///< verbs of further entries
     bool refusesMenu = false;        ///< the items have no menu
     bool refusesToFill = false;

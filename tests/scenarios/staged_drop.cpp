@@ -7,6 +7,43 @@
 
 #include <ostream>
 
+namespace
+{
+
+StagedDrag* g_drag = nullptr;
+
+}
+
+StagedDrag::StagedDrag()
+{
+    g_drag = this;
+}
+
+StagedDrag::~StagedDrag()
+{
+    g_drag = nullptr;
+}
+
+// The linker sends the call here first (see CMakeLists.txt).
+HRESULT RealDoDragDrop(HWND window, IDataObject* data, IDropSource* source, DWORD allowed,
+                       DWORD* effect) __asm__("__real__Z12SHDoDragDropP6HWND__P11IDataObjectP11IDropSourcejPj");
+HRESULT StagedDoDragDrop(HWND window, IDataObject* data, IDropSource* source, DWORD allowed,
+                         DWORD* effect) __asm__("__wrap__Z12SHDoDragDropP6HWND__P11IDataObjectP11IDropSourcejPj");
+HRESULT StagedDoDragDrop(HWND window, IDataObject* data, IDropSource* source, DWORD allowed, DWORD* effect)
+{
+    if (g_drag == nullptr)
+        return RealDoDragDrop(window, data, source, allowed, effect);
+    ++g_drag->drags;
+    g_drag->window = window;
+    g_drag->data = data;
+    g_drag->hasSource = source != nullptr;
+    g_drag->allowed = allowed;
+    if (g_drag->onDrag)
+        g_drag->onDrag();
+    *effect = g_drag->effect;
+    return DRAGDROP_S_DROP;
+}
+
 StagedData::StagedData()
 {
     references = 1; // the dragging program's

@@ -86,6 +86,26 @@ public:
     HRESULT STDMETHODCALLTYPE Drop(IDataObject* data, DWORD keyState, POINTL point, DWORD* effect) override;
 };
 
+/// While it lives, what the launcher drags goes where the story says.
+class StagedDrag
+{
+public:
+    StagedDrag();
+    ~StagedDrag();
+    StagedDrag(const StagedDrag&) = delete;
+    StagedDrag& operator=(const StagedDrag&) = delete;
+
+    std::function<void()> onDrag; ///< what happens while the mouse is held
+    DWORD effect = DROPEFFECT_NONE;
+
+    int drags = 0;
+    // The last one.
+    HWND window = nullptr;
+    IDataObject* data = nullptr; ///< not held
+    bool hasSource = false;
+    DWORD allowed = 0;
+};
+
 /// Stands for a level's folder (m_folder) until the level is loaded anew; knows of drop targets alone.
 class StagedDropFolder final : public StagedObject<IShellFolder, IID_IShellFolder>
 {
