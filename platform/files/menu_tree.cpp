@@ -45,21 +45,6 @@ std::uint64_t Environment()
     return hash;
 }
 
-/// One of the two halves, by what belongs to it.
-struct Half
-{
-    bool ofUser;
-    std::string userEntries = UserEntryPath({});
-
-    bool Has(const MenuProgram& program) const { return program.path.starts_with(userEntries) == ofUser; }
-    bool Has(const MenuCategory& category) const
-    {
-        const auto has = [this](const auto& child) { return Has(child); };
-        return std::any_of(category.programs.begin(), category.programs.end(), has) ||
-               std::any_of(category.categories.begin(), category.categories.end(), has);
-    }
-};
-
 const MenuCategory* Find(const MenuTree& tree, const std::string& path)
 {
     const MenuCategory* category = &tree.root;
@@ -118,9 +103,10 @@ std::shared_ptr<FolderListing> ListMenuFolder(const MenuTree& tree, const std::s
 {
     auto listing = std::make_shared<FolderListing>();
     listing->path = path;
-    const Half half{path.starts_with(kUserMenu)};
+    const bool ofUser = path.starts_with(kUserMenu);
+    const std::string userEntries = UserEntryPath({});
     const MenuCategory* folder = Find(tree, path);
-    if (folder == nullptr || (folder != &tree.root && !half.Has(*folder)))
+    if (folder == nullptr)
     {
         listing->error = ENOENT;
         return listing;
@@ -136,10 +122,9 @@ std::shared_ptr<FolderListing> ListMenuFolder(const MenuTree& tree, const std::s
         file.typeName = kind == ItemKind::Category ? kFolderTypeName : kProgramTypeName;
     };
     for (const MenuCategory& category : folder->categories)
-        if (half.Has(category))
-            add(ItemKind::Category, category.id, category.icon, category.name);
+        add(ItemKind::Category, category.id, category.icon, category.name);
     for (const MenuProgram& program : folder->programs)
-        if (half.Has(program))
+        if (program.path.starts_with(userEntries) == ofUser)
             add(ItemKind::DesktopEntry, MenuProgramName(program.id, program.path), program.icon, program.name);
     return listing;
 }

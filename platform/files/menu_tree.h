@@ -47,8 +47,8 @@ bool AnyChangedSince(const std::vector<std::string>& places, std::int64_t time);
 /// Where menu files, categories and programs are looked for, whatever is there.
 std::vector<std::string> UsualMenuPlaces();
 
-/// What one of the menu's folders holds. Error ENOENT for a path that leads nowhere: each half has only the categories
-/// with programs of its own, apart from its root.
+/// What one of the menu's folders holds. Both halves have every category, so that a level that shows both sees a
+/// program become the user's own. Error ENOENT for a path that leads nowhere.
 std::shared_ptr<FolderListing> ListMenuFolder(const MenuTree& tree, const std::string& path);
 
 /// The tree as the last reading that was saved has it, of whatever age; null when there is none.

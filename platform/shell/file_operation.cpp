@@ -11,6 +11,7 @@
 #include "platform/base/product.h"
 #include "platform/base/sudden_end.h"
 #include "platform/base/text.h"
+#include "platform/files/applications_menu.h"
 #include "platform/services/desktop_module.h"
 #include "platform/shell/failure_report.h"
 #include "platform/shell/file_work_boxes.h"
@@ -327,7 +328,9 @@ int SHFileOperationW(SHFILEOPSTRUCTW* operation)
     const std::string& first = request.sources.front();
     if (!platform::CanBeWrittenInto(first))
     {
-        platform::RefuseInMenu(operation->hwnd, platform::MenuFolderName(first), platform::kWhyCategoriesStay);
+        // A category is in both halves of the menu, and deleted from both: to say so once is enough.
+        if (first.starts_with(platform::kCommonMenu))
+            platform::RefuseInMenu(operation->hwnd, platform::MenuFolderName(first), platform::kWhyCategoriesStay);
         return ERROR_ACCESS_DENIED;
     }
     const HRESULT result = platform::RunFileOperation(request);

@@ -174,11 +174,12 @@ TEST_F(ShellApplications, AreTwoTreesOfWhatIsShown)
         []
         {
             EXPECT_EQ(Shown(kAll), (Names{"Netz", "Netz (Web)", "Spiele"})) << "none is empty, none called the same";
-            EXPECT_EQ(Shown(kUser), (Names{"Spiele"})) << "only those with programs of the user's own";
+            EXPECT_EQ(Shown(kUser), Shown(kAll)) << "whatever is in them";
             EXPECT_EQ(Shown(kAll + "/Net"), (Names{"Post", "Tool"}));
             EXPECT_EQ(Shown(kAll + "/Play"), (Names{"Chess", "Netz"}));
             EXPECT_EQ(Shown(kAll + "/Play/Old"), (Names{"Pong"}));
-            EXPECT_EQ(Shown(kUser + "/Play"), (Names{"Mine", "Quake"}));
+            EXPECT_EQ(Shown(kUser + "/Play"), (Names{"Mine", "Netz", "Quake"}));
+            EXPECT_TRUE(Shown(kUser + "/Net").empty());
             EXPECT_TRUE(Shown(kAll + "/Void").empty());
 
             const std::vector<Item> categories = Items(kAll);
@@ -218,7 +219,7 @@ TEST_F(ShellApplications, NamesLeadBackToTheItems)
             WCHAR path[MAX_PATH];
             EXPECT_TRUE(SHGetPathFromIDListW(program.get(), path));
             EXPECT_EQ(platform::PosixFromShellPath(path), Home() / "system/applications/mail.desktop");
-            for (const std::string& path : {kAll + "/Nothing", kAll + "/Net/none.desktop", kUser + "/Net",
+            for (const std::string& path : {kAll + "/Nothing", kAll + "/Net/none.desktop", kUser + "/Net/mail.desktop",
                                             kAll + "/Net/mail.desktop/x", std::string("::else")})
                 EXPECT_EQ(Parse(path), nullptr) << path;
         });
