@@ -145,6 +145,10 @@ void Finish();
 /// when the last window is hidden, unless the user has turned to another program in the meantime.
 void TakeKeyboard(NativeWindow window);
 
+/// Another program is to show a dialog for this one, or that is over: the window that comes to be the active one of the
+/// desktop gets the keyboard, and the pop-ups stay below it.
+void YieldToForeignDialog(bool yields);
+
 /// Text is typed into a managed window from now on, its caret here (window coordinates): the user's input method may
 /// take part. To be told again when the caret moves. What the method commits comes as the text of keys. 0 ends it, and
 /// what was being composed is forgotten.

@@ -8,6 +8,7 @@
 
 #include "platform/base/fault_points.h"
 #include "platform/base/text.h"
+#include "platform/screen/screen.h"
 #include "platform/services/desktop_module.h"
 #include "platform/services/peer_service.h"
 #include "platform/ole/com_object.h"
@@ -81,6 +82,16 @@ public:
 
 private:
     HWND m_owner;
+};
+
+/// Another program's window comes before the menu while it lives.
+class YieldingScreen
+{
+public:
+    YieldingScreen() { screen::YieldToForeignDialog(true); }
+    ~YieldingScreen() { screen::YieldToForeignDialog(false); }
+    YieldingScreen(const YieldingScreen&) = delete;
+    YieldingScreen& operator=(const YieldingScreen&) = delete;
 };
 
 class FileDialog final : public ComObject<IFileDialog, IID_IFileDialog>
@@ -202,6 +213,7 @@ HRESULT FileDialog::Show(HWND owner)
     pick->pickFolder = (m_options & FOS_PICKFOLDERS) != 0;
     pick->parent = NativeParent(owner);
     const DisabledOwner disabled(owner);
+    const YieldingScreen yielding;
     // The keyboard is the picker's as soon as it shows. While it is still ours, Escape gives up one that never does.
     const auto giveUp = [&](const MSG& message)
     {

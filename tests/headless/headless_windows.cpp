@@ -247,6 +247,8 @@ void Commit() {}
 
 void Finish() {}
 
+void YieldToForeignDialog(bool) {}
+
 void TakeKeyboard(NativeWindow window)
 {
     State& state = TheState();

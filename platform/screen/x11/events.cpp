@@ -71,7 +71,7 @@ void OnMapped(xcb_window_t id)
     if (window != nullptr)
     {
         window->viewable = true;
-        PutPopupsBelow(*window);
+        PutPopupsBelow(window->frame != 0 ? window->frame : window->id);
         if (window->keyboardWanted)
             FocusManaged(*window);
     }
@@ -157,6 +157,9 @@ void HandleWindowEvent(const xcb_generic_event_t& event, std::uint8_t type)
         break;
     case XCB_CLIENT_MESSAGE:
         OnClientMessage(reinterpret_cast<const xcb_client_message_event_t&>(event));
+        break;
+    case XCB_PROPERTY_NOTIFY:
+        OnRootProperty(reinterpret_cast<const xcb_property_notify_event_t&>(event));
         break;
     case XCB_MAPPING_NOTIFY:
         ForgetKeymap();

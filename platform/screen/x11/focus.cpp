@@ -19,9 +19,10 @@ constexpr xcb_window_t kPointerRoot = XCB_INPUT_FOCUS_POINTER_ROOT;
 struct FocusState
 {
     xcb_window_t keyWindow = 0;
-    xcb_window_t focused = 0; ///< our window that has the focus, as far as events have told
-    bool wanted = false;      ///< take the keyboard at the next Commit
-    bool active = false;      ///< the program has been told, or has assumed, that the keyboard is its own
+    xcb_window_t handedTo = 0; ///< another program's window that we have given the focus to
+    xcb_window_t focused = 0;  ///< our window that has the focus, as far as events have told
+    bool wanted = false;       ///< take the keyboard at the next Commit
+    bool active = false;       ///< the program has been told, or has assumed, that the keyboard is its own
     bool suspectLoss = false;
     FocusLoss loss;              ///< what has happened since the focus was taken
     bool grabbedByOther = false; ///< since the focus was taken
@@ -193,7 +194,7 @@ void CheckLoss(std::deque<screen::Event>& out)
     if (reply == nullptr || IsOurs(reply->focus))
         return;
     // What a managed window loses is the window manager's decision; only the menu itself insists.
-    const bool menu = state.focused == state.keyWindow && AnyShown() && state.active;
+    const bool menu = state.focused == state.keyWindow && AnyShown() && state.active && reply->focus != state.handedTo;
     if (menu)
         DescribeLoss(reply->focus);
     if (menu && AnswerFocusLoss(state.loss) == FocusAnswer::TakeBack)
@@ -268,6 +269,7 @@ void TakeWantedKeyboard()
         state.previousAsked = true;
     }
     FocusKeyWindow();
+    state.handedTo = 0;
     state.focused = state.keyWindow;
     state.active = true;
     state.suspectLoss = false;
@@ -353,6 +355,16 @@ void OnPointerInside(bool inside)
         OnRawMove(); // it has left by moving
     if (State().keyWindow != 0 && State().moves == inside)
         SelectRawEvents(!inside);
+}
+
+void HandKeyboardTo(xcb_window_t window)
+{
+    FocusState& state = State();
+    if (state.keyWindow == 0 || state.focused != state.keyWindow)
+        return;
+    state.handedTo = window;
+    IgnoreErrors(
+        xcb_set_input_focus_checked(TheConnection().Xcb(), XCB_INPUT_FOCUS_POINTER_ROOT, window, XCB_CURRENT_TIME));
 }
 
 bool FocusCheckPending()

@@ -30,6 +30,10 @@ void OnRawPress(xcb_timestamp_t time);
 void OnOwnPress(xcb_timestamp_t time);
 void OnRawMove();
 void OnPointerInside(bool inside);
+/// Gives the focus, if it is on the key window, to a window of another program.
+void HandKeyboardTo(xcb_window_t window);
+/// A property of the root window has changed (foreign_dialog.cpp).
+void OnRootProperty(const xcb_property_notify_event_t& event);
 /// Whether something has happened that CheckFocus has to look into, once all events that have arrived are known.
 bool FocusCheckPending();
 void CheckFocus(std::deque<screen::Event>& out);

@@ -189,19 +189,25 @@ void FocusManaged(NativeWindowState& window)
         xcb_set_input_focus_checked(connection.Xcb(), XCB_INPUT_FOCUS_POINTER_ROOT, window.id, XCB_CURRENT_TIME));
 }
 
-void PutPopupsBelow(const NativeWindowState& managed)
+void PutPopupsBelow(xcb_window_t frame)
 {
-    const xcb_window_t sibling = managed.frame != 0 ? managed.frame : managed.id;
     for (const NativeWindowState& window : TheWindows().all)
     {
         if (window.kind == screen::WindowKind::Popup && window.shown)
         {
-            const std::uint32_t values[] = {sibling, XCB_STACK_MODE_BELOW};
+            const std::uint32_t values[] = {frame, XCB_STACK_MODE_BELOW};
             // Fails where the frame has a window around it in turn; then the stacking is as the manager wants it.
             IgnoreErrors(xcb_configure_window_checked(
                 TheConnection().Xcb(), window.id, XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE, values));
         }
     }
+}
+
+void RaisePopups()
+{
+    for (const NativeWindowState& window : TheWindows().all)
+        if (window.kind == screen::WindowKind::Popup && window.shown)
+            Configure(window.id, XCB_CONFIG_WINDOW_STACK_MODE, {XCB_STACK_MODE_ABOVE});
 }
 
 } // namespace platform::x11

@@ -33,8 +33,10 @@ void Repaint(NativeWindowState& window, const RECT& rect);
 void RepaintAll();
 /// Gives a managed window the keyboard, by way of the window manager where one runs.
 void FocusManaged(NativeWindowState& window);
-/// Stacks this program's pop-ups below a managed window, which is there to be answered.
-void PutPopupsBelow(const NativeWindowState& managed);
+/// Stacks this program's pop-ups below a child of the root: the frame of a window that is there to be answered.
+void PutPopupsBelow(xcb_window_t frame);
+/// On top of all again.
+void RaisePopups();
 
 // --- what the window manager is told (window_properties.cpp)
 
