@@ -3,6 +3,7 @@
 #include "platform/drawing/pixel_format.h"
 
 #include <cstdlib>
+#include <cstring>
 
 namespace platform
 {
@@ -59,4 +60,20 @@ HBITMAP CreateDIBSection(HDC, const BITMAPINFO* info, UINT usage, LPVOID* bits, 
     if (bits != nullptr)
         *bits = handle != nullptr ? memory : nullptr;
     return handle;
+}
+
+HANDLE CopyImage(HANDLE image, UINT type, int width, int height, UINT flags)
+{
+    using namespace platform;
+    constexpr HANDLE kNone = nullptr;
+    BitmapObject* source = type == IMAGE_BITMAP ? FindObject<BitmapObject>(image) : nullptr;
+    if (source == nullptr || width != 0 || height != 0 || flags != 0)
+        return Fail(ERROR_INVALID_PARAMETER, kNone);
+    auto copy = MakeBitmap(source->width, source->height, source->bitsPerPixel, source->bottomUp);
+    if (copy == nullptr)
+        return Fail(ERROR_NOT_ENOUGH_MEMORY, kNone);
+    std::memcpy(copy->Bits(), source->Bits(),
+                static_cast<std::size_t>(source->stride) * static_cast<std::size_t>(source->height));
+    copy->colors = source->colors;
+    return OpenHandle<HANDLE>("CopyImage", std::move(copy));
 }

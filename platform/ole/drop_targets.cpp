@@ -2,6 +2,7 @@
 #include "platform/ole/drop_targets.h"
 
 #include "platform/base/fault_points.h"
+#include "platform/ole/drag_loop.h"
 #include "platform/ole/incoming_drag.h"
 #include "platform/ole/offered_data.h"
 #include "platform/windowing/drag_events.h"
@@ -85,6 +86,11 @@ void FollowRest()
 
 void OnDragEvent(const screen::Event& event)
 {
+    if (event.type == screen::EventType::DragAnswered || event.type == screen::EventType::DragEnded)
+    {
+        OnOwnDragEvent(event);
+        return;
+    }
     TheIncoming().drag.OnEvent(event);
     FollowRest();
 }

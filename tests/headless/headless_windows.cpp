@@ -159,7 +159,7 @@ void ShowNativeWindow(NativeWindow window, bool show)
     if (!show && state.pressedWindow == window)
     {
         state.pressedWindow = 0;
-        state.pressedButtons = 0;
+        state.pressedButtons = headless::IsDragging() ? state.pressedButtons : 0;
     }
     if (std::none_of(state.windows.begin(), state.windows.end(), [](const auto& other) { return other.info.visible; }))
         state.hasKeyboard = false;

@@ -3,6 +3,7 @@
 
 #include "platform/base/fault_points.h"
 #include "platform/ole/derived_format.h"
+#include "platform/ole/incoming_drag.h"
 
 #include <algorithm>
 
@@ -207,6 +208,48 @@ TEST_F(IncomingDragTest, AnotherDragIsRefusedWhileADropIsCarriedOut)
     target.atDrop = nullptr;
     End();
     EXPECT_EQ(Take(), Log{"w.Leave"});
+}
+
+struct NotedPort final : IncomingDragPort
+{
+    HWND WindowAt(screen::NativeWindow, POINT) override { return reinterpret_cast<HWND>(1); }
+    Held<IDropTarget> TargetOf(HWND) override { return target; }
+    const screen::DragOffer& Offer() override { return offer; }
+    Held<IDataObject> MakeData() override { return Held<IDataObject>::Adopt(new MemoryDataObject); }
+    void CloseData() override { log.push_back("close"); }
+    void Answer(screen::DragActions action) override { log.push_back("answer " + std::to_string(action)); }
+    void Finish(screen::DragActions action) override { log.push_back("finish " + std::to_string(action)); }
+
+    Log log;
+    Held<Target> held = Held<Target>::Adopt(new Target(log, "t"));
+    Held<IDropTarget> target{held.Get()};
+    screen::DragOffer offer{{"text/uri-list"}, kDragCopy};
+};
+
+TEST_F(IncomingDragTest, LostAndDoubledEventsAreAnsweredEach)
+{
+    NotedPort port;
+    IncomingDrag drag(port);
+    const auto tell = [&](screen::EventType type)
+    {
+        screen::Event event;
+        event.type = type;
+        drag.OnEvent(event);
+        drag.OnRest();
+    };
+    using enum screen::EventType;
+    tell(DragLeave);
+    tell(DragDrop); // what came before is lost
+    EXPECT_EQ(port.log, (Log{"t.Enter", "t.Over", "t.Drop", "finish 1", "close"}));
+    port.log.clear();
+    tell(DragOver);
+    port.offer.targets = {"text/plain"}; // its leaving is lost
+    tell(DragOver);
+    tell(DragLeave);
+    tell(DragLeave);
+    EXPECT_EQ(port.log, (Log{"t.Enter", "t.Over", "answer 1", "t.Over", "t.Leave", "close", "t.Enter", "t.Over",
+                             "answer 1", "t.Over", "t.Leave", "close"}));
+    EXPECT_FALSE(drag.IsOver());
 }
 
 TEST_F(IncomingDragTest, WhatADragOfferedCannotBeReadWhenItIsOver)
