@@ -3,6 +3,8 @@
 #include "platform/shell/drop_rules.h"
 #include "platform/shell/dropped_content.h"
 #include "platform/shell/file_formats.h"
+#include "platform/shell/system_images.h"
+#include "platform/services/launch_service.h"
 #include "tests/layer/dragged_data.h"
 #include "tests/layer/file_work_desk.h"
 #include "tests/layer/windowing_desk.h"
@@ -162,7 +164,7 @@ struct FolderDrop : Desk
 {
     FolderDrop()
     {
-        Home();
+        InstallFolderViewer();
         m_owner = ShownPopup(0, 0, 200, 200);
         m_from = NewFolder();
         m_to = NewFolder();
@@ -366,6 +368,25 @@ TEST_F(FolderDrop, AnAddressBecomesAnEntryOfItsTitle)
         EXPECT_NE(content.find("\nType=Link\n"), content.npos);
         EXPECT_NE(content.find("\nURL=https://a.example/%20x?a=b;c#d\n"), content.npos);
     }
+}
+
+TEST_F(FolderDrop, AnEntryOfAnAddressShowsItsProgramAndStartsIt)
+{
+    const std::string url = "https://a.example/%20x?a=b;c&d='$(touch%20x)'#e";
+    EXPECT_EQ(Drop({{"text/uri-list", url}}, 0, kAll, m_to), kLink);
+    const std::vector<Item> items = Items(m_to);
+    ASSERT_EQ(items.size(), 1u);
+    EXPECT_EQ(items.front().display, url.substr(8));
+    EXPECT_TRUE(SystemImageIdentity(static_cast<std::uint32_t>(items.front().info.iIcon)).starts_with("my-browser\n"));
+    const auto* service = static_cast<const LaunchService*>(DesktopModuleSymbol("orb_launch_service"));
+    static std::atomic<int> ended;
+    ended = 0;
+    char reason[1024] = "";
+    const auto finished = [](void*, const char*) { ++ended; };
+    EXPECT_TRUE(service->open((m_to / items.front().fileName).c_str(), {finished, nullptr}, reason, sizeof reason))
+        << reason;
+    EXPECT_TRUE(WaitFor([&] { return ended == 1 && fs::exists(Home() / "browsed"); }));
+    EXPECT_EQ(ReadFile(Home() / "browsed"), url);
 }
 
 TEST_F(FolderDrop, NoTitleLeadsOutOfTheFolderOrHidesTheEntry)

@@ -79,7 +79,13 @@ void InstallFolderViewer()
     std::filesystem::create_directories(Home() / "data/applications");
     Write(Home() / "data/applications/viewer.desktop", "[Desktop Entry]\nType=Application\nName=Viewer\nExec=view %f\n"
                                                        "MimeType=inode/directory;\n");
-    Write(Home() / "config/mimeapps.list", "[Default Applications]\ninode/directory=viewer.desktop\n");
+    Write(Home() / "data/applications/browser.desktop", "[Desktop Entry]\nType=Application\nName=Browser\n"
+                                                        "Exec=browse %u\nIcon=my-browser.png\n"
+                                                        "MimeType=x-scheme-handler/https;\n");
+    Write(Home() / "config/mimeapps.list", "[Default Applications]\ninode/directory=viewer.desktop\n"
+                                           "x-scheme-handler/https=browser.desktop\n");
+    Write(Home() / "bin/browse",
+          "#!/bin/sh\nprintf %s \"$*\" > \"$HOME/browsing\"; mv \"$HOME/browsing\" \"$HOME/browsed\"\n", 0755);
     Write(Home() / "bin/view", "#!/bin/sh\nexec \"${1%/*}/tell.sh\" \"$@\"\n", 0755);
 }
 

@@ -38,8 +38,9 @@ inline void RunDeferred()
     }
 }
 
-/// The application "Viewer" for folders, which runs "tell.sh" beside the folder with its path. GIO looks for
-/// applications once, so it must be there before the first file is opened.
+/// The application "Viewer" for folders, which runs "tell.sh" beside the folder with its path, and "Browser" for https,
+/// which writes the address to "browsed" in the home folder. GIO looks for applications once, so they must be there
+/// before the first file is opened.
 void InstallFolderViewer();
 
 /// Does something as another run would: with a memory of its own, ended by `work` or by its return.
