@@ -116,7 +116,7 @@ TEST_F(DragShell, AFolderTakesItemsAndCopiesWithCtrl)
 TEST_F(DragShell, KeysAndWhatIsAllowedChooseTheEffect)
 {
     if (OnWine())
-        GTEST_SKIP() << "Wine's folders know no links and look at Ctrl alone";
+        GTEST_SKIP() << "Wine's folders know no links and report what is not allowed";
     const struct
     {
         DWORD keys, allowed, effect;
