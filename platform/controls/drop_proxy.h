@@ -24,12 +24,12 @@ public:
     HRESULT STDMETHODCALLTYPE Drop(IDataObject* data, DWORD keyState, POINTL point, DWORD* effect) override;
 
 private:
-    ~DropProxy() override;
-    IDropTarget* AskOwner();
+    ~DropProxy() override = default;
+    ComReference<IDropTarget> AskOwner();
 
     HWND m_control; ///< null when it has gone
     HWND m_owner;
-    IDropTarget* m_target = nullptr; ///< referenced; while a drag is over the control
+    ComReference<IDropTarget> m_target; ///< while a drag is over the control
 };
 
 } // namespace platform

@@ -1,7 +1,6 @@
 // The pager control.
 #include "platform/controls/pager.h"
 
-#include "platform/controls/pager_drops.h"
 #include "platform/windowing/window_class.h"
 
 #include <utility>
@@ -34,10 +33,8 @@ WORD HeldKeys()
 
 Pager::~Pager()
 {
-    if (m_drops == nullptr)
-        return;
-    m_drops->Forget();
-    m_drops->Release();
+    if (m_drops)
+        m_drops->Forget();
 }
 
 LRESULT Pager::Handle(UINT message, WPARAM wParam, LPARAM lParam)
@@ -50,7 +47,7 @@ LRESULT Pager::Handle(UINT message, WPARAM wParam, LPARAM lParam)
         Create(*reinterpret_cast<const CREATESTRUCTW*>(lParam));
         return 0;
     case WM_DESTROY:
-        if (m_drops != nullptr)
+        if (m_drops)
             RevokeDragDrop(Window());
         return 0;
     case WM_NCCALCSIZE:
@@ -95,8 +92,8 @@ void Pager::Create(const CREATESTRUCTW& create)
     m_extent.button = kDefaultButtonSize;
     if ((create.style & PGS_DRAGNDROP) == 0)
         return;
-    m_drops = new PagerDropTarget(*this);
-    RegisterDragDrop(Window(), m_drops); // without it nothing scrolls, and all else is as it was
+    m_drops = ComReference<PagerDropTarget>::Adopt(new PagerDropTarget(*this));
+    RegisterDragDrop(Window(), m_drops.Get()); // refused, it scrolls by the mouse alone
 }
 
 LRESULT Pager::HandlePager(UINT message, LPARAM lParam)

@@ -7,14 +7,13 @@
 #pragma once
 
 #include "platform/controls/control_object.h"
+#include "platform/controls/pager_drops.h"
 #include "commctrl.h"
 
 #include <array>
 
 namespace platform
 {
-
-class PagerDropTarget;
 
 /// The arithmetic of scrolling. Pixels; `height` is the pager's own height, `content` the child's.
 struct PagerExtent
@@ -92,7 +91,7 @@ private:
     int m_pressed = kNone;
     bool m_autoScroll = false;
     bool m_isDraggedOver = false;
-    PagerDropTarget* m_drops = nullptr; ///< referenced; null when the pager has none
+    ComReference<PagerDropTarget> m_drops; ///< none when the pager takes no part in drags
 };
 
 } // namespace platform

@@ -2,7 +2,6 @@
 #include "platform/controls/toolbar.h"
 
 #include "platform/base/fault_points.h"
-#include "platform/controls/drop_proxy.h"
 #include "platform/windowing/window_class.h"
 
 #include <algorithm>
@@ -175,21 +174,18 @@ void Toolbar::Create(const CREATESTRUCTW& create)
 
 void Toolbar::RegisterDrops()
 {
-    m_drops = new DropProxy(Window(), m_owner);
-    if (SUCCEEDED(RegisterDragDrop(Window(), m_drops)))
-        return;
-    m_drops->Release();
-    m_drops = nullptr;
+    auto proxy = ComReference<DropProxy>::Adopt(new DropProxy(Window(), m_owner));
+    if (SUCCEEDED(RegisterDragDrop(Window(), proxy.Get())))
+        m_drops = std::move(proxy);
 }
 
 void Toolbar::EndDrops()
 {
-    DropProxy* const drops = std::exchange(m_drops, nullptr);
-    if (drops == nullptr)
+    const ComReference<DropProxy> drops = std::exchange(m_drops, {});
+    if (!drops)
         return;
     RevokeDragDrop(Window());
     drops->Close();
-    drops->Release();
 }
 
 void Toolbar::SetFont(HFONT font)

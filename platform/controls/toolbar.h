@@ -8,12 +8,11 @@
 #pragma once
 
 #include "platform/controls/control_object.h"
+#include "platform/controls/drop_proxy.h"
 #include "platform/controls/toolbar_column.h"
 
 namespace platform
 {
-
-class DropProxy;
 
 class Toolbar final : public ControlObject
 {
@@ -93,7 +92,7 @@ private:
     bool m_trackingLeave = false;
     TBINSERTMARK m_mark = {-1, 0};
     COLORREF m_markColor = 0;
-    DropProxy* m_drops = nullptr; ///< referenced; null when the toolbar takes no part in drags
+    ComReference<DropProxy> m_drops; ///< none when the toolbar takes no part in drags
 };
 
 } // namespace platform

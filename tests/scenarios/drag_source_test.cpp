@@ -185,8 +185,12 @@ TEST_F(DragOut, MenuComesBackWithItsDeepestLevel)
 TEST_F(DragOut, MenuThatClosesUnderTheDragIsGoneAfterIt)
 {
     const HWND window = Root().m_hWnd;
-    m_drag.onDrag = [&] { DestroyWindow(window); };
-    PressAndMove("B", 20, 0);
+    m_drag.onDrag = [&]
+    {
+        m_desk.ReleaseMouse(Button::Right);
+        DestroyWindow(window);
+    };
+    PressAndMove("B", 20, 0, Button::Right);
     EXPECT_EQ(m_drag.drags, 1);
     EXPECT_FALSE(m_desk.IsOpen());
     EXPECT_EQ(m_desk.Levels(), 0);
