@@ -150,7 +150,10 @@ void Read(const Reading& reading)
     while (g_main_context_iteration(nullptr, FALSE)) // which is when the library forgets
     {
     }
-    tree = gmenu_tree_new_for_path(reading.menuFile.c_str(), GMENU_TREE_FLAGS_NONE);
+    // As gmenu_tree_new_for_path does, which leaves the property out and so has the library lose its default.
+    const char* const noName = nullptr;
+    tree = static_cast<GMenuTree*>(g_object_new(GMENU_TYPE_TREE, "menu-path", reading.menuFile.c_str(), "menu-basename",
+                                                noName, "flags", GMENU_TREE_FLAGS_NONE, nullptr));
     const bool loaded = gmenu_tree_load_sync(tree, nullptr) != FALSE;
     const TreeItemOwner root(loaded ? gmenu_tree_get_root_directory(tree) : nullptr);
     if (root != nullptr)
