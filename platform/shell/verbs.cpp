@@ -72,7 +72,7 @@ constexpr Verb kItemVerbs[] = {
     {"copy", u"&Copy", 2, AreFiles, CopyItems},
     {"paste", u"&Paste", 2, IsOne, PasteInto, CanPaste, VerbPart::Entry, false, kPutsBeside},
     {"link", u"Create &shortcut", 3, AreFiles, LinkItems, nullptr, VerbPart::Entry, false, kPutsBeside},
-    {"delete", u"&Delete", 3, Always, DeleteItems, nullptr, VerbPart::Entry, false, kTakesAway},
+    {"delete", u"&Delete", 3, AreFiles, DeleteItems, nullptr, VerbPart::Entry, false, kTakesAway},
     {"rename", u"Rena&me", 3, CanRename, nullptr},
     {"properties", u"P&roperties", 4, AreFiles, ShowProperties},
 };
