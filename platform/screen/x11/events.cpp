@@ -42,9 +42,16 @@ void OnExpose(const xcb_expose_event_t& from)
         Repaint(*window, {from.x, from.y, from.x + from.width, from.y + from.height});
 }
 
+/// Of its pop-ups the program knows best where they are.
+NativeWindowState* FindManaged(xcb_window_t id)
+{
+    NativeWindowState* window = FindNative(id);
+    return window != nullptr && window->kind == screen::WindowKind::Managed ? window : nullptr;
+}
+
 void OnConfigure(const xcb_configure_notify_event_t& from)
 {
-    NativeWindowState* window = FindNative(from.window);
+    NativeWindowState* window = FindManaged(from.window);
     if (window == nullptr)
         return;
     constexpr std::uint8_t kSent = 0x80;
@@ -67,7 +74,7 @@ void OnConfigure(const xcb_configure_notify_event_t& from)
 
 void OnMapped(xcb_window_t id)
 {
-    NativeWindowState* window = FindNative(id);
+    NativeWindowState* window = FindManaged(id);
     if (window != nullptr)
     {
         window->viewable = true;
@@ -148,7 +155,7 @@ void HandleWindowEvent(const xcb_generic_event_t& event, std::uint8_t type)
     }
     case XCB_DESTROY_NOTIFY:
         HandleWindowGone(reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window);
-        // A dialog that is gone can be answered by nobody, and the menu would stay disabled.
+        // A dialog that is gone can be answered by nobody, and a menu that is gone not be closed.
         if (FindNative(reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window) != nullptr)
             Connection::EndSuddenly("another program has destroyed a window");
         break;

@@ -77,8 +77,8 @@ void CreateX(const NativeWindowState& window)
     const bool popup = window.kind == screen::WindowKind::Popup;
     std::uint32_t events = XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE | XCB_EVENT_MASK_BUTTON_PRESS |
                            XCB_EVENT_MASK_BUTTON_RELEASE | XCB_EVENT_MASK_POINTER_MOTION | XCB_EVENT_MASK_ENTER_WINDOW |
-                           XCB_EVENT_MASK_LEAVE_WINDOW | XCB_EVENT_MASK_EXPOSURE;
-    events |= popup ? 0 : XCB_EVENT_MASK_FOCUS_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+                           XCB_EVENT_MASK_LEAVE_WINDOW | XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    events |= popup ? 0 : XCB_EVENT_MASK_FOCUS_CHANGE;
     const Windows& windows = TheWindows();
     const xcb_colormap_t colormap =
         windows.colormap != 0 ? windows.colormap : TheConnection().Screen().default_colormap;
