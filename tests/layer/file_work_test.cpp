@@ -241,6 +241,8 @@ TEST(FileWork, AFolderNeverGoesIntoItself)
             EXPECT_EQ(worker.asked[0].reason, "A folder cannot be put into itself.");
             EXPECT_EQ(worker.asked[0].answers, static_cast<unsigned>(FileAnswer::Cancel)) << "no choice";
         }
+    for (const auto& folder : {base / "f", base / "f/g", base / "link"})
+        EXPECT_EQ(Worker().Do(FileWork::Link, {base / "f"}, folder), kFailed) << folder;
     EXPECT_EQ(Tree(base / "f"), (Files{{"g", "/"}, {"file", "1"}}));
 }
 
