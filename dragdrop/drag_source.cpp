@@ -28,6 +28,37 @@ ComPtr<IDataObject> DataOf(const BoundItem& item)
     return data;
 }
 
+/// A copy of the shell's picture of an absolute item.
+UniqueBitmap PictureOf(LPCITEMIDLIST list, int size)
+{
+    ComPtr<IShellItem> item;
+    ComPtr<IShellItemImageFactory> pictures;
+    HBITMAP bitmap = nullptr;
+    if (FAILED(SHCreateItemFromIDList(list, IID_IShellItem, item.ReceiveVoid())) ||
+        FAILED(item->QueryInterface(IID_IShellItemImageFactory, pictures.ReceiveVoid())) ||
+        FAILED(pictures->GetImage({size, size}, SIIGBF_RESIZETOFIT, &bitmap)))
+        return {};
+    const UniqueBitmap picture(bitmap);
+    return UniqueBitmap(static_cast<HBITMAP>(CopyImage(picture.Get(), IMAGE_BITMAP, 0, 0, 0)));
+}
+
+/// Whatever fails leaves the drag without a picture.
+void SetDragImage(IDragSourceHelper2& helper, IDataObject& data, LPCITEMIDLIST list)
+{
+    const int size = g_launcher.m_dragImageSize;
+    UniqueBitmap picture = PictureOf(list, size);
+    if (!picture)
+        return;
+    helper.SetFlags(DSH_ALLOWDROPDESCRIPTIONTEXT);
+    SHDRAGIMAGE image{};
+    image.sizeDragImage = {size, size};
+    image.ptOffset = DragImageOffset(size);
+    image.hbmpDragImage = picture.Get();
+    image.crColorKey = CLR_NONE;
+    if (SUCCEEDED(helper.InitializeFromBitmap(&image, &data)))
+        picture.Release(); // the helper's
+}
+
 } // namespace
 
 void CustomBar::BeginItemDrag(int index)
@@ -42,6 +73,8 @@ void CustomBar::BeginItemDrag(int index)
     const ComPtr<IDataObject> data = DataOf(item);
     if (!data)
         return;
+    if (m_dragHelper)
+        SetDragImage(*m_dragHelper.Get(), *data.Get(), item.List());
     const ComPtr<IDataObjectAsyncCapability> async = TakeSynchronously(*data.Get());
     {
         const OperationScope operation(*this);
