@@ -14,6 +14,8 @@
 #include "platform/screen/x11/watches.h"
 #include "platform/screen/x11/windows.h"
 
+#include <algorithm>
+#include <deque>
 #include <memory>
 #include <utility>
 
@@ -43,7 +45,7 @@ public:
     }
 };
 
-/// Where the pointer is, as of the server's last word.
+/// Where the pointer is, as of one of the server's events.
 struct Pointer
 {
     POINT position{};
@@ -62,7 +64,8 @@ struct Outgoing
     Port port;
     DragSource source;
     DragSites sites;
-    Pointer pointer;
+    Pointer pointer;           ///< what the program knows of
+    std::deque<Pointer> ahead; ///< read from the server since then
     bool grabbed = false;
     bool dropped = false;
     DragActions shown = 0;
@@ -112,6 +115,19 @@ void AddPointerEvent(EventType type, const Pointer& pointer)
     AddEvent(event);
 }
 
+/// The pointer moves on to that place, past all that came before it. An event's position is looked for rather than
+/// the last one taken: by the time a release is dealt with the pointer may be elsewhere.
+void AdvanceTo(Outgoing& drag, POINT position)
+{
+    const auto there = [&](const Pointer& pointer)
+    { return pointer.position.x == position.x && pointer.position.y == position.y; };
+    const auto found = std::find_if(drag.ahead.begin(), drag.ahead.end(), there);
+    if (found == drag.ahead.end())
+        return;
+    drag.pointer = *found;
+    drag.ahead.erase(drag.ahead.begin(), found + 1);
+}
+
 /// And takes the picture away. The partner may want the pointer itself, for a menu that asks.
 void Ungrab(Outgoing& drag)
 {
@@ -121,10 +137,11 @@ void Ungrab(Outgoing& drag)
     xcb_ungrab_keyboard(Xcb(), XCB_CURRENT_TIME);
     xcb_ungrab_pointer(Xcb(), XCB_CURRENT_TIME);
     xcb_flush(Xcb());
-    if (FindNative(drag.pointer.topLevel) != nullptr)
+    const Pointer& now = drag.ahead.empty() ? drag.pointer : drag.ahead.back();
+    if (FindNative(now.topLevel) != nullptr)
         return;
-    ReleaseButtons(drag.pointer.position, drag.pointer.modifiers);
-    AddPointerEvent(EventType::MouseLeave, drag.pointer);
+    ReleaseButtons(now.position, now.modifiers);
+    AddPointerEvent(EventType::MouseLeave, now);
     OnPointerInside(false);
 }
 
@@ -183,7 +200,7 @@ void NoteDragPointer(const xcb_motion_notify_event_t& event)
 {
     const xcb_window_t topLevel = FindNative(event.event) != nullptr ? event.event : event.child;
     if (IsDragging())
-        TheDrag()->pointer = {{event.root_x, event.root_y}, event.time, ModifiersOf(event.state), topLevel};
+        TheDrag()->ahead.push_back({{event.root_x, event.root_y}, event.time, ModifiersOf(event.state), topLevel});
 }
 
 /// No movement tells that the pointer is over something else now.
@@ -192,6 +209,7 @@ void HandleOwnWindowHidden(xcb_window_t window)
     if (!IsDragging() || TheDrag()->pointer.topLevel != window)
         return;
     TheDrag()->pointer = AskPointer();
+    TheDrag()->ahead.clear();
     AddPointerEvent(EventType::MouseMove, TheDrag()->pointer);
 }
 
@@ -258,12 +276,12 @@ bool BeginDrag(std::shared_ptr<const SelectionSource> source, DragActions allowe
     return true;
 }
 
-/// The events have told the pointer's place at least as lately as whoever passes one on.
-DragPlace MoveDrag(POINT, DragActions wanted)
+DragPlace MoveDrag(POINT position, DragActions wanted)
 {
     if (!IsDragging())
         return CurrentDragPlace();
     Outgoing& drag = *TheDrag();
+    AdvanceTo(drag, position);
     drag.picture->Follow(drag.pointer.position);
     const bool own = FindNative(drag.pointer.topLevel) != nullptr;
     const DropSite site = own ? DropSite{} : drag.sites.SiteOf(drag.pointer.topLevel);
