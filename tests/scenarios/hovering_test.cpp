@@ -1,5 +1,6 @@
 // Hovering, clicking and keys, with invented times: what starts the timer, what it does, what is refused.
 #include "tests/scenarios/desk.h"
+#include "tests/scenarios/staged_drop.h"
 #include "tests/scenarios/staged_ui.h"
 
 #include "app/launcher_state.h"
@@ -247,6 +248,7 @@ TEST_F(Hovering, AReleaseWithoutAPressIsNoClick)
         root.SendToolbar(TB_GETBUTTON, 2, reinterpret_cast<LPARAM>(&button));
         return (button.fsState & TBSTATE_PRESSED) != 0;
     };
+    StagedDrag drag; // which such a press begins, and which ends at once
     m_desk.RestOn("readme");
     m_desk.PressMouse();
     EXPECT_TRUE(readmeIsPressed());
