@@ -2,7 +2,7 @@
 //
 // A step is run again and again; the n-th time its n-th call that can fail does. The sweep is over when a run makes
 // fewer calls than n. Afterwards the menu must either work as ever or be cleanly gone, and nothing may be left open.
-#include "tests/scenarios/desk.h"
+#include "tests/scenarios/dragging.h"
 #include "tests/scenarios/live_handle_counts.h"
 #include "tests/scenarios/notice_reader.h"
 #include "tests/scenarios/shell_spy.h"
@@ -17,6 +17,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
 #include <functional>
 #include <string_view>
 
@@ -480,6 +481,43 @@ TEST_P(FaultSweep, CopyingAndShowingProperties)
                Choose(desk, StagedMenu::Identifier(0));
            }},
           20);
+}
+
+// --- dragging
+
+TEST_P(FaultSweep, DraggingWithinTheLevel)
+{
+    const auto drag = [](Desk& desk)
+    {
+        const RECT run = desk.ItemBounds("run");
+        DragItem(desk, "plain",
+                 {[=] { platform::headless::MoveMouse(run.left + 20, run.top + 2); },
+                  [] { platform::headless::ReleaseButton(); }});
+        desk.MoveTo({1, 1}); // without a drag it would be a click
+        desk.ReleaseMouse();
+        EXPECT_FALSE(platform::headless::ShownDragAction());
+        EXPECT_TRUE(std::filesystem::exists(desk.Folder() / "plain"));
+    };
+    Sweep({Open, drag, false, false, "plain"}, 100);
+}
+
+TEST_P(FaultSweep, DroppingWhatAnotherProgramDrags)
+{
+    const auto drop = [](Desk& desk)
+    {
+        const std::filesystem::path file = desk.Folder().parent_path() / "notes";
+        std::ofstream(file) << "text";
+        platform::headless::OtherDrag drag;
+        drag.offer.forms = {{"text/uri-list", "file://" + file.string() + "\r\n"}};
+        drag.actions = platform::screen::kDragCopy | platform::screen::kDragLink;
+        const POINT point = LowerHalf(desk, "run");
+        platform::headless::StartOtherDrag(drag, point.x, point.y);
+        desk.Advance(100ms);
+        platform::headless::DropOtherDrag();
+        desk.Settle();
+        EXPECT_TRUE(std::filesystem::remove(file)) << "whatever becomes of it";
+    };
+    Sweep({Open, drop, false, false, "notes"}, 50);
 }
 
 INSTANTIATE_TEST_SUITE_P(Fails, FaultSweep, testing::Values(Mode::Once, Mode::FromThenOn),

@@ -1,11 +1,10 @@
 // Items that a person drags within the menu, from press to release.
-#include "tests/scenarios/desk.h"
+#include "tests/scenarios/dragging.h"
 
 #include "app/launcher_state.h"
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <optional>
 
 namespace fs = std::filesystem;
@@ -27,29 +26,10 @@ protected:
         m_desk.Launch("100,700,0");
     }
 
-    POINT LowerHalf(const std::string& item, int level = 0)
-    {
-        const RECT rect = m_desk.ItemBounds(item, level);
-        return {rect.left + 20, rect.bottom - 3};
-    }
-    /// The drag itself runs its own loop: what the person does next is done when the program waits.
+    POINT LowerHalf(const std::string& item, int level = 0) { return ::LowerHalf(m_desk, item, level); }
     void Drag(const std::string& item, std::vector<std::function<void()>> steps, Button button = Button::Left)
     {
-        const POINT point = CentreOf(m_desk.ItemBounds(item, 0));
-        m_desk.MoveTo({point.x - 1, point.y});
-        m_desk.MoveTo(point);
-        m_desk.PressMouse(button);
-        headless::SetIdleHandler(
-            [steps = std::move(steps), next = std::size_t{0}]() mutable
-            {
-                if (next == steps.size() || !headless::ShownDragAction())
-                    return false;
-                steps[next++]();
-                return true;
-            });
-        m_desk.MoveTo({point.x + 20, point.y});
-        headless::SetIdleHandler(nullptr);
-        m_desk.Settle();
+        DragItem(m_desk, item, std::move(steps), button);
     }
 
     Desk m_desk;
@@ -106,6 +86,166 @@ TEST_F(OwnDrag, ToAFolderThatItOpensMovesTheFile)
     EXPECT_TRUE(m_desk.WaitFor([&] { return m_desk.Items(0) == Labels{"A", "C", "D", "E", "Games"}; }));
     EXPECT_TRUE(fs::exists(m_desk.Folder() / "Games/B"));
     EXPECT_FALSE(fs::exists(m_desk.Folder() / "B"));
+}
+
+TEST_F(OwnDrag, OntoItselfChangesNothing)
+{
+    const POINT to = LowerHalf("C");
+    Drag("C", {[&] { headless::MoveMouse(to.x, to.y); }, [] { headless::ReleaseButton(); }});
+    EXPECT_EQ(m_desk.Items(), (Labels{"A", "B", "C", "D", "E", "Games"}));
+    EXPECT_TRUE(fs::exists(m_desk.Folder() / "C"));
+}
+
+TEST_F(OwnDrag, FolderIntoItselfIsRefusedAndStays)
+{
+    const POINT games = CentreOf(m_desk.ItemBounds("Games", 0));
+    Drag("Games", {[&] { headless::MoveMouse(games.x, games.y); }, [&] { m_desk.Advance(600ms); },
+                   [&]
+                   {
+                       ASSERT_EQ(m_desk.Levels(), 2);
+                       const POINT inside = LowerHalf("chess", 1);
+                       headless::MoveMouse(inside.x, inside.y);
+                   },
+                   [] { headless::ReleaseButton(); }});
+    EXPECT_TRUE(fs::exists(m_desk.Folder() / "Games/chess"));
+    EXPECT_EQ(m_desk.Items(0), (Labels{"A", "B", "C", "D", "E", "Games"}));
+    EXPECT_EQ(g_launcher.g_operationBar, nullptr);
+    EXPECT_TRUE(IsWindowEnabled(m_desk.Level(0).m_hWnd));
+}
+
+TEST_F(OwnDrag, ItemsThatGoUnderItMoveThePlace)
+{
+    const POINT to = LowerHalf("D");
+    Drag("B", {[&] { headless::MoveMouse(to.x, to.y); },
+               [&]
+               {
+                   for (const char* name : {"A", "C", "E"})
+                       fs::remove(m_desk.Folder() / name);
+                   m_desk.SendNotice(0);
+                   m_desk.Settle();
+               },
+               [&]
+               {
+                   const POINT games = LowerHalf("Games");
+                   headless::MoveMouse(games.x, games.y);
+               },
+               [] { headless::ReleaseButton(); }});
+    EXPECT_EQ(m_desk.Items(), (Labels{"D", "Games", "B"}));
+}
+
+TEST_F(OwnDrag, OfAFileThatIsGoneMeanwhileChangesNothing)
+{
+    const auto remove = [&]
+    {
+        fs::remove(m_desk.Folder() / "B");
+        m_desk.SendNotice(0);
+        m_desk.Settle();
+    };
+    Drag("B", {remove,
+               [&]
+               {
+                   const POINT to = LowerHalf("D");
+                   headless::MoveMouse(to.x, to.y);
+               },
+               [] { headless::ReleaseButton(); }});
+    EXPECT_EQ(m_desk.Items(), (Labels{"A", "C", "D", "E", "Games"}));
+}
+
+TEST_F(OwnDrag, EndsWithTheMenuThatAnotherProgramCloses)
+{
+    const POINT to = LowerHalf("D");
+    const HWND root = m_desk.Level(0).m_hWnd;
+    Drag("B", {[&] { headless::MoveMouse(to.x, to.y); },
+               [&]
+               {
+                   PostMessageW(root, WM_CLOSE, 0, 0);
+                   m_desk.Settle();
+               },
+               [] { headless::ReleaseButton(); }});
+    EXPECT_FALSE(m_desk.IsOpen());
+    EXPECT_EQ(m_desk.Levels(), 0);
+    EXPECT_EQ(g_launcher.g_operationBar, nullptr);
+    EXPECT_FALSE(headless::ShownDragAction());
+    EXPECT_TRUE(fs::exists(m_desk.Folder() / "B"));
+}
+
+TEST_F(OwnDrag, LevelThatGoesUnderThePointerTakesNothing)
+{
+    const POINT games = CentreOf(m_desk.ItemBounds("Games", 0));
+    Drag("B", {[&] { headless::MoveMouse(games.x, games.y); }, [&] { m_desk.Advance(600ms); },
+               [&]
+               {
+                   ASSERT_EQ(m_desk.Levels(), 2);
+                   const POINT inside = LowerHalf("chess", 1);
+                   headless::MoveMouse(inside.x, inside.y);
+               },
+               [&] { DestroyWindow(m_desk.Level(1).m_hWnd); }, [] { headless::ReleaseButton(); }});
+    EXPECT_EQ(m_desk.Levels(), 1);
+    EXPECT_TRUE(fs::exists(m_desk.Folder() / "B"));
+    EXPECT_EQ(m_desk.Items(), (Labels{"A", "B", "C", "D", "E", "Games"}));
+    EXPECT_EQ(GetActiveWindow(), m_desk.Level(0).m_hWnd);
+}
+
+TEST_F(OwnDrag, QuittingEndsItAndIsHeardAfterwards)
+{
+    m_desk.RestOn("B");
+    m_desk.PressMouse();
+    headless::SetIdleHandler(
+        []
+        {
+            PostQuitMessage(7);
+            return true;
+        });
+    m_desk.Level(0).BeginItemDrag(1);
+    headless::SetIdleHandler(nullptr);
+    EXPECT_FALSE(headless::ShownDragAction());
+    MSG message{};
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) && message.message != WM_QUIT)
+        DispatchMessageW(&message);
+    EXPECT_EQ(message.message, static_cast<UINT>(WM_QUIT));
+    EXPECT_EQ(message.wParam, 7u);
+    EXPECT_EQ(m_desk.Items(), (Labels{"A", "B", "C", "D", "E", "Games"}));
+}
+
+TEST_F(OwnDrag, ScrollsALongLevelAndGoesWhereTheMarkIs)
+{
+    for (int i = 100; i < 200; ++i)
+        m_desk.MakeFile("item " + std::to_string(i));
+    m_desk.SendNotice(0);
+    m_desk.Settle();
+    RECT pager{};
+    ASSERT_TRUE(GetWindowRect(m_desk.Level(0).m_pager, &pager));
+    const HWND toolbar = m_desk.Level(0).m_toolbar;
+    Labels expected = m_desk.Items();
+    POINT point{};
+    const std::string dragged = "B";
+    std::string marked;
+    Drag(dragged, {[&] { headless::MoveMouse((pager.left + pager.right) / 2, pager.bottom - 2); },
+                   [&] { m_desk.Advance(200ms); },
+                   [&]
+                   {
+                       EXPECT_GT(SendMessageW(m_desk.Level(0).m_pager, PGM_GETPOS, 0, 0), 0);
+                       RECT shown{};
+                       GetWindowRect(m_desk.Level(0).m_pager, &shown);
+                       point = {(shown.left + shown.right) / 2, (shown.top + shown.bottom) / 2};
+                       headless::MoveMouse(point.x, point.y);
+                   },
+                   [&]
+                   {
+                       TBINSERTMARK mark{};
+                       SendMessageW(toolbar, TB_GETINSERTMARK, 0, reinterpret_cast<LPARAM>(&mark));
+                       ASSERT_GE(mark.iButton, 0);
+                       marked = m_desk.Items().at(static_cast<std::size_t>(mark.iButton));
+                       const RECT rect = m_desk.ItemBounds(marked, 0);
+                       EXPECT_TRUE(PtInRect(&rect, point)) << marked;
+                       EXPECT_EQ(mark.dwFlags, point.y > (rect.top + rect.bottom) / 2 ? DWORD{TBIMHT_AFTER} : 0u);
+                       std::erase(expected, dragged);
+                       const auto at = std::find(expected.begin(), expected.end(), marked);
+                       expected.insert(mark.dwFlags == TBIMHT_AFTER ? at + 1 : at, dragged);
+                   },
+                   [] { headless::ReleaseButton(); }});
+    EXPECT_FALSE(marked.empty());
+    EXPECT_EQ(m_desk.Items(), expected);
 }
 
 } // namespace

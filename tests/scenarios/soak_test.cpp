@@ -1,7 +1,7 @@
 // The soak: what a menu does all day, a great many times, with nothing left behind.
 //
 // ORB_SOAK is the number of rounds, 1000 when not set.
-#include "tests/scenarios/desk.h"
+#include "tests/scenarios/dragging.h"
 #include "tests/scenarios/live_handle_counts.h"
 
 #include <gtest/gtest.h>
@@ -78,6 +78,28 @@ TEST(Soak, SubLevels)
             ASSERT_EQ(desk.Items(2), Labels{name}) << "round " << round;
             desk.RestOn("plain", 0);
             desk.Advance(410ms);
+            ASSERT_EQ(desk.Levels(), 1) << "round " << round;
+        });
+}
+
+TEST(Soak, Drags)
+{
+    Desk desk;
+    for (const char* name : {"A", "B", "Games/chess"})
+        desk.MakeFile(name);
+    desk.Launch("100,700,0");
+    Soak(
+        [&](int round)
+        {
+            // By turns to the other end, to nowhere, and away from a folder that it has opened.
+            const POINT to = round % 3 == 1 ? POINT{1500, 50} : LowerHalf(desk, desk.Items(0)[2]);
+            const std::string first = desk.Items(0)[0];
+            const std::string last = desk.Items(0)[2];
+            DragItem(desk, first,
+                     {[&] { platform::headless::MoveMouse(to.x, to.y); },
+                      [&] { desk.Advance(round % 3 == 2 ? 600ms : 50ms); },
+                      [] { platform::headless::ReleaseButton(); }});
+            ASSERT_EQ(desk.Items(0)[round % 3 == 1 ? 0 : 2], first) << "round " << round;
             ASSERT_EQ(desk.Levels(), 1) << "round " << round;
         });
 }
