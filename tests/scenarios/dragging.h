@@ -26,7 +26,7 @@ inline void DragItem(Desk& desk, const std::string& item, std::vector<std::funct
         });
     desk.MoveTo({point.x + 20, point.y});
     headless::SetIdleHandler(nullptr);
-    desk.Settle();
+    desk.LetGo(VK_ESCAPE);
 }
 
 inline POINT LowerHalf(const Desk& desk, const std::string& item, int level = 0)
