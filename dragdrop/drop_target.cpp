@@ -34,7 +34,7 @@ void Narrow(CustomBar& level, DWORD keyState, DWORD& effect)
 
 bool Accepts(const CustomBar& level)
 {
-    if (!level.m_folder || !level.m_dropData)
+    if (!level.m_folder)
         return false;
     FORMATETC format{};
     format.cfFormat = g_launcher.m_shellIdListFormat;

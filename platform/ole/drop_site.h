@@ -41,8 +41,6 @@ public:
     void Leave();
     /// What was done. The site is left.
     DWORD Drop(IDataObject& data, const DragMoment& moment);
-    /// The window whose target the drag is over; null for none.
-    HWND Window() const { return m_window; }
 
 private:
     bool IsCurrent() const { return m_target && m_places.TargetOf(m_window).Get() == m_target.Get(); }

@@ -100,7 +100,7 @@ void IncomingDrag::OnDrop(const Event& event)
     const bool moved = !m_last || m_last->position.x != event.position.x || m_last->position.y != event.position.y ||
                        m_last->window != event.window;
     Begin(event);
-    if (moved || m_site.Window() == nullptr)
+    if (moved)
         m_answer = Ask();
     DWORD done = DROPEFFECT_NONE;
     if (m_answer != 0)
