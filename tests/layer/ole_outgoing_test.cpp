@@ -167,7 +167,9 @@ TEST_F(OutgoingDragTest, ModifiersAreTheTargetsToReadAndTheOthersToHear)
 TEST_F(OutgoingDragTest, AnotherProgramTakesItAndReadsItAfterwards)
 {
     headless::SetOtherTarget(headless::OtherTarget{kElsewhere, kDragCopy});
-    EXPECT_EQ(Drag({Expect(0), To(1100, 10), Expect(kDragCopy), Release()}), DRAGDROP_S_DROP);
+    Register(m_window, "w");
+    const auto hasLeft = [&] { EXPECT_EQ(Take(), (Log{"w.Enter", "w.Over", "w.Leave"})); };
+    EXPECT_EQ(Drag({Expect(kDragMove), To(1100, 10), Expect(kDragCopy), hasLeft, Release()}), DRAGDROP_S_DROP);
     EXPECT_EQ(m_effect, DWORD{DROPEFFECT_COPY});
     m_data.Reset();
     EXPECT_EQ(headless::DroppedOnOther("text/uri-list"), "file:///a\r\n");
@@ -314,6 +316,16 @@ TEST_F(OutgoingDragTest, LostAndDoubledAnswersChangeNothing)
     EXPECT_EQ(port.log, (Log{"move", "show 1", "drop", "end"}));
     EXPECT_EQ(drag.Result(), DRAGDROP_S_DROP);
     EXPECT_EQ(drag.Effect(), DWORD{DROPEFFECT_COPY});
+}
+
+TEST_F(OutgoingDragTest, TheButtonMayBeUpBeforeItBegins)
+{
+    NotedPort port;
+    OutgoingDrag drag(port, *m_data.Get(), kAll, 0);
+    drag.OnInput({{5, 5}, 0, false});
+    drag.OnEnded();
+    EXPECT_TRUE(drag.IsOver());
+    EXPECT_EQ(drag.Result(), DRAGDROP_S_DROP);
 }
 
 int g_countdown = 0;

@@ -23,8 +23,10 @@ constexpr LPCWSTR kLayout = TEXT("Software\\Quillfen\\OrbLauncher\\Layout");
 class DragOut : public testing::Test
 {
 protected:
-    DragOut()
+    explicit DragOut(int more = 0)
     {
+        for (int i = 0; i < more; ++i)
+            m_desk.MakeFile("item " + std::to_string(10000 + i));
         m_desk.MakeFile("A");
         m_desk.MakeFile("B");
         m_desk.MakeFile("Games/chess");
@@ -155,6 +157,7 @@ TEST_F(DragOut, MoveWithNoButtonDisarms)
         ScreenToClient(Root().m_toolbar, &client);
         SendMessageW(Root().m_toolbar, message, keys, MAKELPARAM(client.x, client.y));
     };
+    send(WM_MOUSEMOVE, 0, 5); // the last position is another one
     send(WM_LBUTTONDOWN, MK_LBUTTON, 0);
     EXPECT_TRUE(Root().m_dragArmed);
     EXPECT_EQ(Root().m_dragStartButton, 2);
@@ -165,6 +168,22 @@ TEST_F(DragOut, MoveWithNoButtonDisarms)
     send(WM_MOUSEMOVE, MK_LBUTTON, 30);
     m_desk.Settle();
     EXPECT_EQ(m_drag.drags, 0);
+}
+
+class DragOutOfALongLevel : public DragOut
+{
+protected:
+    DragOutOfALongLevel() : DragOut(1800) {}
+};
+
+TEST_F(DragOutOfALongLevel, ItemsBeyondTheReachOfAMessagesHeightAreDraggedToo)
+{
+    SendMessageW(Root().m_pager, PGM_SETPOS, 0, 100000);
+    const int last = m_desk.IndexOf("item 11799", 0);
+    ASSERT_GT(Root().ButtonRect(last).top, 0x7FFF);
+    m_drag.onDrag = [&] { EXPECT_EQ(Root().m_dragIndex, last); };
+    PressAndMove("item 11799", 20, 0);
+    EXPECT_EQ(m_drag.drags, 1);
 }
 
 TEST_F(DragOut, MenuComesBackWithItsDeepestLevel)

@@ -197,6 +197,11 @@ TEST_F(Dragging, RestingOpensAFolderAfterMoreThanTheDelayAndOnce)
     const POINTL games = On("Games", Upper);
     Enter(games);
     Over(games);
+    Root().DragLeave();
+    m_desk.Advance(delay * 3);
+    Enter(games);
+    Over(games);
+    EXPECT_EQ(m_desk.Levels(), 1) << "another drag is another wait";
     m_desk.Advance(delay);
     Over(games);
     EXPECT_EQ(m_desk.Levels(), 1) << "not after exactly the delay";
@@ -219,6 +224,66 @@ TEST_F(Dragging, RestingOpensAFolderAfterMoreThanTheDelayAndOnce)
     Over(On("B", Upper));
     EXPECT_EQ(m_desk.Levels(), 2) << "a plain item opens and closes nothing";
     Root().DragLeave();
+}
+
+TEST_F(Dragging, SecondEnterIsAnotherDrag)
+{
+    StagedDropFolder folder;
+    GiveFolder(Root(), folder);
+    StagedData text;
+    text.isShellItems = false;
+    const POINTL point = On("B", Lower);
+    Enter(point);
+    Over(point);
+    DWORD effect = kAllEffects;
+    Root().DragEnter(&text, MK_LBUTTON, point, &effect);
+    EXPECT_EQ(m_data.references, 1);
+    effect = kAllEffects;
+    Root().Drop(&text, 0, point, &effect);
+    EXPECT_TRUE(folder.target.calls.empty()) << "it has not been over an item";
+    EXPECT_EQ(text.references, 1);
+    Root().m_folder.Reset();
+}
+
+/// Writes down what the shell's drag picture is told.
+class StagedHelper final : public StagedObject<IDropTargetHelper, IID_IDropTargetHelper>
+{
+public:
+    HRESULT STDMETHODCALLTYPE DragEnter(HWND window, IDataObject*, POINT*, DWORD effect) override
+    {
+        over = window;
+        return Note("enter ", effect);
+    }
+    HRESULT STDMETHODCALLTYPE DragLeave() override { return Note("leave ", 0); }
+    HRESULT STDMETHODCALLTYPE DragOver(POINT*, DWORD effect) override { return Note("over ", effect); }
+    HRESULT STDMETHODCALLTYPE Drop(IDataObject*, POINT*, DWORD effect) override { return Note("drop ", effect); }
+    HRESULT STDMETHODCALLTYPE Show(BOOL) override { return S_OK; }
+
+    Labels told;
+    HWND over = nullptr;
+
+private:
+    HRESULT Note(const char* call, DWORD effect)
+    {
+        told.push_back(call + std::to_string(effect));
+        return S_OK;
+    }
+};
+
+TEST_F(Dragging, PictureIsToldOfEveryCallAndItsEffect)
+{
+    StagedHelper helper;
+    helper.AddRef();
+    *Root().m_dropHelper.Receive() = &helper;
+    m_data.isShellItems = false;
+    Enter(On("B", Upper), kCopy | kMove);
+    Over(On("B", Upper), kCopy | kMove);
+    Root().DragLeave();
+    m_data.isShellItems = true;
+    DragAndDrop(On("B", Upper));
+    EXPECT_EQ(helper.over, Root().m_hWnd);
+    EXPECT_EQ(helper.told, (Labels{"enter 1", "over 0", "leave 0", "enter 4", "over 4", "drop 4"}));
+    Root().m_dropHelper.Reset();
 }
 
 // --- dropped into the level's folder

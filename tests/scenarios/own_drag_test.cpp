@@ -19,8 +19,10 @@ namespace
 class OwnDrag : public testing::Test
 {
 protected:
-    OwnDrag()
+    explicit OwnDrag(int more = 0)
     {
+        for (int i = 0; i < more; ++i)
+            m_desk.MakeFile("item " + std::to_string(100 + i));
         for (const char* name : {"A", "B", "C", "D", "E", "Games/chess"})
             m_desk.MakeFile(name);
         m_desk.Launch("100,700,0");
@@ -206,12 +208,14 @@ TEST_F(OwnDrag, QuittingEndsItAndIsHeardAfterwards)
     EXPECT_EQ(m_desk.Items(), (Labels{"A", "B", "C", "D", "E", "Games"}));
 }
 
-TEST_F(OwnDrag, ScrollsALongLevelAndGoesWhereTheMarkIs)
+class OwnDragInALongLevel : public OwnDrag
 {
-    for (int i = 100; i < 200; ++i)
-        m_desk.MakeFile("item " + std::to_string(i));
-    m_desk.SendNotice(0);
-    m_desk.Settle();
+protected:
+    OwnDragInALongLevel() : OwnDrag(100) {}
+};
+
+TEST_F(OwnDragInALongLevel, ScrollsItAndGoesWhereTheMarkIs)
+{
     RECT pager{};
     ASSERT_TRUE(GetWindowRect(m_desk.Level(0).m_pager, &pager));
     const HWND toolbar = m_desk.Level(0).m_toolbar;
