@@ -15,8 +15,10 @@
 #include <cerrno>
 #include <chrono>
 #include <condition_variable>
+#include <cstdlib>
 #include <ctime>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <set>
 #include <utility>
@@ -55,6 +57,7 @@ struct Builder
     std::int64_t begun;
     std::vector<MenuCategory> open{1}; ///< the root, and the categories on the way to where the reading is
     std::set<std::string> places{};
+    std::string ownFolder{}; ///< of the user's own entries, links resolved; "" when it is not there or not yet known
 };
 
 std::int64_t Now()
@@ -82,6 +85,19 @@ std::string IconIdentity(const char* icons, std::string_view otherwise)
     return identity.append(identity.empty() ? "" : "\n").append(otherwise);
 }
 
+/// The menu library resolves the links on the way to a folder of entries: where the home folder is one, the user's own
+/// would not be known by their path.
+std::string EntryPath(Builder& builder, const std::string& path)
+{
+    const std::string own = UserEntryPath({});
+    if (builder.ownFolder.empty())
+        if (const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(own.c_str(), nullptr), std::free);
+            resolved != nullptr)
+            builder.ownFolder = std::string(resolved.get()) + "/";
+    const bool isOwn = !builder.ownFolder.empty() && path.starts_with(builder.ownFolder);
+    return isOwn ? own + path.substr(builder.ownFolder.size()) : path;
+}
+
 void BeginCategory(void* context, const MenuItemFacts& facts)
 {
     auto& builder = *static_cast<Builder*>(context);
@@ -106,10 +122,11 @@ void EndCategory(void* context)
 void TakeProgram(void* context, const MenuItemFacts& facts)
 {
     auto& builder = *static_cast<Builder*>(context);
-    builder.places.insert(FolderOf(facts.path));
+    const std::string path = EntryPath(builder, facts.path);
+    builder.places.insert(FolderOf(path));
     if (IsFileName(facts.id))
         builder.open.back().programs.push_back(
-            {facts.id, facts.path, IconIdentity(facts.icons, kProgramIcon), ShownName(facts.name, facts.id)});
+            {facts.id, path, IconIdentity(facts.icons, kProgramIcon), ShownName(facts.name, facts.id)});
 }
 
 /// Two categories of one name would show as one, which holds no more than two folders: they are told apart, the same

@@ -225,6 +225,22 @@ TEST_F(ShellApplications, NamesLeadBackToTheItems)
         });
 }
 
+TEST_F(ShellApplications, AreTheUsersOwnAlsoWhereTheHomeFolderIsALink)
+{
+    const std::string data = std::getenv("XDG_DATA_HOME");
+    fs::create_directory_symlink(Home(), Home() / "by-link");
+    setenv("XDG_DATA_HOME", (Home() / "by-link/data").c_str(), 1);
+    Afresh(
+        []
+        {
+            EXPECT_EQ(Shown(kUser + "/Play"), (Names{"Quake"}));
+            EXPECT_EQ(Shown(kAll + "/Play"), (Names{"Chess"}));
+            EXPECT_EQ(Menu(kUser + "/Play/quake.desktop").second, (Names{"paste", "link"}));
+        });
+    setenv("XDG_DATA_HOME", data.c_str(), 1);
+    fs::remove(Home() / "by-link");
+}
+
 TEST_F(ShellApplications, NothingIsWrittenIntoACategory)
 {
     Afresh(
