@@ -29,7 +29,9 @@ const std::string kAll(platform::kCommonMenu);
 constexpr char kMenuFile[] = R"(<Menu><Name>Applications</Name><DefaultAppDirs/><DefaultDirectoryDirs/>
 <Menu><Name>Net</Name><Directory>net.directory</Directory><Include><Category>Network</Category></Include></Menu>
 <Menu><Name>Play</Name><Directory>play.directory</Directory><Include><Category>Game</Category></Include>
-  <Menu><Name>Old</Name><Directory>net.directory</Directory><Include><Category>Arcade</Category></Include></Menu></Menu>
+  <Menu><Name>Old</Name><Directory>net.directory</Directory><Include><Category>Arcade</Category></Include></Menu>
+  <Menu><Name>Online</Name><Directory>net.directory</Directory><Include><Category>Online</Category></Include></Menu>
+</Menu>
 <Menu><Name>Web</Name><Directory>net.directory</Directory><Include><Category>Web</Category></Include></Menu>
 <Menu><Name>Void</Name><Include><Category>Void</Category></Include></Menu>
 </Menu>)";
@@ -170,15 +172,16 @@ TEST_F(ShellApplications, AreTwoTreesOfWhatIsShown)
     Program("data", "changed", "Mine", "Game");
     Program("system", "pong", "Pong", "Arcade");
     Program("system", "browser", "Browser", "Web");
+    Program("system", "cards", "Cards", "Online");
     Afresh(
         []
         {
             EXPECT_EQ(Shown(kAll), (Names{"Netz", "Netz (Web)", "Spiele"})) << "none is empty, none called the same";
             EXPECT_EQ(Shown(kUser), Shown(kAll)) << "whatever is in them";
             EXPECT_EQ(Shown(kAll + "/Net"), (Names{"Post", "Tool"}));
-            EXPECT_EQ(Shown(kAll + "/Play"), (Names{"Chess", "Netz"}));
+            EXPECT_EQ(Shown(kAll + "/Play"), (Names{"Chess", "Netz", "Netz (Online)"}));
             EXPECT_EQ(Shown(kAll + "/Play/Old"), (Names{"Pong"}));
-            EXPECT_EQ(Shown(kUser + "/Play"), (Names{"Mine", "Netz", "Quake"}));
+            EXPECT_EQ(Shown(kUser + "/Play"), (Names{"Mine", "Netz", "Netz (Online)", "Quake"}));
             EXPECT_TRUE(Shown(kUser + "/Net").empty());
             EXPECT_TRUE(Shown(kAll + "/Void").empty());
 
@@ -346,8 +349,11 @@ TEST_F(ShellApplications, AreKeptForTheNextRunUntilSomethingChanges)
             first();
             EXPECT_FALSE(ModuleIsLoaded()) << "nothing has changed";
         });
+    const fs::path kept = Home() / "cache/orb-launcher/menu";
+    fs::remove(kept);
     Program("system", "news", "News", "Network");
     Afresh([] { EXPECT_EQ(Shown(kAll + "/Net"), (Names{"News", "Post"})) << "a new program"; });
+    EXPECT_FALSE(fs::exists(kept)) << "so soon after a change the next one might not show";
     Settle();
     Afresh([] { Shown(kAll); });
     Program("system", "chat/chat", "Chat", "Network");
@@ -357,16 +363,15 @@ TEST_F(ShellApplications, AreKeptForTheNextRunUntilSomethingChanges)
     WriteMenu("<Menu><Name>Applications</Name><DefaultAppDirs/><Menu><Name>All</Name><Include><All/></Include></Menu></"
               "Menu>");
     Afresh([] { EXPECT_EQ(Shown(kAll), (Names{"All"})) << "another menu file"; });
+    WriteMenu(kMenuFile, "other-applications.menu");
     Settle();
     Afresh([] { Shown(kAll); });
     setenv("XDG_MENU_PREFIX", "other-", 1);
-    WriteMenu(kMenuFile, "other-applications.menu");
     Afresh([] { EXPECT_EQ(Shown(kAll), (Names{"Netz", "Spiele"})) << "another desktop's menu"; });
     unsetenv("XDG_MENU_PREFIX");
     // Damage anywhere in the file is seen before anything of it is believed.
     Settle();
     Afresh([] { Shown(kAll); });
-    const fs::path kept = Home() / "cache/orb-launcher/menu";
     ASSERT_TRUE(fs::exists(kept));
     const auto size = fs::file_size(kept);
     for (const std::uintmax_t cut : {size - 1, size / 2, std::uintmax_t{10}, std::uintmax_t{0}})
@@ -456,6 +461,7 @@ TEST_F(ShellApplications, LevelsAreToldOfTheirChanges)
 
 TEST_F(ShellApplications, AMenuFileThatMakesNoMenuLeavesTheProgramsInOneList)
 {
+    Program("system", "secret", "Secret", "Network", "NoDisplay=true\n");
     for (const char* broken : {"<Menu><Name>Appl", "<Other/>", "", "<Menu></Menu> trailing <"})
     {
         WriteMenu(broken);
