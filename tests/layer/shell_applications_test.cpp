@@ -314,6 +314,7 @@ TEST_F(ShellApplications, RenamingAProgramMakesAnEntryOfTheUsersOwn)
             std::ifstream everybodys(Home() / "system/applications/mail.desktop");
             const std::string content{std::istreambuf_iterator<char>(everybodys), {}};
             EXPECT_EQ(content.find("Briefe"), content.npos);
+            Program("data", "own/deep", "Deep", "Network");
             // Once it is the user's own, it is renamed where it is.
             const List own = Parse(kUser + "/Net/mail.desktop");
             const List ownCategory = Parse(kUser + "/Net");
@@ -321,7 +322,15 @@ TEST_F(ShellApplications, RenamingAProgramMakesAnEntryOfTheUsersOwn)
                           ->SetNameOf(nullptr, ILFindLastID(own.get()), u"Karten", SHGDN_INFOLDER | SHGDN_FOREDITING,
                                       nullptr),
                       S_OK);
-            EXPECT_EQ(Shown(kUser + "/Net"), (Names{"Karten"}));
+            EXPECT_EQ(Shown(kUser + "/Net"), (Names{"Deep", "Karten"}));
+            // So is one in a folder of its own, whose identifier is not its path.
+            const List deep = Parse(kUser + "/Net/own-deep.desktop");
+            EXPECT_EQ(Bind(ownCategory.get())
+                          ->SetNameOf(nullptr, ILFindLastID(deep.get()), u"Deeper", SHGDN_INFOLDER | SHGDN_FOREDITING,
+                                      nullptr),
+                      S_OK);
+            EXPECT_FALSE(fs::exists(Home() / "data/applications/own-deep.desktop"));
+            EXPECT_EQ(Shown(kUser + "/Net"), (Names{"Deeper", "Karten"}));
             // And what has gone cannot be renamed any more.
             const List chess = Parse(kAll + "/Play/chess.desktop");
             fs::remove(Home() / "system/applications/chess.desktop");
