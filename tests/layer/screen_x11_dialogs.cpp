@@ -3,12 +3,15 @@
 //
 // Command line: x y KIND. The pop-up opens the dialog of that kind with the key D and takes the keyboard again when it
 // is over; Escape ends it. Kinds: "rename" is at (x, y), moved into the work area; "owned" is the same, centred over
-// the pop-up that owns it; a number is a message box of that type.
+// the pop-up that owns it; "slow" is as "rename", and the program stops itself (SIGSTOP) before it takes the keyboard
+// again; a number is a message box of that type.
 #include "windows.h"
 
 #include "platform/base/text.h"
 #include "platform/dialogs/dialog_template.h"
+#include "platform/screen/screen.h"
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -70,7 +73,7 @@ INT_PTR ShowRename(HWND owner)
 
 INT_PTR ShowDialog(HWND window)
 {
-    if (g_kind == "rename" || g_kind == "owned")
+    if (std::strtoul(g_kind.c_str(), nullptr, 0) == 0 && g_kind != "0")
         return ShowRename(g_kind == "owned" ? window : nullptr);
     return MessageBoxW(window,
                        TEXT("\u201cKitchen recipes\u201d is already there.\nReplace it with the one from Holiday?"),
@@ -79,10 +82,15 @@ INT_PTR ShowDialog(HWND window)
 
 void OpenDialog(HWND window)
 {
-    const bool owned = g_kind != "rename";
+    const bool owned = g_kind != "rename" && g_kind != "slow";
     if (!owned)
         EnableWindow(window, FALSE);
     Say("result", static_cast<long>(ShowDialog(window)));
+    if (g_kind == "slow")
+    {
+        platform::screen::Commit(); // the display learns that the dialog has gone
+        std::raise(SIGSTOP);
+    }
     if (!owned)
     {
         EnableWindow(window, TRUE);
@@ -94,6 +102,9 @@ LRESULT CALLBACK MenuProcedure(HWND window, UINT message, WPARAM wParam, LPARAM 
 {
     switch (message)
     {
+    case WM_ACTIVATEAPP:
+        Say(IsWindowEnabled(window) ? "in-front" : "disabled-in-front", static_cast<long>(wParam));
+        return 0;
     case WM_KEYDOWN:
         Say("key", static_cast<long>(wParam));
         if (wParam == 'D')

@@ -205,7 +205,10 @@ void CheckLoss(std::deque<screen::Event>& out)
     if (menu && state.loss.focusIsLaunchers)
         SetHandedFocus(reply->focus, WhoGetsItBack());
     state.focused = 0;
-    LoseKeyboard(out);
+    // A box of ours has gone, and a window manager was quicker than the next Commit, which takes the keyboard back.
+    const bool onlyBetween = state.wanted && AnyShown();
+    if (!onlyBetween)
+        LoseKeyboard(out);
 }
 
 /// Whether a press was in one of our windows is certain once an answer that was asked for later is there.
