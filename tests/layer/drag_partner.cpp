@@ -259,6 +259,14 @@ void OnDropped(Partner& partner)
         partner.Send({"XdndFinished", {partner.window, 1, partner[action], 0, 0}});
 }
 
+int ListedActions(Partner& partner, xcb_window_t source)
+{
+    const auto list = Own(xcb_get_property_reply(
+        partner.xcb, xcb_get_property(partner.xcb, 0, source, partner["XdndActionList"], XCB_ATOM_ATOM, 0, 9),
+        nullptr));
+    return list != nullptr ? xcb_get_property_value_length(list.get()) / 4 : 0;
+}
+
 void OnTargetMessage(Partner& partner, const xcb_client_message_event_t& message)
 {
     const auto* data = message.data.data32;
@@ -269,7 +277,8 @@ void OnTargetMessage(Partner& partner, const xcb_client_message_event_t& message
     else if (message.type == partner["XdndPosition"])
     {
         partner.Say("over " + std::to_string(data[2] >> 16) + " " + std::to_string(data[2] & 0xFFFF) + " " +
-                    partner.NameOf(data[4]) + (data[3] != 0 ? "" : " without time"));
+                    partner.NameOf(data[4]) + " of " + std::to_string(ListedActions(partner, data[0])) +
+                    (data[3] != 0 ? "" : " without time"));
         if (partner.kind == "dies")
             std::exit(0);
         if (partner.kind == "destroys")

@@ -56,11 +56,13 @@ struct Pointer
 
 struct Outgoing
 {
-    Outgoing(xcb_window_t window, std::vector<xcb_atom_t> types, DragActions allowed)
-        : source(port, TheXdndAtoms(), {window, std::move(types), allowed})
+    Outgoing(xcb_window_t window, std::vector<xcb_atom_t> types, DragActions actions)
+        : allowed(actions), listed(actions), source(port, TheXdndAtoms(), {window, std::move(types), actions})
     {
     }
 
+    const DragActions allowed;
+    DragActions listed; ///< for the other side to choose from
     Port port;
     DragSource source;
     DragSites sites;
@@ -151,22 +153,35 @@ void SetAtoms(xcb_window_t window, Xdnd property, const std::vector<xcb_atom_t>&
                         static_cast<std::uint32_t>(atoms.size()), atoms.data());
 }
 
+void ListActions(xcb_window_t window, DragActions listed)
+{
+    std::vector<xcb_atom_t> actions;
+    for (const DragActions action : {screen::kDragCopy, screen::kDragMove, screen::kDragLink})
+        if ((listed & action) != 0)
+            actions.push_back(TheXdndAtoms().AtomOf(action));
+    SetAtoms(window, Xdnd::ActionList, actions);
+}
+
+/// Only what the keys ask for: file managers take a move instead of a copy where one is listed too.
+void NarrowActions(Outgoing& drag, DragActions wanted)
+{
+    const DragActions possible = wanted & drag.allowed;
+    const DragActions listed = possible != 0 ? possible : drag.allowed;
+    if (std::exchange(drag.listed, listed) != listed)
+        ListActions(SelectionWindow(), listed);
+}
+
 /// What a target reads from the source's window: all kinds, and what may be done, with words for a target that asks.
 void Describe(xcb_window_t window, const std::vector<xcb_atom_t>& types, DragActions allowed)
 {
     SetAtoms(window, Xdnd::TypeList, types);
-    std::vector<xcb_atom_t> actions;
+    ListActions(window, allowed);
     std::string words;
     constexpr std::pair<DragActions, std::string_view> kWords[] = {
         {screen::kDragCopy, "Copy"}, {screen::kDragMove, "Move"}, {screen::kDragLink, "Link"}};
     for (const auto& [action, word] : kWords)
-    {
-        if ((allowed & action) == 0)
-            continue;
-        actions.push_back(TheXdndAtoms().AtomOf(action));
-        words.append(word).push_back('\0');
-    }
-    SetAtoms(window, Xdnd::ActionList, actions);
+        if ((allowed & action) != 0)
+            words.append(word).push_back('\0');
     xcb_change_property(Xcb(), XCB_PROP_MODE_REPLACE, window, AtomNamed("XdndActionDescription"), XCB_ATOM_STRING, 8,
                         static_cast<std::uint32_t>(words.size()), words.data());
 }
@@ -283,6 +298,7 @@ DragPlace MoveDrag(POINT position, DragActions wanted)
     Outgoing& drag = *TheDrag();
     AdvanceTo(drag, position);
     drag.picture->Follow(drag.pointer.position);
+    NarrowActions(drag, wanted);
     const bool own = FindNative(drag.pointer.topLevel) != nullptr;
     const DropSite site = own ? DropSite{} : drag.sites.SiteOf(drag.pointer.topLevel);
     drag.source.Move(site, {drag.pointer.position, drag.pointer.time, wanted}, NowMs());
