@@ -198,6 +198,7 @@ void HandleScreenEvent(const Event& event)
         OnActivated(HandleOf(window));
         break;
     case EventType::Deactivated:
+        NoteKeyboardLost();
         OnDeactivated();
         break;
     case EventType::CloseRequest:

@@ -12,6 +12,8 @@ namespace platform
 /// Records a key or mouse button as pressed or released; `modifiers` bring Shift, Control and Alt up to date first.
 void NoteModifiers(unsigned modifiers);
 void NoteKey(BYTE virtualKey, bool down);
+/// Another program has the keyboard: nobody hears of what is let go there. Modifiers are noted with every event.
+void NoteKeyboardLost();
 /// MK_ flags of the present key state.
 WPARAM MouseKeys();
 /// Fills in the key message that an event makes, without recording anything.

@@ -124,6 +124,15 @@ void NoteModifiers(unsigned modifiers)
     SyncModifier(kSidedKeys[2], (modifiers & screen::kAlt) != 0);
 }
 
+void NoteKeyboardLost()
+{
+    const auto isModifier = [](int key)
+    { return (key >= VK_SHIFT && key <= VK_MENU) || (key >= VK_LSHIFT && key <= VK_RMENU); };
+    for (int key = VK_BACK; key < 256; ++key) // those before are the mouse's
+        if (!isModifier(key))
+            SetDown(static_cast<BYTE>(key), false);
+}
+
 void NoteKey(BYTE virtualKey, bool down)
 {
     SetDown(virtualKey, down);

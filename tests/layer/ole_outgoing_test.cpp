@@ -225,7 +225,19 @@ TEST_F(OutgoingDragTest, AnotherProgramsActivationDoesNotEndItAndEscapeStillDoes
     SetForegroundWindow(m_window);
     EXPECT_EQ(Drag({[] { headless::ActivateOtherApplication(); }, To(1100, 10), Release()}), DRAGDROP_S_DROP);
     EXPECT_EQ(m_effect, DWORD{DROPEFFECT_COPY});
-    EXPECT_EQ(Drag({[] { headless::ActivateOtherApplication(); }, [] { PressKey(VK_ESCAPE); }}), DRAGDROP_S_CANCEL);
+    const auto hasCapture = [] { EXPECT_NE(GetCapture(), nullptr); };
+    EXPECT_EQ(Drag({[] { headless::ActivateOtherApplication(); }, hasCapture, [] { PressKey(VK_ESCAPE); }}),
+              DRAGDROP_S_CANCEL);
+}
+
+TEST_F(OutgoingDragTest, EscapeEndsItThoughItWentUpForAnotherProgramBefore)
+{
+    SetForegroundWindow(m_window);
+    PressKey(VK_ESCAPE);
+    headless::ActivateOtherApplication();
+    Pump();
+    ASSERT_GE(GetKeyState(VK_ESCAPE), 0);
+    EXPECT_EQ(Drag({[] { PressKey(VK_ESCAPE); }}), DRAGDROP_S_CANCEL);
 }
 
 TEST_F(OutgoingDragTest, WhoTakesTheCaptureEndsIt)
