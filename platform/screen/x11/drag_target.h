@@ -55,6 +55,8 @@ public:
     void Answer(unsigned drag, screen::DragActions action);
     void Finish(unsigned drag, screen::DragActions action);
 
+    /// A drag is over this program's windows, or dropped there and not dealt with.
+    bool IsBusy() const { return m_drag.number != 0 || m_dropped.number != 0; }
     /// The server's time of what was last heard, with which the content is asked for; 0 when there was none.
     xcb_timestamp_t Time() const { return m_time; }
 

@@ -18,6 +18,8 @@ void HandleWindowGone(xcb_window_t window);
 void NoteTaken(const screen::Event& event);
 /// The server's time as of which the content of what is dragged over this program is asked for; 0 when not known.
 xcb_timestamp_t IncomingDragTime();
+/// Whether another program drags something over this one, or has dropped it and waits.
+bool IsDraggedOver();
 
 /// Whether this program drags, and has mouse and keyboard for it.
 bool IsDragging();

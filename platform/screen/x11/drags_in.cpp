@@ -5,6 +5,7 @@
 #include "platform/screen/x11/atoms.h"
 #include "platform/screen/x11/connection.h"
 #include "platform/screen/x11/drag_target.h"
+#include "platform/screen/x11/focus.h"
 #include "platform/screen/x11/input.h"
 #include "platform/screen/x11/watches.h"
 #include "platform/screen/x11/windows.h"
@@ -172,6 +173,11 @@ void NoteTaken(const Event& event)
         state.dropped = state.taken.drag;
 }
 
+bool IsDraggedOver()
+{
+    return g_incoming != nullptr && g_incoming->target.IsBusy();
+}
+
 xcb_timestamp_t IncomingDragTime()
 {
     return g_incoming != nullptr ? g_incoming->target.Time() : XCB_CURRENT_TIME;
@@ -196,8 +202,11 @@ void AnswerDrag(DragActions action)
 
 void FinishDrop(DragActions action)
 {
-    if (x11::g_incoming != nullptr)
-        x11::g_incoming->target.Finish(std::exchange(x11::g_incoming->dropped, 0), action);
+    if (x11::g_incoming == nullptr)
+        return;
+    x11::g_incoming->target.Finish(std::exchange(x11::g_incoming->dropped, 0), action);
+    if (action != 0)
+        x11::OnDropTaken();
 }
 
 } // namespace platform::screen

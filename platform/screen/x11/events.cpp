@@ -101,6 +101,11 @@ void OnClientMessage(const xcb_client_message_event_t& from)
     }
 }
 
+bool IsWheel(std::uint32_t button)
+{
+    return button >= 4 && button <= 7;
+}
+
 void OnExtensionEvent(const xcb_ge_generic_event_t& from)
 {
     const auto* input = TheConnection().Extension(xcb_input_id);
@@ -109,9 +114,13 @@ void OnExtensionEvent(const xcb_ge_generic_event_t& from)
     if (from.event_type == XCB_INPUT_RAW_BUTTON_PRESS)
     {
         const auto& press = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(from);
-        const bool wheel = press.detail >= 4 && press.detail <= 7;
-        if (!wheel)
+        if (!IsWheel(press.detail))
             OnRawPress(press.time);
+    }
+    else if (from.event_type == XCB_INPUT_RAW_BUTTON_RELEASE)
+    {
+        if (!IsWheel(reinterpret_cast<const xcb_input_raw_button_release_event_t&>(from).detail))
+            OnRawRelease();
     }
     else if (from.event_type == XCB_INPUT_RAW_MOTION)
     {

@@ -3,9 +3,11 @@
 
 #include "platform/base/clock.h"
 #include "platform/base/product.h"
+#include "platform/screen/x11/drags.h"
 #include "platform/screen/x11/focus_policy.h"
 #include "platform/screen/x11/windows.h"
 
+#include <algorithm>
 #include <unistd.h>
 #include <xcb/xinput.h>
 
@@ -32,6 +34,8 @@ struct FocusState
     xcb_window_t previous = 0;
 
     std::optional<xcb_timestamp_t> press; ///< not yet known to be in one of our windows
+    int buttonsDown = 0;                  ///< anywhere
+    bool lossHeld = false;                ///< not told yet: the press that took the keyboard may drag something here
     bool moves = false;                   ///< raw movements are selected
 };
 
@@ -171,9 +175,18 @@ void DescribeLoss(xcb_window_t newFocus)
     }
 }
 
+/// Another program's press that has not ended, or has become a drag over our windows.
+bool MayStillDrop()
+{
+    return State().buttonsDown > 0 || IsDraggedOver();
+}
+
+/// Tells it, once nothing can be dropped here any more: the menu would close under what a person drags to it.
 void LoseKeyboard(std::deque<screen::Event>& out)
 {
-    if (std::exchange(State().active, false))
+    FocusState& state = State();
+    state.lossHeld = state.active && MayStillDrop();
+    if (!state.lossHeld && std::exchange(state.active, false))
         out.push_back(MakeEvent(screen::EventType::Deactivated, 0));
 }
 
@@ -247,7 +260,7 @@ xcb_window_t FocusedWindow()
 
 void SelectRawEvents(bool movements)
 {
-    std::uint32_t mask = XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS;
+    std::uint32_t mask = XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE;
     mask |= movements ? XCB_INPUT_XI_EVENT_MASK_RAW_MOTION : 0;
     SelectRawEventMask(mask);
     State().moves = movements;
@@ -276,6 +289,7 @@ void TakeWantedKeyboard()
     state.focused = state.keyWindow;
     state.active = true;
     state.suspectLoss = false;
+    state.lossHeld = false;
     state.grabbedByOther = false;
     state.loss = {};
     state.loss.taken = NowMs();
@@ -316,6 +330,7 @@ void OnFocusIn(const xcb_focus_in_event_t& event, std::deque<screen::Event>& out
     if (event.detail == XCB_NOTIFY_DETAIL_POINTER)
         return;
     state.suspectLoss = false;
+    state.lossHeld = false;
     state.focused = event.event;
     const bool managed = FindNative(event.event) != nullptr;
     if (!std::exchange(state.active, true) || managed)
@@ -339,6 +354,18 @@ void OnFocusOut(const xcb_focus_out_event_t& event)
 void OnRawPress(xcb_timestamp_t time)
 {
     State().press = time;
+    ++State().buttonsDown;
+}
+
+void OnRawRelease()
+{
+    State().buttonsDown = std::max(State().buttonsDown - 1, 0); // its press may be older than this process
+}
+
+void OnDropTaken()
+{
+    FocusState& state = State();
+    state.wanted |= std::exchange(state.lossHeld, false);
 }
 
 void OnOwnPress(xcb_timestamp_t time)
@@ -373,7 +400,7 @@ void HandKeyboardTo(xcb_window_t window)
 bool FocusCheckPending()
 {
     const FocusState& state = State();
-    return state.press.has_value() || state.suspectLoss;
+    return state.press.has_value() || state.suspectLoss || (state.lossHeld && !MayStillDrop());
 }
 
 void CheckFocus(std::deque<screen::Event>& out)
@@ -384,6 +411,8 @@ void CheckFocus(std::deque<screen::Event>& out)
         CheckPress(out);
     if (std::exchange(state.suspectLoss, false))
         CheckLoss(out);
+    if (state.lossHeld)
+        LoseKeyboard(out);
 }
 
 } // namespace platform::x11

@@ -18,7 +18,7 @@ void TakeWantedKeyboard();
 void ReleaseKeyboard();
 /// This program's window that has the focus, as far as events have told; 0 when none has.
 xcb_window_t FocusedWindow();
-/// Has the server report presses anywhere, and movements too while the pointer is outside.
+/// Has the server report presses and releases anywhere, and movements too while the pointer is outside.
 void SelectRawEvents(bool movements);
 /// Ends that: a process that stays without windows is not woken by every press.
 void DeselectRawEvents();
@@ -28,6 +28,9 @@ void OnFocusOut(const xcb_focus_out_event_t& event);
 /// A press somewhere on the screen; `time` tells whether it is also reported as a press in one of our windows.
 void OnRawPress(xcb_timestamp_t time);
 void OnOwnPress(xcb_timestamp_t time);
+void OnRawRelease();
+/// Something has been dropped here from another program: a menu that has stayed for it gets the keyboard back.
+void OnDropTaken();
 void OnRawMove();
 void OnPointerInside(bool inside);
 /// Gives the focus, if it is on the key window, to a window of another program.
