@@ -77,7 +77,7 @@ void ReportFailure(HWND owner, const std::u16string& text)
 
 void ReportFailureLater(DWORD thread, std::u16string text, const ProcessHold& hold)
 {
-    auto failure = std::make_unique<LateFailure>(hold, std::move(text));
+    std::unique_ptr<LateFailure> failure(new LateFailure{hold, std::move(text)});
     // Boxes are shown by the user-interface thread: a timer's message has its procedure called by whoever dispatches
     // it.
     if (PostThreadMessageW(thread, WM_TIMER, reinterpret_cast<WPARAM>(failure.get()),

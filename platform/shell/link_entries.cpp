@@ -44,7 +44,7 @@ std::shared_ptr<Failure> MakeEach(const std::vector<WebAddress>& addresses, cons
         const std::string name = title.empty() ? NameOfAddress(url) : title;
         const int error = service != nullptr ? service->makeLink(folder.c_str(), url.c_str(), name.c_str()) : ENOSYS;
         if (error != 0)
-            return std::make_shared<Failure>(name, error);
+            return std::make_shared<Failure>(Failure{name, error});
     }
     return std::make_shared<Failure>();
 }

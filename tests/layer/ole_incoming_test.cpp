@@ -265,13 +265,13 @@ TEST_F(IncomingDragTest, WhatADragOfferedCannotBeReadWhenItIsOver)
 
 TEST_F(IncomingDragTest, ContentIsReadOnceWhenItIsAskedForAndNotAfterTheDrag)
 {
-    static constinit int s_made = 0;
+    static constinit int made = 0;
     static const DerivedFormat kDerived{u"Test Derived",
                                         [](std::span<const std::string> targets)
                                         { return std::ranges::find(targets, "text/uri-list") != targets.end(); },
                                         [](IDataObject& data)
                                         {
-                                            ++s_made;
+                                            ++made;
                                             return GlobalFromBytes(*DataAs(data, Format(u"text/uri-list")) + "!");
                                         }};
     OfferDerivedFormat(kDerived);
@@ -287,9 +287,9 @@ TEST_F(IncomingDragTest, ContentIsReadOnceWhenItIsAskedForAndNotAfterTheDrag)
         EXPECT_EQ(target.data->QueryGetData(&format), S_OK) << "asks nobody";
     };
     Start(10, 10);
-    EXPECT_EQ(s_made, 0);
+    EXPECT_EQ(made, 0);
     Drop();
-    EXPECT_EQ(s_made, 1);
+    EXPECT_EQ(made, 1);
     EXPECT_TRUE(headless::DoneForOther());
 }
 

@@ -267,6 +267,7 @@ TEST_F(ShellApplications, NothingIsWrittenIntoACategory)
             void* object = nullptr;
             ASSERT_EQ(category->CreateViewObject(nullptr, IID_IContextMenu, &object), S_OK);
             const Com<IContextMenu> background(static_cast<IContextMenu*>(object));
+            EXPECT_EQ(category->CreateViewObject(nullptr, IID_IDropTarget, &object), E_NOINTERFACE);
             const Boxes boxes;
             EXPECT_EQ(InvokeOn(*background, "NewFolder"), E_ACCESSDENIED);
             const std::u16string paths = u"::applications-of-all\\Net" + std::u16string(1, u'\0');
