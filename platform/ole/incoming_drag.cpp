@@ -97,11 +97,8 @@ void IncomingDrag::OnOver(const Event& event)
 
 void IncomingDrag::OnDrop(const Event& event)
 {
-    const bool moved = !m_last || m_last->position.x != event.position.x || m_last->position.y != event.position.y ||
-                       m_last->window != event.window;
     Begin(event);
-    if (moved)
-        m_answer = Ask();
+    m_answer = Ask(); // even where nothing has moved: the target may have, or have been filled anew
     DWORD done = DROPEFFECT_NONE;
     if (m_answer != 0)
     {

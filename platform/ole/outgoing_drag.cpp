@@ -58,11 +58,13 @@ void OutgoingDrag::Handle(const Input& input)
         Stop(wish);
         return;
     }
-    // A drop is where the pointer has come to, and targets go by the button with which they were last called.
-    const DWORD keys = wish == DRAGDROP_S_DROP ? (m_keys & kButtons) | (input.keys & ~kButtons) : input.keys;
-    if (moved || keys != m_keys)
+    // A drop is where the pointer has come to, on a target as it is by now; and targets go by the button with which
+    // they were last called.
+    const bool drops = wish == DRAGDROP_S_DROP;
+    const DWORD keys = drops ? (m_keys & kButtons) | (input.keys & ~kButtons) : input.keys;
+    if (moved || keys != m_keys || (drops && m_own))
         Track(input.point, keys);
-    if (wish == DRAGDROP_S_DROP && m_step == Step::Dragging)
+    if (drops && m_step == Step::Dragging)
         Drop(input.keys);
 }
 

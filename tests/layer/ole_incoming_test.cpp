@@ -116,7 +116,7 @@ TEST_F(IncomingDragTest, ADropIsEnteredFirstAndSaysWhatWasDone)
     headless::DropOtherDrag(); // nobody has looked in between
     target.atDrop = [](DWORD* effect) { *effect = DROPEFFECT_LINK; };
     Pump();
-    EXPECT_EQ(Take(), (Log{"w.Enter", "w.Over", "w.Drop"}));
+    EXPECT_EQ(Take(), (Log{"w.Enter", "w.Over", "w.Over", "w.Drop"}));
     EXPECT_EQ(target.keys, DWORD{MK_RBUTTON});
     EXPECT_EQ(headless::AnswerToOther(), kDragAsk);
     EXPECT_EQ(headless::DoneForOther(), kDragLink);
@@ -182,7 +182,7 @@ TEST_F(IncomingDragTest, WhatComesInDuringACallWaitsForItsEnd)
         --depth;
     };
     Start(10, 10);
-    EXPECT_EQ(Take(), (Log{"w.Enter", "w.Over", "w.Over", "w.Drop"}));
+    EXPECT_EQ(Take(), (Log{"w.Enter", "w.Over", "w.Over", "w.Over", "w.Drop"}));
     EXPECT_EQ(target.at.x, 30);
     EXPECT_TRUE(headless::DoneForOther());
     target.during = nullptr;
@@ -202,7 +202,7 @@ TEST_F(IncomingDragTest, AnotherDragIsRefusedWhileADropIsCarriedOut)
     };
     Start(10, 10);
     Drop();
-    EXPECT_EQ(Take(), (Log{"w.Enter", "w.Over", "w.Drop", "w.Enter", "w.Over"}));
+    EXPECT_EQ(Take(), (Log{"w.Enter", "w.Over", "w.Over", "w.Drop", "w.Enter", "w.Over"}));
     EXPECT_EQ(target.at.x, 20) << "and is welcome afterwards";
     EXPECT_EQ(headless::AnswerToOther(), kDragMove);
     target.atDrop = nullptr;

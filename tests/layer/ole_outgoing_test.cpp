@@ -114,7 +114,7 @@ TEST_F(OutgoingDragTest, OverItsOwnWindowsTheTargetsGetTheVeryObject)
     m_records.clear();
     EXPECT_EQ(Drag({Expect(kDragMove), To(20, 10), To(310, 10), Expect(kDragCopy), Release()}), DRAGDROP_S_DROP);
     EXPECT_EQ(m_effect, DWORD{DROPEFFECT_COPY});
-    EXPECT_EQ(Take(), (Log{"w.Enter", "w.Over", "w.Over", "w.Leave", "o.Enter", "o.Over", "o.Drop"}));
+    EXPECT_EQ(Take(), (Log{"w.Enter", "w.Over", "w.Over", "w.Leave", "o.Enter", "o.Over", "o.Over", "o.Drop"}));
     EXPECT_EQ(second.data, m_data.Get());
     EXPECT_EQ(first.keys, DWORD{MK_LBUTTON});
     EXPECT_EQ(second.keys, 0U);
@@ -147,7 +147,7 @@ TEST_F(OutgoingDragTest, TheRightButtonAsks)
         ReleaseButton(right);
     };
     EXPECT_EQ(Drag({Expect(kDragAsk), moveAndRelease}, right), DRAGDROP_S_DROP);
-    EXPECT_EQ(Take(), (Log{"w.Enter", "w.Over", "w.Over", "w.Drop"}));
+    EXPECT_EQ(Take(), (Log{"w.Enter", "w.Over", "w.Over", "w.Over", "w.Drop"}));
     EXPECT_EQ(target.at.x, 30);
 }
 
@@ -195,7 +195,7 @@ TEST_F(OutgoingDragTest, NothingIsDoneWhereNothingIsTaken)
 
     Register(m_window, "w").takes = 0;
     EXPECT_EQ(Drag({Release()}), DRAGDROP_S_DROP);
-    EXPECT_EQ(Take(), (Log{"w.Enter", "w.Over", "w.Leave"}));
+    EXPECT_EQ(Take(), (Log{"w.Enter", "w.Over", "w.Over", "w.Leave"}));
 }
 
 TEST_F(OutgoingDragTest, RestingRepeatsTheCall)

@@ -194,6 +194,20 @@ TEST_F(ForeignDrag, ItemsThatChangeUnderItGetTheMarkAgain)
     EXPECT_TRUE(ItemsBecome({"B", "notes", "Games"}));
 }
 
+// A level that was refreshed since the pointer last moved had lost its mark, and the drop did nothing.
+TEST_F(ForeignDrag, IsDroppedWhereItIsThoughTheItemsHaveJustChanged)
+{
+    m_desk.Launch("100,700,0");
+    Start(Files(), LowerHalf("A"));
+    fs::rename(m_desk.Folder() / "B", m_desk.Folder() / "C");
+    m_desk.SendNotice(0);
+    m_desk.Settle();
+    ASSERT_EQ(m_desk.Items(), (Labels{"A", "Games", "C"}));
+    Drop();
+    EXPECT_EQ(headless::DoneForOther(), screen::kDragLink);
+    EXPECT_TRUE(ItemsBecome({"A", "notes", "Games", "C"}));
+}
+
 class DragOverALongLevel : public ForeignDrag
 {
 protected:

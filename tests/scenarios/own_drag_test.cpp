@@ -134,6 +134,22 @@ TEST_F(OwnDrag, ItemsThatGoUnderItMoveThePlace)
     EXPECT_EQ(m_desk.Items(), (Labels{"D", "Games", "B"}));
 }
 
+// As with another program's drag, the mark was lost.
+TEST_F(OwnDrag, GoesWhereItIsThoughTheItemsHaveJustChanged)
+{
+    const POINT to = LowerHalf("D");
+    Drag("B", {[&] { headless::MoveMouse(to.x, to.y); },
+               [&]
+               {
+                   fs::rename(m_desk.Folder() / "E", m_desk.Folder() / "F");
+                   m_desk.SendNotice(0);
+                   m_desk.Settle();
+                   ASSERT_EQ(m_desk.Items(), (Labels{"A", "B", "C", "D", "Games", "F"}));
+                   headless::ReleaseButton();
+               }});
+    EXPECT_EQ(m_desk.Items(), (Labels{"A", "C", "D", "B", "Games", "F"}));
+}
+
 TEST_F(OwnDrag, OfAFileThatIsGoneMeanwhileChangesNothing)
 {
     const auto remove = [&]
