@@ -22,7 +22,6 @@ namespace platform
 namespace
 {
 
-constexpr UINT kRestPeriod = 50; // milliseconds
 constexpr UINT kNcMouseLast = WM_NCMOUSEMOVE + (WM_MOUSELAST - WM_MOUSEFIRST);
 
 HWND MakeInputWindow()

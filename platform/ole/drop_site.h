@@ -9,6 +9,10 @@
 namespace platform
 {
 
+inline constexpr DWORD kDropEffects = DROPEFFECT_COPY | DROPEFFECT_MOVE | DROPEFFECT_LINK;
+/// How often a target is called while the drag over it rests, in milliseconds.
+inline constexpr UINT kRestPeriod = 50;
+
 /// Where drops can go.
 class DropPlaces
 {

@@ -16,8 +16,6 @@ namespace platform
 namespace
 {
 
-constexpr UINT kRestPeriod = 50; // milliseconds
-
 using Targets = std::map<HWND, ComReference<IDropTarget>>;
 
 Targets& TheTargets()

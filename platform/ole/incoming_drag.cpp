@@ -10,13 +10,6 @@ namespace platform
 using screen::Event;
 using screen::EventType;
 
-namespace
-{
-
-constexpr DWORD kEffects = DROPEFFECT_COPY | DROPEFFECT_MOVE | DROPEFFECT_LINK;
-
-} // namespace
-
 void IncomingDrag::OnEvent(const Event& event)
 {
     if (m_dropping)
@@ -147,7 +140,7 @@ DragMoment IncomingDrag::Moment() const
     const screen::DragActions actions = m_port.Offer().actions;
     DragMoment moment;
     moment.point = m_last->position;
-    moment.allowed = actions & kEffects;
+    moment.allowed = actions & kDropEffects;
     moment.keys = (actions & screen::kDragAsk) != 0 ? MK_RBUTTON : MK_LBUTTON;
     moment.keys |= (m_last->modifiers & screen::kShift) != 0 ? MK_SHIFT : 0;
     moment.keys |= (m_last->modifiers & screen::kControl) != 0 ? MK_CONTROL : 0;

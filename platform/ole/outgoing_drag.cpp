@@ -1,23 +1,17 @@
 // This program's drags, step by step.
 #include "platform/ole/outgoing_drag.h"
 
+#include "platform/windowing/input_state.h"
+
 #include <utility>
 
 namespace platform
 {
-namespace
-{
-
-constexpr DWORD kEffects = DROPEFFECT_COPY | DROPEFFECT_MOVE | DROPEFFECT_LINK;
-constexpr DWORD kButtons = MK_LBUTTON | MK_RBUTTON | MK_MBUTTON;
-
-} // namespace
-
 OutgoingDrag::OutgoingDrag(OutgoingDragPort& port, IDataObject& data, DWORD allowed, DWORD keys)
     : m_port(port),
       m_data(data),
       m_site(port),
-      m_allowed(allowed & kEffects),
+      m_allowed(allowed & kDropEffects),
       m_asks((keys & (MK_LBUTTON | MK_RBUTTON)) == MK_RBUTTON),
       m_keys(keys)
 {
@@ -61,7 +55,7 @@ void OutgoingDrag::Handle(const Input& input)
     // A drop is where the pointer has come to, on a target as it is by now; and targets go by the button with which
     // they were last called.
     const bool drops = wish == DRAGDROP_S_DROP;
-    const DWORD keys = drops ? (m_keys & kButtons) | (input.keys & ~kButtons) : input.keys;
+    const DWORD keys = drops ? (m_keys & kMouseButtons) | (input.keys & ~kMouseButtons) : input.keys;
     if (moved || keys != m_keys || (drops && m_own))
         Track(input.point, keys);
     if (drops && m_step == Step::Dragging)

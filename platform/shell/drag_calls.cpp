@@ -1,8 +1,7 @@
 // SHDoDragDrop, and the shell's own drop source.
 #include "platform/base/fault_points.h"
 #include "platform/ole/com_object.h"
-
-#include "windows.h"
+#include "platform/windowing/input_state.h"
 
 #include "shlobj.h"
 
@@ -12,18 +11,12 @@ namespace platform
 namespace
 {
 
-constexpr DWORD kButtons = MK_LBUTTON | MK_RBUTTON | MK_MBUTTON;
-
 DWORD PressedButton()
 {
-    constexpr struct
-    {
-        int key;
-        DWORD button;
-    } kKeys[] = {{VK_LBUTTON, MK_LBUTTON}, {VK_RBUTTON, MK_RBUTTON}, {VK_MBUTTON, MK_MBUTTON}};
-    for (const auto& one : kKeys)
-        if (GetKeyState(one.key) < 0)
-            return one.button;
+    const DWORD down = static_cast<DWORD>(MouseKeys()) & kMouseButtons;
+    for (const DWORD button : {MK_LBUTTON, MK_RBUTTON, MK_MBUTTON})
+        if ((down & button) != 0)
+            return button;
     return MK_LBUTTON;
 }
 
@@ -33,7 +26,7 @@ class ShellDropSource final : public ComObject<IDropSource, IID_IDropSource>
 public:
     HRESULT STDMETHODCALLTYPE QueryContinueDrag(BOOL escapePressed, DWORD keyState) override
     {
-        if (escapePressed || (keyState & kButtons & ~m_button) != 0)
+        if (escapePressed || (keyState & kMouseButtons & ~m_button) != 0)
             return DRAGDROP_S_CANCEL;
         return (keyState & m_button) != 0 ? S_OK : DRAGDROP_S_DROP;
     }

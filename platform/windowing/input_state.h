@@ -16,6 +16,7 @@ void NoteKey(BYTE virtualKey, bool down);
 void NoteKeyboardLost();
 /// MK_ flags of the present key state.
 WPARAM MouseKeys();
+inline constexpr DWORD kMouseButtons = MK_LBUTTON | MK_RBUTTON | MK_MBUTTON;
 /// Fills in the key message that an event makes, without recording anything.
 void MakeKeyMessage(const screen::Event& event, MSG& message);
 /// Records the event as the one whose text TranslateMessage gives.

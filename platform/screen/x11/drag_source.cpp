@@ -38,16 +38,22 @@ void DragSource::GoTo(const DropSite& site)
 {
     if (m_site.window != 0)
         SendLeave();
+    Forget();
     m_site = site;
-    m_sent.reset();
-    m_next.reset();
-    m_awaiting = false;
-    m_spared = {};
-    m_answered = false;
-    m_answer = 0;
-    m_deadline.reset();
     if (m_site.window != 0)
         Enter();
+}
+
+/// What was said to the partner, and what it has said.
+void DragSource::Forget()
+{
+    m_site = {};
+    m_sent.reset();
+    m_next.reset();
+    m_awaiting = m_answered = false;
+    m_answer = 0;
+    m_spared = {};
+    m_deadline.reset();
 }
 
 void DragSource::Enter()
@@ -202,12 +208,7 @@ void DragSource::OnWindowGone(xcb_window_t window)
         End(Step::Ended, 0);
         return;
     }
-    m_site = {};
-    m_sent.reset();
-    m_next.reset();
-    m_awaiting = m_answered = false;
-    m_answer = 0;
-    m_deadline.reset();
+    Forget();
     m_port.Tell(EventType::DragAnswered);
 }
 

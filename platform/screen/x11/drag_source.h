@@ -95,6 +95,7 @@ private:
     void OnStatus(const XdndMessage& message, std::uint64_t now);
     void OnFinished(const XdndMessage& message);
     void GoTo(const DropSite& site);
+    void Forget();
     void End(Step step, screen::DragActions done);
     bool Spares(const Point& point) const;
     std::uint32_t ActionFor(screen::DragActions wanted) const;
