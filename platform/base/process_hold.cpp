@@ -2,6 +2,7 @@
 #include "platform/base/process_hold.h"
 
 #include <mutex>
+#include <set>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -15,7 +16,13 @@ namespace
 // The program sets its reference during static initialisation, so this must be ready before any code runs.
 constinit std::mutex g_mutex;
 constinit IUnknown* g_reference = nullptr;
-constinit ProcessHold* g_limited = nullptr; ///< all that are
+
+/// With the lock.
+std::set<ProcessHold*>& Limited()
+{
+    static auto& holds = *new std::set<ProcessHold*>;
+    return holds;
+}
 
 IUnknown* TakeReference()
 {
@@ -39,13 +46,9 @@ ProcessHold::ProcessHold(const ProcessHold& other)
 
 ProcessHold::~ProcessHold()
 {
-    if (m_limited)
     {
         const std::lock_guard lock(g_mutex);
-        ProcessHold** link = &g_limited;
-        while (*link != this)
-            link = &(*link)->m_next;
-        *link = m_next;
+        Limited().erase(this);
     }
     if (m_reference != nullptr)
         m_reference->Release();
@@ -54,14 +57,13 @@ ProcessHold::~ProcessHold()
 void ProcessHold::Limit()
 {
     const std::lock_guard lock(g_mutex);
-    if (!std::exchange(m_limited, true))
-        m_next = std::exchange(g_limited, this);
+    Limited().insert(this);
 }
 
 void ProcessHold::GiveUpLimited()
 {
     const std::lock_guard lock(g_mutex);
-    for (ProcessHold* hold = g_limited; hold != nullptr; hold = hold->m_next)
+    for (ProcessHold* hold : Limited())
         if (IUnknown* reference = std::exchange(hold->m_reference, nullptr))
             reference->Release();
 }
@@ -73,7 +75,7 @@ void SHSetInstanceExplorer(IUnknown* reference)
     using platform::ProcessHold;
     std::unique_lock lock(platform::g_mutex);
     platform::g_reference = reference;
-    const bool isAwaited = reference == nullptr && platform::g_limited != nullptr;
+    const bool isAwaited = reference == nullptr && !platform::Limited().empty();
     lock.unlock();
     if (!isAwaited)
         return;

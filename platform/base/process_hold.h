@@ -28,9 +28,7 @@ private:
     friend void ::SHSetInstanceExplorer(IUnknown* reference);
     static void GiveUpLimited();
 
-    IUnknown* m_reference; ///< when limited, guarded as the list is
-    bool m_limited = false;
-    ProcessHold* m_next = nullptr; ///< in the list of the limited ones
+    IUnknown* m_reference; ///< when limited, guarded as their set is
 };
 
 } // namespace platform
