@@ -3,6 +3,7 @@
 
 #include "ole2.h"
 
+#include <optional>
 #include <span>
 #include <string>
 
@@ -14,8 +15,8 @@ struct DerivedFormat
     const char16_t* name; ///< as registered
     /// By what the other program names; nothing is read.
     bool (*possible)(std::span<const std::string> targets);
-    /// Memory of the caller's; null when the content is not what it was said to be.
-    HGLOBAL (*make)(IDataObject& data);
+    /// Nothing when the content is not what it was said to be.
+    std::optional<std::string> (*make)(IDataObject& data);
 };
 
 /// The format is one of every foreign data object's from now on. Kept by reference; callable before main.

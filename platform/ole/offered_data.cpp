@@ -34,20 +34,6 @@ std::optional<std::string> Read(const std::string& target, OfferReading& reading
     return content;
 }
 
-std::optional<std::string> Derive(const DerivedFormat& format, IDataObject& data)
-{
-    const HGLOBAL made = format.make(data);
-    const void* place = made != nullptr ? GlobalLock(made) : nullptr;
-    std::optional<std::string> bytes;
-    if (place != nullptr)
-    {
-        bytes.emplace(static_cast<const char*>(place), GlobalSize(made));
-        GlobalUnlock(made);
-    }
-    GlobalFree(made);
-    return bytes;
-}
-
 } // namespace
 
 void OfferDerivedFormat(const DerivedFormat& format)
@@ -69,7 +55,7 @@ ComReference<IDataObject> MakeOfferedData(const screen::DragOffer& offer, std::s
     {
         const UINT format = derived->possible(offer.targets) ? RegisterClipboardFormatW(derived->name) : 0;
         if (format != 0) // the object outlives what it makes
-            data->OfferLazily(static_cast<CLIPFORMAT>(format), [=] { return Derive(*derived, *data); });
+            data->OfferLazily(static_cast<CLIPFORMAT>(format), [=] { return derived->make(*data); });
     }
     return ComReference<IDataObject>::Adopt(data);
 }

@@ -43,12 +43,6 @@ void AddTitled(DroppedContent& content, std::vector<WebAddress> titled)
             address.title = found->second;
 }
 
-void KeepEachAddressOnce(std::vector<WebAddress>& addresses)
-{
-    std::unordered_map<std::string, bool> seen;
-    std::erase_if(addresses, [&](const WebAddress& address) { return !seen.emplace(address.url, true).second; });
-}
-
 DroppedContent ReadTexts(IDataObject& data)
 {
     DroppedContent content;
@@ -63,7 +57,7 @@ DroppedContent ReadTexts(IDataObject& data)
     if (content.paths.empty())
         AddTitled(content, ReadTitledAddresses(ContentOf(data, kNetscapeUrl)));
     KeepEachOnce(content.paths);
-    KeepEachAddressOnce(content.addresses);
+    KeepEachOnce(content.addresses, &WebAddress::url);
     return content;
 }
 
@@ -87,10 +81,10 @@ bool ArrayIsPossible(std::span<const std::string> targets)
 }
 
 /// Of the files alone: an address of the web is no item of the name space.
-HGLOBAL MakeArray(IDataObject& data)
+std::optional<std::string> MakeArray(IDataObject& data)
 {
-    const std::string array = ItemArrayOfPaths(ReadTexts(data).paths);
-    return !array.empty() ? GlobalFromBytes(array) : nullptr;
+    std::string array = ItemArrayOfPaths(ReadTexts(data).paths);
+    return !array.empty() ? std::optional(std::move(array)) : std::nullopt;
 }
 
 constexpr DerivedFormat kArrayFormat{CFSTR_SHELLIDLIST, ArrayIsPossible, MakeArray};

@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <cstring>
 #include <strings.h>
-#include <unordered_set>
 
 namespace platform
 {
@@ -166,12 +165,6 @@ std::string Utf8OfMozillaUrl(std::string_view content)
     if (view.front() == kByteOrderMark)
         view.remove_prefix(1);
     return Utf8FromUtf16(view.substr(0, view.find(u'\0')));
-}
-
-void KeepEachOnce(std::vector<std::string>& texts)
-{
-    std::unordered_set<std::string> seen;
-    std::erase_if(texts, [&](const std::string& text) { return !seen.insert(text).second; });
 }
 
 } // namespace platform

@@ -3,9 +3,11 @@
 
 #include "platform/windowing/clipboard.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 namespace platform
@@ -51,7 +53,12 @@ std::vector<WebAddress> ReadTitledAddresses(std::string_view lines);
 /// kMozillaUrl's content as UTF-8, which some programs write it in.
 std::string Utf8OfMozillaUrl(std::string_view content);
 
-/// Keeps the first of equal ones.
-void KeepEachOnce(std::vector<std::string>& texts);
+/// Keeps the first of those with the same text.
+template <typename T, typename Text = std::identity>
+void KeepEachOnce(std::vector<T>& all, Text text = {})
+{
+    std::unordered_set<std::string> seen;
+    std::erase_if(all, [&](const T& one) { return !seen.insert(std::invoke(text, one)).second; });
+}
 
 } // namespace platform

@@ -6,7 +6,6 @@
 #include "platform/shell/namespace.h"
 
 #include <cstring>
-#include <memory>
 
 namespace platform
 {
@@ -16,11 +15,6 @@ namespace
 
 using Offset = UINT;
 constexpr std::size_t kHead = sizeof(CIDA::cidl);
-
-struct ListFree
-{
-    void operator()(ITEMIDLIST* list) const { ILFree(list); }
-};
 
 /// Bytes of a list with its terminator; 0 when the block ends before it does.
 std::size_t ListBytes(std::string_view block)
@@ -82,7 +76,7 @@ std::string ItemArray(const std::string& folder, const std::vector<LPCITEMIDLIST
 
 std::string ItemArrayOfPaths(const std::vector<std::string>& paths)
 {
-    std::vector<std::unique_ptr<ITEMIDLIST, ListFree>> lists;
+    std::vector<ItemListPtr> lists;
     std::vector<LPCITEMIDLIST> items;
     for (const std::string& path : paths)
     {

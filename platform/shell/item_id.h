@@ -13,6 +13,7 @@
 #include "platform/files/listed_file.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -53,6 +54,12 @@ BYTE* AllocateList(std::size_t identifierBytes);
 LPITEMIDLIST MakeItemList(const ItemId& item, std::u16string_view display);
 /// A list from identifiers in a row (the terminator is added); null when out of memory. Freed with ILFree.
 LPITEMIDLIST MakeItemList(const BYTE* identifiers, std::size_t size);
+
+struct ItemListFree
+{
+    void operator()(ITEMIDLIST* list) const { ILFree(list); }
+};
+using ItemListPtr = std::unique_ptr<ITEMIDLIST, ItemListFree>;
 
 /// True for a list without identifiers, which names the root of the name space.
 inline bool IsEmptyList(LPCITEMIDLIST list)

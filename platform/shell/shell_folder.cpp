@@ -24,12 +24,6 @@ namespace platform
 namespace
 {
 
-struct ListFree
-{
-    void operator()(ITEMIDLIST* list) const { ILFree(list); }
-};
-using List = std::unique_ptr<ITEMIDLIST, ListFree>;
-
 LPWSTR NameOfItem(const std::string& folder, PCUITEMID_CHILD list, const ItemId& item, SHGDNF flags)
 {
     if ((flags & SHGDN_FORPARSING) == 0)
@@ -226,7 +220,7 @@ HRESULT ShellFolder::SetNameOf(HWND owner, PCUITEMID_CHILD item, LPCWSTR name, S
     if (result != nullptr)
         *result = nullptr;
     std::string path = m_path;
-    const List copy(ILClone(item)); // messages may be dispatched meanwhile, and the caller's list freed
+    const ItemListPtr copy(ILClone(item)); // messages may be dispatched meanwhile, and the caller's list freed
     const std::optional<ItemId> last = LastItem(copy.get());
     if (name == nullptr || !last || !AppendListPath(path, copy.get()))
         return E_INVALIDARG;

@@ -272,7 +272,7 @@ TEST_F(IncomingDragTest, ContentIsReadOnceWhenItIsAskedForAndNotAfterTheDrag)
                                         [](IDataObject& data)
                                         {
                                             ++made;
-                                            return GlobalFromBytes(*DataAs(data, Format(u"text/uri-list")) + "!");
+                                            return std::optional(*DataAs(data, Format(u"text/uri-list")) + "!");
                                         }};
     OfferDerivedFormat(kDerived);
     Target& target = Register(m_window, "w");
