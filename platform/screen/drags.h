@@ -35,7 +35,8 @@ void FinishDrop(DragActions action);
 
 // --- what this program drags
 
-/// A picture that follows the pointer. Where there is no compositor it has sharp edges.
+/// A picture that follows the pointer, of at most 1024 pixels either way; none without pixels. Where there is no
+/// compositor it has sharp edges.
 struct DragImage
 {
     SIZE size{};

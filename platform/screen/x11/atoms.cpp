@@ -27,7 +27,7 @@ Known& State()
 
 xcb_intern_atom_cookie_t AskForAtom(std::string_view name)
 {
-    return xcb_intern_atom(TheConnection().Xcb(), 0, static_cast<std::uint16_t>(name.size()), name.data());
+    return xcb_intern_atom(Xcb(), 0, static_cast<std::uint16_t>(name.size()), name.data());
 }
 
 xcb_atom_t Learn(std::string_view name, xcb_intern_atom_cookie_t cookie)
@@ -39,30 +39,12 @@ xcb_atom_t Learn(std::string_view name, xcb_intern_atom_cookie_t cookie)
     return atom;
 }
 
-} // namespace
-
-xcb_atom_t AtomNamed(std::string_view name)
-{
-    const auto known = State().atoms.find(name);
-    return known != State().atoms.end() ? known->second : Learn(name, AskForAtom(name));
-}
-
-void LearnAtoms(std::span<const char* const> names)
-{
-    std::vector<std::pair<std::string_view, xcb_intern_atom_cookie_t>> cookies;
-    for (const std::string_view name : names)
-        if (!State().atoms.contains(name))
-            cookies.emplace_back(name, AskForAtom(name));
-    for (const auto& [name, cookie] : cookies)
-        Learn(name, cookie);
-}
-
 void LearnNames(std::span<const xcb_atom_t> atoms)
 {
     std::vector<std::pair<xcb_atom_t, xcb_get_atom_name_cookie_t>> cookies;
     for (const xcb_atom_t atom : atoms)
         if (!State().names.contains(atom))
-            cookies.emplace_back(atom, xcb_get_atom_name(TheConnection().Xcb(), atom));
+            cookies.emplace_back(atom, xcb_get_atom_name(Xcb(), atom));
     for (const auto& [atom, cookie] : cookies)
     {
         const auto reply = Collect(xcb_get_atom_name_reply, cookie);
@@ -72,6 +54,28 @@ void LearnNames(std::span<const xcb_atom_t> atoms)
     }
 }
 
+} // namespace
+
+xcb_atom_t AtomNamed(std::string_view name)
+{
+    const auto known = State().atoms.find(name);
+    return known != State().atoms.end() ? known->second : Learn(name, AskForAtom(name));
+}
+
+std::vector<xcb_atom_t> AtomsNamed(const std::vector<std::string>& names)
+{
+    std::vector<std::pair<std::string_view, xcb_intern_atom_cookie_t>> cookies;
+    for (const std::string_view name : names)
+        if (!State().atoms.contains(name))
+            cookies.emplace_back(name, AskForAtom(name));
+    for (const auto& [name, cookie] : cookies)
+        Learn(name, cookie);
+    std::vector<xcb_atom_t> atoms;
+    for (const std::string& name : names)
+        atoms.push_back(AtomNamed(name));
+    return atoms;
+}
+
 std::string NameOfAtom(xcb_atom_t atom)
 {
     LearnNames({&atom, 1});
@@ -79,23 +83,24 @@ std::string NameOfAtom(xcb_atom_t atom)
     return known != State().names.end() ? known->second : std::string();
 }
 
+std::vector<std::string> NamesOf(std::span<const xcb_atom_t> atoms)
+{
+    LearnNames(atoms);
+    std::vector<std::string> names;
+    for (const xcb_atom_t atom : atoms)
+        if (std::string name = NameOfAtom(atom); !name.empty())
+            names.push_back(std::move(name));
+    return names;
+}
+
 std::vector<xcb_atom_t> AtomsIn(xcb_window_t window, xcb_atom_t property)
 {
-    return TakeAtoms(AskForAtoms(window, property));
+    return CollectWords(AskForAtoms(window, property));
 }
 
 xcb_get_property_cookie_t AskForAtoms(xcb_window_t window, xcb_atom_t property)
 {
-    return xcb_get_property(TheConnection().Xcb(), 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, kMostAtoms);
-}
-
-std::vector<xcb_atom_t> TakeAtoms(xcb_get_property_cookie_t cookie)
-{
-    const auto reply = Collect(xcb_get_property_reply, cookie);
-    if (reply == nullptr || reply->format != 32)
-        return {};
-    const auto* atoms = static_cast<const xcb_atom_t*>(xcb_get_property_value(reply.get()));
-    return {atoms, atoms + xcb_get_property_value_length(reply.get()) / sizeof(xcb_atom_t)};
+    return xcb_get_property(Xcb(), 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, kMostAtoms);
 }
 
 } // namespace platform::x11

@@ -12,13 +12,14 @@ namespace platform::x11
 
 xcb_atom_t AtomNamed(std::string_view name);
 /// Asks for all that are not known yet at once.
-void LearnAtoms(std::span<const char* const> names);
+std::vector<xcb_atom_t> AtomsNamed(const std::vector<std::string>& names);
 /// Empty for an atom that the server does not know.
 std::string NameOfAtom(xcb_atom_t atom);
-void LearnNames(std::span<const xcb_atom_t> atoms);
+/// Without those that the server does not know; likewise.
+std::vector<std::string> NamesOf(std::span<const xcb_atom_t> atoms);
 /// The atoms that a property lists; empty when it does not list atoms.
 std::vector<xcb_atom_t> AtomsIn(xcb_window_t window, xcb_atom_t property);
+/// For CollectWords.
 xcb_get_property_cookie_t AskForAtoms(xcb_window_t window, xcb_atom_t property);
-std::vector<xcb_atom_t> TakeAtoms(xcb_get_property_cookie_t cookie);
 
 } // namespace platform::x11

@@ -201,6 +201,21 @@ Connection& TheConnection()
     return connection;
 }
 
+std::vector<std::uint32_t> CollectWords(xcb_get_property_cookie_t cookie)
+{
+    const auto reply = Collect(xcb_get_property_reply, cookie);
+    if (reply == nullptr || reply->format != 32)
+        return {};
+    const auto* words = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+    return {words, words + xcb_get_property_value_length(reply.get()) / sizeof(words[0])};
+}
+
+std::optional<std::uint32_t> CollectWord(xcb_get_property_cookie_t cookie)
+{
+    const std::vector<std::uint32_t> words = CollectWords(cookie);
+    return !words.empty() ? std::optional(words.front()) : std::nullopt;
+}
+
 } // namespace platform::x11
 
 namespace platform::screen

@@ -110,21 +110,30 @@ private:
 
 /// Opens the connection at the first call.
 Connection& TheConnection();
+inline xcb_connection_t* Xcb()
+{
+    return TheConnection().Xcb();
+}
 
 /// Collects a reply; null when the request failed. No error is left behind.
 template <typename Function, typename Cookie>
 auto Collect(Function reply, Cookie cookie)
 {
     xcb_generic_error_t* error = nullptr;
-    auto* raw = reply(TheConnection().Xcb(), cookie, &error);
+    auto* raw = reply(Xcb(), cookie, &error);
     std::free(error);
     return XcbPtr<std::remove_pointer_t<decltype(raw)>>(raw);
 }
 
+/// A property's 32-bit values; empty when it is not there or holds others.
+std::vector<std::uint32_t> CollectWords(xcb_get_property_cookie_t cookie);
+/// The first of them.
+std::optional<std::uint32_t> CollectWord(xcb_get_property_cookie_t cookie);
+
 /// Lets a request fail quietly.
 inline void IgnoreErrors(xcb_void_cookie_t cookie)
 {
-    xcb_discard_reply(TheConnection().Xcb(), cookie.sequence);
+    xcb_discard_reply(Xcb(), cookie.sequence);
 }
 
 } // namespace platform::x11

@@ -27,12 +27,11 @@ constexpr Shape kNone{{"dnd-none", "no-drop", "dnd-no-drop", "not-allowed", null
 xcb_cursor_t GlyphCursor(std::uint16_t glyph)
 {
     constexpr std::string_view kFont = "cursor";
-    xcb_connection_t* xcb = TheConnection().Xcb();
-    const xcb_font_t font = xcb_generate_id(xcb);
-    xcb_open_font(xcb, font, kFont.size(), kFont.data());
-    const xcb_cursor_t cursor = xcb_generate_id(xcb);
-    xcb_create_glyph_cursor(xcb, cursor, font, font, glyph, glyph + 1, 0, 0, 0, 0xFFFF, 0xFFFF, 0xFFFF);
-    xcb_close_font(xcb, font);
+    const xcb_font_t font = xcb_generate_id(Xcb());
+    xcb_open_font(Xcb(), font, kFont.size(), kFont.data());
+    const xcb_cursor_t cursor = xcb_generate_id(Xcb());
+    xcb_create_glyph_cursor(Xcb(), cursor, font, font, glyph, glyph + 1, 0, 0, 0, 0xFFFF, 0xFFFF, 0xFFFF);
+    xcb_close_font(Xcb(), font);
     return cursor;
 }
 
@@ -40,8 +39,7 @@ xcb_cursor_t MakeCursor(const Shape& shape)
 {
     static const auto* const service = static_cast<const CursorService*>(CursorModuleSymbol("orb_cursor_service"));
     xcb_screen_t screen = TheConnection().Screen();
-    const xcb_cursor_t themed =
-        service != nullptr ? service->load(TheConnection().Xcb(), &screen, shape.names) : XCB_NONE;
+    const xcb_cursor_t themed = service != nullptr ? service->load(Xcb(), &screen, shape.names) : XCB_NONE;
     return themed != XCB_NONE ? themed : GlyphCursor(shape.glyph);
 }
 

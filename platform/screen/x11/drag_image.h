@@ -12,7 +12,7 @@ class DragPicture
 {
 public:
     /// Nothing is shown for a picture without pixels, or on a display that could not let the pointer through.
-    DragPicture(const screen::DragImage& image, POINT pointer);
+    DragPicture(screen::DragImage image, POINT pointer);
     ~DragPicture();
     DragPicture(const DragPicture&) = delete;
     DragPicture& operator=(const DragPicture&) = delete;

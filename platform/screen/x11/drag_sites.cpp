@@ -32,15 +32,12 @@ struct Questions
 
 xcb_get_property_cookie_t AskWord(xcb_window_t window, xcb_atom_t property)
 {
-    return xcb_get_property(TheConnection().Xcb(), 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, 1);
+    return xcb_get_property(Xcb(), 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, 1);
 }
 
-/// The property's first 32-bit value; 0 when it has none.
 std::uint32_t TakeWord(xcb_get_property_cookie_t cookie)
 {
-    const auto reply = Collect(xcb_get_property_reply, cookie);
-    const bool has = reply != nullptr && reply->format == 32 && xcb_get_property_value_length(reply.get()) >= 4;
-    return has ? *static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get())) : 0;
+    return CollectWord(cookie).value_or(0);
 }
 
 std::vector<xcb_window_t> TakeChildren(xcb_query_tree_cookie_t cookie)
@@ -74,7 +71,7 @@ Questions Ask(xcb_window_t window)
     questions.aware = AskWord(window, TheXdndAtoms()[Xdnd::Aware]);
     questions.proxy = AskWord(window, TheXdndAtoms()[Xdnd::Proxy]);
     questions.state = AskWord(window, AtomNamed("WM_STATE"));
-    questions.tree = xcb_query_tree(TheConnection().Xcb(), window);
+    questions.tree = xcb_query_tree(Xcb(), window);
     return questions;
 }
 
@@ -82,11 +79,10 @@ Questions Ask(xcb_window_t window)
 
 void DragSites::LookIntoAll()
 {
-    xcb_connection_t* xcb = TheConnection().Xcb();
-    const std::vector<xcb_window_t> all = TakeChildren(xcb_query_tree(xcb, TheConnection().Root()));
+    const std::vector<xcb_window_t> all = TakeChildren(xcb_query_tree(Xcb(), TheConnection().Root()));
     std::vector<xcb_get_window_attributes_cookie_t> cookies;
     for (const xcb_window_t window : all)
-        cookies.push_back(xcb_get_window_attributes(xcb, window));
+        cookies.push_back(xcb_get_window_attributes(Xcb(), window));
     std::vector<xcb_window_t> seen;
     for (std::size_t i = 0; i < all.size(); ++i)
     {

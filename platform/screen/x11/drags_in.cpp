@@ -29,7 +29,7 @@ public:
     {
         return x11::AtomsIn(window, property);
     }
-    std::vector<std::string> NamesOf(const std::vector<xcb_atom_t>& atoms) override;
+    std::vector<std::string> NamesOf(const std::vector<xcb_atom_t>& atoms) override { return x11::NamesOf(atoms); }
     void Watch(xcb_window_t window, bool on) override { WatchForeign(window, Watcher::DragIn, on); }
     Look LookAround(xcb_window_t source) override;
     void Tell(const Report& report) override;
@@ -66,23 +66,12 @@ bool IsDragIn(EventType type)
     return type == EventType::DragOver || type == EventType::DragLeave || type == EventType::DragDrop;
 }
 
-std::vector<std::string> Port::NamesOf(const std::vector<xcb_atom_t>& atoms)
-{
-    LearnNames(atoms);
-    std::vector<std::string> names;
-    for (const xcb_atom_t atom : atoms)
-        if (std::string name = NameOfAtom(atom); !name.empty())
-            names.push_back(std::move(name));
-    return names;
-}
-
 Port::Look Port::LookAround(xcb_window_t source)
 {
-    Connection& connection = TheConnection();
     const auto listed = AskForAtoms(source, TheXdndAtoms()[Xdnd::ActionList]);
-    const auto pointer = Collect(xcb_query_pointer_reply, xcb_query_pointer(connection.Xcb(), connection.Root()));
+    const auto pointer = Collect(xcb_query_pointer_reply, xcb_query_pointer(Xcb(), TheConnection().Root()));
     Look look;
-    look.actions = TakeAtoms(listed);
+    look.actions = CollectWords(listed);
     look.modifiers = pointer != nullptr ? ModifiersOf(pointer->mask) : 0;
     look.rightButton = pointer != nullptr && (pointer->mask & XCB_BUTTON_MASK_3) != 0;
     return look;
@@ -114,15 +103,15 @@ void Port::Tell(const Report& report)
 
 const XdndAtoms& TheXdndAtoms()
 {
-    static const XdndAtoms& atoms = []() -> XdndAtoms&
+    static const XdndAtoms& known = []() -> XdndAtoms&
     {
         auto& learned = *new XdndAtoms;
-        LearnAtoms(kXdndNames);
-        for (std::size_t i = 0; i < std::size(kXdndNames); ++i)
-            learned[static_cast<Xdnd>(i)] = AtomNamed(kXdndNames[i]);
+        const auto atoms = AtomsNamed({std::begin(kXdndNames), std::end(kXdndNames)});
+        for (std::size_t i = 0; i < atoms.size(); ++i)
+            learned[static_cast<Xdnd>(i)] = atoms[i];
         return learned;
     }();
-    return atoms;
+    return known;
 }
 
 void SendXdnd(xcb_window_t to, const XdndMessage& message)
@@ -133,8 +122,8 @@ void SendXdnd(xcb_window_t to, const XdndMessage& message)
     event.window = message.window;
     event.type = TheXdndAtoms()[message.type];
     std::copy(message.data.begin(), message.data.end(), event.data.data32);
-    IgnoreErrors(xcb_send_event_checked(TheConnection().Xcb(), 0, to, 0, reinterpret_cast<const char*>(&event)));
-    xcb_flush(TheConnection().Xcb());
+    IgnoreErrors(xcb_send_event_checked(Xcb(), 0, to, 0, reinterpret_cast<const char*>(&event)));
+    xcb_flush(Xcb());
 }
 
 void HandleDragMessage(const xcb_client_message_event_t& event)

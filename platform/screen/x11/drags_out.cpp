@@ -80,18 +80,12 @@ std::unique_ptr<Outgoing>& TheDrag()
     return drag;
 }
 
-xcb_connection_t* Xcb()
-{
-    return TheConnection().Xcb();
-}
-
 /// The pointer's events say what is under it: those of this program's own windows are theirs, all others come to the
 /// root window with the child of it that the pointer is in.
 bool Grab()
 {
-    Connection& connection = TheConnection();
-    const xcb_window_t keys = FocusedWindow() != 0 ? FocusedWindow() : connection.Root();
-    const auto pointerCookie = xcb_grab_pointer(Xcb(), 1, connection.Root(), kPointerEvents, XCB_GRAB_MODE_ASYNC,
+    const xcb_window_t keys = FocusedWindow() != 0 ? FocusedWindow() : TheConnection().Root();
+    const auto pointerCookie = xcb_grab_pointer(Xcb(), 1, TheConnection().Root(), kPointerEvents, XCB_GRAB_MODE_ASYNC,
                                                 XCB_GRAB_MODE_ASYNC, XCB_NONE, DragCursor(0), XCB_CURRENT_TIME);
     const auto keysCookie =
         xcb_grab_keyboard(Xcb(), 1, keys, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
@@ -270,9 +264,7 @@ bool BeginDrag(std::shared_ptr<const SelectionSource> source, DragActions allowe
 {
     if (!TheConnection().IsOpen() || TheDrag() != nullptr || source == nullptr)
         return false;
-    std::vector<xcb_atom_t> types;
-    for (const std::string& name : source->Targets())
-        types.push_back(AtomNamed(name));
+    const std::vector<xcb_atom_t> types = AtomsNamed(source->Targets());
     if (!OfferSelection(Selection::Drag, std::move(source)))
         return false;
     if (!Grab())

@@ -213,10 +213,9 @@ void Handle(const xcb_generic_event_t& event)
 /// True when there was anything.
 bool HandleArrived()
 {
-    xcb_connection_t* xcb = TheConnection().Xcb();
     bool any = false;
-    for (XcbPtr<xcb_generic_event_t> event(xcb_poll_for_event(xcb)); event != nullptr;
-         event.reset(xcb_poll_for_queued_event(xcb)))
+    for (XcbPtr<xcb_generic_event_t> event(xcb_poll_for_event(Xcb())); event != nullptr;
+         event.reset(xcb_poll_for_queued_event(Xcb())))
     {
         Handle(*event);
         any = true;
@@ -228,7 +227,7 @@ bool HandleArrived()
 /// Handles all that the server had sent when it answered a question asked now.
 void HandleUpToNow()
 {
-    Collect(xcb_get_input_focus_reply, xcb_get_input_focus(TheConnection().Xcb()));
+    Collect(xcb_get_input_focus_reply, xcb_get_input_focus(Xcb()));
     HandleArrived();
 }
 
@@ -262,15 +261,14 @@ int TimeoutUntil(std::optional<std::uint64_t> deadline)
 
 void HandleEventsUntil(std::uint64_t deadline, const std::function<bool()>& done)
 {
-    xcb_connection_t* xcb = TheConnection().Xcb();
     for (bool expired = false; !done() && !expired;)
     {
-        xcb_flush(xcb);
+        xcb_flush(Xcb());
         // Writing also reads what has arrived, of which poll does not tell any more.
         if (HandleArrived())
             continue;
         expired = NowMs() >= deadline;
-        pollfd fd{xcb_get_file_descriptor(xcb), POLLIN, 0};
+        pollfd fd{xcb_get_file_descriptor(Xcb()), POLLIN, 0};
         poll(&fd, 1, TimeoutUntil(deadline));
     }
 }
@@ -309,7 +307,7 @@ void Wait(std::optional<std::uint64_t> deadline)
             deadline = std::min(deadline.value_or(*other), *other);
     const bool open = x11::TheConnection().IsOpen();
     pollfd fds[] = {{x11::WakeFd(), POLLIN, 0},
-                    {open ? xcb_get_file_descriptor(x11::TheConnection().Xcb()) : -1, POLLIN, 0},
+                    {open ? xcb_get_file_descriptor(x11::Xcb()) : -1, POLLIN, 0},
                     {x11::TextInputFd(), POLLIN, 0}};
     poll(fds, std::size(fds), x11::TimeoutUntil(deadline));
     std::uint64_t count = 0;

@@ -69,7 +69,7 @@ screen::Event MakeEvent(screen::EventType type, screen::NativeWindow window)
 /// who had it before, since it will itself be gone when the other gives the focus back.
 void SetHandedFocus(xcb_window_t keyWindow, xcb_window_t owner)
 {
-    IgnoreErrors(xcb_change_property_checked(TheConnection().Xcb(), XCB_PROP_MODE_REPLACE, keyWindow,
+    IgnoreErrors(xcb_change_property_checked(Xcb(), XCB_PROP_MODE_REPLACE, keyWindow,
                                              TheConnection()[Atom::HandedFocus], XCB_ATOM_WINDOW, 32, 1, &owner));
 }
 
@@ -78,39 +78,31 @@ void CreateKeyWindow()
     FocusState& state = State();
     if (state.keyWindow != 0)
         return;
-    Connection& connection = TheConnection();
-    state.keyWindow = xcb_generate_id(connection.Xcb());
+    state.keyWindow = xcb_generate_id(Xcb());
     const std::uint32_t values[] = {1, XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE |
                                            XCB_EVENT_MASK_FOCUS_CHANGE};
-    xcb_create_window(connection.Xcb(), 0, state.keyWindow, connection.Root(), -10, -10, 1, 1, 0,
-                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK,
-                      values);
+    xcb_create_window(Xcb(), 0, state.keyWindow, TheConnection().Root(), -10, -10, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+                      XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
     constexpr char kClass[] = ORB_PRODUCT "\0" ORB_PRODUCT_CLASS;
-    xcb_change_property(connection.Xcb(), XCB_PROP_MODE_REPLACE, state.keyWindow, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
+    xcb_change_property(Xcb(), XCB_PROP_MODE_REPLACE, state.keyWindow, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
                         sizeof(kClass), kClass);
     const std::uint32_t pid = static_cast<std::uint32_t>(getpid());
-    xcb_change_property(connection.Xcb(), XCB_PROP_MODE_REPLACE, state.keyWindow, connection[Atom::NetWmPid],
+    xcb_change_property(Xcb(), XCB_PROP_MODE_REPLACE, state.keyWindow, TheConnection()[Atom::NetWmPid],
                         XCB_ATOM_CARDINAL, 32, 1, &pid);
     SetHandedFocus(state.keyWindow, 0);
-    xcb_map_window(connection.Xcb(), state.keyWindow);
+    xcb_map_window(Xcb(), state.keyWindow);
 }
 
 void FocusKeyWindow()
 {
     // The present time beats every older request that is still under way.
-    IgnoreErrors(xcb_set_input_focus_checked(TheConnection().Xcb(), XCB_INPUT_FOCUS_POINTER_ROOT, State().keyWindow,
-                                             XCB_CURRENT_TIME));
+    IgnoreErrors(xcb_set_input_focus_checked(Xcb(), XCB_INPUT_FOCUS_POINTER_ROOT, State().keyWindow, XCB_CURRENT_TIME));
 }
 
 /// What the mark of a key window says; nothing when the window is none.
 std::optional<xcb_window_t> HandedFocus(xcb_window_t window)
 {
-    Connection& connection = TheConnection();
-    const auto cookie =
-        xcb_get_property(connection.Xcb(), 0, window, connection[Atom::HandedFocus], XCB_ATOM_WINDOW, 0, 1);
-    const auto reply = Collect(xcb_get_property_reply, cookie);
-    const bool found = reply != nullptr && reply->format == 32 && xcb_get_property_value_length(reply.get()) == 4;
-    return found ? std::optional(*static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get()))) : std::nullopt;
+    return CollectWord(xcb_get_property(Xcb(), 0, window, TheConnection()[Atom::HandedFocus], XCB_ATOM_WINDOW, 0, 1));
 }
 
 /// Learns who had the focus before; the answer has long arrived when this is called.
@@ -130,8 +122,7 @@ bool IsViewable(xcb_window_t window)
 {
     if (window <= kPointerRoot)
         return false;
-    xcb_connection_t* xcb = TheConnection().Xcb();
-    const auto reply = Collect(xcb_get_window_attributes_reply, xcb_get_window_attributes(xcb, window));
+    const auto reply = Collect(xcb_get_window_attributes_reply, xcb_get_window_attributes(Xcb(), window));
     return reply != nullptr && reply->map_state == XCB_MAP_STATE_VIEWABLE;
 }
 
@@ -147,10 +138,9 @@ xcb_window_t WhoGetsItBack()
 /// Whether the pointer is inside a window, wherever that is in the tree.
 bool PointerIsIn(xcb_window_t window, const xcb_query_pointer_reply_t& pointer)
 {
-    xcb_connection_t* xcb = TheConnection().Xcb();
-    const auto geometryCookie = xcb_get_geometry(xcb, window);
+    const auto geometryCookie = xcb_get_geometry(Xcb(), window);
     const auto placeCookie =
-        xcb_translate_coordinates(xcb, TheConnection().Root(), window, pointer.root_x, pointer.root_y);
+        xcb_translate_coordinates(Xcb(), TheConnection().Root(), window, pointer.root_x, pointer.root_y);
     const auto geometry = Collect(xcb_get_geometry_reply, geometryCookie);
     const auto place = Collect(xcb_translate_coordinates_reply, placeCookie);
     return geometry != nullptr && place != nullptr && place->dst_x >= 0 && place->dst_y >= 0 &&
@@ -161,8 +151,7 @@ bool PointerIsIn(xcb_window_t window, const xcb_query_pointer_reply_t& pointer)
 void DescribeLoss(xcb_window_t newFocus)
 {
     FocusLoss& loss = State().loss;
-    xcb_connection_t* xcb = TheConnection().Xcb();
-    const auto pointer = Collect(xcb_query_pointer_reply, xcb_query_pointer(xcb, TheConnection().Root()));
+    const auto pointer = Collect(xcb_query_pointer_reply, xcb_query_pointer(Xcb(), TheConnection().Root()));
     loss.now = NowMs();
     loss.keyGrab = State().grabbedByOther ? std::optional(loss.now) : loss.keyGrab;
     loss.focusIsNobodys = IsNobodys(newFocus);
@@ -196,14 +185,14 @@ void TakeBack()
     loss.quickRetakes = IsQuickRetake(loss) ? loss.quickRetakes + 1 : 0;
     loss.retaken = loss.now;
     FocusKeyWindow();
-    xcb_flush(TheConnection().Xcb());
+    xcb_flush(Xcb());
 }
 
 /// The focus has left one of our windows and, when all events were known, had come to no other.
 void CheckLoss(std::deque<screen::Event>& out)
 {
     FocusState& state = State();
-    const auto reply = Collect(xcb_get_input_focus_reply, xcb_get_input_focus(TheConnection().Xcb()));
+    const auto reply = Collect(xcb_get_input_focus_reply, xcb_get_input_focus(Xcb()));
     if (reply == nullptr || IsOurs(reply->focus))
         return;
     // What a managed window loses is the window manager's decision; only the menu itself insists.
@@ -237,8 +226,7 @@ void CheckPress(std::deque<screen::Event>& out)
 
 void SelectRawEventMask(std::uint32_t mask)
 {
-    Connection& connection = TheConnection();
-    if (connection.Extension(xcb_input_id) == nullptr)
+    if (TheConnection().Extension(xcb_input_id) == nullptr)
         return;
     struct
     {
@@ -248,7 +236,7 @@ void SelectRawEventMask(std::uint32_t mask)
     selection.head.deviceid = XCB_INPUT_DEVICE_ALL_MASTER;
     selection.head.mask_len = 1;
     selection.mask = mask;
-    xcb_input_xi_select_events(connection.Xcb(), connection.Root(), 1, &selection.head);
+    xcb_input_xi_select_events(Xcb(), TheConnection().Root(), 1, &selection.head);
 }
 
 } // namespace
@@ -281,7 +269,7 @@ void TakeWantedKeyboard()
     if (!IsOurs(state.focused))
     {
         LearnPrevious();
-        state.previousCookie = xcb_get_input_focus(TheConnection().Xcb());
+        state.previousCookie = xcb_get_input_focus(Xcb());
         state.previousAsked = true;
     }
     FocusKeyWindow();
@@ -302,15 +290,15 @@ void ReleaseKeyboard()
     if (state.keyWindow == 0)
         return;
     LearnPrevious();
-    const auto now = Collect(xcb_get_input_focus_reply, xcb_get_input_focus(TheConnection().Xcb()));
+    const auto now = Collect(xcb_get_input_focus_reply, xcb_get_input_focus(Xcb()));
     // It is nobody's between the end of a message box of ours and the moment in which the menu would take it again.
     const bool leftByUs = now != nullptr && IsNobodys(now->focus) && (state.wanted || state.active);
     if (leftByUs || (now != nullptr && IsOurs(now->focus)))
     {
-        IgnoreErrors(xcb_set_input_focus_checked(TheConnection().Xcb(), XCB_INPUT_FOCUS_POINTER_ROOT, WhoGetsItBack(),
-                                                 XCB_CURRENT_TIME));
+        IgnoreErrors(
+            xcb_set_input_focus_checked(Xcb(), XCB_INPUT_FOCUS_POINTER_ROOT, WhoGetsItBack(), XCB_CURRENT_TIME));
     }
-    xcb_destroy_window(TheConnection().Xcb(), state.keyWindow);
+    xcb_destroy_window(Xcb(), state.keyWindow);
     const bool moves = state.moves;
     state = {};
     state.moves = moves;
@@ -393,8 +381,7 @@ void HandKeyboardTo(xcb_window_t window)
     if (state.keyWindow == 0 || state.focused != state.keyWindow)
         return;
     state.handedTo = window;
-    IgnoreErrors(
-        xcb_set_input_focus_checked(TheConnection().Xcb(), XCB_INPUT_FOCUS_POINTER_ROOT, window, XCB_CURRENT_TIME));
+    IgnoreErrors(xcb_set_input_focus_checked(Xcb(), XCB_INPUT_FOCUS_POINTER_ROOT, window, XCB_CURRENT_TIME));
 }
 
 bool FocusCheckPending()

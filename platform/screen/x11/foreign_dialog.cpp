@@ -25,21 +25,17 @@ YieldState& State()
 
 xcb_window_t ActiveWindow()
 {
-    Connection& connection = TheConnection();
-    const auto cookie = xcb_get_property(connection.Xcb(), 0, connection.Root(), connection[Atom::NetActiveWindow],
+    const auto cookie = xcb_get_property(Xcb(), 0, TheConnection().Root(), TheConnection()[Atom::NetActiveWindow],
                                          XCB_ATOM_WINDOW, 0, 1);
-    const auto reply = Collect(xcb_get_property_reply, cookie);
-    const bool told = reply != nullptr && reply->format == 32 && xcb_get_property_value_length(reply.get()) == 4;
-    return told ? *static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get())) : 0;
+    return CollectWord(cookie).value_or(XCB_NONE);
 }
 
 /// The root's child that a window is in: the window manager's frame, or the window itself. 0 when it is gone.
 xcb_window_t FrameOf(xcb_window_t window)
 {
-    xcb_connection_t* xcb = TheConnection().Xcb();
     while (true)
     {
-        const auto reply = Collect(xcb_query_tree_reply, xcb_query_tree(xcb, window));
+        const auto reply = Collect(xcb_query_tree_reply, xcb_query_tree(Xcb(), window));
         if (reply == nullptr || reply->parent == 0)
             return 0;
         if (reply->parent == reply->root)
@@ -50,18 +46,17 @@ xcb_window_t FrameOf(xcb_window_t window)
 
 void SelectRootProperties(bool select)
 {
-    Connection& connection = TheConnection();
     const std::uint32_t mask = select ? XCB_EVENT_MASK_PROPERTY_CHANGE : 0;
-    xcb_change_window_attributes(connection.Xcb(), connection.Root(), XCB_CW_EVENT_MASK, &mask);
-    xcb_flush(connection.Xcb());
+    xcb_change_window_attributes(Xcb(), TheConnection().Root(), XCB_CW_EVENT_MASK, &mask);
+    xcb_flush(Xcb());
 }
 
 } // namespace
 
 void OnRootProperty(const xcb_property_notify_event_t& event)
 {
-    Connection& connection = TheConnection();
-    if (!State().yields || event.window != connection.Root() || event.atom != connection[Atom::NetActiveWindow])
+    if (!State().yields || event.window != TheConnection().Root() ||
+        event.atom != TheConnection()[Atom::NetActiveWindow])
         return;
     const xcb_window_t active = ActiveWindow();
     if (active == 0 || FindNative(active) != nullptr)

@@ -19,7 +19,7 @@ KeyMeaning TranslateKey(std::uint8_t keycode, std::uint16_t state, bool pressed)
         static_cast<const KeyboardService*>(KeyboardModuleSymbol("orb_keyboard_service"));
     if (service == nullptr)
         return {};
-    return service->translate({TheConnection().Xcb(), g_layoutSerial, keycode, state, pressed});
+    return service->translate({Xcb(), g_layoutSerial, keycode, state, pressed});
 }
 
 void ForgetKeymap()

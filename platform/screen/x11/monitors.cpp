@@ -61,8 +61,8 @@ RECT RootBounds()
 std::vector<Monitor> ReadMonitors()
 {
     std::vector<Monitor> monitors;
-    Connection& connection = TheConnection();
-    const auto reply = connection.monitorsAsked ? Collect(xcb_randr_get_monitors_reply, connection.monitors) : nullptr;
+    const auto reply =
+        TheConnection().monitorsAsked ? Collect(xcb_randr_get_monitors_reply, TheConnection().monitors) : nullptr;
     auto info =
         reply != nullptr ? xcb_randr_get_monitors_monitors_iterator(reply.get()) : xcb_randr_monitor_info_iterator_t{};
     for (; info.rem > 0; xcb_randr_monitor_info_next(&info))
@@ -74,15 +74,6 @@ std::vector<Monitor> ReadMonitors()
     if (monitors.empty())
         monitors.push_back({RootBounds(), RootBounds(), kDefaultDpi});
     return monitors;
-}
-
-std::vector<std::uint32_t> Numbers(xcb_get_property_cookie_t cookie)
-{
-    const auto reply = Collect(xcb_get_property_reply, cookie);
-    if (reply == nullptr || reply->format != 32)
-        return {};
-    const auto* values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
-    return {values, values + xcb_get_property_value_length(reply.get()) / 4};
 }
 
 /// The part of the root window that a panel takes away from a monitor (_NET_WM_STRUT_PARTIAL: left, right, top, bottom
@@ -105,16 +96,15 @@ void ApplyStrut(Monitor& monitor, const std::vector<std::uint32_t>& strut, const
 
 void ApplyStruts(std::vector<Monitor>& monitors, const std::vector<xcb_window_t>& clients)
 {
-    Connection& connection = TheConnection();
     std::vector<xcb_get_property_cookie_t> cookies;
     for (const xcb_window_t client : clients)
     {
-        cookies.push_back(xcb_get_property(connection.Xcb(), 0, client, connection[Atom::NetWmStrutPartial],
-                                           XCB_ATOM_CARDINAL, 0, 12));
+        cookies.push_back(
+            xcb_get_property(Xcb(), 0, client, TheConnection()[Atom::NetWmStrutPartial], XCB_ATOM_CARDINAL, 0, 12));
     }
     for (const auto cookie : cookies)
     {
-        const auto strut = Numbers(cookie);
+        const auto strut = CollectWords(cookie);
         for (Monitor& monitor : strut.size() == 12 ? std::span(monitors) : std::span<Monitor>())
             ApplyStrut(monitor, strut, RootBounds());
     }
@@ -138,9 +128,9 @@ bool ApplyWorkArea(Monitor& monitor, const std::vector<std::uint32_t>& areas, st
 void ReadWorkAreas(std::vector<Monitor>& monitors)
 {
     Connection& connection = TheConnection();
-    const auto areas = Numbers(connection.workArea);
-    const auto desktop = Numbers(connection.currentDesktop);
-    const auto clients = Numbers(connection.clientList);
+    const auto areas = CollectWords(connection.workArea);
+    const auto desktop = CollectWords(connection.currentDesktop);
+    const auto clients = CollectWords(connection.clientList);
     const bool known = monitors.size() == 1 && ApplyWorkArea(monitors[0], areas, desktop.empty() ? 0 : desktop[0]);
     if (!known)
         ApplyStruts(monitors, clients);
@@ -148,10 +138,9 @@ void ReadWorkAreas(std::vector<Monitor>& monitors)
 
 std::vector<Monitor> Read()
 {
-    Connection& connection = TheConnection();
-    if (!connection.IsOpen())
+    if (!TheConnection().IsOpen())
         return {{RECT{0, 0, 1024, 768}, RECT{0, 0, 1024, 768}, kDefaultDpi}};
-    connection.SendSecondBatch();
+    TheConnection().SendSecondBatch();
     auto monitors = ReadMonitors();
     ReadWorkAreas(monitors);
     const UINT dpi = ReadDpi();

@@ -28,7 +28,7 @@ bool CanShare()
     {
         sockaddr_storage address{};
         socklen_t size = sizeof(address);
-        const int fd = xcb_get_file_descriptor(TheConnection().Xcb());
+        const int fd = xcb_get_file_descriptor(Xcb());
         return getsockname(fd, reinterpret_cast<sockaddr*>(&address), &size) == 0 && address.ss_family == AF_UNIX &&
                TheConnection().Extension(xcb_shm_id) != nullptr;
     }();
@@ -89,7 +89,7 @@ PixelBuffer::PixelBuffer(int width, int height)
 PixelBuffer::~PixelBuffer()
 {
     if (m_segment != 0)
-        IgnoreErrors(xcb_shm_detach_checked(TheConnection().Xcb(), m_segment));
+        IgnoreErrors(xcb_shm_detach_checked(Xcb(), m_segment));
     if (m_surface.pixels != nullptr)
         munmap(m_surface.pixels, m_size);
 }
@@ -105,8 +105,8 @@ bool PixelBuffer::Share(std::size_t size)
         close(fd);
         return false;
     }
-    m_segment = xcb_generate_id(TheConnection().Xcb());
-    xcb_shm_attach_fd(TheConnection().Xcb(), m_segment, fd, 1); // libxcb closes the descriptor
+    m_segment = xcb_generate_id(Xcb());
+    xcb_shm_attach_fd(Xcb(), m_segment, fd, 1); // libxcb closes the descriptor
     return true;
 }
 
@@ -121,17 +121,16 @@ void PixelBuffer::Send(xcb_window_t window, xcb_gcontext_t gc, const RECT& rect)
     }
     const auto u16 = [](int value) { return static_cast<std::uint16_t>(value); };
     const auto i16 = [](int value) { return static_cast<std::int16_t>(value); };
-    xcb_shm_put_image(TheConnection().Xcb(), window, gc, u16(m_surface.stride), u16(m_surface.height), u16(rect.left),
-                      u16(rect.top), u16(rect.right - rect.left), u16(rect.bottom - rect.top), i16(rect.left),
-                      i16(rect.top), 24, XCB_IMAGE_FORMAT_Z_PIXMAP, 0, m_segment, 0);
+    xcb_shm_put_image(Xcb(), window, gc, u16(m_surface.stride), u16(m_surface.height), u16(rect.left), u16(rect.top),
+                      u16(rect.right - rect.left), u16(rect.bottom - rect.top), i16(rect.left), i16(rect.top), 24,
+                      XCB_IMAGE_FORMAT_Z_PIXMAP, 0, m_segment, 0);
 }
 
 void PixelBuffer::SendPlain(xcb_window_t window, xcb_gcontext_t gc, const RECT& rect)
 {
-    xcb_connection_t* xcb = TheConnection().Xcb();
     const auto width = static_cast<std::size_t>(rect.right - rect.left);
     // Leaves room for the request's header.
-    const std::size_t capacity = xcb_get_maximum_request_length(xcb) * std::size_t{4} - 64;
+    const std::size_t capacity = xcb_get_maximum_request_length(Xcb()) * std::size_t{4} - 64;
     const auto rowsAtOnce = static_cast<int>(std::max<std::size_t>(capacity / (width * sizeof(std::uint32_t)), 1));
     std::vector<std::uint32_t> band;
     for (int top = rect.top; top < rect.bottom; top += rowsAtOnce)
@@ -143,7 +142,7 @@ void PixelBuffer::SendPlain(xcb_window_t window, xcb_gcontext_t gc, const RECT& 
             std::copy_n(m_surface.pixels + static_cast<std::ptrdiff_t>(top + row) * m_surface.stride + rect.left, width,
                         band.begin() + static_cast<std::ptrdiff_t>(width) * row);
         }
-        xcb_put_image(xcb, XCB_IMAGE_FORMAT_Z_PIXMAP, window, gc, static_cast<std::uint16_t>(width),
+        xcb_put_image(Xcb(), XCB_IMAGE_FORMAT_Z_PIXMAP, window, gc, static_cast<std::uint16_t>(width),
                       static_cast<std::uint16_t>(rows), static_cast<std::int16_t>(rect.left),
                       static_cast<std::int16_t>(top), 0, 24, static_cast<std::uint32_t>(band.size() * 4),
                       reinterpret_cast<const std::uint8_t*>(band.data()));

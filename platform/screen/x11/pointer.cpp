@@ -15,10 +15,9 @@ constexpr std::uint64_t kFreshMs = 8;
 
 std::optional<POINT> AskPointer()
 {
-    Connection& connection = TheConnection();
-    if (const auto first = connection.TakeFirstPointer())
+    if (const auto first = TheConnection().TakeFirstPointer())
         return first;
-    const auto reply = Collect(xcb_query_pointer_reply, xcb_query_pointer(connection.Xcb(), connection.Root()));
+    const auto reply = Collect(xcb_query_pointer_reply, xcb_query_pointer(x11::Xcb(), TheConnection().Root()));
     return reply != nullptr ? std::optional(POINT{reply->root_x, reply->root_y}) : std::nullopt;
 }
 
@@ -45,12 +44,11 @@ std::optional<POINT> PointerPosition()
 
 void WarpPointer(POINT position)
 {
-    x11::Connection& connection = x11::TheConnection();
-    if (connection.IsOpen())
+    if (x11::TheConnection().IsOpen())
     {
-        xcb_warp_pointer(connection.Xcb(), XCB_NONE, connection.Root(), 0, 0, 0, 0,
+        xcb_warp_pointer(x11::Xcb(), XCB_NONE, x11::TheConnection().Root(), 0, 0, 0, 0,
                          static_cast<std::int16_t>(position.x), static_cast<std::int16_t>(position.y));
-        xcb_flush(connection.Xcb());
+        xcb_flush(x11::Xcb());
     }
 }
 
@@ -60,16 +58,15 @@ void SetPointerShape(NativeWindow window, PointerShape shape)
     if (state == nullptr || std::exchange(state->pointer, shape) == shape)
         return;
     const xcb_cursor_t cursor = shape == PointerShape::Text ? x11::TextCursor() : XCB_NONE;
-    xcb_change_window_attributes(x11::TheConnection().Xcb(), window, XCB_CW_CURSOR, &cursor);
+    xcb_change_window_attributes(x11::Xcb(), window, XCB_CW_CURSOR, &cursor);
 }
 
 std::optional<RECT> ForeignWindowBounds(std::uint32_t id)
 {
-    x11::Connection& connection = x11::TheConnection();
-    if (!connection.IsOpen())
+    if (!x11::TheConnection().IsOpen())
         return std::nullopt;
-    const auto geometryCookie = xcb_get_geometry(connection.Xcb(), id);
-    const auto originCookie = xcb_translate_coordinates(connection.Xcb(), id, connection.Root(), 0, 0);
+    const auto geometryCookie = xcb_get_geometry(x11::Xcb(), id);
+    const auto originCookie = xcb_translate_coordinates(x11::Xcb(), id, x11::TheConnection().Root(), 0, 0);
     const auto geometry = x11::Collect(xcb_get_geometry_reply, geometryCookie);
     const auto origin = x11::Collect(xcb_translate_coordinates_reply, originCookie);
     if (geometry == nullptr || origin == nullptr)

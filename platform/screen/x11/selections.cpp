@@ -85,11 +85,6 @@ Selections& State()
     return state;
 }
 
-xcb_connection_t* Xcb()
-{
-    return TheConnection().Xcb();
-}
-
 void Port::SetProperty(xcb_window_t window, xcb_atom_t property, xcb_atom_t type, std::uint8_t format,
                        std::string_view bytes)
 {
@@ -424,15 +419,11 @@ std::optional<std::vector<std::string>> SelectionTargets(Selection selection, st
     const x11::Read read = x11::ReadFromOther(selection, "TARGETS", until, x11::kMostTargets * sizeof(xcb_atom_t));
     if (!read.answered)
         return std::nullopt;
-    std::vector<std::string> names;
     if (!read.content || read.format != 32)
-        return names;
+        return std::vector<std::string>();
     std::vector<xcb_atom_t> atoms(read.content->size() / sizeof(xcb_atom_t));
     std::memcpy(atoms.data(), read.content->data(), atoms.size() * sizeof(xcb_atom_t));
-    x11::LearnNames(atoms);
-    for (const xcb_atom_t atom : atoms)
-        names.push_back(x11::NameOfAtom(atom));
-    return names;
+    return x11::NamesOf(atoms);
 }
 
 std::optional<std::string> ReadSelection(Selection selection, std::string_view target, std::uint64_t until,
@@ -460,9 +451,7 @@ bool SaveClipboard(std::chrono::milliseconds patience)
         return false;
     // The owner's window asks: the manager may wait for its end before it takes the clipboard.
     const xcb_window_t window = x11::SelectionWindow();
-    std::vector<xcb_atom_t> targets;
-    for (const std::string& name : own->Targets())
-        targets.push_back(port.AtomOf(name));
+    const std::vector<xcb_atom_t> targets = x11::AtomsNamed(own->Targets());
     port.SetProperty(window, port.AtomOf(x11::kReadingProperty), XCB_ATOM_ATOM, 32,
                      {reinterpret_cast<const char*>(targets.data()), targets.size() * sizeof(xcb_atom_t)});
     x11::PropertyReader reader(window);

@@ -21,8 +21,7 @@ std::map<xcb_window_t, unsigned>& Watched()
 
 void WatchForeign(xcb_window_t window, Watcher watcher, bool on)
 {
-    xcb_connection_t* xcb = TheConnection().Xcb();
-    const xcb_setup_t* setup = xcb_get_setup(xcb);
+    const xcb_setup_t* setup = xcb_get_setup(Xcb());
     const bool own = (window & ~setup->resource_id_mask) == setup->resource_id_base;
     if (own || window == XCB_NONE || window == TheConnection().Root())
         return;
@@ -35,7 +34,7 @@ void WatchForeign(xcb_window_t window, Watcher watcher, bool on)
         const bool properties = (watchers & 1U << static_cast<unsigned>(Watcher::Transfer)) != 0;
         const std::uint32_t mask =
             (watchers != 0 ? XCB_EVENT_MASK_STRUCTURE_NOTIFY : 0) | (properties ? XCB_EVENT_MASK_PROPERTY_CHANGE : 0);
-        IgnoreErrors(xcb_change_window_attributes_checked(xcb, window, XCB_CW_EVENT_MASK, &mask));
+        IgnoreErrors(xcb_change_window_attributes_checked(Xcb(), window, XCB_CW_EVENT_MASK, &mask));
     }
     if (watchers == 0)
         Watched().erase(window);

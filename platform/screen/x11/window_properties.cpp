@@ -18,7 +18,7 @@ constexpr char kWindowClass[] = ORB_PRODUCT "\0" ORB_PRODUCT_CLASS; // instance 
 template <typename T>
 void SetProperty(xcb_window_t window, xcb_atom_t property, xcb_atom_t type, std::span<const T> values)
 {
-    xcb_change_property(TheConnection().Xcb(), XCB_PROP_MODE_REPLACE, window, property, type, sizeof(T) * 8,
+    xcb_change_property(Xcb(), XCB_PROP_MODE_REPLACE, window, property, type, sizeof(T) * 8,
                         static_cast<std::uint32_t>(values.size()), values.data());
 }
 

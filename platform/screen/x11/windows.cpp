@@ -48,14 +48,13 @@ xcb_visualid_t FindVisual()
 bool ChooseVisual()
 {
     Windows& windows = TheWindows();
-    Connection& connection = TheConnection();
     if (windows.visual == 0)
     {
         windows.visual = FindVisual();
-        if (windows.visual != 0 && windows.visual != connection.Screen().root_visual)
+        if (windows.visual != 0 && windows.visual != TheConnection().Screen().root_visual)
         {
-            windows.colormap = xcb_generate_id(connection.Xcb());
-            xcb_create_colormap(connection.Xcb(), XCB_COLORMAP_ALLOC_NONE, windows.colormap, connection.Root(),
+            windows.colormap = xcb_generate_id(Xcb());
+            xcb_create_colormap(Xcb(), XCB_COLORMAP_ALLOC_NONE, windows.colormap, TheConnection().Root(),
                                 windows.visual);
         }
     }
@@ -84,13 +83,13 @@ void CreateX(const NativeWindowState& window)
         windows.colormap != 0 ? windows.colormap : TheConnection().Screen().default_colormap;
     // No background: the server leaves the pixels alone until the picture comes, so nothing flashes.
     const std::uint32_t values[] = {XCB_BACK_PIXMAP_NONE, 0, XCB_GRAVITY_NORTH_WEST, popup, events, colormap};
-    xcb_create_window(
-        TheConnection().Xcb(), kDepth, window.id, TheConnection().Root(), static_cast<std::int16_t>(window.bounds.left),
-        static_cast<std::int16_t>(window.bounds.top), static_cast<std::uint16_t>(WidthOf(window.bounds)),
-        static_cast<std::uint16_t>(HeightOf(window.bounds)), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, windows.visual,
-        XCB_CW_BACK_PIXMAP | XCB_CW_BORDER_PIXEL | XCB_CW_BIT_GRAVITY | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK |
-            XCB_CW_COLORMAP,
-        values);
+    xcb_create_window(Xcb(), kDepth, window.id, TheConnection().Root(), static_cast<std::int16_t>(window.bounds.left),
+                      static_cast<std::int16_t>(window.bounds.top), static_cast<std::uint16_t>(WidthOf(window.bounds)),
+                      static_cast<std::uint16_t>(HeightOf(window.bounds)), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+                      windows.visual,
+                      XCB_CW_BACK_PIXMAP | XCB_CW_BORDER_PIXEL | XCB_CW_BIT_GRAVITY | XCB_CW_OVERRIDE_REDIRECT |
+                          XCB_CW_EVENT_MASK | XCB_CW_COLORMAP,
+                      values);
 }
 
 xcb_gcontext_t GraphicsContext(xcb_window_t window)
@@ -98,9 +97,9 @@ xcb_gcontext_t GraphicsContext(xcb_window_t window)
     Windows& windows = TheWindows();
     if (windows.gc == 0)
     {
-        windows.gc = xcb_generate_id(TheConnection().Xcb());
+        windows.gc = xcb_generate_id(Xcb());
         const std::uint32_t noExposures = 0;
-        xcb_create_gc(TheConnection().Xcb(), windows.gc, window, XCB_GC_GRAPHICS_EXPOSURES, &noExposures);
+        xcb_create_gc(Xcb(), windows.gc, window, XCB_GC_GRAPHICS_EXPOSURES, &noExposures);
     }
     return windows.gc;
 }
@@ -109,7 +108,7 @@ void Configure(xcb_window_t window, std::uint16_t mask, std::initializer_list<st
 {
     std::uint32_t raw[4] = {};
     std::copy(values.begin(), values.end(), raw);
-    xcb_configure_window(TheConnection().Xcb(), window, mask, raw);
+    xcb_configure_window(Xcb(), window, mask, raw);
 }
 
 /// True when the size is a new one.
@@ -175,18 +174,16 @@ void FocusManaged(NativeWindowState& window)
     window.keyboardWanted = !window.viewable;
     if (!window.viewable)
         return;
-    Connection& connection = TheConnection();
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
     message.window = window.id;
-    message.type = connection[Atom::NetActiveWindow];
+    message.type = TheConnection()[Atom::NetActiveWindow];
     message.data.data32[0] = 2; // as a pager asks: at the user's wish
-    xcb_send_event(connection.Xcb(), 0, connection.Root(),
+    xcb_send_event(Xcb(), 0, TheConnection().Root(),
                    XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
                    reinterpret_cast<const char*>(&message));
-    IgnoreErrors(
-        xcb_set_input_focus_checked(connection.Xcb(), XCB_INPUT_FOCUS_POINTER_ROOT, window.id, XCB_CURRENT_TIME));
+    IgnoreErrors(xcb_set_input_focus_checked(Xcb(), XCB_INPUT_FOCUS_POINTER_ROOT, window.id, XCB_CURRENT_TIME));
 }
 
 void PutPopupsBelow(xcb_window_t frame)
@@ -198,7 +195,7 @@ void PutPopupsBelow(xcb_window_t frame)
             const std::uint32_t values[] = {frame, XCB_STACK_MODE_BELOW};
             // Fails where the frame has a window around it in turn; then the stacking is as the manager wants it.
             IgnoreErrors(xcb_configure_window_checked(
-                TheConnection().Xcb(), window.id, XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE, values));
+                Xcb(), window.id, XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE, values));
         }
     }
 }
@@ -223,7 +220,7 @@ NativeWindow CreateNativeWindow(const WindowOptions& options)
         return 0;
     TheConnection().SendSecondBatch();
     NativeWindowState window;
-    window.id = xcb_generate_id(TheConnection().Xcb());
+    window.id = xcb_generate_id(Xcb());
     window.kind = options.kind;
     window.bounds = options.bounds;
     window.placed = {options.bounds.left, options.bounds.top};
@@ -241,7 +238,7 @@ void DestroyNativeWindow(NativeWindow window)
     if (FindNative(window) == nullptr)
         return;
     ShowNativeWindow(window, false);
-    xcb_destroy_window(TheConnection().Xcb(), window);
+    xcb_destroy_window(Xcb(), window);
     HandleWindowGone(window);
     std::erase_if(TheWindows().all, [&](const NativeWindowState& candidate) { return candidate.id == window; });
 }
@@ -262,7 +259,7 @@ void ShowNativeWindow(NativeWindow window, bool show)
         // Before the window goes, so that no moment is left in which the keyboard belongs to nobody.
         ReleaseKeyboard();
     }
-    xcb_unmap_window(TheConnection().Xcb(), window);
+    xcb_unmap_window(Xcb(), window);
     if (found->kind == WindowKind::Managed)
     {
         // ICCCM 4.1.4: a window that is withdrawn also says so to the root window.
@@ -270,7 +267,7 @@ void ShowNativeWindow(NativeWindow window, bool show)
         message.response_type = XCB_UNMAP_NOTIFY;
         message.event = TheConnection().Root();
         message.window = window;
-        xcb_send_event(TheConnection().Xcb(), 0, TheConnection().Root(),
+        xcb_send_event(Xcb(), 0, TheConnection().Root(),
                        XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
                        reinterpret_cast<const char*>(&message));
     }
@@ -327,7 +324,7 @@ void SetNativeTitle(NativeWindow window, std::u16string_view title)
 
 void RingBell()
 {
-    if (xcb_connection_t* xcb = TheConnection().Xcb())
+    if (xcb_connection_t* xcb = Xcb())
         xcb_bell(xcb, 0); // at the volume that the user has chosen
 }
 
@@ -366,13 +363,13 @@ void Commit()
     {
         if (std::exchange(window.mapPending, false))
         {
-            window.mapSequence = static_cast<std::uint16_t>(xcb_map_window(TheConnection().Xcb(), window.id).sequence);
+            window.mapSequence = static_cast<std::uint16_t>(xcb_map_window(Xcb(), window.id).sequence);
             for (const RECT& rect : std::exchange(window.waiting, {}))
                 Repaint(window, rect);
         }
     }
     TakeWantedKeyboard();
-    xcb_flush(TheConnection().Xcb());
+    xcb_flush(Xcb());
 }
 
 void Finish()
@@ -381,7 +378,7 @@ void Finish()
         return;
     DeselectRawEvents();
     Commit();
-    Collect(xcb_get_input_focus_reply, xcb_get_input_focus(TheConnection().Xcb()));
+    Collect(xcb_get_input_focus_reply, xcb_get_input_focus(Xcb()));
 }
 
 } // namespace platform::screen

@@ -86,8 +86,8 @@ Settings Read()
     if (owner == nullptr || owner->owner == XCB_NONE)
         return {};
     const xcb_atom_t property = connection[Atom::XSettingsSettings];
-    const auto reply = Collect(xcb_get_property_reply,
-                               xcb_get_property(connection.Xcb(), 0, owner->owner, property, property, 0, 1 << 16));
+    const auto reply =
+        Collect(xcb_get_property_reply, xcb_get_property(Xcb(), 0, owner->owner, property, property, 0, 1 << 16));
     if (reply == nullptr || reply->format != 8)
         return {};
     return Parse({static_cast<const char*>(xcb_get_property_value(reply.get())),
