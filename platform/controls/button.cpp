@@ -29,11 +29,7 @@ void PaintTick(HDC dc, const RECT& box, int color)
     for (POINT& point : tick)
         point = {box.left + MulDiv(point.x, box.right - box.left, 13),
                  box.top + MulDiv(point.y, box.bottom - box.top, 13)};
-    const HGDIOBJ brush = SelectObject(dc, GetSysColorBrush(color));
-    const HGDIOBJ pen = SelectObject(dc, GetStockObject(NULL_PEN));
-    Polygon(dc, tick, static_cast<int>(std::size(tick)));
-    SelectObject(dc, pen);
-    SelectObject(dc, brush);
+    FillPolygon(dc, tick, color);
 }
 
 bool Contains(HWND window, POINT point)

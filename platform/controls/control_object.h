@@ -4,6 +4,7 @@
 #include "windows.h"
 #include "windowsx.h"
 
+#include <span>
 #include <string>
 
 namespace platform
@@ -108,6 +109,16 @@ inline void FrameColors(HDC dc, const RECT& rect, int topLeft, int bottomRight)
     FillRect(dc, &left, GetSysColorBrush(topLeft));
     FillRect(dc, &bottom, GetSysColorBrush(bottomRight));
     FillRect(dc, &right, GetSysColorBrush(bottomRight));
+}
+
+/// Without an outline, in a system colour.
+inline void FillPolygon(HDC dc, std::span<const POINT> points, int color)
+{
+    const HGDIOBJ brush = SelectObject(dc, GetSysColorBrush(color));
+    const HGDIOBJ pen = SelectObject(dc, GetStockObject(NULL_PEN));
+    Polygon(dc, points.data(), static_cast<int>(points.size()));
+    SelectObject(dc, pen);
+    SelectObject(dc, brush);
 }
 
 inline std::u16string TextOf(HWND window)

@@ -1,6 +1,7 @@
 // What a popup menu looks like: the levels' rows, colours and arrows.
 #include "platform/dialogs/popup_menu.h"
 
+#include "platform/controls/control_object.h"
 #include "platform/dialogs/popup_keys.h"
 #include "platform/windowing/system_parameters.h"
 
@@ -31,15 +32,6 @@ RowColors ColorsOf(bool hot, bool enabled)
     return hot ? RowColors{COLOR_HIGHLIGHT, COLOR_HIGHLIGHTTEXT} : RowColors{COLOR_MENU, COLOR_MENUTEXT};
 }
 
-void FillPolygon(HDC dc, const POINT* points, int count, int color)
-{
-    HGDIOBJ brush = SelectObject(dc, GetSysColorBrush(color));
-    HGDIOBJ pen = SelectObject(dc, GetStockObject(NULL_PEN));
-    Polygon(dc, points, count);
-    SelectObject(dc, pen);
-    SelectObject(dc, brush);
-}
-
 void DrawSeparator(HDC dc, const RECT& row)
 {
     const LONG middle = (row.top + row.bottom) / 2;
@@ -56,7 +48,7 @@ void DrawSubMenuArrow(HDC dc, const RECT& row, int color)
     const LONG left = row.right - 2 * size;
     const LONG middle = (row.top + row.bottom) / 2;
     const POINT triangle[] = {{left, middle - size}, {left, middle + size}, {left + size, middle}};
-    FillPolygon(dc, triangle, 3, color);
+    FillPolygon(dc, triangle, color);
 }
 
 /// A tick in the middle of the cell.
@@ -66,7 +58,7 @@ void DrawCheckMark(HDC dc, const RECT& cell, int color)
     const POINT middle{(cell.left + cell.right) / 2, (cell.top + cell.bottom) / 2};
     const auto at = [&](int x, int y) { return POINT{middle.x + x * unit / 64, middle.y + y * unit / 64}; };
     const POINT tick[] = {at(-5, -1), at(-2, 2), at(4, -4), at(4, -1), at(-2, 5), at(-5, 2)};
-    FillPolygon(dc, tick, static_cast<int>(std::size(tick)), color);
+    FillPolygon(dc, tick, color);
 }
 
 void DrawFaintIcon(HDC dc, POINT at, IconImage image)
@@ -215,7 +207,7 @@ void PopupMenu::PaintScrollArrow(HDC dc, PopupPart part)
     const LONG tip = (rect.top + rect.bottom + (up ? -size : size)) / 2;
     const LONG base = up ? tip + size : tip - size;
     const POINT triangle[] = {{middle - size, base}, {middle + size, base}, {middle, tip}};
-    FillPolygon(dc, triangle, 3, more ? COLOR_MENUTEXT : COLOR_BTNSHADOW);
+    FillPolygon(dc, triangle, more ? COLOR_MENUTEXT : COLOR_BTNSHADOW);
 }
 
 } // namespace platform
