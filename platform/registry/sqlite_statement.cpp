@@ -21,7 +21,7 @@ void SqliteStatement::Bind(int index, std::string_view text)
                       static_cast<int>(text.size()), SQLITE_STATIC);
 }
 
-void SqliteStatement::BindData(int index, std::span<const unsigned char> data)
+void SqliteStatement::Bind(int index, std::span<const unsigned char> data)
 {
     if (data.empty())
     {

@@ -23,7 +23,14 @@ public:
     int Prepare(sqlite3* database, const char* sql);
     void Bind(int index, std::string_view text);
     void Bind(int index, std::int64_t number) { sqlite3_bind_int64(m_statement.get(), index, number); }
-    void BindData(int index, std::span<const unsigned char> data);
+    void Bind(int index, std::span<const unsigned char> data);
+    /// ?1, ?2 and so on.
+    template <typename... Values>
+    void BindAll(const Values&... values)
+    {
+        int index = 0;
+        (Bind(++index, values), ...);
+    }
     int Step() { return sqlite3_step(m_statement.get()); }
     /// Ends the statement's read and lets its locks go.
     void Reset();

@@ -94,15 +94,15 @@ private:
     SqliteStatement& m_statement;
 };
 
-/// Prepares a statement, lets `bind` fill it in and runs it to its end.
-template <typename Bind>
-int Run(sqlite3* database, const char* sql, Bind bind)
+/// Prepares a statement, binds the values and runs it to its end.
+template <typename... Values>
+int Run(sqlite3* database, const char* sql, const Values&... values)
 {
     SqliteStatement statement;
     int result = statement.Prepare(database, sql);
     if (result == SQLITE_OK)
     {
-        bind(statement);
+        statement.BindAll(values...);
         result = statement.Step();
     }
     return result == SQLITE_DONE || result == SQLITE_ROW ? SQLITE_OK : result;
@@ -302,7 +302,7 @@ LONG RegistryStore::LookUpKey(std::u16string_view path)
             if (result != SQLITE_OK)
                 return result;
             const Using use(m_findKey);
-            m_findKey.Bind(1, folded);
+            m_findKey.BindAll(folded);
             const int step = m_findKey.Step();
             return step == SQLITE_ROW ? SQLITE_OK : step == SQLITE_DONE ? kNotThere : step;
         });
@@ -331,8 +331,7 @@ LONG RegistryStore::LookUpValue(const std::string& foldedPath, const std::string
             if (result != SQLITE_OK)
                 return result;
             const Using use(m_readValue);
-            m_readValue.Bind(1, foldedPath);
-            m_readValue.Bind(2, foldedName);
+            m_readValue.BindAll(foldedPath, foldedName);
             const int step = m_readValue.Step();
             if (step != SQLITE_ROW)
                 return step == SQLITE_DONE ? kNotThere : step;
@@ -352,12 +351,7 @@ int RegistryStore::CreateMissing(std::u16string_view path, bool& created)
         const std::size_t end = std::min(path.find(u'\\', start), path.size());
         const std::string folded = Fold(path.substr(0, end));
         const std::string name = Utf8FromUtf16(path.substr(start, end - start));
-        result = Run(m_database.get(), "INSERT OR IGNORE INTO keys (path, name) VALUES (?1, ?2)",
-                     [&](SqliteStatement& insert)
-                     {
-                         insert.Bind(1, folded);
-                         insert.Bind(2, name);
-                     });
+        result = Run(m_database.get(), "INSERT OR IGNORE INTO keys (path, name) VALUES (?1, ?2)", folded, name);
         start = end + 1;
     }
     created = sqlite3_total_changes(m_database.get()) != before;
@@ -392,14 +386,7 @@ LONG RegistryStore::WriteValue(std::u16string_view path, std::u16string_view nam
                                    "INSERT INTO \"values\" (key, folded, name, type, data)"
                                    " SELECT id, ?2, ?3, ?4, ?5 FROM keys WHERE path = ?1"
                                    " ON CONFLICT (key, folded) DO UPDATE SET type = ?4, data = ?5",
-                                   [&](SqliteStatement& insert)
-                                   {
-                                       insert.Bind(1, foldedPath);
-                                       insert.Bind(2, foldedName);
-                                       insert.Bind(3, spelling);
-                                       insert.Bind(4, static_cast<std::int64_t>(type));
-                                       insert.BindData(5, data);
-                                   });
+                                   foldedPath, foldedName, spelling, type, data);
             // No row: the key has been deleted since it was opened.
             return result == SQLITE_OK && sqlite3_changes(m_database.get()) == 0 ? kNotThere : result;
         });
@@ -414,19 +401,11 @@ LONG RegistryStore::DeleteValue(std::u16string_view path, std::u16string_view na
     const std::string foldedName = Fold(name);
     RegistryValue present;
     const LONG found = LookUpValue(foldedPath, foldedName, present);
-    return found != ERROR_SUCCESS ? found
-                                  : Writing(
-                                        [&]
-                                        {
-                                            return Run(m_database.get(),
-                                                       "DELETE FROM \"values\" WHERE folded = ?2"
-                                                       " AND key = (SELECT id FROM keys WHERE path = ?1)",
-                                                       [&](SqliteStatement& remove)
-                                                       {
-                                                           remove.Bind(1, foldedPath);
-                                                           remove.Bind(2, foldedName);
-                                                       });
-                                        });
+    if (found != ERROR_SUCCESS)
+        return found;
+    constexpr char kDelete[] = "DELETE FROM \"values\" WHERE folded = ?2"
+                               " AND key = (SELECT id FROM keys WHERE path = ?1)";
+    return Writing([&] { return Run(m_database.get(), kDelete, foldedPath, foldedName); });
 }
 
 LONG RegistryStore::DeleteTree(std::u16string_view path, bool itself)
@@ -437,25 +416,19 @@ LONG RegistryStore::DeleteTree(std::u16string_view path, bool itself)
     const std::string folded = Fold(path);
     const Below below(folded);
     // The key itself counts as below, but its row stays unless asked for; the root's row always stays.
-    const auto bind = [&](SqliteStatement& remove)
-    {
-        remove.Bind(1, folded);
-        remove.Bind(2, below.first);
-        remove.Bind(3, below.last);
-    };
     return Writing(
         [&]
         {
             const int result = Run(m_database.get(),
                                    "DELETE FROM \"values\" WHERE key IN (SELECT id FROM keys"
                                    " WHERE path = ?1 OR (path >= ?2 AND path < ?3))",
-                                   bind);
+                                   folded, below.first, below.last);
             if (result != SQLITE_OK)
                 return result;
             return Run(m_database.get(),
                        itself ? "DELETE FROM keys WHERE id <> 0 AND (path = ?1 OR (path >= ?2 AND path < ?3))"
                               : "DELETE FROM keys WHERE id <> 0 AND path <> ?1 AND path >= ?2 AND path < ?3",
-                       bind);
+                       folded, below.first, below.last);
         });
 }
 
