@@ -10,9 +10,6 @@ namespace platform::x11
 namespace
 {
 
-// Kinds that one owner may name.
-constexpr std::uint32_t kMostAtoms = 1024;
-
 struct Known
 {
     std::map<std::string, xcb_atom_t, std::less<>> atoms;
@@ -101,6 +98,12 @@ std::vector<xcb_atom_t> AtomsIn(xcb_window_t window, xcb_atom_t property)
 xcb_get_property_cookie_t AskForAtoms(xcb_window_t window, xcb_atom_t property)
 {
     return xcb_get_property(Xcb(), 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0, kMostAtoms);
+}
+
+void SetAtoms(xcb_window_t window, xcb_atom_t property, const std::vector<xcb_atom_t>& atoms)
+{
+    xcb_change_property(Xcb(), XCB_PROP_MODE_REPLACE, window, property, XCB_ATOM_ATOM, 32,
+                        static_cast<std::uint32_t>(atoms.size()), atoms.data());
 }
 
 } // namespace platform::x11

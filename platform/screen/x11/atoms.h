@@ -10,6 +10,9 @@
 namespace platform::x11
 {
 
+/// That one list may hold.
+inline constexpr std::uint32_t kMostAtoms = 1024;
+
 xcb_atom_t AtomNamed(std::string_view name);
 /// Asks for all that are not known yet at once.
 std::vector<xcb_atom_t> AtomsNamed(const std::vector<std::string>& names);
@@ -19,6 +22,7 @@ std::string NameOfAtom(xcb_atom_t atom);
 std::vector<std::string> NamesOf(std::span<const xcb_atom_t> atoms);
 /// The atoms that a property lists; empty when it does not list atoms.
 std::vector<xcb_atom_t> AtomsIn(xcb_window_t window, xcb_atom_t property);
+void SetAtoms(xcb_window_t window, xcb_atom_t property, const std::vector<xcb_atom_t>& atoms);
 /// For CollectWords.
 xcb_get_property_cookie_t AskForAtoms(xcb_window_t window, xcb_atom_t property);
 

@@ -141,19 +141,13 @@ void Ungrab(Outgoing& drag)
     OnPointerInside(false);
 }
 
-void SetAtoms(xcb_window_t window, Xdnd property, const std::vector<xcb_atom_t>& atoms)
-{
-    xcb_change_property(Xcb(), XCB_PROP_MODE_REPLACE, window, TheXdndAtoms()[property], XCB_ATOM_ATOM, 32,
-                        static_cast<std::uint32_t>(atoms.size()), atoms.data());
-}
-
 void ListActions(xcb_window_t window, DragActions listed)
 {
     std::vector<xcb_atom_t> actions;
     for (const DragActions action : {screen::kDragCopy, screen::kDragMove, screen::kDragLink})
         if ((listed & action) != 0)
             actions.push_back(TheXdndAtoms().AtomOf(action));
-    SetAtoms(window, Xdnd::ActionList, actions);
+    SetAtoms(window, TheXdndAtoms()[Xdnd::ActionList], actions);
 }
 
 /// Only what the keys ask for: file managers take a move instead of a copy where one is listed too.
@@ -168,7 +162,7 @@ void NarrowActions(Outgoing& drag, DragActions wanted)
 /// What a target reads from the source's window: all kinds, and what may be done, with words for a target that asks.
 void Describe(xcb_window_t window, const std::vector<xcb_atom_t>& types, DragActions allowed)
 {
-    SetAtoms(window, Xdnd::TypeList, types);
+    SetAtoms(window, TheXdndAtoms()[Xdnd::TypeList], types);
     ListActions(window, allowed);
     std::string words;
     constexpr std::pair<DragActions, std::string_view> kWords[] = {
