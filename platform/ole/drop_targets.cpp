@@ -36,15 +36,14 @@ class ScreenPort final : public IncomingDragPort
 public:
     HWND WindowAt(screen::NativeWindow native, POINT point) override { return DropWindowAt(native, point); }
     ComReference<IDropTarget> TargetOf(HWND window) override { return DropTargetOf(window); }
-    const screen::DragOffer& Offer() override { return screen::OfferedDrag(); }
-    ComReference<IDataObject> MakeData() override
+    ComReference<IDataObject> MakeData(const screen::DragOffer& offer) override
     {
         m_reading = std::make_shared<OfferReading>();
-        return MakeOfferedData(screen::OfferedDrag(), m_reading);
+        return MakeOfferedData(offer, m_reading);
     }
     void CloseData() override { m_reading->open = false; }
-    void Answer(screen::DragActions action) override { screen::AnswerDrag(action); }
-    void Finish(screen::DragActions action) override { screen::FinishDrop(action); }
+    void Answer(unsigned drag, screen::DragActions action) override { screen::AnswerDrag(drag, action); }
+    void Finish(unsigned drag, screen::DragActions action) override { screen::FinishDrop(drag, action); }
 
 private:
     std::shared_ptr<OfferReading> m_reading;

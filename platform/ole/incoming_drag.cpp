@@ -26,7 +26,7 @@ void IncomingDrag::OnRest()
     m_busy = true;
     const screen::DragActions answer = Ask();
     if (std::exchange(m_answer, answer) != answer)
-        m_port.Answer(answer);
+        m_port.Answer(m_last->offer->drag, answer);
     m_busy = false;
     HandleQueued();
 }
@@ -35,13 +35,14 @@ void IncomingDrag::Queue(const Event& event)
 {
     if (event.type == EventType::DragLeave)
     {
-        if (std::ranges::find(m_queue, EventType::DragDrop, &Event::type) != m_queue.end())
-            m_port.Finish(0);
+        const auto drop = std::ranges::find(m_queue, EventType::DragDrop, &Event::type);
+        if (drop != m_queue.end())
+            m_port.Finish(drop->offer->drag, 0);
         m_queue.clear();
     }
     else if (event.type == EventType::DragOver && !m_queue.empty() && m_queue.back().type == EventType::DragOver)
     {
-        m_port.Answer(m_answer); // for the movement that nobody will hear of
+        m_port.Answer(event.offer->drag, m_answer); // for the movement that nobody will hear of
         m_queue.pop_back();
     }
     m_queue.push_back(event);
@@ -52,10 +53,10 @@ void IncomingDrag::QueueWhileDropping(const Event& event)
 {
     m_queue.clear();
     if (event.type == EventType::DragDrop)
-        m_port.Finish(0);
+        m_port.Finish(event.offer->drag, 0);
     if (event.type != EventType::DragOver)
         return;
-    m_port.Answer(0);
+    m_port.Answer(event.offer->drag, 0);
     m_queue.push_back(event);
 }
 
@@ -85,7 +86,7 @@ void IncomingDrag::OnOver(const Event& event)
 {
     Begin(event);
     m_answer = Ask();
-    m_port.Answer(m_answer);
+    m_port.Answer(event.offer->drag, m_answer);
 }
 
 void IncomingDrag::OnDrop(const Event& event)
@@ -101,20 +102,17 @@ void IncomingDrag::OnDrop(const Event& event)
         done = m_site.Drop(*data.Get(), moment);
         m_dropping = false;
     }
-    m_port.Finish(DoneAction(done));
+    m_port.Finish(event.offer->drag, DoneAction(done));
     End();
 }
 
 /// The event is the latest of the drag that is over the windows: the one before, or another whose begin was missed.
 void IncomingDrag::Begin(const Event& event)
 {
-    if (m_data && m_targets != m_port.Offer().targets)
+    if (m_last && m_last->offer->drag != event.offer->drag)
         End();
     if (!m_data)
-    {
-        m_targets = m_port.Offer().targets;
-        m_data = m_port.MakeData();
-    }
+        m_data = m_port.MakeData(*event.offer);
     m_last = event;
 }
 
@@ -131,13 +129,13 @@ screen::DragActions IncomingDrag::Ask()
 {
     const HWND window = m_port.WindowAt(m_last->window, m_last->position);
     const DWORD effect = m_data ? m_site.Over(window, *m_data.Get(), Moment()) : DROPEFFECT_NONE;
-    const bool ask = (m_port.Offer().actions & screen::kDragAsk) != 0;
+    const bool ask = (m_last->offer->actions & screen::kDragAsk) != 0;
     return effect != DROPEFFECT_NONE && ask ? screen::kDragAsk : LikelyAction(effect);
 }
 
 DragMoment IncomingDrag::Moment() const
 {
-    const screen::DragActions actions = m_port.Offer().actions;
+    const screen::DragActions actions = m_last->offer->actions;
     DragMoment moment;
     moment.point = m_last->position;
     moment.allowed = actions & kDropEffects;

@@ -6,8 +6,6 @@
 
 #include <deque>
 #include <optional>
-#include <string>
-#include <vector>
 
 namespace platform
 {
@@ -16,13 +14,11 @@ namespace platform
 class IncomingDragPort : public DropPlaces
 {
 public:
-    virtual const screen::DragOffer& Offer() = 0;
-    /// The data object of the present offer.
-    virtual ComReference<IDataObject> MakeData() = 0;
+    virtual ComReference<IDataObject> MakeData(const screen::DragOffer& offer) = 0;
     /// The drag is over: nothing more can be read of what it offered.
     virtual void CloseData() = 0;
-    virtual void Answer(screen::DragActions action) = 0;
-    virtual void Finish(screen::DragActions action) = 0;
+    virtual void Answer(unsigned drag, screen::DragActions action) = 0;
+    virtual void Finish(unsigned drag, screen::DragActions action) = 0;
 };
 
 /// Targets may take messages in any call, and with them further events: those wait until the call has returned. Of
@@ -55,7 +51,6 @@ private:
     IncomingDragPort& m_port;
     DropSite m_site;
     ComReference<IDataObject> m_data;
-    std::vector<std::string> m_targets; ///< of the offer that m_data was made of
     std::optional<screen::Event> m_last;
     screen::DragActions m_answer = 0; ///< the last one given
     std::deque<screen::Event> m_queue;

@@ -22,16 +22,15 @@ inline constexpr DragActions kDragAsk = 8; ///< the user is to be asked: a drag 
 
 struct DragOffer
 {
+    unsigned drag = 0;                ///< names the drag; the next one may come before this one is dealt with
     std::vector<std::string> targets; ///< the best first
     DragActions actions = 0; ///< all that the source lets be done; with kDragAsk if it would have the user asked
 };
-/// As of the last DragOver or DragDrop event that was taken; empty when nothing is dragged over this program.
-const DragOffer& OfferedDrag();
 /// What would be done with a drop at the last DragOver's point; 0 when it would be refused. Once for each DragOver
-/// event, and again whenever that changes.
-void AnswerDrag(DragActions action);
+/// event, and again whenever that changes. Nothing happens for a drag that is over.
+void AnswerDrag(unsigned drag, DragActions action);
 /// After a DragDrop event: what has been done, 0 for nothing. Until then the content can be read.
-void FinishDrop(DragActions action);
+void FinishDrop(unsigned drag, DragActions action);
 
 // --- what this program drags
 

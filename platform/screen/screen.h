@@ -84,6 +84,8 @@ inline constexpr unsigned kAlt = 4;
 inline constexpr unsigned kCapsLock = 8;
 inline constexpr unsigned kNumLock = 16;
 
+struct DragOffer;
+
 struct Event
 {
     EventType type = EventType::MouseMove;
@@ -98,7 +100,8 @@ struct Event
     BYTE scanCode = 0;
     bool extended = false;
     bool repeat = false;
-    char16_t text[16] = {}; ///< what the key types, UTF-16, ended by 0; KeyDown only
+    char16_t text[16] = {};                 ///< what the key types, UTF-16, ended by 0; KeyDown only
+    std::shared_ptr<const DragOffer> offer; ///< DragOver, DragLeave and DragDrop: what is dragged
 };
 
 /// Connects if that has not happened yet. False when there is no display to connect to.

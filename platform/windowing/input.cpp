@@ -183,9 +183,9 @@ void HandleDrag(const Event& event)
     if (handler != nullptr)
         handler->onEvent(event);
     else if (event.type == EventType::DragOver)
-        screen::AnswerDrag(0);
+        screen::AnswerDrag(event.offer->drag, 0);
     else if (event.type == EventType::DragDrop)
-        screen::FinishDrop(0);
+        screen::FinishDrop(event.offer->drag, 0);
 }
 
 /// Events that are no messages of their own.

@@ -41,6 +41,7 @@ struct Outgoing
 struct Drags
 {
     Incoming in;
+    unsigned count = 0; ///< of other programs' drags
     std::optional<Outgoing> out;
     std::optional<OtherTarget> target;
     bool refused = false;
@@ -61,6 +62,7 @@ void Queue(EventType type, screen::NativeWindow window)
     event.position = TheState().pointer;
     event.time = NowMs();
     event.modifiers = TheDrags().in.modifiers;
+    event.offer = std::make_shared<screen::DragOffer>(TheDrags().in.offer);
     TheState().events.push_back(event);
 }
 
@@ -99,6 +101,7 @@ void StartOtherDrag(OtherDrag drag, int x, int y, unsigned modifiers)
     Drags& drags = TheDrags();
     LeaveOver();
     drags.in = {};
+    drags.in.offer.drag = ++drags.count;
     for (const auto& [target, content] : drag.offer.forms)
         drags.in.offer.targets.push_back(target);
     drags.in.offer.actions = drag.actions;
@@ -181,20 +184,17 @@ using headless::Outgoing;
 using headless::TheDrags;
 using headless::TheState;
 
-const DragOffer& OfferedDrag()
-{
-    return TheDrags().in.offer;
-}
-
-void AnswerDrag(DragActions action)
-{
-    TheDrags().in.answer = action;
-}
-
-void FinishDrop(DragActions action)
+void AnswerDrag(unsigned drag, DragActions action)
 {
     headless::Incoming& in = TheDrags().in;
-    if (!std::exchange(in.dropped, false))
+    if (drag == in.offer.drag)
+        in.answer = action;
+}
+
+void FinishDrop(unsigned drag, DragActions action)
+{
+    headless::Incoming& in = TheDrags().in;
+    if (drag != in.offer.drag || !std::exchange(in.dropped, false))
         return;
     in.done = action;
     headless::EndOther(Selection::Drag);

@@ -210,20 +210,46 @@ TEST_F(IncomingDragTest, AnotherDragIsRefusedWhileADropIsCarriedOut)
     EXPECT_EQ(Take(), Log{"w.Leave"});
 }
 
+// The first one was taken for the second.
+TEST_F(IncomingDragTest, TwoDragsThatComeAtOnceAreEachTheirOwn)
+{
+    Target& target = Register(m_window, "w");
+    const auto offers = [&](const char16_t* name)
+    {
+        FORMATETC format = MemoryFormat(Format(name));
+        return target.data->QueryGetData(&format) == S_OK;
+    };
+    target.atDrop = [&](DWORD* effect)
+    {
+        EXPECT_EQ(*effect, DWORD{DROPEFFECT_COPY});
+        EXPECT_TRUE(offers(u"text/uri-list"));
+    };
+    headless::StartOtherDrag(Files(kDragCopy), 10, 10);
+    headless::DropOtherDrag();
+    headless::StartOtherDrag({{{{"text/plain", "b"}}}, kDragLink}, 20, 10);
+    Pump();
+    EXPECT_EQ(Take(), (Log{"w.Enter", "w.Over", "w.Over", "w.Drop", "w.Enter", "w.Over"}));
+    EXPECT_FALSE(offers(u"text/uri-list"));
+    EXPECT_EQ(headless::AnswerToOther(), kDragLink);
+    EXPECT_EQ(headless::DoneForOther(), std::nullopt);
+}
+
 struct NotedPort final : IncomingDragPort
 {
     HWND WindowAt(screen::NativeWindow, POINT) override { return reinterpret_cast<HWND>(1); }
     Held<IDropTarget> TargetOf(HWND) override { return target; }
-    const screen::DragOffer& Offer() override { return offer; }
-    Held<IDataObject> MakeData() override { return Held<IDataObject>::Adopt(new MemoryDataObject); }
+    Held<IDataObject> MakeData(const screen::DragOffer&) override
+    {
+        return Held<IDataObject>::Adopt(new MemoryDataObject);
+    }
     void CloseData() override { log.push_back("close"); }
-    void Answer(screen::DragActions action) override { log.push_back("answer " + std::to_string(action)); }
-    void Finish(screen::DragActions action) override { log.push_back("finish " + std::to_string(action)); }
+    void Answer(unsigned, screen::DragActions action) override { log.push_back("answer " + std::to_string(action)); }
+    void Finish(unsigned, screen::DragActions action) override { log.push_back("finish " + std::to_string(action)); }
 
     Log log;
     Held<Target> held = Held<Target>::Adopt(new Target(log, "t"));
     Held<IDropTarget> target{held.Get()};
-    screen::DragOffer offer{{"text/uri-list"}, kDragCopy};
+    screen::DragOffer offer{1, {"text/uri-list"}, kDragCopy};
 };
 
 TEST_F(IncomingDragTest, LostAndDoubledEventsAreAnsweredEach)
@@ -234,6 +260,7 @@ TEST_F(IncomingDragTest, LostAndDoubledEventsAreAnsweredEach)
     {
         screen::Event event;
         event.type = type;
+        event.offer = std::make_shared<screen::DragOffer>(port.offer);
         drag.OnEvent(event);
         drag.OnRest();
     };
@@ -243,7 +270,7 @@ TEST_F(IncomingDragTest, LostAndDoubledEventsAreAnsweredEach)
     EXPECT_EQ(port.log, (Log{"t.Enter", "t.Over", "t.Drop", "finish 1", "close"}));
     port.log.clear();
     tell(DragOver);
-    port.offer.targets = {"text/plain"}; // its leaving is lost
+    port.offer.drag = 2; // the leaving of the one before is lost
     tell(DragOver);
     tell(DragLeave);
     tell(DragLeave);

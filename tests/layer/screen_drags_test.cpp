@@ -117,7 +117,7 @@ struct Target : testing::Test
     {
         Enter();
         Position();
-        target.Answer(display.last.drag, kDragCopy);
+        target.Answer(display.last.offer.drag, kDragCopy);
         display.Take();
     }
 
@@ -135,7 +135,7 @@ TEST_F(Target, TellsOfADragAnswersItAndSaysWhatWasDone)
     EXPECT_EQ(display.last.position.y, 700);
     EXPECT_EQ(display.last.offer.targets, (std::vector<std::string>{"type7", "type8"}));
     EXPECT_EQ(target.Time(), 1000U);
-    const unsigned drag = display.last.drag;
+    const unsigned drag = display.last.offer.drag;
     target.Answer(drag, kDragLink);
     EXPECT_EQ(display.Take(), "Status to 20 takes Link");
     target.Answer(drag, kDragLink);
@@ -190,10 +190,10 @@ TEST_F(Target, SpeaksVersionsThreeToFive)
     }
     Enter(kTheirs, 3);
     Position();
-    target.Answer(display.last.drag, kDragCopy);
+    target.Answer(display.last.offer.drag, kDragCopy);
     Drop();
     display.Take();
-    target.Finish(display.last.drag, kDragCopy);
+    target.Finish(display.last.offer.drag, kDragCopy);
     EXPECT_EQ(display.Take(), "Finished to 20 not done none") << "version 3 has no word for it";
 }
 
@@ -219,7 +219,7 @@ TEST_F(Target, ARefusedDropIsALeave)
 {
     Enter();
     Position();
-    target.Answer(display.last.drag, 0);
+    target.Answer(display.last.offer.drag, 0);
     display.Take();
     Drop();
     EXPECT_EQ(display.Take(), "leave 10; Finished to 20 not done none");
@@ -235,7 +235,7 @@ TEST_F(Target, ARefusedDropIsALeave)
 TEST_F(Target, AnEnterEndsWhatWasBefore)
 {
     Over();
-    const unsigned first = display.last.drag;
+    const unsigned first = display.last.offer.drag;
     Enter();
     EXPECT_EQ(display.Take(), "leave 10");
     Enter(kOthers);
@@ -253,8 +253,8 @@ TEST_F(Target, PositionsWithoutWaitingAreAnsweredOnce)
     for (LONG i = 0; i < 5; ++i)
         Position(kTheirs, kDragCopy, {i, i});
     display.Take();
-    target.Answer(display.last.drag, kDragCopy);
-    target.Answer(display.last.drag, kDragCopy);
+    target.Answer(display.last.offer.drag, kDragCopy);
+    target.Answer(display.last.offer.drag, kDragCopy);
     EXPECT_EQ(display.Take(), "Status to 20 takes Copy");
     EXPECT_EQ(display.last.position.x, 4);
 }
@@ -270,7 +270,7 @@ TEST_F(Target, ASourceThatEndsTakesItsDragAlong)
     Drop();
     display.Take();
     target.OnWindowGone(kTheirs);
-    target.Finish(display.last.drag, kDragCopy);
+    target.Finish(display.last.offer.drag, kDragCopy);
     EXPECT_EQ(display.Take(), "") << "nobody is there to hear of it";
 }
 
@@ -286,7 +286,7 @@ TEST_F(Target, AWindowThatClosesUnderADragLosesIt)
 TEST_F(Target, ADropIsFinishedWhileTheNextDragIsOver)
 {
     Over();
-    const unsigned dropped = display.last.drag;
+    const unsigned dropped = display.last.offer.drag;
     Drop();
     Drop();
     EXPECT_EQ(display.Take(), "drop 10") << "the second one has nothing to end";

@@ -73,9 +73,9 @@ void OnIncoming(const Event& event)
     {
     case EventType::DragOver:
         std::printf("over %ld %ld targets %zu actions %u\n", static_cast<long>(event.position.x),
-                    static_cast<long>(event.position.y), OfferedDrag().targets.size(), OfferedDrag().actions);
+                    static_cast<long>(event.position.y), event.offer->targets.size(), event.offer->actions);
         std::fflush(stdout);
-        AnswerDrag(OfferedDrag().targets.empty() ? 0 : kDragCopy);
+        AnswerDrag(event.offer->drag, event.offer->targets.empty() ? 0 : kDragCopy);
         break;
     case EventType::DragLeave:
         Say("leave", 0);
@@ -84,7 +84,7 @@ void OnIncoming(const Event& event)
     {
         const auto content = ReadSelection(Selection::Drag, "text/uri-list", platform::NowMs() + 2000, kLargest);
         Say("dropped", content ? content->size() : 0);
-        FinishDrop(content ? kDragCopy : 0);
+        FinishDrop(event.offer->drag, content ? kDragCopy : 0);
         break;
     }
     default:

@@ -97,7 +97,7 @@ void DragTarget::OnPosition(const XdndMessage& message)
     report.window = m_drag.window;
     report.position = UnpackXdnd(message.data[2]);
     report.modifiers = look.modifiers;
-    report.drag = m_drag.number;
+    report.offer.drag = m_drag.number;
     report.offer.targets = m_drag.targets;
     report.offer.actions = m_atoms.ActionOf(message.data[4]) | (look.rightButton ? screen::kDragAsk : 0);
     for (const xcb_atom_t action : look.actions)

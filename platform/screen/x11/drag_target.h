@@ -35,7 +35,6 @@ public:
         xcb_window_t window = 0;
         POINT position{};
         unsigned modifiers = 0;
-        unsigned drag = 0; ///< names the drag in Answer and Finish
         screen::DragOffer offer;
     };
     virtual void Tell(const Report& report) = 0;

@@ -14,8 +14,6 @@ namespace platform::x11
 void HandleDragMessage(const xcb_client_message_event_t& event);
 /// The end of a window, this program's or another's that is watched.
 void HandleWindowGone(xcb_window_t window);
-/// An event has been given out.
-void NoteTaken(const screen::Event& event);
 /// The server's time as of which the content of what is dragged over this program is asked for; 0 when not known.
 xcb_timestamp_t IncomingDragTime();
 /// Whether another program drags something over this one, or has dropped it and waits.

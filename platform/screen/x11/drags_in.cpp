@@ -35,20 +35,10 @@ public:
     void Tell(const Report& report) override;
 };
 
-/// What belongs to a drag event that waits in ReadyEvents, in the same order.
-struct Told
-{
-    unsigned drag = 0;
-    DragOffer offer;
-};
-
 struct Incoming
 {
     Port port;
     DragTarget target{port, TheXdndAtoms()};
-    std::deque<Told> told;
-    Told taken;
-    unsigned dropped = 0; ///< the drag whose drop has been taken; others may come over before it is dealt with
 };
 
 /// Made when the first message comes: it asks for the protocol's atoms.
@@ -59,11 +49,6 @@ Incoming& State()
     if (g_incoming == nullptr)
         g_incoming = new Incoming;
     return *g_incoming;
-}
-
-bool IsDragIn(EventType type)
-{
-    return type == EventType::DragOver || type == EventType::DragLeave || type == EventType::DragDrop;
 }
 
 Port::Look Port::LookAround(xcb_window_t source)
@@ -86,17 +71,13 @@ void Port::Tell(const Report& report)
     event.position = report.position;
     event.modifiers = report.modifiers;
     event.time = NowMs();
+    event.offer = std::make_shared<DragOffer>(report.offer);
     auto& ready = ReadyEvents();
-    auto& told = State().told;
-    const bool onlyMoved = report.type == EventType::DragOver && !ready.empty() && !told.empty() &&
-                           ready.back().type == EventType::DragOver && told.back().drag == report.drag;
+    const bool onlyMoved = report.type == EventType::DragOver && !ready.empty() &&
+                           ready.back().type == EventType::DragOver && ready.back().offer->drag == report.offer.drag;
     if (onlyMoved)
-    {
         ready.pop_back();
-        told.pop_back();
-    }
-    ready.push_back(event);
-    told.push_back({report.drag, report.offer});
+    ready.push_back(std::move(event));
 }
 
 } // namespace
@@ -149,19 +130,6 @@ void HandleWindowGone(xcb_window_t window)
         g_incoming->target.OnWindowGone(window);
 }
 
-void NoteTaken(const Event& event)
-{
-    if (!IsDragIn(event.type))
-        return;
-    Incoming& state = State();
-    state.taken = std::move(state.told.front());
-    state.told.pop_front();
-    if (event.type == EventType::DragLeave)
-        state.taken = {};
-    else if (event.type == EventType::DragDrop)
-        state.dropped = state.taken.drag;
-}
-
 bool IsDraggedOver()
 {
     return g_incoming != nullptr && g_incoming->target.IsBusy();
@@ -177,23 +145,17 @@ xcb_timestamp_t IncomingDragTime()
 namespace platform::screen
 {
 
-const DragOffer& OfferedDrag()
-{
-    static const DragOffer& none = *new DragOffer;
-    return x11::g_incoming != nullptr ? x11::g_incoming->taken.offer : none;
-}
-
-void AnswerDrag(DragActions action)
+void AnswerDrag(unsigned drag, DragActions action)
 {
     if (x11::g_incoming != nullptr)
-        x11::g_incoming->target.Answer(x11::g_incoming->taken.drag, action);
+        x11::g_incoming->target.Answer(drag, action);
 }
 
-void FinishDrop(DragActions action)
+void FinishDrop(unsigned drag, DragActions action)
 {
     if (x11::g_incoming == nullptr)
         return;
-    x11::g_incoming->target.Finish(std::exchange(x11::g_incoming->dropped, 0), action);
+    x11::g_incoming->target.Finish(drag, action);
     if (action != 0)
         x11::OnDropTaken();
 }

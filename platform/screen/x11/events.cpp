@@ -287,7 +287,6 @@ bool NextEvent(Event& event)
         return false;
     event = ready.front();
     ready.pop_front();
-    x11::NoteTaken(event);
     return true;
 }
 
