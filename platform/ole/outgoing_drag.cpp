@@ -19,10 +19,13 @@ OutgoingDrag::OutgoingDrag(OutgoingDragPort& port, IDataObject& data, DWORD allo
 
 void OutgoingDrag::OnInput(const Input& input)
 {
-    if (m_busy || m_step != Step::Dragging)
+    if (m_busy || m_step == Step::Over)
         return;
     m_busy = true;
-    Handle(input);
+    if (m_step == Step::Dragging)
+        Handle(input);
+    else
+        HandleWhileDropped(input);
     m_busy = false;
 }
 
@@ -60,6 +63,14 @@ void OutgoingDrag::Handle(const Input& input)
         Track(input.point, keys);
     if (drops && m_step == Step::Dragging)
         Drop(input.keys);
+}
+
+/// The other program may be asking its user, or hang: this one's user goes on when they like.
+void OutgoingDrag::HandleWhileDropped(const Input& input)
+{
+    const DWORD pressed = input.keys & kMouseButtons & ~std::exchange(m_keys, input.keys);
+    if (input.escape || pressed != 0)
+        Cancel();
 }
 
 void OutgoingDrag::Track(POINT point, DWORD keys)

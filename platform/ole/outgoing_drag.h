@@ -43,7 +43,8 @@ public:
     void OnRest();
     void OnAnswered() { OnRest(); }
     void OnEnded();
-    /// Ends the drag with nothing done, or the waiting for what another program does with what was dropped on it.
+    /// Ends the drag with nothing done, or the waiting for what another program does with what was dropped on it. So do
+    /// Escape and a press on this program's windows.
     void Cancel() { Stop(DRAGDROP_S_CANCEL); }
 
     bool IsOver() const { return m_step == Step::Over; }
@@ -60,6 +61,7 @@ private:
     };
 
     void Handle(const Input& input);
+    void HandleWhileDropped(const Input& input);
     void Track(POINT point, DWORD keys);
     void Look(const screen::DragPlace& place);
     void Feedback(screen::DragActions action);

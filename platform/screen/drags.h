@@ -61,7 +61,7 @@ DragPlace CurrentDragPlace();
 /// What a drop would do here, shown by the pointer.
 void ShowDragAction(DragActions action);
 /// Drops on the other side. False when nobody there takes it; else DragEnded comes, at the latest when the other side
-/// has been silent for two seconds.
+/// has been silent for two seconds, or for a minute where it asks its user.
 bool DropDrag();
 /// Gives mouse and keyboard back and takes the picture away; unless dropped, tells the other side that the drag has
 /// left. What was offered can be read on by whom it was dropped on.

@@ -319,7 +319,7 @@ TEST_F(OutgoingDragTest, LostAndDoubledAnswersChangeNothing)
     drag.OnAnswered();
     drag.OnAnswered();
     drag.OnInput({{5, 5}, 0, false});
-    drag.OnInput({{9, 9}, MK_LBUTTON, true}); // what the user does while the other program works
+    drag.OnInput({{9, 9}, MK_SHIFT, false});
     drag.OnAnswered();
     EXPECT_FALSE(drag.IsOver());
     drag.OnEnded();
@@ -328,6 +328,25 @@ TEST_F(OutgoingDragTest, LostAndDoubledAnswersChangeNothing)
     EXPECT_EQ(port.log, (Log{"move", "show 1", "drop", "end"}));
     EXPECT_EQ(drag.Result(), DRAGDROP_S_DROP);
     EXPECT_EQ(drag.Effect(), DWORD{DROPEFFECT_COPY});
+}
+
+TEST_F(OutgoingDragTest, WhoGoesOnHereNoLongerWaitsForTheOtherProgram)
+{
+    const OutgoingDrag::Input endings[] = {{{5, 5}, 0, true}, {{9, 9}, MK_LBUTTON, false}};
+    for (const OutgoingDrag::Input& ending : endings)
+    {
+        NotedPort port;
+        OutgoingDrag drag(port, *m_data.Get(), kAll, MK_LBUTTON);
+        drag.OnInput({{5, 5}, MK_LBUTTON, false});
+        drag.OnInput({{5, 5}, 0, false});
+        drag.OnInput({{7, 7}, MK_CONTROL, false});
+        EXPECT_FALSE(drag.IsOver());
+        drag.OnInput(ending);
+        ASSERT_TRUE(drag.IsOver());
+        EXPECT_EQ(drag.Result(), DRAGDROP_S_DROP) << "which it may still do";
+        EXPECT_EQ(drag.Effect(), DWORD{DROPEFFECT_NONE});
+        EXPECT_EQ(port.log.back(), "end");
+    }
 }
 
 TEST_F(OutgoingDragTest, TheButtonMayBeUpBeforeItBegins)

@@ -514,6 +514,28 @@ TEST_F(Source, ASilentPartnerIsGivenUpAfterTheDrop)
     EXPECT_FALSE(source.IsFinished()) << "it may read on";
 }
 
+// A partner that showed its menu was given up, and the menu of this program came up over it.
+TEST_F(Source, APartnerThatAsksItsUserHasTheTimeThatPeopleNeed)
+{
+    Over(kDragAsk);
+    EXPECT_TRUE(source.Drop(600, now));
+    display.Take();
+    source.OnRead(now);
+    source.OnTime(now + 30 * DragSource::kPatience - 1);
+    EXPECT_EQ(display.Take(), "");
+    now = *source.Deadline();
+    source.OnTime(now);
+    EXPECT_EQ(display.Take(), "ended") << "it hangs";
+
+    DragSource other(display, kAtoms, {kOurs, {1}, kDragMove});
+    other.Move(kSite, {{1, 1}, 1, kDragAsk}, now);
+    other.OnMessage({kOurs, Xdnd::Status, {kTheirs, 3, 0, 0, kAtoms.AtomOf(kDragAsk)}}, now);
+    EXPECT_TRUE(other.Drop(600, now));
+    display.Take();
+    other.OnWindowGone(kTheirs);
+    EXPECT_EQ(display.Take(), "ended");
+}
+
 TEST_F(Source, APartnerThatGoesEndsTheDropAtOnce)
 {
     Over();

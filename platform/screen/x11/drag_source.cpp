@@ -124,7 +124,12 @@ void DragSource::SendDrop(std::uint64_t now)
 {
     m_port.Send(m_site.listener, {m_site.window, Xdnd::Drop, {m_offer.window, 0, m_dropTime}});
     m_step = Step::Dropped;
-    m_deadline = now + kPatience;
+    AwaitFinished(now);
+}
+
+void DragSource::AwaitFinished(std::uint64_t now)
+{
+    m_deadline = now + ((m_answer & screen::kDragAsk) != 0 ? kPatienceWithUsers : kPatience);
 }
 
 void DragSource::Cancel()
@@ -215,7 +220,7 @@ void DragSource::OnWindowGone(xcb_window_t window)
 void DragSource::OnRead(std::uint64_t now)
 {
     if (m_step == Step::Dropped)
-        m_deadline = now + kPatience;
+        AwaitFinished(now);
 }
 
 void DragSource::OnTime(std::uint64_t now)

@@ -34,6 +34,8 @@ class DragSource
 public:
     /// What a partner has for an answer, milliseconds.
     static constexpr std::uint64_t kPatience = 2000;
+    /// What it has after the drop when it asks its user.
+    static constexpr std::uint64_t kPatienceWithUsers = 60000;
 
     struct Offer
     {
@@ -96,6 +98,7 @@ private:
     void OnFinished(const XdndMessage& message);
     void GoTo(const DropSite& site);
     void Forget();
+    void AwaitFinished(std::uint64_t now);
     void End(Step step, screen::DragActions done);
     bool Spares(const Point& point) const;
     std::uint32_t ActionFor(screen::DragActions wanted) const;
