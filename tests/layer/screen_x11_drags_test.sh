@@ -121,7 +121,7 @@ for kind in refuses no-status no-finish dies destroys plain bad-proxy; do drag_o
 
 over_partner good 3
 case="out: the right button asks"
-expect says partner.log "over 800 480 XdndActionAsk of 3"
+expect says partner.log "over 800 480 XdndActionAsk of 4$" # asking listed too, or file managers do not
 xdotool mouseup 3
 expect says ours.log "done 1"
 all_is_well

@@ -144,17 +144,18 @@ void Ungrab(Outgoing& drag)
 void ListActions(xcb_window_t window, DragActions listed)
 {
     std::vector<xcb_atom_t> actions;
-    for (const DragActions action : {screen::kDragCopy, screen::kDragMove, screen::kDragLink})
+    for (const DragActions action : {screen::kDragCopy, screen::kDragMove, screen::kDragLink, screen::kDragAsk})
         if ((listed & action) != 0)
             actions.push_back(TheXdndAtoms().AtomOf(action));
     SetAtoms(window, TheXdndAtoms()[Xdnd::ActionList], actions);
 }
 
-/// Only what the keys ask for: file managers take a move instead of a copy where one is listed too.
+/// Only what the keys ask for: file managers take a move instead of a copy where one is listed too. Nor do they ask
+/// where asking is not listed.
 void NarrowActions(Outgoing& drag, DragActions wanted)
 {
     const DragActions possible = wanted & drag.allowed;
-    const DragActions listed = possible != 0 ? possible : drag.allowed;
+    const DragActions listed = (possible != 0 ? possible : drag.allowed) | (wanted & screen::kDragAsk);
     if (std::exchange(drag.listed, listed) != listed)
         ListActions(SelectionWindow(), listed);
 }
