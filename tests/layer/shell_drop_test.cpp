@@ -7,9 +7,11 @@
 #include "platform/services/launch_service.h"
 #include "tests/layer/dragged_data.h"
 #include "tests/layer/file_work_desk.h"
+#include "tests/layer/stalled_mount.h"
 #include "tests/layer/windowing_desk.h"
 #include "tests/scenarios/privileges.h"
 
+#include <chrono>
 #include <gtest/gtest.h>
 
 using namespace platform;
@@ -317,6 +319,32 @@ TEST_F(FolderDrop, AFileThatHasGoneIsTold)
     Answer({VK_ESCAPE});
     EXPECT_EQ(DropFiles({m_from / "gone", m_from / "Notes.txt"}, MK_CONTROL), 0u);
     EXPECT_EQ(Tree(m_to), Files{});
+}
+
+TEST_F(FolderDrop, OntoAMountThatNeverAnswersOrFromItIsTheUsersToEnd)
+{
+    StalledMount mount(m_from / "stalled");
+    if (!mount.Mounted())
+        GTEST_SKIP() << "only root may mount here, or there is no /dev/fuse";
+    int alive = 0;
+    const auto wait = [&]
+    {
+        AdvanceManualClock(100);
+        if (headless::Windows().size() < 2) // before the box that tells of the work
+            return ++alive > 0;
+        headless::PressKey(VK_ESCAPE);
+        headless::ReleaseKey(VK_ESCAPE);
+        return true;
+    };
+    headless::SetIdleHandler(wait);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(DropFiles({m_from / "stalled/file"}, MK_CONTROL), 0u);
+    EXPECT_GT(std::exchange(alive, 0), 5) << "messages are taken meanwhile";
+    EXPECT_EQ(Drop({{"text/uri-list", ListOf({m_from / "Notes.txt"})}}, 0, kAll, m_from / "stalled"), 0u);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+    EXPECT_EQ(Tree(m_to), Files{});
+    mount.TakeDown();
+    EXPECT_TRUE(WaitFor([&] { return DropFiles({m_from / "Notes.txt"}, 0) == kMove; })) << "its file is still there";
 }
 
 TEST_F(FolderDrop, TheRightButtonAsks)
