@@ -1,6 +1,8 @@
 // What is dragged out of a folder: the items' data, their picture, and who says when the drag ends.
 #include "tests/headless/headless.h"
+#include "tests/layer/dragged_data.h"
 #include "tests/layer/file_work_desk.h"
+#include "tests/layer/windowing_desk.h"
 
 #include "windows.h"
 
@@ -159,4 +161,60 @@ TEST_F(ItemDrag, CallsThatFailLeaveNothing)
     EXPECT_EQ(SHCreateItemFromIDList(nullptr, IID_IShellItem, &none), E_INVALIDARG);
     EXPECT_EQ(none, nullptr);
     EXPECT_EQ(LiveShellObjects().load(), objects);
+}
+
+using ShellSource = Desk;
+
+TEST_F(ShellSource, EscapeOrAnotherButtonEndsItAndTheReleaseOfItsButtonDrops)
+{
+    using headless::PressButton, headless::ReleaseButton;
+    using enum screen::Button;
+    const Com<IDataObject> data(new DraggedData(DraggedData::Forms{}));
+    ShownPopup(0, 0, 100, 100);
+    headless::MoveMouse(10, 10);
+    const auto drag = [&](std::vector<screen::Button> pressed, const std::function<void()>& then)
+    {
+        for (const screen::Button button : pressed)
+            PressButton(button);
+        Pump();
+        int waits = 0;
+        headless::SetIdleHandler(
+            [&]
+            {
+                if (++waits == 1)
+                    then();
+                else if (waits == 50) // nothing has come of it
+                    PostQuitMessage(0);
+                return true;
+            });
+        DWORD effect = 99;
+        const HRESULT result = SHDoDragDrop(nullptr, data.get(), nullptr, DROPEFFECT_COPY, &effect);
+        EXPECT_EQ(effect, DWORD{DROPEFFECT_NONE}) << "nobody takes it";
+        EXPECT_LT(waits, 50);
+        headless::SetIdleHandler(nullptr);
+        for (const screen::Button button : {Left, Right, Middle})
+            ReleaseButton(button);
+        headless::ReleaseKey(VK_ESCAPE);
+        Pump();
+        return result;
+    };
+    for (const screen::Button button : {Left, Right, Middle})
+    {
+        const screen::Button other = button == Left ? Right : Left;
+        EXPECT_EQ(drag(
+                      {button}, [&] { ReleaseButton(button); }),
+                  DRAGDROP_S_DROP);
+        EXPECT_EQ(drag(
+                      {button}, [] { headless::PressKey(VK_ESCAPE); }),
+                  DRAGDROP_S_CANCEL);
+        EXPECT_EQ(drag({button}, [&] { PressButton(other); }), DRAGDROP_S_CANCEL);
+        const auto atOnce = [&]
+        {
+            headless::PressKey(VK_ESCAPE);
+            ReleaseButton(button);
+        };
+        EXPECT_EQ(drag({button}, atOnce), DRAGDROP_S_CANCEL) << "Escape comes first";
+        EXPECT_EQ(drag({button, other}, [] {}), DRAGDROP_S_CANCEL) << "both are down already";
+        EXPECT_EQ(drag({}, [] {}), DRAGDROP_S_DROP) << "it is up already";
+    }
 }
