@@ -31,29 +31,12 @@
 //   dies, destroys   at the first position
 //   proxy, bad-proxy another window speaks for it; says so without being one
 //   plain            takes no part
+#include "xcb_program.h"
+
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <map>
-#include <memory>
-#include <string>
-#include <vector>
-#include <xcb/xcb.h>
 
 namespace
 {
-
-struct FreeDeleter
-{
-    void operator()(void* memory) const { std::free(memory); }
-};
-
-template <typename T>
-std::unique_ptr<T, FreeDeleter> Own(T* memory)
-{
-    return std::unique_ptr<T, FreeDeleter>(memory);
-}
 
 struct Message
 {
@@ -61,40 +44,16 @@ struct Message
     std::uint32_t data[5];
 };
 
-struct Partner
+struct Partner : XcbProgram
 {
-    std::string kind;
-    xcb_connection_t* xcb = nullptr;
-    xcb_window_t root = 0;
-    xcb_window_t window = 0;
     xcb_window_t other = 0;
-    std::map<std::string, xcb_atom_t> atoms;
 
-    xcb_atom_t operator[](const std::string& name)
-    {
-        auto& atom = atoms[name];
-        const auto size = static_cast<std::uint16_t>(name.size());
-        if (atom == 0)
-            atom = Own(xcb_intern_atom_reply(xcb, xcb_intern_atom(xcb, 0, size, name.c_str()), nullptr))->atom;
-        return atom;
-    }
     std::string NameOf(xcb_atom_t atom)
     {
         const auto reply = Own(xcb_get_atom_name_reply(xcb, xcb_get_atom_name(xcb, atom), nullptr));
         return reply != nullptr ? std::string(xcb_get_atom_name_name(reply.get()),
                                               static_cast<std::size_t>(xcb_get_atom_name_name_length(reply.get())))
                                 : "none";
-    }
-    void Say(const std::string& what)
-    {
-        xcb_flush(xcb);
-        std::puts(what.c_str());
-        std::fflush(stdout);
-    }
-    void Words(xcb_window_t of, const char* property, const char* type, const std::vector<std::uint32_t>& words)
-    {
-        xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, of, (*this)[property], (*this)[type], 32,
-                            static_cast<std::uint32_t>(words.size()), words.data());
     }
     void Send(const Message& message, xcb_window_t to = 0)
     {
@@ -109,15 +68,7 @@ struct Partner
     }
 };
 
-xcb_window_t MakeWindow(Partner& partner, short x, short y)
-{
-    const xcb_window_t window = xcb_generate_id(partner.xcb);
-    const std::uint32_t values[] = {0x0000FF00, XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE};
-    xcb_create_window(partner.xcb, XCB_COPY_FROM_PARENT, window, partner.root, x, y, 200, 150, 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK,
-                      values);
-    return window;
-}
+constexpr std::uint32_t kEvents = XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
 
 // --- source
 
@@ -135,19 +86,9 @@ void Answer(Partner& partner, const xcb_selection_request_event_t& request)
 {
     if (partner.kind == "silent")
         return;
-    const std::string content = Content(partner.kind);
     // The maximum request of every server is larger than a quarter megabyte; BIG-REQUESTS makes it 16.
-    xcb_change_property(partner.xcb, XCB_PROP_MODE_REPLACE, request.requestor, request.property, request.target, 8,
-                        static_cast<std::uint32_t>(content.size()), content.data());
-    xcb_selection_notify_event_t notify{};
-    notify.response_type = XCB_SELECTION_NOTIFY;
-    notify.time = request.time;
-    notify.requestor = request.requestor;
-    notify.selection = request.selection;
-    notify.target = request.target;
-    notify.property = request.property;
-    xcb_send_event(partner.xcb, 0, request.requestor, 0, reinterpret_cast<const char*>(&notify));
-    xcb_flush(partner.xcb);
+    partner.Put(request.requestor, request.property, request.target, Content(partner.kind));
+    partner.Answer(request);
 }
 
 /// Serves the content until a message of that type comes.
@@ -181,7 +122,7 @@ void Enter(Partner& partner)
         std::vector<std::uint32_t> types{partner["text/uri-list"]};
         for (int i = 0; i < 39; ++i)
             types.push_back(partner["text/number-" + std::to_string(i)]);
-        partner.Words(partner.window, "XdndTypeList", "ATOM", types);
+        partner.PutWords(partner.window, partner["XdndTypeList"], XCB_ATOM_ATOM, types);
         enter.data[1] |= 1;
     }
     partner.Send(enter);
@@ -189,12 +130,12 @@ void Enter(Partner& partner)
 
 void RunSource(Partner& partner, std::uint32_t x, std::uint32_t y)
 {
-    partner.window = MakeWindow(partner, -300, -300);
+    partner.window = partner.MakeWindow(-300, -300, kEvents);
     xcb_set_selection_owner(partner.xcb, partner.window, partner["XdndSelection"], XCB_CURRENT_TIME);
     const bool ask = partner.kind == "ask";
     if (ask)
-        partner.Words(partner.window, "XdndActionList", "ATOM",
-                      {partner["XdndActionAsk"], partner["XdndActionMove"], partner["XdndActionLink"]});
+        partner.PutWords(partner.window, partner["XdndActionList"], XCB_ATOM_ATOM,
+                         {partner["XdndActionAsk"], partner["XdndActionMove"], partner["XdndActionLink"]});
     const Message position{
         "XdndPosition",
         {partner.window, 0, x << 16 | y, XCB_CURRENT_TIME, partner[ask ? "XdndActionAsk" : "XdndActionCopy"]}};
@@ -228,14 +169,18 @@ void RunSource(Partner& partner, std::uint32_t x, std::uint32_t y)
 
 // --- target
 
+xcb_atom_t ActionOf(Partner& partner)
+{
+    return partner["XdndAction" + std::string(partner.kind == "move"   ? "Move"
+                                              : partner.kind == "link" ? "Link"
+                                                                       : "Copy")];
+}
+
 void SendStatus(Partner& partner, const xcb_client_message_event_t& position)
 {
     partner.other = position.data.data32[0];
-    const std::string action = partner.kind == "move"   ? "XdndActionMove"
-                               : partner.kind == "link" ? "XdndActionLink"
-                                                        : "XdndActionCopy";
     const bool refuses = partner.kind == "refuses";
-    Message status{"XdndStatus", {partner.window, refuses ? 2U : 3U, 0, 0, refuses ? 0U : partner[action]}};
+    Message status{"XdndStatus", {partner.window, refuses ? 2U : 3U, 0, 0, refuses ? 0U : ActionOf(partner)}};
     if (partner.kind == "once")
     {
         const auto reply = Own(xcb_translate_coordinates_reply(
@@ -249,21 +194,15 @@ void SendStatus(Partner& partner, const xcb_client_message_event_t& position)
 
 void OnDropped(Partner& partner)
 {
-    const auto property = Own(xcb_get_property_reply(
-        partner.xcb, xcb_get_property(partner.xcb, 1, partner.window, partner["GIVEN"], 0, 0, 1 << 20), nullptr));
+    const auto property = partner.Read(partner.window, partner["GIVEN"], true);
     partner.Say("given " + std::to_string(xcb_get_property_value_length(property.get())));
-    const std::string action = partner.kind == "move"   ? "XdndActionMove"
-                               : partner.kind == "link" ? "XdndActionLink"
-                                                        : "XdndActionCopy";
     if (partner.kind != "no-finish")
-        partner.Send({"XdndFinished", {partner.window, 1, partner[action], 0, 0}});
+        partner.Send({"XdndFinished", {partner.window, 1, ActionOf(partner), 0, 0}});
 }
 
 int ListedActions(Partner& partner, xcb_window_t source)
 {
-    const auto list = Own(xcb_get_property_reply(
-        partner.xcb, xcb_get_property(partner.xcb, 0, source, partner["XdndActionList"], XCB_ATOM_ATOM, 0, 9),
-        nullptr));
+    const auto list = partner.Read(source, partner["XdndActionList"]);
     return list != nullptr ? xcb_get_property_value_length(list.get()) / 4 : 0;
 }
 
@@ -307,18 +246,15 @@ void OnTargetMessage(Partner& partner, const xcb_client_message_event_t& message
 
 void RunTarget(Partner& partner, short x, short y)
 {
-    partner.window = MakeWindow(partner, x, y);
-    const std::uint32_t hints[18] = {1}; // the user has placed it
-    xcb_change_property(partner.xcb, XCB_PROP_MODE_REPLACE, partner.window, XCB_ATOM_WM_NORMAL_HINTS,
-                        XCB_ATOM_WM_SIZE_HINTS, 32, 18, hints);
+    partner.window = partner.MakeWindow(x, y, kEvents);
     const bool proxied = partner.kind == "proxy" || partner.kind == "bad-proxy";
-    const xcb_window_t speaker = proxied ? MakeWindow(partner, -300, -300) : partner.window;
+    const xcb_window_t speaker = proxied ? partner.MakeWindow(-300, -300, kEvents) : partner.window;
     if (partner.kind != "plain")
-        partner.Words(speaker, "XdndAware", "ATOM", {partner.kind == "old" ? 3U : 5U});
+        partner.PutWords(speaker, partner["XdndAware"], XCB_ATOM_ATOM, {partner.kind == "old" ? 3U : 5U});
     if (proxied)
-        partner.Words(partner.window, "XdndProxy", "WINDOW", {speaker});
+        partner.PutWords(partner.window, partner["XdndProxy"], XCB_ATOM_WINDOW, {speaker});
     if (partner.kind == "proxy")
-        partner.Words(speaker, "XdndProxy", "WINDOW", {speaker});
+        partner.PutWords(speaker, partner["XdndProxy"], XCB_ATOM_WINDOW, {speaker});
     xcb_map_window(partner.xcb, partner.window);
     xcb_flush(partner.xcb);
     while (const auto event = Own(xcb_wait_for_event(partner.xcb)))
@@ -337,14 +273,10 @@ void RunTarget(Partner& partner, short x, short y)
 
 int main(int argc, char** argv)
 {
-    const std::unique_ptr<xcb_connection_t, void (*)(xcb_connection_t*)> connection(xcb_connect(nullptr, nullptr),
-                                                                                    &xcb_disconnect);
-    const std::string role = argc > 1 ? argv[1] : "";
-    if (xcb_connection_has_error(connection.get()) != 0 || argc < (role == "source" ? 6 : 5))
-        return 2;
     Partner partner;
-    partner.xcb = connection.get();
-    partner.root = xcb_setup_roots_iterator(xcb_get_setup(partner.xcb)).data->root;
+    const std::string role = argc > 1 ? argv[1] : "";
+    if (!partner.IsOpen() || argc < (role == "source" ? 6 : 5))
+        return 2;
     partner.kind = argv[argc - 1];
     if (role == "source")
     {

@@ -6,14 +6,6 @@
 # Exit status 77: a program that the test needs is not installed.
 . "$(dirname "$0")/screen_x11_lib.sh"
 
-close_all() {
-    for name in ours partner good; do
-        [ -n "${!name:-}" ] && kill "${!name}" 2>/dev/null && wait "${!name}" 2>/dev/null
-        unset "$name"
-        rm -f "$work/$name.log"
-    done
-    xdotool mousemove 1270 790
-}
 begin() {
     close_all
     case=$1

@@ -72,11 +72,23 @@ XML
     until_true "$bin/screen_x11_tool" manager || { echo "$manager did not start"; exit 1; }
 }
 # start NAME PROGRAM ARGUMENTS...: runs it with its output in NAME.log and its process in $NAME
+started=()
 start() {
     local name=$1
     shift
+    started+=("$name")
     : >"$work/$name.log"
     "$@" >"$work/$name.log" 2>&1 &
     printf -v "$name" %s $!
     pids+=($!)
+}
+# Ends what has been started.
+close_all() {
+    for name in "${started[@]}"; do
+        [ -n "${!name:-}" ] && kill "${!name}" 2>/dev/null && wait "${!name}" 2>/dev/null
+        unset "$name"
+        rm -f "$work/$name.log"
+    done
+    started=()
+    xdotool mousemove 1270 790
 }

@@ -17,43 +17,23 @@ open_menu() {
     expect says "$1.log" "active 1"
     expect pixel_is $(($2 + 50)) $(($3 + 50)) 0xff0000
 }
-close_all() {
-    for name in other menu second tip newcomer; do
-        [ -n "${!name:-}" ] && kill "${!name}" 2>/dev/null && wait "${!name}" 2>/dev/null
-        unset "$name"
-        rm -f "$work/$name.log"
-    done
-    xdotool mousemove 1270 790
-}
 begin() {
     close_all
     case=$1
 }
-# The menu is open and has the keyboard: it hears a key.
-menu_has_keyboard() {
+more_than() { [ "$(count "$1" "$2")" -gt "$3" ]; }
+hears_a_key() { # NAME WHAT-IT-SAYS
     local before
-    before=$(count "$1.log" "key 66")
+    before=$(count "$1.log" "$2")
     xdotool key b
-    local deadline=$((SECONDS + 5))
-    until [ "$(count "$1.log" "key 66")" -gt "$before" ]; do
-        [ $SECONDS -lt $deadline ] || { fail "$1 does not have the keyboard"; return; }
-        sleep 0.01
-    done
+    until_true more_than "$1.log" "$2" "$before" || fail "$1 does not have the keyboard"
 }
+menu_has_keyboard() { hears_a_key "$1" "key 66"; }
+other_has_keyboard() { hears_a_key other key; }
 # Uses the menu for longer than it defends itself against a window manager that is still settling (focus_policy.cpp).
 past_settling() {
     local start=${EPOCHREALTIME/./}
     while [ $((${EPOCHREALTIME/./} - start)) -lt 400000 ]; do menu_has_keyboard "$1"; done
-}
-other_has_keyboard() {
-    local before
-    before=$(count other.log key)
-    xdotool key b
-    local deadline=$((SECONDS + 5))
-    until [ "$(count other.log key)" -gt "$before" ]; do
-        [ $SECONDS -lt $deadline ] || { fail "the other program did not get the keyboard back"; return; }
-        sleep 0.01
-    done
 }
 
 start_server
