@@ -1,6 +1,8 @@
 // SHDoDragDrop, and the shell's own drop source.
 #include "platform/base/fault_points.h"
 #include "platform/ole/com_object.h"
+#include "platform/shell/drop_rules.h"
+#include "platform/shell/dropped_content.h"
 #include "platform/windowing/input_state.h"
 
 #include "shlobj.h"
@@ -46,6 +48,7 @@ HRESULT SHDoDragDrop(HWND, IDataObject* data, IDropSource* source, DWORD allowed
         return E_INVALIDARG;
     if (platform::FaultPoint("SHDoDragDrop"))
         return E_OUTOFMEMORY;
+    allowed = platform::WithoutUnwantedMove(allowed, platform::PreferredEffect(*data)); // others do what is offered
     if (source != nullptr)
         return DoDragDrop(data, source, allowed, effect);
     IDropSource* own = new platform::ShellDropSource;

@@ -28,14 +28,19 @@ DWORD EffectOfKeys(DWORD keyState)
 
 } // namespace
 
+DWORD WithoutUnwantedMove(DWORD allowed, DWORD preferred)
+{
+    const bool keepsPlace = preferred != DROPEFFECT_NONE && (preferred & DROPEFFECT_MOVE) == 0;
+    return keepsPlace ? allowed & ~DWORD{DROPEFFECT_MOVE} : allowed;
+}
+
 DWORD PossibleEffects(const DropFacts& facts, DWORD allowed)
 {
     constexpr DWORD kAll = DROPEFFECT_COPY | DROPEFFECT_MOVE | DROPEFFECT_LINK;
     if (!facts.writable || facts.intoItself)
         return DROPEFFECT_NONE;
-    const bool keepsPlace = facts.preferred != DROPEFFECT_NONE && (facts.preferred & DROPEFFECT_MOVE) == 0;
     if (facts.hasFiles)
-        return allowed & (keepsPlace ? kAll & ~DWORD{DROPEFFECT_MOVE} : kAll);
+        return WithoutUnwantedMove(allowed & kAll, facts.preferred);
     if (!facts.hasAddresses)
         return DROPEFFECT_NONE;
     return (allowed & DROPEFFECT_LINK) != 0 ? DROPEFFECT_LINK : allowed & DROPEFFECT_COPY;

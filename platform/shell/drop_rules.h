@@ -17,8 +17,11 @@ struct DropFacts
     DWORD preferred = 0;         ///< by the owner of what is dragged; DROPEFFECT_NONE when it does not say
 };
 
+/// The allowed effects less a move that the owner of what is dragged would not have.
+DWORD WithoutUnwantedMove(DWORD allowed, DWORD preferred);
+
 /// The effects that are possible at all among those allowed. An address can only be made an entry that leads to it:
-/// that is a link, or a copy for a source that allows nothing else. What its owner would not have moved is not.
+/// that is a link, or a copy for a source that allows nothing else.
 DWORD PossibleEffects(const DropFacts& facts, DWORD allowed);
 
 /// The one of the possible effects that the keys ask for: Ctrl copies, Shift moves, both link; without them, what the

@@ -1,5 +1,5 @@
 // The Start Menu where the desktop has a menu file: programs in their categories.
-#include "tests/scenarios/desk.h"
+#include "tests/scenarios/dragging.h"
 #include "tests/scenarios/failing.h"
 #include "tests/scenarios/staged_ui.h"
 
@@ -15,6 +15,7 @@
 #include <fstream>
 
 namespace fs = std::filesystem;
+using namespace std::chrono_literals;
 using namespace CustomMenu;
 using Labels = std::vector<std::string>;
 
@@ -187,6 +188,45 @@ TEST_F(StartMenu, LetsNobodyWriteIntoACategory)
         EXPECT_NE(text.find("is part of the applications menu"), text.npos) << text;
     EXPECT_EQ(m_desk.Items(), (Labels{"Chess", "Old", "Quake"}));
     EXPECT_TRUE(IsWindowEnabled(m_desk.Level().m_hWnd));
+}
+
+// File managers moved the entry, and with it the program out of the menu.
+TEST_F(StartMenu, GivesAProgramToWhoeverItIsDraggedToAndKeepsIt)
+{
+    namespace headless = platform::headless;
+    namespace screen = platform::screen;
+    m_desk.MakeFile("A");
+    Open({"Start Menu", "Play"});
+    const int play = m_desk.Levels() - 1;
+    const RECT elsewhere{1000, 0, 1100, 100};
+    headless::SetOtherTarget(
+        headless::OtherTarget{elsewhere, screen::kDragCopy | screen::kDragMove | screen::kDragLink});
+    DragItem(m_desk, "Old", {[] { ADD_FAILURE() << "a category is no file"; }}, screen::Button::Left, play);
+    m_desk.ReleaseMouse();
+    ASSERT_GT(m_desk.Levels(), play);
+    int dragged = 0;
+    for (const BYTE key : {BYTE{0}, BYTE{VK_SHIFT}})
+    {
+        m_desk.Advance(1s); // or the press would be the second of a double click
+        const auto leave = [&]
+        {
+            if (key != 0)
+                headless::PressKey(key);
+            headless::MoveMouse(1050, 50);
+        };
+        const auto look = [&] { dragged += headless::ShownDragAction() == screen::kDragCopy; };
+        DragItem(m_desk, "Quake", {leave, look, [] { headless::ReleaseButton(); }}, screen::Button::Left, play);
+        m_desk.LetGo(VK_SHIFT);
+    }
+    EXPECT_EQ(dragged, 2);
+    EXPECT_EQ(headless::DroppedOnOther("text/uri-list"), "file://" + (m_own / "quake.desktop").native() + "\r\n");
+    m_desk.Advance(1s);
+    const POINT below = LowerHalf(m_desk, "A", 0);
+    DragItem(m_desk, "Quake", {[&] { headless::MoveMouse(below.x, below.y); }, [] { headless::ReleaseButton(); }},
+             screen::Button::Left, play);
+    EXPECT_TRUE(m_desk.WaitFor([&] { return m_desk.Items(0) == Labels{"A", "Quake", "Start Menu"}; }));
+    EXPECT_TRUE(fs::is_symlink(m_desk.Folder() / "quake.desktop"));
+    EXPECT_TRUE(fs::exists(m_own / "quake.desktop"));
 }
 
 } // namespace
