@@ -5,7 +5,6 @@
 
 #include "app/launcher_state.h"
 #include "app/options.h"
-#include "content/item_key.h"
 
 #include <gtest/gtest.h>
 
@@ -13,26 +12,10 @@
 #include <cstdlib>
 #include <fstream>
 
-using Labels = std::vector<std::string>;
 namespace fs = std::filesystem;
 
 namespace
 {
-
-const WString kRoot = TEXT("Software\\Quillfen\\OrbLauncher\\Layout");
-
-std::vector<std::uint8_t> Order(const Labels& names)
-{
-    std::vector<std::uint8_t> bytes;
-    for (const std::string& name : names)
-    {
-        MenuItems item(1);
-        item[0].key = ItemKey(Widen(name));
-        const auto key = EncodeOrder(item);
-        bytes.insert(bytes.end(), key.begin(), key.end());
-    }
-    return bytes;
-}
 
 /// A person with a Desktop and a Start Menu, which the system adds to.
 class LinkedFolders : public testing::Test
@@ -81,7 +64,7 @@ TEST_F(LinkedFolders, AreShownAsTheOptionsSay)
     };
     for (const auto& [options, items] : cases)
     {
-        m_desk.StoreOrder(kRoot, {});
+        m_desk.StoreOrder(kRootLayout, {});
         m_desk.StoreOptions(options);
         m_desk.Launch();
         EXPECT_EQ(m_desk.Items(), items);
@@ -105,7 +88,7 @@ TEST_F(LinkedFolders, TheStartMenuIsTwoFoldersInOneDownToTheirSubFolders)
     m_desk.Click("Games", 1);
     EXPECT_EQ(m_desk.Items(2), (Labels{"common", "own"}));
     EXPECT_FALSE(m_desk.Level(2).m_protectFolders) << "only the Start Menu's own level protects";
-    EXPECT_EQ(m_desk.StoredBytes(kRoot + TEXT("\\Start Menu\\Games")), Order({"common", "own"}));
+    EXPECT_EQ(m_desk.StoredBytes(kRootLayout + TEXT("\\Start Menu\\Games")), Order({"common", "own"}));
     // Both folders are watched.
     m_desk.Idle();
     for (const char* folder : {"system", "data"})
@@ -140,7 +123,7 @@ TEST_F(LinkedFolders, OneThatCannotBeLocatedIsLeftOut)
     const std::pair<int, Labels> cases[] = {{0, {"Start Menu"}}, {1, {"Desktop", "Start Menu"}}};
     for (const auto& [spared, items] : cases)
     {
-        m_desk.StoreOrder(kRoot, {});
+        m_desk.StoreOrder(kRootLayout, {});
         const Failing location("SHGetFolderLocation", 1, spared);
         m_desk.Launch();
         EXPECT_EQ(m_desk.Items(), items);
@@ -203,7 +186,7 @@ TEST_F(UntoldItems, AFolderThatCannotBeEnumeratedIsEmpty)
 TEST_F(UntoldItems, AnEnumerationThatEndsEarlyShowsWhatCameBefore)
 {
     EXPECT_EQ(ItemsWithout("IEnumIDList::Next", 1, 1).size(), 1u);
-    EXPECT_EQ(m_desk.StoredBytes(kRoot).size(), 4u) << "and every load is stored";
+    EXPECT_EQ(m_desk.StoredBytes(kRootLayout).size(), 4u) << "and every load is stored";
 }
 
 TEST(Orders, OfSubLevelsAreKeptUnderTheNamesThatLeadThere)
@@ -211,13 +194,13 @@ TEST(Orders, OfSubLevelsAreKeptUnderTheNamesThatLeadThere)
     Desk desk;
     desk.MakeFile("Games/Arcade/pong");
     desk.MakeFile("Games/chess");
-    desk.StoreOrder(kRoot + TEXT("\\Games"), Order({"chess", "Arcade"}));
+    desk.StoreOrder(kRootLayout + TEXT("\\Games"), Order({"chess", "Arcade"}));
     desk.Launch("100,700,0");
     desk.Click("Games");
     EXPECT_EQ(desk.Items(1), (Labels{"chess", "Arcade"}));
     desk.Click("Arcade", 1);
-    EXPECT_EQ(desk.StoredBytes(kRoot + TEXT("\\Games\\Arcade")), Order({"pong"}));
-    EXPECT_EQ(desk.StoredBytes(kRoot), Order({"Games"}));
+    EXPECT_EQ(desk.StoredBytes(kRootLayout + TEXT("\\Games\\Arcade")), Order({"pong"}));
+    EXPECT_EQ(desk.StoredBytes(kRootLayout), Order({"Games"}));
 }
 
 TEST(Orders, WithoutARootNothingIsReadOrKept)
@@ -225,18 +208,17 @@ TEST(Orders, WithoutARootNothingIsReadOrKept)
     Desk desk;
     desk.MakeFile("Games/chess");
     desk.MakeFile("a");
-    desk.StoreOrder(kRoot, Order({"a", "Games"}));
+    desk.StoreOrder(kRootLayout, Order({"a", "Games"}));
     desk.StoreOptions(0x4);
     desk.Launch("100,700,0");
     ASSERT_EQ(desk.Items(), (Labels{"a", "Games"}));
     desk.Level().m_layoutKey.clear();
     g_launcher.m_layoutRoot.clear();
-    desk.SendNotice();
-    desk.Settle();
+    desk.Refresh();
     EXPECT_EQ(desk.Items(), (Labels{"Games", "a"})) << "in the names' order";
     desk.Click("Games");
     EXPECT_EQ(desk.Level(1).m_layoutKey, WString());
-    EXPECT_EQ(desk.StoredBytes(kRoot), Order({"a", "Games"}));
+    EXPECT_EQ(desk.StoredBytes(kRootLayout), Order({"a", "Games"}));
     g_launcher.m_options = 0x8;
     SaveOptions();
     LoadOptions();
@@ -251,7 +233,7 @@ TEST(Orders, OutliveAFolderThatCannotBeRead)
     Desk desk;
     for (const char* name : {"a", "b", "Games/chess"})
         desk.MakeFile(name);
-    desk.StoreOrder(kRoot, Order({"b", "Games", "a"}));
+    desk.StoreOrder(kRootLayout, Order({"b", "Games", "a"}));
     desk.Launch();
     desk.Idle();
     fs::permissions(desk.Folder(), fs::perms::none);
@@ -264,10 +246,9 @@ TEST(Orders, OutliveAFolderThatCannotBeRead)
         EXPECT_EQ(desk.Levels(), 2) << "what is inside is harmless";
         desk.Press(VK_ESCAPE);
     }
-    EXPECT_EQ(desk.StoredBytes(kRoot), Order({"b", "Games", "a"}));
+    EXPECT_EQ(desk.StoredBytes(kRootLayout), Order({"b", "Games", "a"}));
     fs::permissions(desk.Folder(), fs::perms::owner_all);
-    desk.SendNotice();
-    desk.Settle();
+    desk.Refresh();
     EXPECT_EQ(desk.Items(), (Labels{"b", "Games", "a"}));
 }
 
@@ -276,21 +257,19 @@ TEST(Orders, AnItemThatComesBackIsANewcomerLikeAnyOther)
     Desk desk;
     for (const char* name : {"a", "b", "c"})
         desk.MakeFile(name);
-    desk.StoreOrder(kRoot, Order({"b", "c", "a"}));
+    desk.StoreOrder(kRootLayout, Order({"b", "c", "a"}));
     desk.Launch();
     desk.Press(VK_DOWN);
     fs::remove(desk.Folder() / "a");
     // The order without it cannot be stored, so that its old place, the last, still is.
     {
         const Failing saving("RegSetValueExW");
-        desk.SendNotice();
-        desk.Settle();
+        desk.Refresh();
     }
     ASSERT_EQ(desk.Items(), (Labels{"b", "c"}));
     ASSERT_EQ(desk.Hot(), "b");
     desk.MakeFile("a");
-    desk.SendNotice();
-    desk.Settle();
+    desk.Refresh();
     EXPECT_EQ(desk.Items(), (Labels{"a", "b", "c"})) << "before the highlighted item";
 }
 
@@ -306,9 +285,8 @@ TEST(Orders, WhatAnOperationCreatesTakesThePlaceThatItChose)
     desk.MakeFile("new");
     desk.MakeFile("newer");
     desk.Level().InsertNewItemAt(before, {TEXT("a"), TEXT("b"), TEXT("newer"), TEXT("new")}, 1);
-    EXPECT_EQ(desk.StoredBytes(kRoot), Order({"a", "new", "b"}));
-    desk.SendNotice();
-    desk.Settle();
+    EXPECT_EQ(desk.StoredBytes(kRootLayout), Order({"a", "new", "b"}));
+    desk.Refresh();
     EXPECT_EQ(desk.Items(), (Labels{"a", "new", "b", "newer"})) << "the others come last";
 }
 
@@ -360,8 +338,7 @@ TEST(Icons, OneThatIsNotToBeHadIsAskedForAgain)
         }
         EXPECT_EQ(desk.Level().m_items[0].image, 0);
         EXPECT_TRUE(g_launcher.IconCacheLarge.empty());
-        desk.SendNotice();
-        desk.Settle();
+        desk.Refresh();
         EXPECT_EQ(g_launcher.IconCacheLarge.size(), 1u);
         EXPECT_EQ(ImageList_GetImageCount(g_launcher.m_largeImages.Get()), 1);
     }

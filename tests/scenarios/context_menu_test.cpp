@@ -8,7 +8,6 @@
 #include "app/launcher_state.h"
 #include "commands/command_table.h"
 #include "commands/menu_pictures.h"
-#include "content/item_key.h"
 #include "content/ordering.h"
 
 #include <gtest/gtest.h>
@@ -17,12 +16,9 @@ using namespace std::chrono_literals;
 using namespace CustomMenu;
 using platform::screen::Button;
 using Identifiers = std::vector<int>;
-using Labels = std::vector<std::string>;
 
 namespace
 {
-
-constexpr LPCWSTR kLayout = TEXT("Software\\Quillfen\\OrbLauncher\\Layout");
 
 class ContextMenu : public testing::Test
 {
@@ -55,11 +51,7 @@ protected:
         m_desk.Settle();
     }
     /// As when another program has done something and the notice has come.
-    void Refresh()
-    {
-        m_desk.SendNotice(0);
-        m_desk.Settle();
-    }
+    void Refresh() { m_desk.Refresh(0); }
     MenuItem& Item(const std::string& item) { return Root().m_items[m_desk.IndexOf(item, 0)]; }
 
     Desk m_desk;
@@ -205,7 +197,7 @@ TEST_F(ContextMenu, OfAnEmptyLevelOffersOnlyWhatMakesSomething)
 
 TEST_F(ContextMenu, IsNotShownWhereTheShellHasNone)
 {
-    m_desk.StoreOrder(kLayout, EncodeOrder({}));
+    m_desk.StoreOrder(kRootLayout, EncodeOrder({}));
     Open();
     Root().InsertSeparator(Where::Above, 2);
     m_desk.Settle();
@@ -384,7 +376,7 @@ TEST_F(ContextMenu, NothingIsDoneBesideAnItemThatIsGone)
     Open();
     Root().InsertSeparator(Where::Below, m_desk.IndexOf("notes"));
     m_desk.Settle();
-    const std::vector<std::uint8_t> stored = m_desk.StoredBytes(kLayout);
+    const std::vector<std::uint8_t> stored = m_desk.StoredBytes(kRootLayout);
     StagedFiles files;
     StagedDialog dialog;
     m_shell.others = {"rename"};
@@ -401,7 +393,7 @@ TEST_F(ContextMenu, NothingIsDoneBesideAnItemThatIsGone)
         EXPECT_EQ(dialog.shown, 0);
         EXPECT_TRUE(m_shell.invocations.empty()) << chosen;
         std::filesystem::rename(m_desk.Folder() / "Office/notes", m_desk.Folder() / "notes");
-        m_desk.StoreOrder(kLayout, stored);
+        m_desk.StoreOrder(kRootLayout, stored);
         Refresh();
         ASSERT_EQ(m_desk.Items(), (Labels{"Games", "Office", "notes", "|", "readme"}));
     }

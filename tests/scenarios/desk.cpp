@@ -3,7 +3,9 @@
 
 #include "app/launcher_state.h"
 #include "app/startup.h"
+#include "content/item_key.h"
 #include "content/layout_store.h"
+#include "content/ordering.h"
 #include "geometry/dpi_scale.h"
 #include "platform/base/clock.h"
 #include "platform/base/deferred.h"
@@ -100,6 +102,14 @@ std::string Narrow(const WString& text)
 WString Widen(const std::string& text)
 {
     return platform::Utf16FromUtf8(text);
+}
+
+std::vector<std::uint8_t> Order(const Labels& names)
+{
+    MenuItems items(names.size());
+    for (std::size_t i = 0; i < names.size(); ++i)
+        items[i].key = names[i] == "|" ? SeparatorKey : ItemKey(Widen(names[i]));
+    return EncodeOrder(items);
 }
 
 Desk::Desk(const std::string& monitors, int dpi)
@@ -330,6 +340,12 @@ void Desk::SendNotice(int level)
     PostMessageW(Level(level).m_toolbar, WM_APP_SHELLNOTIFY, 0, 0);
 }
 
+void Desk::Refresh(int level)
+{
+    SendNotice(level);
+    Settle();
+}
+
 bool Desk::IsOpen() const
 {
     return m_root != nullptr && IsWindow(m_root);
@@ -340,7 +356,7 @@ int Desk::Levels() const
     return static_cast<int>(g_launcher.m_levels.size());
 }
 
-const std::vector<std::string>& Desk::BoxTexts() const
+const Labels& Desk::BoxTexts() const
 {
     return AskedBoxes();
 }
@@ -357,7 +373,7 @@ CustomBar& Desk::Level(int level) const
     return *g_launcher.m_levels.at(static_cast<std::size_t>(index));
 }
 
-std::vector<std::string> Desk::Items(int level) const
+Labels Desk::Items(int level) const
 {
     std::vector<std::string> labels;
     for (const MenuItem& item : Level(level).m_items)

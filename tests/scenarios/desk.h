@@ -15,6 +15,13 @@
 #include <string>
 #include <vector>
 
+using Labels = std::vector<std::string>;
+
+/// Where the root level's order is stored, and below it the other levels'.
+inline const WString kRootLayout = TEXT("Software\\Quillfen\\OrbLauncher\\Layout");
+/// The bytes of an order; "|" is a separator.
+std::vector<std::uint8_t> Order(const Labels& names);
+
 class Desk
 {
 public:
@@ -61,19 +68,21 @@ public:
     void ExpectBoxes() { m_boxesExpected = true; }
     /// What the shell sends a level when a folder that it shows has changed. Posted only.
     void SendNotice(int level = -1);
+    /// The same, and lets the level take it.
+    void Refresh(int level = -1);
     /// Closes what is open and ends the program, which may show a last box. The destructor does so otherwise.
     void End();
 
     // --- what the person sees; levels count from the root, −1 is the deepest
     bool IsOpen() const;
     int Levels() const;
-    std::vector<std::string> Items(int level = -1) const; ///< labels, "|" for a separator
-    std::string Hot(int level = -1) const;                ///< label of the highlighted item, empty for none
+    Labels Items(int level = -1) const;    ///< labels, "|" for a separator
+    std::string Hot(int level = -1) const; ///< label of the highlighted item, empty for none
     RECT Bounds(int level = -1) const;
     RECT ItemBounds(const std::string& item, int level = -1) const;
     int Boxes() const { return m_boxes; }
     /// Texts of the boxes asked for since the desk was made, shown or not.
-    const std::vector<std::string>& BoxTexts() const;
+    const Labels& BoxTexts() const;
     /// 0x00RRGGBB of a point of the screen as presented.
     std::uint32_t PixelAt(POINT point);
     CustomMenu::CustomBar& Level(int level = -1) const;

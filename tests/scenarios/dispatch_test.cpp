@@ -10,7 +10,6 @@
 #include <algorithm>
 
 using CustomMenu::CustomBar;
-using Labels = std::vector<std::string>;
 
 namespace
 {
@@ -109,8 +108,7 @@ TEST_F(Dispatch, ADefaultCommandOfAnotherKindIsNotRunAsIfItOpened)
 TEST_F(Dispatch, AnEmptyLevelsEntryCannotBeStarted)
 {
     m_desk.MakeFolder("Empty");
-    m_desk.SendNotice(0);
-    m_desk.Settle();
+    m_desk.Refresh(0);
     m_desk.Click("Empty");
     const StagedMenu menu("open");
     m_desk.Level(1).OnItemCommand(ItemCommandMode::Launch, 0);

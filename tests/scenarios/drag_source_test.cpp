@@ -6,19 +6,15 @@
 #include "tests/scenarios/staged_ui.h"
 
 #include "app/launcher_state.h"
-#include "content/item_key.h"
 
 #include <gtest/gtest.h>
 
 using namespace std::chrono_literals;
 using namespace CustomMenu;
-using Labels = std::vector<std::string>;
 using platform::screen::Button;
 
 namespace
 {
-
-constexpr LPCWSTR kLayout = TEXT("Software\\Quillfen\\OrbLauncher\\Layout");
 
 class DragOut : public testing::Test
 {
@@ -30,13 +26,7 @@ protected:
         m_desk.MakeFile("A");
         m_desk.MakeFile("B");
         m_desk.MakeFile("Games/chess");
-        // A, a separator, B, Games
-        MenuItems items(4);
-        items[0].key = ItemKey(TEXT("A"));
-        items[1].key = SeparatorKey;
-        items[2].key = ItemKey(TEXT("B"));
-        items[3].key = ItemKey(TEXT("Games"));
-        m_desk.StoreOrder(kLayout, EncodeOrder(items));
+        m_desk.StoreOrder(kRootLayout, Order({"A", "|", "B", "Games"}));
         m_desk.Launch("100,700,0");
         m_shell.data = &m_data;
     }
@@ -128,8 +118,7 @@ TEST_F(DragOut, NothingIsDraggedThatTheShellDoesNotKnow)
 TEST_F(DragOut, PlaceholderStaysWhereItIs)
 {
     m_desk.MakeFolder("Void");
-    m_desk.SendNotice(0);
-    m_desk.Settle();
+    m_desk.Refresh(0);
     Root().OnItemCommand(ItemCommandMode::OpenSubmenu, m_desk.IndexOf("Void", 0));
     const POINT point = CentreOf(m_desk.ItemBounds("(Empty)", 1));
     PressAt(point);
@@ -221,8 +210,7 @@ TEST_F(DragOut, ItemThatHasMovedWhileTheShellWasAskedIsTheOneDragged)
     m_shell.onBind = [&]
     {
         std::filesystem::remove(m_desk.Folder() / "A");
-        m_desk.SendNotice(0);
-        m_desk.Settle();
+        m_desk.Refresh(0);
     };
     m_drag.onDrag = [&] { EXPECT_EQ(m_desk.Items(0).at(static_cast<std::size_t>(Root().m_dragIndex)), "B"); };
     PressAndMove("B", 20, 0);

@@ -4,8 +4,6 @@
 #include "tests/scenarios/staged_drop.h"
 
 #include "app/launcher_state.h"
-#include "content/item_key.h"
-#include "content/ordering.h"
 #include "dragdrop/drag_rules.h"
 
 #include <gtest/gtest.h>
@@ -14,13 +12,11 @@
 
 using namespace std::chrono_literals;
 using namespace CustomMenu;
-using Labels = std::vector<std::string>;
 using Calls = std::vector<StagedCall>;
 
 namespace
 {
 
-constexpr LPCWSTR kLayout = TEXT("Software\\Quillfen\\OrbLauncher\\Layout");
 constexpr DWORD kCopy = DROPEFFECT_COPY;
 constexpr DWORD kMove = DROPEFFECT_MOVE;
 constexpr DWORD kLink = DROPEFFECT_LINK;
@@ -91,13 +87,6 @@ protected:
             return {};
         const std::string item = m_desk.Items(level).at(static_cast<std::size_t>(mark.iButton));
         return mark.dwFlags == TBIMHT_AFTER ? item + ">" : "<" + item;
-    }
-    std::vector<std::uint8_t> Order(const Labels& names)
-    {
-        MenuItems items(names.size());
-        for (std::size_t i = 0; i < names.size(); ++i)
-            items[i].key = ItemKey(Widen(names[i]));
-        return EncodeOrder(items);
     }
     void OpenGames()
     {
@@ -319,15 +308,14 @@ TEST_F(DroppingFromOutside, FolderTakesItWithTheMenuDisabledAndItGoesWhereTheMar
     EXPECT_EQ(m_folder.owner, Root().m_hWnd);
     EXPECT_EQ(m_folder.target.calls, (Calls{{"DragEnter", 0, kCopy}, {"DragOver", 0, kCopy}, {"Drop", 0, kCopy}}));
     EXPECT_EQ(m_data.asyncModes, std::vector<BOOL>{FALSE});
-    EXPECT_EQ(m_desk.StoredBytes(kLayout), Order({"A", "B", "New", "C", "D", "E", "Games", "Music"}));
+    EXPECT_EQ(m_desk.StoredBytes(kRootLayout), Order({"A", "B", "New", "C", "D", "E", "Games", "Music"}));
     EXPECT_EQ(Root().m_refreshIndex, 2);
     EXPECT_FALSE(Root().m_refreshPending) << "the folder's notice brings the refresh";
     EXPECT_EQ(m_desk.Levels(), 1) << "deeper levels are closed";
     EXPECT_TRUE(IsWindowEnabled(Root().m_hWnd));
     EXPECT_EQ(GetActiveWindow(), Root().m_hWnd);
     EXPECT_EQ(g_launcher.g_operationBar, nullptr);
-    m_desk.SendNotice(0);
-    m_desk.Settle();
+    m_desk.Refresh(0);
     EXPECT_EQ(m_desk.Items(), (Labels{"A", "B", "New", "C", "D", "E", "Games", "Music"}));
 }
 
@@ -344,7 +332,7 @@ TEST_F(DroppingFromOutside, RightButtonOffersEverythingAndHasTheFolderAsk)
     DragAndDrop(On("A", Lower), MK_RBUTTON | MK_SHIFT);
     EXPECT_EQ(m_folder.target.calls, (Calls{{"DragEnter", 14, 7}, {"DragOver", 14, 7}, {"Drop", 14, 7}}))
         << "not narrowed by keys nor by the folder's DragOver";
-    EXPECT_EQ(m_desk.StoredBytes(kLayout), Order({"A", "New", "B", "C", "D", "E", "Games", "Music"}));
+    EXPECT_EQ(m_desk.StoredBytes(kRootLayout), Order({"A", "New", "B", "C", "D", "E", "Games", "Music"}));
 }
 
 TEST_F(DroppingFromOutside, SeveralFilesTheFirstByNameGetsThePlace)
@@ -355,15 +343,15 @@ TEST_F(DroppingFromOutside, SeveralFilesTheFirstByNameGetsThePlace)
         m_desk.MakeFile("X");
     };
     DragAndDrop(On("A", Upper));
-    EXPECT_EQ(m_desk.StoredBytes(kLayout), Order({"X", "A", "B", "C", "D", "E", "Games", "Music"}));
+    EXPECT_EQ(m_desk.StoredBytes(kRootLayout), Order({"X", "A", "B", "C", "D", "E", "Games", "Music"}));
 }
 
 TEST_F(DroppingFromOutside, NothingNewChangesNothing)
 {
     m_folder.target.onDrop = nullptr;
-    const std::vector<std::uint8_t> before = m_desk.StoredBytes(kLayout);
+    const std::vector<std::uint8_t> before = m_desk.StoredBytes(kRootLayout);
     DragAndDrop(On("A", Upper));
-    EXPECT_EQ(m_desk.StoredBytes(kLayout), before);
+    EXPECT_EQ(m_desk.StoredBytes(kRootLayout), before);
     EXPECT_EQ(m_desk.Items(), (Labels{"A", "B", "C", "D", "E", "Games", "Music"}));
 }
 
@@ -397,8 +385,7 @@ TEST_F(DroppingFromOutside, NoticeWithinTheDropStillLeavesEveryItemUsable)
     m_folder.target.onDrop = [this]
     {
         m_desk.MakeFile("New");
-        m_desk.SendNotice(0);
-        m_desk.Settle();
+        m_desk.Refresh(0);
     };
     DragAndDrop(On("B", Lower));
     m_desk.Settle();
@@ -412,8 +399,7 @@ TEST_F(DroppingFromOutside, ItemsThatGoWithinTheDropMoveThePlace)
     {
         m_desk.MakeFile("New");
         std::filesystem::remove(m_desk.Folder() / "A");
-        m_desk.SendNotice(0);
-        m_desk.Settle();
+        m_desk.Refresh(0);
     };
     DragAndDrop(On("D", Upper));
     m_desk.Settle();
@@ -435,8 +421,7 @@ TEST_F(DroppingFromOutside, LevelThatClosesWithinTheDropIsGoneAfterIt)
 TEST_F(Dragging, IntoAnEmptyFolderGoesToItsBeginningOnEitherHalf)
 {
     m_desk.MakeFolder("Void");
-    m_desk.SendNotice(0);
-    m_desk.Settle();
+    m_desk.Refresh(0);
     for (const Half half : {Upper, Lower})
     {
         Root().OnItemCommand(ItemCommandMode::OpenSubmenu, m_desk.IndexOf("Void", 0));
@@ -446,8 +431,7 @@ TEST_F(Dragging, IntoAnEmptyFolderGoesToItsBeginningOnEitherHalf)
         folder.target.onDrop = [this] { m_desk.MakeFile("Void/New"); };
         DragAndDrop(On("(Empty)", half, 1), MK_LBUTTON, 1);
         EXPECT_EQ(m_desk.Level(1).m_refreshIndex, 0);
-        m_desk.SendNotice(1);
-        m_desk.Settle();
+        m_desk.Refresh(1);
         EXPECT_EQ(m_desk.Items(1), Labels{"New"});
         DestroyWindow(m_desk.Level(1).m_hWnd);
         std::filesystem::remove(m_desk.Folder() / "Void/New");
@@ -466,7 +450,7 @@ TEST_F(Dragging, WithinTheLevelOnlyMovesTheItem)
     DragAndDrop(On("D", Lower), MK_RBUTTON);
     g_launcher.g_operationBar = nullptr;
     EXPECT_EQ(folder.target.calls, Calls{}) << "nor by the right button";
-    EXPECT_EQ(m_desk.StoredBytes(kLayout), Order({"A", "C", "D", "B", "E", "Games", "Music"}));
+    EXPECT_EQ(m_desk.StoredBytes(kRootLayout), Order({"A", "C", "D", "B", "E", "Games", "Music"}));
     EXPECT_EQ(m_desk.Levels(), 1);
     EXPECT_TRUE(Root().m_refreshPending);
     m_desk.Settle();
@@ -498,8 +482,7 @@ TEST_F(Dragging, AnItemThatIsNoLongerThereIsNotMoved)
     // The item that had come to its index was moved in its stead.
     DragItem(Root(), 1);
     std::filesystem::remove(m_desk.Folder() / "B");
-    m_desk.SendNotice(0);
-    m_desk.Settle();
+    m_desk.Refresh(0);
     DragAndDrop(On("A", Upper));
     g_launcher.g_operationBar = nullptr;
     m_desk.Settle();
@@ -510,8 +493,7 @@ TEST_F(Dragging, AnItemThatHasMovedMeanwhileIsTheOneMoved)
 {
     DragItem(Root(), 3);
     std::filesystem::remove(m_desk.Folder() / "A");
-    m_desk.SendNotice(0);
-    m_desk.Settle();
+    m_desk.Refresh(0);
     DragAndDrop(On("B", Upper));
     g_launcher.g_operationBar = nullptr;
     m_desk.Settle();

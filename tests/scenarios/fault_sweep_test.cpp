@@ -10,8 +10,6 @@
 
 #include "app/launcher_state.h"
 #include "commands/command_table.h"
-#include "content/item_key.h"
-#include "content/ordering.h"
 #include "platform/base/fault_points.h"
 
 #include <gtest/gtest.h>
@@ -22,7 +20,6 @@
 #include <string_view>
 
 using namespace std::chrono_literals;
-using Labels = std::vector<std::string>;
 
 namespace
 {
@@ -97,23 +94,13 @@ protected:
     }
 
     /// An arrangement of the user's own, so that a loss of it shows.
-    static void StoreOwnOrder(Desk& desk)
-    {
-        MenuItems order;
-        for (const WString& name : {WString(TEXT("run.desktop")), WString(TEXT("plain")), WString(TEXT("folder"))})
-        {
-            order.emplace_back();
-            order.back().key = ItemKey(name);
-        }
-        desk.StoreOrder(TEXT("Software\\Quillfen\\OrbLauncher\\Layout"), EncodeOrder(order));
-    }
+    static void StoreOwnOrder(Desk& desk) { desk.StoreOrder(kRootLayout, Order({"run.desktop", "plain", "folder"})); }
 
     /// False for a level that could not watch its toolbar's messages: it is shown and closed, no more.
     static bool Refreshes(Desk& desk)
     {
         const MessageCounter refreshes(desk.Level(0).m_hWnd, WM_APP_REFRESH);
-        desk.SendNotice(0);
-        desk.Settle();
+        desk.Refresh(0);
         return refreshes.Count() > 0;
     }
 
@@ -155,8 +142,7 @@ protected:
             desk.Press(VK_ESCAPE);
             ASSERT_EQ(desk.Levels(), levels - 1) << "the keyboard closes a sub-level";
         }
-        desk.SendNotice(0);
-        desk.Settle();
+        desk.Refresh(0);
         if (MayLoseTheOrder(Faults::Failed()))
             EXPECT_EQ(Sorted(desk.Items(0)), (Labels{"folder", "plain", "run"})) << "after a refresh";
         else
@@ -178,8 +164,7 @@ protected:
         EXPECT_TRUE(IsWindowEnabled(desk.Level(0).m_hWnd));
         EXPECT_EQ(g_launcher.g_operationBar, nullptr);
         EXPECT_EQ(desk.Level(0).m_contextIndex, -1);
-        desk.SendNotice(0);
-        desk.Settle();
+        desk.Refresh(0);
         const Labels expected = Without({"run", "plain", "folder"}, changes);
         const Labels found = Without(desk.Items(0), changes);
         EXPECT_TRUE(found == expected || MayLoseTheOrder(Faults::Failed())) << "the others keep their places";
@@ -288,11 +273,7 @@ TEST_P(FaultSweep, Refreshing)
                desk.Press(VK_DOWN);
                std::filesystem::remove(desk.Folder() / "new");
            },
-           [](Desk& desk)
-           {
-               desk.SendNotice();
-               desk.Settle();
-           }},
+           [](Desk& desk) { desk.Refresh(); }},
           20);
 }
 
@@ -306,8 +287,7 @@ TEST_P(FaultSweep, RefreshingBesideAnOpenSubLevel)
            [](Desk& desk)
            {
                desk.SendNotice(0);
-               desk.SendNotice(1);
-               desk.Settle();
+               desk.Refresh(1);
            }},
           20);
 }

@@ -5,19 +5,15 @@
 
 #include "app/launcher_state.h"
 #include "commands/command_table.h"
-#include "content/item_key.h"
 #include "content/ordering.h"
 
 #include <gtest/gtest.h>
 
 namespace fs = std::filesystem;
 using namespace CustomMenu;
-using Labels = std::vector<std::string>;
 
 namespace
 {
-
-constexpr LPCWSTR kLayout = TEXT("Software\\Quillfen\\OrbLauncher\\Layout");
 
 class FileOperations : public testing::Test
 {
@@ -48,11 +44,6 @@ protected:
         if (control)
             m_desk.LetGo(VK_CONTROL);
     }
-    void Refresh()
-    {
-        m_desk.SendNotice(0);
-        m_desk.Settle();
-    }
     void ExpectDisabledBy(CustomBar* operation)
     {
         EXPECT_FALSE(IsWindowEnabled(Root().m_hWnd));
@@ -64,17 +55,6 @@ protected:
         EXPECT_EQ(g_launcher.g_operationBar, nullptr);
         EXPECT_EQ(GetFocus(), Root().m_toolbar);
     }
-    std::vector<std::uint8_t> Order(const Labels& names)
-    {
-        MenuItems items;
-        for (const std::string& name : names)
-        {
-            items.emplace_back();
-            items.back().key = name == "|" ? SeparatorKey : ItemKey(Widen(name));
-        }
-        return EncodeOrder(items);
-    }
-
     Desk m_desk;
 };
 
@@ -108,9 +88,9 @@ TEST_F(NewFolder, IsMadeByTheShellAndGetsThePlaceThatWasMeant)
     EXPECT_EQ(m_shell.queryFlags, static_cast<UINT>(CMF_NORMAL));
     EXPECT_EQ(m_desk.Items(), (Labels{"Games", "New folder", "notes", "readme"}));
     EXPECT_EQ(m_desk.Hot(), "New folder");
-    EXPECT_EQ(m_desk.StoredBytes(kLayout), Order({"Games", "New folder", "notes", "readme"}));
+    EXPECT_EQ(m_desk.StoredBytes(kRootLayout), Order({"Games", "New folder", "notes", "readme"}));
     ExpectUsable();
-    Refresh();
+    m_desk.Refresh(0);
     EXPECT_EQ(m_desk.Items(), (Labels{"Games", "New folder", "notes", "readme"})) << "after the notice as well";
 }
 
@@ -129,14 +109,14 @@ TEST_F(NewFolder, WhoseNoticeComesWithinTheOperationGetsItsPlaceAllTheSame)
         m_shell.onInvoke = [&]
         {
             m_desk.MakeFolder("New folder");
-            Refresh();
+            m_desk.Refresh(0);
         };
         Choose(entry, "notes");
         const bool below = entry == IDM_INSERT_FOLDER_BELOW;
         EXPECT_EQ(m_desk.Items(), (below ? Labels{"Games", "notes", "New folder", "readme"}
                                          : Labels{"Games", "New folder", "notes", "readme"}));
         fs::remove(Path("New folder"));
-        Refresh();
+        m_desk.Refresh(0);
     }
 }
 
@@ -262,7 +242,7 @@ TEST_F(NewShortcut, StaysBesideItsItemWhateverComesMeanwhile)
     {
         m_desk.MakeFile("a");
         fs::remove_all(Path("Games"));
-        Refresh();
+        m_desk.Refresh(0);
         std::rotate(Root().m_items.begin(), Root().m_items.end() - 1, Root().m_items.end());
         Root().SaveLayout();
     };
@@ -286,7 +266,7 @@ TEST_F(NewShortcut, WhoseItemHasGoneTakesThePlaceOfThatItem)
     m_files.onPick = [&]
     {
         fs::remove(Path("notes"));
-        Refresh();
+        m_desk.Refresh(0);
     };
     PressOn("notes", VK_INSERT);
     EXPECT_EQ(m_desk.Items(), (Labels{"Games", "Notes.txt", "readme"}));
@@ -325,9 +305,9 @@ TEST_F(Renaming, KeepsTheItemsPlace)
     EXPECT_EQ(m_dialog.place.y, 60);
     EXPECT_EQ(m_dialog.repositioned, 1);
     EXPECT_EQ(m_shell.names, Labels{"zebra"});
-    EXPECT_EQ(m_desk.StoredBytes(kLayout), Order({"Games", "zebra", "readme"}));
+    EXPECT_EQ(m_desk.StoredBytes(kRootLayout), Order({"Games", "zebra", "readme"}));
     ExpectUsable();
-    Refresh();
+    m_desk.Refresh(0);
     EXPECT_EQ(m_desk.Items(), (Labels{"Games", "zebra", "readme"}));
 }
 
@@ -337,7 +317,7 @@ TEST_F(Renaming, HighlightsTheItemAgain)
     m_dialog.onShow = [&] { Root().SetHotItem(-1); };
     m_dialog.answers = {"zebra"};
     Rename("notes");
-    Refresh();
+    m_desk.Refresh(0);
     EXPECT_EQ(m_desk.Hot(), "zebra");
 }
 
@@ -372,9 +352,9 @@ TEST_F(Renaming, CancelledOrRefusedChangesNothing)
     m_shell.refusesNames = true;
     m_dialog.answers = {"other"};
     Rename("notes");
-    Refresh();
+    m_desk.Refresh(0);
     EXPECT_EQ(m_desk.Items(), before);
-    EXPECT_EQ(m_desk.StoredBytes(kLayout), Order(before));
+    EXPECT_EQ(m_desk.StoredBytes(kRootLayout), Order(before));
     ExpectUsable();
 }
 
@@ -384,11 +364,11 @@ TEST_F(Renaming, TouchesNothingElseWhenTheItemIsGoneByThen)
     m_dialog.onShow = [&]
     {
         fs::remove(Path("notes"));
-        Refresh();
+        m_desk.Refresh(0);
     };
     Rename("notes");
     EXPECT_EQ(m_desk.Items(), (Labels{"Games", "readme"}));
-    EXPECT_EQ(m_desk.StoredBytes(kLayout), Order({"Games", "readme"}));
+    EXPECT_EQ(m_desk.StoredBytes(kRootLayout), Order({"Games", "readme"}));
     ExpectUsable();
 }
 
@@ -398,22 +378,22 @@ TEST_F(Renaming, FollowsAnItemThatMovesMeanwhile)
     m_dialog.onShow = [&]
     {
         fs::remove_all(Path("Games"));
-        Refresh();
+        m_desk.Refresh(0);
     };
     Rename("notes");
-    Refresh();
+    m_desk.Refresh(0);
     EXPECT_EQ(m_desk.Items(), (Labels{"zebra", "readme"}));
 }
 
 TEST_F(Renaming, InALevelThatClosesMeanwhileKeepsTheOrder)
 {
-    m_desk.StoreOrder(kLayout, Order({"readme", "notes", "Games"}));
-    Refresh();
+    m_desk.StoreOrder(kRootLayout, Order({"readme", "notes", "Games"}));
+    m_desk.Refresh(0);
     m_dialog.answers = {"zebra"};
     m_dialog.onShow = [&] { DestroyWindow(Root().m_hWnd); };
     Rename("notes");
     EXPECT_FALSE(m_desk.IsOpen());
-    EXPECT_EQ(m_desk.StoredBytes(kLayout), Order({"readme", "zebra", "Games"}));
+    EXPECT_EQ(m_desk.StoredBytes(kRootLayout), Order({"readme", "zebra", "Games"}));
 }
 
 TEST_F(Renaming, ADialogThatCannotBeShownIsAsGoodAsCancelled)
@@ -449,7 +429,7 @@ TEST_F(Deleting, GivesTheShellTheItemsPath)
     EXPECT_EQ(m_files.deletions[0].fFlags, 0x3040);
     EXPECT_EQ(m_files.deletions[0].pTo, nullptr);
     ExpectUsable();
-    Refresh();
+    m_desk.Refresh(0);
     EXPECT_EQ(m_desk.Items(), (Labels{"Games", "readme"}));
     EXPECT_EQ(m_desk.Hot(), "readme");
 }
@@ -458,7 +438,7 @@ TEST_F(Deleting, TheLastItemHighlightsTheOneThatBecomesLast)
 {
     // The notice of the change kept the old highlight, beyond the last item.
     PressOn("readme", VK_DELETE);
-    Refresh();
+    m_desk.Refresh(0);
     EXPECT_EQ(m_desk.Hot(), "notes");
 }
 
@@ -472,7 +452,7 @@ TEST_F(Deleting, AMergedFolderDeletesBoth)
 TEST_F(Deleting, DeletesWhatWasMeantThoughTheItemsChangeMeanwhile)
 {
     Root().m_items[0].pidl2.Reset(ILClone(Root().m_items[1].pidl.Get()));
-    m_files.onDelete = [&] { Refresh(); };
+    m_files.onDelete = [&] { m_desk.Refresh(0); };
     PressOn("Games", VK_DELETE);
     EXPECT_EQ(m_files.deleted, (Labels{Path("Games"), Path("notes")}));
     EXPECT_EQ(m_desk.Items(), Labels{"readme"});
@@ -499,7 +479,7 @@ TEST_F(Deleting, ThatFailsKeepsItemAndOrder)
 {
     m_files.failing = "SHFileOperationW";
     PressOn("notes", VK_DELETE);
-    Refresh();
+    m_desk.Refresh(0);
     EXPECT_EQ(m_desk.Items(), (Labels{"Games", "notes", "readme"}));
     ExpectUsable();
 }
@@ -578,7 +558,7 @@ TEST_F(Clipboard, WhatIsPastedIntoALevelThatIsRefreshedOrClosesMeanwhileIsKept)
     m_shell.onInvoke = [&]
     {
         m_desk.MakeFile("a");
-        Refresh();
+        m_desk.Refresh(0);
     };
     PressOn("readme", 'V', true);
     EXPECT_EQ(m_desk.Items(), (Labels{"Games", "notes", "a", "readme"}));
@@ -600,7 +580,7 @@ TEST_F(FileOperations, ALevelOfTwoFoldersNamesASharedSubFolderOnce)
     m_desk.MakeFile("Games/file");
     m_desk.MakeFile("Office/shared/x");
     m_desk.MakeFile("Office/file");
-    Refresh();
+    m_desk.Refresh(0);
     const auto list = [&](const std::string& item) { return Root().m_items[m_desk.IndexOf(item)].pidl.Get(); };
     auto* const level = new CustomBar(nullptr, -1, {list("Games"), list("Office")}, WString(), false);
     std::vector<WString> names = level->SnapshotFolderNames();

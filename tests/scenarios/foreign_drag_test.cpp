@@ -13,7 +13,6 @@ namespace headless = platform::headless;
 namespace screen = platform::screen;
 using namespace std::chrono_literals;
 using namespace CustomMenu;
-using Labels = std::vector<std::string>;
 
 namespace
 {
@@ -186,8 +185,7 @@ TEST_F(ForeignDrag, ItemsThatChangeUnderItGetTheMarkAgain)
     m_desk.Launch("100,700,0");
     Start(Files(), LowerHalf("B"));
     fs::remove(m_desk.Folder() / "A");
-    m_desk.SendNotice(0);
-    m_desk.Settle();
+    m_desk.Refresh(0);
     m_desk.Advance(100ms);
     EXPECT_EQ(MarkedButton(), 0) << "on what is under the resting drag: the menu stands on its lower edge";
     Drop();
@@ -270,8 +268,7 @@ TEST_F(DragOverALongLevel, PagerThatGoesUnderItIsLeftAlone)
     Move(LowerButton());
     for (int i = 110; i < 200; ++i)
         fs::remove(m_desk.Folder() / ("item " + std::to_string(i)));
-    m_desk.SendNotice(0);
-    m_desk.Settle();
+    m_desk.Refresh(0);
     ASSERT_EQ(Pager(), nullptr);
     m_desk.Advance(500ms);
     Move(LowerHalf("A"));

@@ -9,7 +9,6 @@
 
 using namespace std::chrono_literals;
 using CustomMenu::CustomBar;
-using Labels = std::vector<std::string>;
 
 namespace
 {

@@ -13,7 +13,6 @@
 
 using namespace std::chrono_literals;
 using CustomMenu::CustomBar;
-using Labels = std::vector<std::string>;
 
 namespace
 {
@@ -107,8 +106,7 @@ TEST_F(Lifetime, AFolderIsReadToItsEndThoughItsLevelHasLetGoOfIt)
         const During reading(call, [&] { Root().ReloadItems(); });
         Root().ReloadItems();
     }
-    m_desk.SendNotice(0);
-    m_desk.Settle();
+    m_desk.Refresh(0);
     EXPECT_EQ(m_desk.Items(0), (Labels{"Games", "Office", "readme"}));
 }
 

@@ -13,7 +13,6 @@
 
 using namespace std::chrono_literals;
 using CustomMenu::CustomBar;
-using Labels = std::vector<std::string>;
 namespace fs = std::filesystem;
 
 namespace
@@ -30,12 +29,6 @@ protected:
         m_desk.MakeFolder("other");
     }
 
-    void Notice(int level = 0)
-    {
-        m_desk.SendNotice(level);
-        m_desk.Settle();
-    }
-
     Desk m_desk;
 };
 
@@ -46,7 +39,7 @@ TEST_F(LiveRefresh, ANewcomerGoesBeforeTheHighlightedItem)
     m_desk.Press(VK_DOWN);
     ASSERT_EQ(m_desk.Hot(), "d");
     m_desk.MakeFile("zz");
-    Notice();
+    m_desk.Refresh(0);
     EXPECT_EQ(m_desk.Items(), (Labels{"b", "zz", "d", "f", "folder", "other"}));
     EXPECT_EQ(m_desk.Hot(), "zz") << "the highlight keeps its place";
     EXPECT_EQ(m_desk.Level().m_lastMessagePos, 0xFFFFFFFF) << "the next hover is a move";
@@ -56,12 +49,12 @@ TEST_F(LiveRefresh, NewcomersWithoutAPlaceGoBehindTheOthersByName)
 {
     m_desk.Launch();
     m_desk.MakeFile("a");
-    Notice();
+    m_desk.Refresh(0);
     EXPECT_EQ(m_desk.Items().back(), "a") << "nothing was highlighted";
     m_desk.RestOn("d");
     m_desk.MakeFile("2");
     m_desk.MakeFile("1");
-    Notice();
+    m_desk.Refresh(0);
     const Labels items = m_desk.Items();
     EXPECT_EQ(Labels(items.end() - 2, items.end()), (Labels{"1", "2"})) << "two came at once";
 }
@@ -71,13 +64,13 @@ TEST_F(LiveRefresh, RenamingAndDeletingAreFollowed)
     m_desk.Launch();
     m_desk.RestOn("f");
     fs::rename(m_desk.Folder() / "b", m_desk.Folder() / "c");
-    Notice();
+    m_desk.Refresh(0);
     EXPECT_EQ(m_desk.Items(), (Labels{"d", "f", "folder", "other", "c"}));
     for (const char* name : {"c", "d", "f"})
         fs::remove(m_desk.Folder() / name);
     fs::remove_all(m_desk.Folder() / "folder");
     fs::remove_all(m_desk.Folder() / "other");
-    Notice();
+    m_desk.Refresh(0);
     EXPECT_EQ(m_desk.Items(), Labels{"(Empty)"});
 }
 
@@ -89,7 +82,7 @@ TEST_F(LiveRefresh, ManyNoticesAreOneRefresh)
         m_desk.SendNotice(0);
     m_desk.Settle();
     EXPECT_EQ(refreshes.Count(), 1);
-    Notice();
+    m_desk.Refresh(0);
     EXPECT_EQ(refreshes.Count(), 2);
 }
 
@@ -100,16 +93,16 @@ TEST_F(LiveRefresh, TheOpenSubLevelStaysAndItsOpenerIsFoundAgain)
     const HWND child = m_desk.Level(1).m_hWnd;
     fs::remove(m_desk.Folder() / "b");
     m_desk.MakeFile("folder/new");
-    Notice(0);
+    m_desk.Refresh(0);
     ASSERT_EQ(m_desk.Levels(), 2);
     EXPECT_EQ(m_desk.Level(0).m_openIndex, m_desk.IndexOf("folder", 0));
     EXPECT_EQ(m_desk.Hot(0), "folder");
     EXPECT_EQ(m_desk.Items(1), Labels{"inside"}) << "a change below is not this level's";
     EXPECT_EQ(GetFocus(), m_desk.Level(1).m_toolbar);
     SetFocus(m_desk.Level(0).m_toolbar);
-    Notice(0);
+    m_desk.Refresh(0);
     EXPECT_EQ(GetFocus(), m_desk.Level(1).m_toolbar) << "a refresh gives the keyboard to the deepest level";
-    Notice(1);
+    m_desk.Refresh(1);
     EXPECT_EQ(m_desk.Items(1), (Labels{"inside", "new"}));
     EXPECT_EQ(m_desk.Level(1).m_hWnd, child);
     EXPECT_EQ(m_desk.Hot(0), "folder");
@@ -120,9 +113,9 @@ TEST_F(LiveRefresh, AnOpenerThatVanishesLeavesItsSubLevelToItself)
     m_desk.Launch();
     m_desk.Click("folder");
     fs::remove_all(m_desk.Folder() / "folder");
-    Notice(0);
+    m_desk.Refresh(0);
     EXPECT_EQ(m_desk.Level(0).m_openIndex, -1);
-    Notice(1);
+    m_desk.Refresh(1);
     EXPECT_EQ(m_desk.Items(1), Labels{"(Empty)"});
     m_desk.Press(VK_ESCAPE);
     EXPECT_EQ(m_desk.Levels(), 1);
@@ -134,11 +127,11 @@ TEST_F(LiveRefresh, TheHighlightReturnsToItsPosition)
     m_desk.Launch();
     m_desk.Press(VK_DOWN);
     m_desk.Press(VK_DOWN);
-    Notice();
+    m_desk.Refresh(0);
     EXPECT_EQ(m_desk.Hot(), "d");
     EXPECT_EQ(m_desk.Level().m_refreshIndex, -1);
     m_desk.MoveTo({1500, 10});
-    Notice();
+    m_desk.Refresh(0);
     EXPECT_EQ(m_desk.Hot(), "d") << "the keyboard's highlight, which the mouse has not touched";
 }
 
@@ -172,7 +165,7 @@ TEST_F(LiveRefresh, TheScrollPositionIsKept)
     const RECT before = m_desk.ItemBounds("item 120");
     const HWND pager = m_desk.Level().m_pager;
     m_desk.MakeFile("zzz");
-    Notice();
+    m_desk.Refresh(0);
     EXPECT_EQ(m_desk.Level().m_pager, pager);
     EXPECT_EQ(m_desk.ItemBounds("item 120").top, before.top);
     EXPECT_EQ(m_desk.Items().back(), "zzz");
@@ -182,12 +175,11 @@ TEST_F(LiveRefresh, ARefreshKeepsToolbarAndStoresTheOrder)
 {
     m_desk.Launch();
     const HWND toolbar = m_desk.Level().m_toolbar;
-    const WString key = TEXT("Software\\Quillfen\\OrbLauncher\\Layout");
-    const auto before = m_desk.StoredBytes(key);
+    const auto before = m_desk.StoredBytes(kRootLayout);
     m_desk.MakeFile("zz");
-    Notice();
+    m_desk.Refresh(0);
     EXPECT_EQ(m_desk.Level().m_toolbar, toolbar);
-    auto after = m_desk.StoredBytes(key);
+    auto after = m_desk.StoredBytes(kRootLayout);
     ASSERT_EQ(after.size(), before.size() + 4);
     after.resize(before.size());
     EXPECT_EQ(after, before);
@@ -200,24 +192,24 @@ TEST_F(LiveRefresh, AFolderThatIsReplacedByAFileShowsNothingAndAForbiddenOneWhat
     const fs::path folder = m_desk.Folder() / "folder";
     fs::rename(folder, m_desk.Folder() / "aside");
     m_desk.MakeFile("folder");
-    Notice(1);
+    m_desk.Refresh(1);
     EXPECT_EQ(m_desk.Items(1), Labels{"(Empty)"});
-    Notice(0);
+    m_desk.Refresh(0);
     EXPECT_EQ(m_desk.Levels(), 2);
     fs::remove(folder);
     fs::rename(m_desk.Folder() / "aside", folder);
-    Notice(1);
+    m_desk.Refresh(1);
     EXPECT_EQ(m_desk.Items(1), Labels{"inside"});
 
     fs::permissions(folder, fs::perms::none);
     {
         const BoundByPermissions bound;
         m_desk.Idle();
-        Notice(1);
+        m_desk.Refresh(1);
         EXPECT_EQ(m_desk.Items(1), Labels{"inside"});
     }
     fs::permissions(folder, fs::perms::owner_all);
-    Notice(1);
+    m_desk.Refresh(1);
     EXPECT_EQ(m_desk.Items(1), Labels{"inside"});
     EXPECT_EQ(m_desk.BoxTexts(), Labels{});
 }
@@ -226,10 +218,10 @@ TEST_F(LiveRefresh, TheRootsOwnFolderMayVanishAndComeBack)
 {
     m_desk.Launch();
     fs::remove_all(m_desk.Folder());
-    Notice();
+    m_desk.Refresh(0);
     EXPECT_EQ(m_desk.Items(), Labels{"(Empty)"});
     m_desk.MakeFile("again");
-    Notice();
+    m_desk.Refresh(0);
     EXPECT_EQ(m_desk.Items(), Labels{"again"});
 }
 

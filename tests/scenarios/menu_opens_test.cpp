@@ -3,31 +3,15 @@
 #include "tests/scenarios/failing.h"
 
 #include "app/launcher_state.h"
-#include "content/item_key.h"
 
 #include <gtest/gtest.h>
 
 #include <fstream>
 
 using namespace std::chrono_literals;
-using Labels = std::vector<std::string>;
 
 namespace
 {
-
-const WString kRoot = TEXT("Software\\Quillfen\\OrbLauncher\\Layout");
-
-std::vector<std::uint8_t> Order(const std::vector<WString>& names)
-{
-    MenuItems items;
-    for (const WString& name : names)
-    {
-        MenuItem item;
-        item.key = name == TEXT("|") ? SeparatorKey : ItemKey(name);
-        items.push_back(std::move(item));
-    }
-    return EncodeOrder(items);
-}
 
 TEST(MenuOpens, ShowsTheFolderInNameOrderAndKeepsThatOrder)
 {
@@ -39,16 +23,16 @@ TEST(MenuOpens, ShowsTheFolderInNameOrderAndKeepsThatOrder)
     desk.Launch();
     EXPECT_EQ(desk.Items(), (Labels{"Zebra.txt", "apps", "b.txt"}));
     EXPECT_EQ(desk.Hot(), "");
-    EXPECT_EQ(desk.StoredBytes(kRoot), Order({TEXT("Zebra.txt"), TEXT("apps"), TEXT("b.txt")}));
+    EXPECT_EQ(desk.StoredBytes(kRootLayout), Order({"Zebra.txt", "apps", "b.txt"}));
 }
 
 TEST(MenuOpens, AnEmptyFolderSaysSo)
 {
     Desk desk;
-    desk.StoreOrder(kRoot, Order({TEXT("|"), TEXT("|")}));
+    desk.StoreOrder(kRootLayout, Order({"|", "|"}));
     desk.Launch();
     EXPECT_EQ(desk.Items(), Labels{"(Empty)"});
-    EXPECT_EQ(desk.StoredBytes(kRoot), std::vector<std::uint8_t>(4));
+    EXPECT_EQ(desk.StoredBytes(kRootLayout), std::vector<std::uint8_t>(4));
     desk.Click("(Empty)");
     EXPECT_TRUE(desk.IsOpen()) << "there is nothing to start";
 }
@@ -58,13 +42,13 @@ TEST(MenuOpens, TheStoredOrderCountsAndItsLeftoversGo)
     Desk desk;
     for (const char* name : {"a", "b", "c"})
         desk.MakeFile(name);
-    std::vector<std::uint8_t> stored = Order({TEXT("B"), TEXT("gone"), TEXT("|"), TEXT("|"), TEXT("A"), TEXT("|")});
+    std::vector<std::uint8_t> stored = Order({"B", "gone", "|", "|", "A", "|"});
     stored.insert(stored.end(), {1, 2, 3});
-    desk.StoreOrder(kRoot, stored, REG_SZ);
+    desk.StoreOrder(kRootLayout, stored, REG_SZ);
     desk.Launch();
     EXPECT_EQ(desk.Items(), (Labels{"b", "|", "a", "|", "c"}));
-    EXPECT_EQ(desk.StoredBytes(kRoot), Order({TEXT("b"), TEXT("|"), TEXT("a"), TEXT("|"), TEXT("c")}));
-    EXPECT_EQ(desk.StoredType(kRoot), static_cast<DWORD>(REG_BINARY));
+    EXPECT_EQ(desk.StoredBytes(kRootLayout), Order({"b", "|", "a", "|", "c"}));
+    EXPECT_EQ(desk.StoredType(kRootLayout), static_cast<DWORD>(REG_BINARY));
 }
 
 TEST(MenuOpens, AHugeStoredValueIsReadToo)
@@ -73,12 +57,12 @@ TEST(MenuOpens, AHugeStoredValueIsReadToo)
     desk.MakeFile("a");
     desk.MakeFile("b");
     std::vector<std::uint8_t> stored(1 << 20, 0x5A);
-    const std::vector<std::uint8_t> order = Order({TEXT("b"), TEXT("a")});
+    const std::vector<std::uint8_t> order = Order({"b", "a"});
     std::copy(order.begin(), order.end(), stored.end() - 8);
-    desk.StoreOrder(kRoot, stored);
+    desk.StoreOrder(kRootLayout, stored);
     desk.Launch();
     EXPECT_EQ(desk.Items(), (Labels{"b", "a"}));
-    EXPECT_EQ(desk.StoredBytes(kRoot), order);
+    EXPECT_EQ(desk.StoredBytes(kRootLayout), order);
 }
 
 TEST(MenuOpens, OddNamesAreListedAndKept)
@@ -93,11 +77,11 @@ TEST(MenuOpens, OddNamesAreListedAndKept)
     desk.Launch();
     EXPECT_EQ(desk.Items().size(), names.size() + 1);
     const Labels first = desk.Items();
-    const auto stored = desk.StoredBytes(kRoot);
+    const auto stored = desk.StoredBytes(kRootLayout);
     EXPECT_EQ(stored.size(), 4 * first.size());
     desk.Level().ReloadItems();
     EXPECT_EQ(desk.Items(), first);
-    EXPECT_EQ(desk.StoredBytes(kRoot), stored);
+    EXPECT_EQ(desk.StoredBytes(kRootLayout), stored);
 }
 
 TEST(MenuOpens, TheCornerThatTheAlignmentNamesIsOnTheAnchor)
@@ -204,7 +188,7 @@ TEST(MenuOpens, TheOptionsChooseTheSeparatorsAndOddBitsSurvive)
     for (const char* name : {"a", "b"})
         desk.MakeFile(name);
     desk.StoreOptions(0x80030000);
-    desk.StoreOrder(kRoot, Order({TEXT("a"), TEXT("|"), TEXT("b")}));
+    desk.StoreOrder(kRootLayout, Order({"a", "|", "b"}));
     desk.Launch();
     EXPECT_EQ(g_launcher.m_options, 0x80030000u);
     const RECT separator = desk.ItemBounds("|");
@@ -231,10 +215,10 @@ TEST(MenuOpens, AClickBesideTheItemsCyclesTheSeparators)
         platform::headless::ReleaseButton();
         desk.Settle();
         EXPECT_EQ(g_launcher.m_options, expected);
-        const auto stored = desk.StoredBytes(kRoot, TEXT("options"));
+        const auto stored = desk.StoredBytes(kRootLayout, TEXT("options"));
         ASSERT_EQ(stored.size(), 4u);
         EXPECT_EQ(DecodeOrder(stored.data(), 4).front(), expected);
-        EXPECT_EQ(desk.StoredType(kRoot, TEXT("options")), static_cast<DWORD>(REG_DWORD));
+        EXPECT_EQ(desk.StoredType(kRootLayout, TEXT("options")), static_cast<DWORD>(REG_DWORD));
     }
     EXPECT_EQ(refreshes.Count(), 3) << "each shows at once";
 }
@@ -245,7 +229,7 @@ TEST(MenuOpens, AStyleWhosePictureCannotBeLoadedIsNoneAndIsNotKept)
     for (const char* name : {"a", "b"})
         desk.MakeFile(name);
     desk.StoreOptions(0x10004);
-    desk.StoreOrder(kRoot, Order({TEXT("a"), TEXT("|"), TEXT("b")}));
+    desk.StoreOrder(kRootLayout, Order({"a", "|", "b"}));
     desk.Launch();
     const RECT last = desk.ItemBounds("b");
     desk.MoveTo({last.left + 5, last.bottom + 1});
@@ -259,7 +243,7 @@ TEST(MenuOpens, AStyleWhosePictureCannotBeLoadedIsNoneAndIsNotKept)
     EXPECT_FALSE(g_launcher.m_separatorImage);
     EXPECT_EQ(g_launcher.m_separatorWidth, 100);
     EXPECT_EQ(g_launcher.m_separatorHeight, 8);
-    EXPECT_EQ(DecodeOrder(desk.StoredBytes(kRoot, TEXT("options")).data(), 4).front(), 0x10004u);
+    EXPECT_EQ(DecodeOrder(desk.StoredBytes(kRootLayout, TEXT("options")).data(), 4).front(), 0x10004u);
     EXPECT_EQ(refreshes.Count(), 0);
 }
 

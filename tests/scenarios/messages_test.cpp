@@ -10,7 +10,6 @@
 
 using namespace std::chrono_literals;
 using CustomMenu::CustomBar;
-using Labels = std::vector<std::string>;
 
 namespace
 {

@@ -10,7 +10,6 @@
 namespace fs = std::filesystem;
 namespace headless = platform::headless;
 using namespace std::chrono_literals;
-using Labels = std::vector<std::string>;
 using platform::screen::Button;
 
 namespace
@@ -122,8 +121,7 @@ TEST_F(OwnDrag, ItemsThatGoUnderItMoveThePlace)
                {
                    for (const char* name : {"A", "C", "E"})
                        fs::remove(m_desk.Folder() / name);
-                   m_desk.SendNotice(0);
-                   m_desk.Settle();
+                   m_desk.Refresh(0);
                },
                [&]
                {
@@ -155,8 +153,7 @@ TEST_F(OwnDrag, OfAFileThatIsGoneMeanwhileChangesNothing)
     const auto remove = [&]
     {
         fs::remove(m_desk.Folder() / "B");
-        m_desk.SendNotice(0);
-        m_desk.Settle();
+        m_desk.Refresh(0);
     };
     Drag("B", {remove,
                [&]

@@ -2,8 +2,6 @@
 #include "tests/scenarios/desk.h"
 
 #include "app/launcher_state.h"
-#include "content/item_key.h"
-#include "content/ordering.h"
 #include "geometry/dpi_scale.h"
 
 #include <gtest/gtest.h>
@@ -14,7 +12,6 @@ namespace
 {
 
 constexpr int kFrame = 1;
-const WString kRoot = TEXT("Software\\Quillfen\\OrbLauncher\\Layout");
 
 /// 0x00BBGGRR as the system has colours, as 0x00RRGGBB as the screen has them.
 std::uint32_t Rgb(COLORREF color)
@@ -169,20 +166,7 @@ INSTANTIATE_TEST_SUITE_P(Painting, AtScale, testing::Values(96, 144, 192),
                          [](const auto& info) { return std::to_string(info.param); });
 
 /// So long that the separator's picture is stretched: where it is shrunk, gaps of one pixel get lost.
-const WString kLongName = TEXT("a name that makes the level more than twice as wide as the separator's picture is");
-
-/// Two items with a separator between them.
-std::vector<std::uint8_t> WithSeparator()
-{
-    MenuItems items;
-    for (const WString& name : {kLongName, WString(), WString(TEXT("b"))})
-    {
-        MenuItem item;
-        item.key = name.empty() ? SeparatorKey : ItemKey(name);
-        items.push_back(std::move(item));
-    }
-    return EncodeOrder(items);
-}
+constexpr char kLongName[] = "a name that makes the level more than twice as wide as the separator's picture is";
 
 /// Lengths of the runs of line and of gap along the separator's row, both ends included.
 std::pair<std::set<int>, std::set<int>> RunsOf(const Look& look, const RECT& separator, std::uint32_t menu)
@@ -208,10 +192,10 @@ TEST(Painting, SeparatorsHaveTheirThreeStyles)
     for (const std::uint32_t style : {0u, 0x10000u, 0x20000u})
     {
         Desk desk;
-        desk.MakeFile(Narrow(kLongName));
+        desk.MakeFile(kLongName);
         desk.MakeFile("b");
         desk.StoreOptions(style);
-        desk.StoreOrder(kRoot, WithSeparator());
+        desk.StoreOrder(kRootLayout, Order({kLongName, "|", "b"}));
         desk.Launch();
         const Look look(desk);
         const RECT separator = desk.ItemBounds("|");

@@ -9,7 +9,6 @@
 #include <gtest/gtest.h>
 
 using namespace std::chrono_literals;
-using Labels = std::vector<std::string>;
 
 namespace
 {
@@ -110,8 +109,7 @@ TEST(Places, ARebuildKeepsTheBottomLeftCornerWhateverTheAlignment)
         desk.MakeFile("a name that is clearly wider than the three others");
         std::filesystem::remove(desk.Folder() / "b");
         std::filesystem::remove(desk.Folder() / "c");
-        desk.SendNotice();
-        desk.Settle();
+        desk.Refresh();
         const RECT after = desk.Bounds();
         EXPECT_EQ(after.left, before.left) << line;
         EXPECT_EQ(after.bottom, before.bottom) << line;
@@ -129,14 +127,12 @@ TEST(Places, ALevelNarrowsOnlyWhenNothingIsOpenBesideIt)
     const LONG wide = desk.Bounds(0).right;
     desk.Click("folder");
     std::filesystem::remove(desk.Folder() / "a name that makes the menu wide");
-    desk.SendNotice(0);
-    desk.Settle();
+    desk.Refresh(0);
     EXPECT_EQ(desk.Items(0), Labels{"folder"});
     EXPECT_EQ(desk.Bounds(0).right, wide) << "the sub-level must not hang in the air";
     EXPECT_EQ(desk.Bounds(1).left, desk.ItemBounds("folder", 0).right);
     desk.Press(VK_ESCAPE);
-    desk.SendNotice(0);
-    desk.Settle();
+    desk.Refresh(0);
     EXPECT_LT(desk.Bounds(0).right, wide);
 }
 
@@ -153,8 +149,7 @@ TEST(Places, ThePagerComesAndGoesWithTheItems)
     EXPECT_EQ(desk.Level().m_pager, nullptr);
     const HWND toolbar = desk.Level().m_toolbar;
     makeItems(3, 40);
-    desk.SendNotice();
-    desk.Settle();
+    desk.Refresh();
     ASSERT_NE(desk.Level().m_pager, nullptr);
     EXPECT_EQ(desk.Bounds().top, 0);
     EXPECT_EQ(desk.Bounds().bottom, 602) << "the work area and the frame";
@@ -163,8 +158,7 @@ TEST(Places, ThePagerComesAndGoesWithTheItems)
     EXPECT_EQ(SendMessageW(pager, PGM_GETBUTTONSIZE, 0, 0), (item.bottom - item.top) / 2);
     for (int i = 3; i < 40; ++i)
         std::filesystem::remove(desk.Folder() / ("item " + std::to_string(100 + i)));
-    desk.SendNotice();
-    desk.Settle();
+    desk.Refresh();
     EXPECT_EQ(desk.Level().m_pager, nullptr);
     EXPECT_FALSE(IsWindow(pager));
     EXPECT_EQ(desk.Level().m_toolbar, toolbar) << "the toolbar outlives the pager";

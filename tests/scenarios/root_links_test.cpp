@@ -17,12 +17,10 @@
 
 namespace fs = std::filesystem;
 using namespace CustomMenu;
-using Labels = std::vector<std::string>;
 
 namespace
 {
 
-const WString kRoot = TEXT("Software\\Quillfen\\OrbLauncher\\Layout");
 constexpr int kMessageText = 1001;
 
 void Type(BYTE key)
@@ -41,7 +39,7 @@ std::string TextOf(HWND window)
 bool IsRecorded()
 {
     HKEY key = nullptr;
-    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, kRoot.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS)
+    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, kRootLayout.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS)
         return false;
     const UniqueRegistryKey owned(key);
     DWORD type = 1;
@@ -80,7 +78,7 @@ protected:
     }
     std::uint32_t StoredOptions()
     {
-        const std::vector<std::uint8_t> bytes = m_desk.StoredBytes(kRoot, TEXT("options"));
+        const std::vector<std::uint8_t> bytes = m_desk.StoredBytes(kRootLayout, TEXT("options"));
         return bytes.empty() ? 0u : bytes[0];
     }
 
@@ -135,7 +133,7 @@ TEST_F(RootLinks, AreNotAddedWhenTheNoticeIsRefused)
         EXPECT_EQ(m_desk.Items(), (Labels{"a", "b"}));
         EXPECT_TRUE(IsWindowEnabled(m_desk.Level(0).m_hWnd));
         EXPECT_FALSE(IsRecorded());
-        EXPECT_TRUE(m_desk.StoredBytes(kRoot, TEXT("options")).empty()) << "nothing is saved";
+        EXPECT_TRUE(m_desk.StoredBytes(kRootLayout, TEXT("options")).empty()) << "nothing is saved";
     }
 }
 
@@ -257,7 +255,7 @@ TEST_F(MessageBoxes, AreNotShownWithoutTheirText)
 {
     const BeforeTheBox person([](HWND box) { Click(box, IDOK); });
     constexpr UINT kNoString = 64000;
-    EXPECT_EQ(ShowRememberedPrompt(nullptr, MB_OKCANCEL, TEXT("caption"), g_instance, kNoString, kRoot.c_str()),
+    EXPECT_EQ(ShowRememberedPrompt(nullptr, MB_OKCANCEL, TEXT("caption"), g_instance, kNoString, kRootLayout.c_str()),
               IDCANCEL);
     EXPECT_EQ(person.Shown(), 0);
 }

@@ -10,7 +10,6 @@
 #include <filesystem>
 
 using namespace std::chrono_literals;
-using Labels = std::vector<std::string>;
 
 namespace
 {
@@ -49,8 +48,7 @@ TEST(Soak, Refreshes)
         {
             if (round % 4 == 0)
                 desk.MakeFile("come and gone");
-            desk.SendNotice();
-            desk.Settle();
+            desk.Refresh();
             ASSERT_EQ(desk.Items().size(), round % 4 < 2 ? 5u : 4u);
             if (round % 4 == 1)
                 std::filesystem::remove(desk.Folder() / "come and gone");

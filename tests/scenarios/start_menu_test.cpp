@@ -17,7 +17,6 @@
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 using namespace CustomMenu;
-using Labels = std::vector<std::string>;
 
 namespace
 {
@@ -156,8 +155,7 @@ TEST_F(StartMenu, RenamesAProgramForTheUserAlone)
     m_desk.Level().OnItemCommand(ItemCommandMode::ContextMenu, 0, 5, 5);
     EXPECT_EQ(dialog.text, "Sums");
     EXPECT_EQ(m_desk.Items(), Labels{"Rechnen"});
-    m_desk.SendNotice();
-    m_desk.Settle();
+    m_desk.Refresh();
     EXPECT_EQ(m_desk.Items(), Labels{"Rechnen"}) << "although it is another half's now";
     EXPECT_TRUE(fs::exists(m_own / "sums.desktop"));
     std::ifstream everybodys(m_all / "sums.desktop");

@@ -11,8 +11,6 @@
 #include <algorithm>
 #include <fstream>
 
-using Labels = std::vector<std::string>;
-
 namespace
 {
 
@@ -67,10 +65,9 @@ TEST(Starting, AFolderThatCannotBeMadeIsReportedAndSoIsTheMenuThatNeedsIt)
 TEST(Starting, WithoutAPlaceForTheFolderNothingIsMadeOpenedOrStored)
 {
     // An empty path opened the shell's topmost folder and stored its order as the user's.
-    const WString key = TEXT("Software\\Quillfen\\OrbLauncher\\Layout");
     const std::vector<std::uint8_t> order{1, 2, 3, 4};
     Desk desk;
-    desk.StoreOrder(key, order);
+    desk.StoreOrder(kRootLayout, order);
     desk.ExpectBoxes();
     {
         const Failing place("SHGetKnownFolderPath");
@@ -81,7 +78,7 @@ TEST(Starting, WithoutAPlaceForTheFolderNothingIsMadeOpenedOrStored)
     desk.End();
     EXPECT_EQ(desk.BoxTexts(), (Labels{"Error opening \\OrbLauncher", "Error opening menu window"}));
     EXPECT_FALSE(std::filesystem::exists("/OrbLauncher"));
-    EXPECT_EQ(desk.StoredBytes(key), order);
+    EXPECT_EQ(desk.StoredBytes(kRootLayout), order);
 }
 
 TEST(Starting, AFolderThatMayNotBeMadeIsReportedByItsPath)
@@ -177,7 +174,7 @@ TEST(Starting, OptionsOfOddSizesAreReadAsFarAsTheyGo)
     {
         Desk desk;
         desk.MakeFile("a");
-        const UniqueRegistryKey key = OpenOrCreateUserKey(TEXT("Software\\Quillfen\\OrbLauncher\\Layout"));
+        const UniqueRegistryKey key = OpenOrCreateUserKey(kRootLayout);
         RegSetValueExW(key.Get(), TEXT("options"), 0, REG_SZ, bytes.data(), static_cast<DWORD>(bytes.size()));
         desk.Launch();
         EXPECT_EQ(g_launcher.m_options, expected) << bytes.size() << " bytes";

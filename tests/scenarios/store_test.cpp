@@ -11,8 +11,6 @@
 #include "app/launcher_state.h"
 #include "app/options.h"
 #include "commands/command_table.h"
-#include "content/item_key.h"
-#include "content/ordering.h"
 #include "platform/registry/store.h"
 
 #include <gtest/gtest.h>
@@ -28,25 +26,11 @@
 #include <utility>
 
 namespace fs = std::filesystem;
-using Labels = std::vector<std::string>;
 
 namespace
 {
 
-const WString kRoot = TEXT("Software\\Quillfen\\OrbLauncher\\Layout");
 constexpr const char* kNames[] = {"a", "b", "c"};
-
-/// The bytes of an order; "|" is a separator.
-std::vector<std::uint8_t> Order(const Labels& names)
-{
-    MenuItems items;
-    for (const std::string& name : names)
-    {
-        items.emplace_back();
-        items.back().key = name == "|" ? SeparatorKey : ItemKey(Widen(name));
-    }
-    return EncodeOrder(items);
-}
 
 class Store : public testing::Test
 {
@@ -73,16 +57,16 @@ protected:
     {
         platform::RegistryStore store(m_file);
         bool created = false;
-        ASSERT_EQ(store.CreateKey(kRoot, created), ERROR_SUCCESS);
+        ASSERT_EQ(store.CreateKey(kRootLayout, created), ERROR_SUCCESS);
         const std::vector<std::uint8_t> order = Order(names);
-        ASSERT_EQ(store.WriteValue(kRoot, TEXT("m_layout"), REG_BINARY, order), ERROR_SUCCESS);
+        ASSERT_EQ(store.WriteValue(kRootLayout, TEXT("m_layout"), REG_BINARY, order), ERROR_SUCCESS);
     }
 
     std::vector<std::uint8_t> Stored()
     {
         platform::RegistryStore store(m_file);
         platform::RegistryValue value;
-        store.ReadValue(kRoot, TEXT("m_layout"), value);
+        store.ReadValue(kRootLayout, TEXT("m_layout"), value);
         return value.data;
     }
 
@@ -90,14 +74,14 @@ protected:
     {
         platform::RegistryStore store(m_file);
         const auto* bytes = reinterpret_cast<const unsigned char*>(&options);
-        ASSERT_EQ(store.WriteValue(kRoot, TEXT("options"), REG_DWORD, {bytes, sizeof options}), ERROR_SUCCESS);
+        ASSERT_EQ(store.WriteValue(kRootLayout, TEXT("options"), REG_DWORD, {bytes, sizeof options}), ERROR_SUCCESS);
     }
 
     std::uint32_t StoredOptions()
     {
         platform::RegistryStore store(m_file);
         platform::RegistryValue value;
-        EXPECT_EQ(store.ReadValue(kRoot, TEXT("options"), value), ERROR_SUCCESS);
+        EXPECT_EQ(store.ReadValue(kRootLayout, TEXT("options"), value), ERROR_SUCCESS);
         std::uint32_t options = 0;
         EXPECT_EQ(value.data.size(), sizeof options);
         std::memcpy(&options, value.data.data(), std::min(sizeof options, value.data.size()));
@@ -231,8 +215,7 @@ TEST_F(Store, ALockedOneIsLeftAlone)
             desk.Launch("100,700,0");
             EXPECT_EQ(desk.Items(), (Labels{"a", "b", "c"})) << "the menu opens, in the names' order";
             other.End();
-            desk.SendNotice();
-            desk.Settle();
+            desk.Refresh();
             EXPECT_EQ(desk.Items(), (Labels{"c", "a", "b"})) << "the lock has gone, the order has not";
         });
     EXPECT_EQ(Stored(), Order({"c", "a", "b"}));
@@ -256,8 +239,7 @@ TEST_F(Store, AClickOnASeparatorKeepsTheOptionsThatALockHid)
             desk.Launch("100,700,0");
             EXPECT_EQ(desk.Items(), (Labels{"a", "b", "c"}));
             other.End();
-            desk.SendNotice();
-            desk.Settle();
+            desk.Refresh();
             EXPECT_EQ(desk.Items(), arranged);
             desk.Click("|");
             EXPECT_EQ(g_launcher.m_options, OPTION_LONG_DASHES) << "the click counts for this menu";
