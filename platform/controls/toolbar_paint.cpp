@@ -16,12 +16,12 @@ constexpr int kUnscaledDpi = 96;
 constexpr int kMarkReach = 3;
 constexpr int kMarkThickness = 2;
 
-/// Pixels at the display's scale.
-int Scaled(HWND window, int length)
+/// Pixels at the display's scale. Asked of the screen: what a window's own context was open on is shown anew.
+int Scaled(int length)
 {
-    HDC dc = GetDC(window);
+    HDC dc = GetDC(nullptr);
     const int dpi = GetDeviceCaps(dc, LOGPIXELSY);
-    ReleaseDC(window, dc);
+    ReleaseDC(nullptr, dc);
     return dpi > 0 ? MulDiv(length, dpi, kUnscaledDpi) : length;
 }
 
@@ -181,7 +181,7 @@ RECT Toolbar::InsertMarkRect(const TBINSERTMARK& mark) const
         return {};
     const RECT rect = m_column.RectOf(mark.iButton);
     // At the very top and bottom the mark is moved into view.
-    const LONG reach = Scaled(Window(), kMarkReach);
+    const LONG reach = Scaled(kMarkReach);
     const LONG end = m_column.RectOf(m_column.Count() - 1).bottom;
     const LONG edge = (mark.dwFlags & TBIMHT_AFTER) != 0 ? rect.bottom : rect.top;
     const LONG middle = std::max(std::min(edge, end - reach), reach);
@@ -193,7 +193,7 @@ void Toolbar::PaintInsertMark(HDC dc)
     const RECT rect = InsertMarkRect(m_mark);
     if (IsRectEmpty(&rect))
         return;
-    const LONG thickness = Scaled(Window(), kMarkThickness);
+    const LONG thickness = Scaled(kMarkThickness);
     const LONG top = (rect.top + rect.bottom - thickness) / 2;
     Fill(dc, {rect.left, rect.top, rect.left + thickness, rect.bottom}, m_markColor);
     Fill(dc, {rect.left, top, rect.right, top + thickness}, m_markColor);

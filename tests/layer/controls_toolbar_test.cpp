@@ -185,6 +185,20 @@ TEST_F(ToolbarDrawing, AHighlightMoveSendsTwoItemsToTheScreen)
     EXPECT_EQ(platform::headless::TakePresentedPixels(), 2u * kWidth * kHeight);
 }
 
+// Asking for the scale had the whole toolbar sent with each motion of a drag.
+TEST_F(ToolbarDrawing, AnInsertionMarksMoveSendsTwoMarksToTheScreen)
+{
+    constexpr std::size_t kMarkHeight = 6; // pixels at 96 DPI
+    const TBINSERTMARK first = {0, TBIMHT_AFTER};
+    Send(TB_SETINSERTMARK, 0, reinterpret_cast<LPARAM>(&first));
+    Show();
+    platform::headless::TakePresentedPixels();
+    const TBINSERTMARK second = {1, TBIMHT_AFTER};
+    Send(TB_SETINSERTMARK, 0, reinterpret_cast<LPARAM>(&second));
+    Pump();
+    EXPECT_EQ(platform::headless::TakePresentedPixels(), 2u * kWidth * kMarkHeight);
+}
+
 TEST_F(ToolbarDrawing, TheMouseHighlightsAndClicks)
 {
     Show();
