@@ -1,22 +1,32 @@
 // Measures an open menu on the display of $DISPLAY: how soon a sub-menu or an item's context menu opens, a change of
-// the folder shows and the highlight moves, how it scrolls, and what the menu costs while nothing happens.
+// the folder shows and the highlight moves, how it scrolls, how drags within it and over it are followed, and what the
+// menu costs while nothing happens.
 //
 // usage: live submenu  DELAY ROUNDS ROWS-FILE           (rows as ReadRows takes them)
 //        live change   FOLDER ROUNDS ROWS-FILE
 //        live highlight ITEMS ROUNDS ROWS-FILE
 //        live wheel    ROUNDS ROWS-FILE
 //        live context  ROUNDS ROWS-FILE
+//        live pickup   ROUNDS ROWS-FILE
+//        live drag     ROUNDS ROWS-FILE
+//        live incoming ROUNDS ROWS-FILE
 //        live idle     SECONDS ROWS-FILE
 // submenu: the menu has two items, a sub-menu and a plain one, of which resting on the first opens and on the second
 //   closes it. DELAY, in milliseconds, is what the programs are configured to wait before that; it is published as
 //   the desktop's setting and taken off the times. What is left runs from the motion event, so it is a little more
 //   than from the end of the delay.
 // change: a file is made in FOLDER, alone or right after another.
-// highlight: the pointer moves between two neighbours of ITEMS items. The line "moves FROM TO COUNT" on standard error
-//   says between which times (seconds since the epoch) how many were made.
+// highlight: the pointer moves between two neighbours of ITEMS items.
 // wheel: the wheel is turned by a notch over the middle of a menu that is too long for the screen.
 // context: the right button is clicked on an item; the times run to the frame of its context menu.
+// pickup: an item is dragged beyond the threshold by one motion, the first drag of each of ROUNDS menus; the times run
+//   from that motion to the picture under the pointer.
+// drag: an item is dragged to and fro; the times run from the motion to the insertion mark's frame.
+// incoming: another program drags to and fro over the menu; from its message to the answer, and to the mark's frame.
+// highlight, drag and incoming write a line "moves FROM TO COUNT" to standard error: between which times (seconds since
+//   the epoch) how many were made.
 // idle: processor time and context switches of all threads of a menu that is left alone.
+#include "bench/foreign_drag.h"
 #include "bench/observer.h"
 
 #include <cstdio>
@@ -25,6 +35,7 @@
 #include <fstream>
 #include <functional>
 #include <iostream>
+#include <map>
 #include <sstream>
 #include <thread>
 #include <unistd.h>
@@ -33,12 +44,16 @@ namespace
 {
 
 using bench::Clock;
+using bench::Columns;
 using bench::Observer;
 using bench::PaintTimes;
 using bench::Row;
 
+constexpr std::uint8_t kLeftButton = 1;
 constexpr std::uint8_t kRightButton = 3;
 constexpr std::uint8_t kWheelDown = 5;
+constexpr int kPlaces = 20; // that a menu is divided into for drags, from the top
+constexpr int kDraggedOver = 8;
 constexpr int kFarAway = 1; // pixels from the screen's top left corner: no menu is there
 
 struct OpenMenu
@@ -48,9 +63,12 @@ struct OpenMenu
         observer.MovePointer(kFarAway, kFarAway);
         process = bench::Start(row);
         observer.Watch(Clock::now());
-        for (const xcb_rectangle_t& window : observer.ShownWindows())
-            if (window.height > bounds.height)
-                bounds = window;
+        for (const bench::ShownWindow& shown : observer.ShownWindows())
+            if (shown.bounds.height > bounds.height)
+            {
+                window = shown.id;
+                bounds = shown.bounds;
+            }
         if (bounds.height == 0)
         {
             std::cerr << row.name << ": no menu shows\n";
@@ -70,14 +88,18 @@ struct OpenMenu
     void PointAt(int item, int items)
     {
         m_sideStep = !m_sideStep;
-        m_observer.MovePointer(Pointer(), bounds.y + bounds.height * (2 * item + 1) / (2 * items));
+        m_observer.MovePointer(Pointer(), MiddleOf(item, items));
     }
+    int MiddleOf(int item, int items) const { return bounds.y + bounds.height * (2 * item + 1) / (2 * items); }
     /// The horizontal place that PointAt has given the pointer.
     int Pointer() const { return bounds.x + bounds.width * 3 / 4 + m_sideStep; }
     /// Where a sub-menu begins; it may cover the menu's border.
     int Right() const { return bounds.x + bounds.width - 1; }
+    /// Where paints of whole rows begin, and not the picture under the pointer.
+    Columns LeftPart() const { return {bounds.x, bounds.x + bounds.width / 4}; }
 
     pid_t process = 0;
+    xcb_window_t window = 0;
     xcb_rectangle_t bounds{};
 
 private:
@@ -128,7 +150,7 @@ int MeasureSubMenu(Observer& observer, int delay, int rounds, const std::vector<
                    observer.Settle();
                    const Clock::time_point start = Clock::now();
                    menu.PointAt(0, 2);
-                   return observer.Watch(start, menu.Right());
+                   return observer.Watch(start, {menu.Right()});
                });
     }
     return 0;
@@ -180,25 +202,116 @@ double SecondsSinceEpoch()
     return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
 }
 
+/// Reports what follows moves between two neighbours, whose number each round is given, and says when they were made.
+void ReportMoves(const std::string& name, int rounds, int item, const std::function<PaintTimes(int)>& move)
+{
+    const double from = SecondsSinceEpoch();
+    Report(name, rounds, 0, [&] { return move(item ^= 1); });
+    std::fprintf(stderr, "moves %.6f %.6f %d\n", from, SecondsSinceEpoch(), rounds + 1);
+}
+
 int MeasureHighlight(Observer& observer, int items, int rounds, const std::vector<Row>& rows)
 {
     PrintHeading();
     for (const Row& row : rows)
     {
         OpenMenu menu(row, observer);
-        int item = items / 2;
-        menu.PointAt(item, items);
+        menu.PointAt(items / 2, items);
         observer.Settle();
-        const double from = SecondsSinceEpoch();
+        ReportMoves(row.name, rounds, items / 2,
+                    [&](int item)
+                    {
+                        const Clock::time_point start = Clock::now();
+                        menu.PointAt(item, items);
+                        return observer.Watch(start);
+                    });
+    }
+    return 0;
+}
+
+/// Drags an item of the menu by one motion beyond the threshold; returns when that was made.
+Clock::time_point PickUp(Observer& observer, OpenMenu& menu)
+{
+    menu.PointAt(kDraggedOver, kPlaces);
+    observer.Press(kLeftButton);
+    observer.Settle();
+    const Clock::time_point start = Clock::now();
+    menu.PointAt(kDraggedOver + 1, kPlaces);
+    return start;
+}
+
+void LetGo(Observer& observer)
+{
+    observer.PressEscape();
+    observer.Release(kLeftButton);
+    observer.Settle();
+}
+
+int MeasurePickUp(Observer& observer, int rounds, const std::vector<Row>& rows)
+{
+    PrintHeading();
+    for (const Row& row : rows)
         Report(row.name, rounds, 0,
                [&]
                {
-                   item ^= 1;
-                   const Clock::time_point start = Clock::now();
-                   menu.PointAt(item, items);
-                   return observer.Watch(start);
+                   OpenMenu menu(row, observer);
+                   const Clock::time_point start = PickUp(observer, menu);
+                   const PaintTimes times = observer.Watch(start, {menu.LeftPart().to});
+                   LetGo(observer);
+                   return times;
                });
-        std::fprintf(stderr, "moves %.6f %.6f %d\n", from, SecondsSinceEpoch(), rounds + 1);
+    return 0;
+}
+
+int MeasureDrag(Observer& observer, int rounds, const std::vector<Row>& rows)
+{
+    PrintHeading();
+    for (const Row& row : rows)
+    {
+        OpenMenu menu(row, observer);
+        PickUp(observer, menu);
+        observer.Settle();
+        ReportMoves(row.name, rounds, kDraggedOver,
+                    [&](int place)
+                    {
+                        const Clock::time_point start = Clock::now();
+                        menu.PointAt(place, kPlaces);
+                        return observer.Watch(start, menu.LeftPart());
+                    });
+        LetGo(observer);
+    }
+    return 0;
+}
+
+int MeasureIncoming(Observer& observer, int rounds, const std::vector<Row>& rows)
+{
+    PrintHeading();
+    for (const Row& row : rows)
+    {
+        OpenMenu menu(row, observer);
+        bench::ForeignDrag drag(menu.window);
+        const auto moveTo = [&](int place)
+        {
+            const Clock::time_point start = Clock::now();
+            drag.MoveTo(menu.Pointer(), menu.MiddleOf(place, kPlaces));
+            return start;
+        };
+        ReportMoves(row.name + ", answer", rounds, kDraggedOver,
+                    [&](int place)
+                    {
+                        const Clock::time_point start = moveTo(place);
+                        drag.AwaitStatus();
+                        const double time = bench::MillisecondsSince(start);
+                        observer.Settle();
+                        return PaintTimes{time, time};
+                    });
+        ReportMoves(row.name + ", mark", rounds, kDraggedOver,
+                    [&](int place)
+                    {
+                        const PaintTimes times = observer.Watch(moveTo(place), menu.LeftPart());
+                        drag.AwaitStatus();
+                        return times;
+                    });
     }
     return 0;
 }
@@ -235,7 +348,7 @@ int MeasureContextMenu(Observer& observer, int rounds, const std::vector<Row>& r
                    observer.Settle();
                    const Clock::time_point start = Clock::now();
                    observer.Click(kRightButton);
-                   const PaintTimes times = observer.Watch(start, menu.Pointer());
+                   const PaintTimes times = observer.Watch(start, {menu.Pointer()});
                    observer.PressEscape();
                    observer.Settle();
                    return times;
@@ -295,21 +408,22 @@ int MeasureIdle(Observer& observer, int seconds, const std::vector<Row>& rows)
 int main(int argc, char** argv)
 {
     const std::string mode = argc > 1 ? argv[1] : "";
-    const bool oneNumber = mode == "idle" || mode == "wheel" || mode == "context";
-    if (argc != (oneNumber ? 4 : 5))
+    using Measure = int (*)(Observer&, int, const std::vector<Row>&);
+    const std::map<std::string, Measure> measuresByNumber = {
+        {"idle", MeasureIdle},     {"wheel", MeasureWheel}, {"context", MeasureContextMenu},
+        {"pickup", MeasurePickUp}, {"drag", MeasureDrag},   {"incoming", MeasureIncoming},
+    };
+    const auto byNumber = measuresByNumber.find(mode);
+    if (argc != (byNumber != measuresByNumber.end() ? 4 : 5))
     {
-        std::cerr << "usage: live submenu|change|highlight|wheel|context|idle ...  (see the file's head)\n";
+        std::cerr << "usage: live MODE ...  (see the file's head)\n";
         return 2;
     }
     const std::vector<Row> rows = bench::ReadRows(argv[argc - 1]);
     const int rounds = std::atoi(argv[3]);
     Observer observer;
-    if (mode == "idle")
-        return MeasureIdle(observer, std::atoi(argv[2]), rows);
-    if (mode == "wheel")
-        return MeasureWheel(observer, std::atoi(argv[2]), rows);
-    if (mode == "context")
-        return MeasureContextMenu(observer, std::atoi(argv[2]), rows);
+    if (byNumber != measuresByNumber.end())
+        return byNumber->second(observer, std::atoi(argv[2]), rows);
     if (mode == "submenu")
         return MeasureSubMenu(observer, std::atoi(argv[2]), rounds, rows);
     if (mode == "change")

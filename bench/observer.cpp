@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
-#include <cstring>
 #include <fcntl.h>
 #include <fstream>
 #include <poll.h>
@@ -105,6 +104,15 @@ double Quantile(std::vector<double> values, double q)
     return values[static_cast<std::size_t>(q * static_cast<double>(values.size() - 1) + 0.5)];
 }
 
+xcb_atom_t AtomNamed(xcb_connection_t* connection, const std::string& name)
+{
+    const auto cookie = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.c_str());
+    auto* const reply = xcb_intern_atom_reply(connection, cookie, nullptr);
+    const xcb_atom_t atom = reply != nullptr ? reply->atom : xcb_atom_t{};
+    std::free(reply);
+    return atom;
+}
+
 Observer::Observer() : m_connection(xcb_connect(nullptr, nullptr))
 {
     if (xcb_connection_has_error(m_connection))
@@ -135,7 +143,7 @@ void Observer::AwaitPaint()
     WaitForPaint(kGiveUpMs);
 }
 
-PaintTimes Observer::Watch(Clock::time_point start, int left)
+PaintTimes Observer::Watch(Clock::time_point start, Columns where)
 {
     PaintTimes times;
     while (MillisecondsSince(start) < kGiveUpMs)
@@ -143,7 +151,7 @@ PaintTimes Observer::Watch(Clock::time_point start, int left)
         const std::optional<xcb_rectangle_t> painted = WaitForPaint(times.first < 0 ? kGiveUpMs : kQuietMs);
         if (!painted)
             break;
-        if (painted->x < left)
+        if (painted->x < where.from || painted->x >= where.to)
             continue;
         times.last = MillisecondsSince(start);
         times.first = times.first < 0 ? times.last : times.first;
@@ -152,38 +160,43 @@ PaintTimes Observer::Watch(Clock::time_point start, int left)
     return times;
 }
 
-void Observer::MovePointer(int x, int y)
+void Observer::FakeInput(std::uint8_t type, std::uint8_t detail, int x, int y)
 {
-    xcb_test_fake_input(m_connection, XCB_MOTION_NOTIFY, 0, XCB_CURRENT_TIME, m_root, static_cast<std::int16_t>(x),
+    xcb_test_fake_input(m_connection, type, detail, XCB_CURRENT_TIME, m_root, static_cast<std::int16_t>(x),
                         static_cast<std::int16_t>(y), 0);
     xcb_flush(m_connection);
 }
 
+void Observer::MovePointer(int x, int y)
+{
+    FakeInput(XCB_MOTION_NOTIFY, 0, x, y);
+}
+
+void Observer::Press(std::uint8_t button)
+{
+    FakeInput(XCB_BUTTON_PRESS, button);
+}
+
+void Observer::Release(std::uint8_t button)
+{
+    FakeInput(XCB_BUTTON_RELEASE, button);
+}
+
 void Observer::Click(std::uint8_t button)
 {
-    for (const std::uint8_t event : {XCB_BUTTON_PRESS, XCB_BUTTON_RELEASE})
-        xcb_test_fake_input(m_connection, event, button, XCB_CURRENT_TIME, m_root, 0, 0, 0);
-    xcb_flush(m_connection);
+    Press(button);
+    Release(button);
 }
 
 void Observer::PressEscape()
 {
-    constexpr std::uint8_t escape = 9; // as every X server numbers it that takes its numbers from the kernel
-    for (const std::uint8_t event : {XCB_KEY_PRESS, XCB_KEY_RELEASE})
-        xcb_test_fake_input(m_connection, event, escape, XCB_CURRENT_TIME, m_root, 0, 0, 0);
-    xcb_flush(m_connection);
+    constexpr std::uint8_t kEscape = 9; // as every X server numbers it that takes its numbers from the kernel
+    FakeInput(XCB_KEY_PRESS, kEscape);
+    FakeInput(XCB_KEY_RELEASE, kEscape);
 }
 
 void Observer::PublishSetting(const std::string& name, std::int32_t value)
 {
-    const auto atom = [this](const char* text)
-    {
-        const auto cookie = xcb_intern_atom(m_connection, 0, static_cast<std::uint16_t>(std::strlen(text)), text);
-        auto* const reply = xcb_intern_atom_reply(m_connection, cookie, nullptr);
-        const xcb_atom_t found = reply != nullptr ? reply->atom : xcb_atom_t{};
-        std::free(reply);
-        return found;
-    };
     // XSETTINGS 0.5, the least significant byte first: serial, one setting; integer, its name, serial, value.
     std::string data(12, '\0');
     data[8] = 1;
@@ -192,18 +205,18 @@ void Observer::PublishSetting(const std::string& name, std::int32_t value)
     for (int shift = 0; shift < 32; shift += 8)
         data += static_cast<char>(value >> shift);
     const xcb_window_t owner = xcb_generate_id(m_connection);
-    const xcb_atom_t property = atom("_XSETTINGS_SETTINGS");
+    const xcb_atom_t property = AtomNamed(m_connection, "_XSETTINGS_SETTINGS");
     xcb_create_window(m_connection, 0, owner, m_root, 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT,
                       0, nullptr);
     xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, owner, property, property, 8,
                         static_cast<std::uint32_t>(data.size()), data.data());
-    xcb_set_selection_owner(m_connection, owner, atom("_XSETTINGS_S0"), XCB_CURRENT_TIME);
+    xcb_set_selection_owner(m_connection, owner, AtomNamed(m_connection, "_XSETTINGS_S0"), XCB_CURRENT_TIME);
     xcb_flush(m_connection);
 }
 
-std::vector<xcb_rectangle_t> Observer::ShownWindows()
+std::vector<ShownWindow> Observer::ShownWindows()
 {
-    std::vector<xcb_rectangle_t> shown;
+    std::vector<ShownWindow> shown;
     auto* const tree = xcb_query_tree_reply(m_connection, xcb_query_tree(m_connection, m_root), nullptr);
     for (int i = 0; tree != nullptr && i < xcb_query_tree_children_length(tree); ++i)
     {
@@ -216,7 +229,7 @@ std::vector<xcb_rectangle_t> Observer::ShownWindows()
                            attributes->map_state == XCB_MAP_STATE_VIEWABLE &&
                            attributes->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT;
         if (shows)
-            shown.push_back({geometry->x, geometry->y, geometry->width, geometry->height});
+            shown.push_back({window, {geometry->x, geometry->y, geometry->width, geometry->height}});
         std::free(attributes);
         std::free(geometry);
     }

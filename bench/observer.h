@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <sys/types.h>
@@ -46,6 +47,21 @@ struct PaintTimes
     double area = 0;  ///< pixels of all painted rectangles, counted as often as painted
 };
 
+/// Part of the screen from one column of pixels to another, which does not belong to it.
+struct Columns
+{
+    int from = 0;
+    int to = std::numeric_limits<int>::max();
+};
+
+struct ShownWindow
+{
+    xcb_window_t id = 0;
+    xcb_rectangle_t bounds{}; ///< screen pixels
+};
+
+xcb_atom_t AtomNamed(xcb_connection_t* connection, const std::string& name);
+
 /// Hears of every paint on the display of $DISPLAY, through the DAMAGE extension on a connection of its own.
 class Observer
 {
@@ -63,20 +79,23 @@ public:
     void Settle();
     /// Returns after the next paint.
     void AwaitPaint();
-    /// What is painted from `start` on at `left` (screen pixels) or right of it, until a quiet time follows. Paints
-    /// elsewhere do not count, but they do prolong the wait.
-    PaintTimes Watch(Clock::time_point start, int left = 0);
+    /// What is painted from `start` on, by paints whose left edge is in `where`, until a quiet time follows. Others do
+    /// not count, but they do prolong the wait.
+    PaintTimes Watch(Clock::time_point start, Columns where = {});
     /// Moves the pointer as an input device does; the request is on its way when this returns.
     void MovePointer(int x, int y);
-    /// Presses and releases a button by its X number.
+    /// Buttons are meant by their X numbers.
+    void Press(std::uint8_t button);
+    void Release(std::uint8_t button);
     void Click(std::uint8_t button);
     void PressEscape();
     /// Becomes the desktop's settings manager (XSETTINGS), with this one setting.
     void PublishSetting(const std::string& name, std::int32_t value);
-    /// Screen rectangles of the top-level windows that show.
-    std::vector<xcb_rectangle_t> ShownWindows();
+    /// The top-level windows that show.
+    std::vector<ShownWindow> ShownWindows();
 
 private:
+    void FakeInput(std::uint8_t type, std::uint8_t detail, int x = 0, int y = 0);
     std::optional<xcb_rectangle_t> WaitForPaint(int timeoutMs);
 
     xcb_connection_t* m_connection;
