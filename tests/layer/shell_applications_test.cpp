@@ -440,6 +440,17 @@ public:
             });
     }
 
+    /// Whoever looks each time that it is told comes to see this. The first time may be too early: an entry that is
+    /// written in place is empty for a moment, and a slow machine takes long to read.
+    template <typename F>
+    static bool IsToldUntil(F isSeen)
+    {
+        for (int time = 0; time < 6; ++time)
+            if (IsTold() && isSeen())
+                return true;
+        return false;
+    }
+
 private:
     HWND m_window = nullptr;
     ULONG m_id = 0;
@@ -456,18 +467,16 @@ TEST_F(ShellApplications, LevelsAreToldOfTheirChanges)
             EXPECT_EQ(Shown(kAll + "/Net"), (Names{"Post"})) << "as it was kept";
             const Level level(kAll + "/Net");
             RunDeferred();
-            EXPECT_TRUE(Level::IsTold()) << "what changed in place while no menu was open";
-            EXPECT_EQ(Shown(kAll + "/Net"), (Names{"Letters"}));
+            const auto comesToShow = [](const Names& names)
+            { return Level::IsToldUntil([&] { return Shown(kAll + "/Net") == names; }); };
+            EXPECT_TRUE(comesToShow({"Letters"})) << "what changed in place while no menu was open";
             Program("system", "news", "News", "Network");
-            EXPECT_TRUE(Level::IsTold());
-            EXPECT_EQ(Shown(kAll + "/Net"), (Names{"Letters", "News"}));
+            EXPECT_TRUE(comesToShow({"Letters", "News"}));
             fs::remove(Home() / "system/applications/news.desktop");
-            EXPECT_TRUE(Level::IsTold());
-            EXPECT_EQ(Shown(kAll + "/Net"), (Names{"Letters"}));
+            EXPECT_TRUE(comesToShow({"Letters"}));
             Write(Home() / "system/applications/mail.desktop",
                   "[Desktop Entry]\nType=Application\nExec=true\nName=Cards\nCategories=Network;\n");
-            EXPECT_TRUE(Level::IsTold()) << "of an entry that changed in place";
-            EXPECT_EQ(Shown(kAll + "/Net"), (Names{"Cards"}));
+            EXPECT_TRUE(comesToShow({"Cards"})) << "of an entry that changed in place";
         });
 }
 
@@ -557,9 +566,8 @@ TEST_F(ShellApplications, OfTenThousandProgramsEachIsThere)
         []
         {
             const Level level(kAll);
-            const bool atOnce = Shown(kAll).size() == 10000;
-            EXPECT_TRUE(atOnce || Level::IsTold()) << "later, when it takes longer than may be waited";
-            EXPECT_EQ(Shown(kAll).size(), 10000u);
+            const auto allAreShown = [] { return Shown(kAll).size() == 10000; };
+            EXPECT_TRUE(allAreShown() || Level::IsToldUntil(allAreShown)) << "later, when it takes longer than waited";
         });
     Afresh(
         []
