@@ -109,39 +109,15 @@ protected:
     static HRESULT Invoke(const std::string& path, const char* verb)
     {
         const Boxes boxes;
-        const List list = Parse(path);
-        void* parent = nullptr;
-        LPCITEMIDLIST last = nullptr;
-        if (list == nullptr || FAILED(SHBindToParent(list.get(), IID_IShellFolder, &parent, &last)))
-            return E_FAIL;
-        const Com<IShellFolder> folder(static_cast<IShellFolder*>(parent));
-        void* object = nullptr;
-        if (FAILED(folder->GetUIObjectOf(nullptr, 1, &last, IID_IContextMenu, nullptr, &object)))
-            return E_FAIL;
-        const Com<IContextMenu> menu(static_cast<IContextMenu*>(object));
-        const HRESULT result = InvokeOn(*menu, verb);
+        const HRESULT result = shell_test::Invoke(*Bound(path).Menu(), verb);
         EXPECT_EQ(boxes.Count(), result == E_ACCESSDENIED ? 1 : 0) << path << " " << verb;
         return result;
-    }
-    static HRESULT InvokeOn(IContextMenu& menu, const char* verb)
-    {
-        CMINVOKECOMMANDINFO info = {};
-        info.cbSize = sizeof info;
-        info.lpVerb = verb;
-        return menu.InvokeCommand(&info);
     }
     /// The verbs of an item's menu that can be chosen, and those that are greyed.
     static std::pair<Names, Names> Menu(const std::string& path)
     {
         std::pair<Names, Names> verbs;
-        const List list = Parse(path);
-        void* parent = nullptr;
-        LPCITEMIDLIST last = nullptr;
-        EXPECT_EQ(SHBindToParent(list.get(), IID_IShellFolder, &parent, &last), S_OK);
-        const Com<IShellFolder> folder(static_cast<IShellFolder*>(parent));
-        void* object = nullptr;
-        EXPECT_EQ(folder->GetUIObjectOf(nullptr, 1, &last, IID_IContextMenu, nullptr, &object), S_OK);
-        const Com<IContextMenu> menu(static_cast<IContextMenu*>(object));
+        const Com<IContextMenu> menu = Bound(path).Menu();
         const HMENU shown = CreatePopupMenu();
         EXPECT_GE(menu->QueryContextMenu(shown, 0, 1, 1000, CMF_CANRENAME), S_OK);
         for (int i = 0; i < GetMenuItemCount(shown); ++i)
@@ -209,13 +185,9 @@ TEST_F(ShellApplications, NamesLeadBackToTheItems)
         {
             for (const std::string& path : {kAll, kAll + "/Net", kUser + "/Play"})
             {
-                const List list = Parse(path);
-                ASSERT_NE(list, nullptr) << path;
-                void* parent = nullptr;
-                LPCITEMIDLIST last = nullptr;
-                ASSERT_EQ(SHBindToParent(list.get(), IID_IShellFolder, &parent, &last), S_OK);
-                const Com<IShellFolder> folder(static_cast<IShellFolder*>(parent));
-                EXPECT_EQ(platform::PosixFromShellPath(NameOf(*folder, last, SHGDN_FORPARSING)), path);
+                const Bound bound(path);
+                ASSERT_NE(bound.folder, nullptr) << path;
+                EXPECT_EQ(platform::PosixFromShellPath(NameOf(*bound.folder, bound.item, SHGDN_FORPARSING)), path);
             }
             const List program = Parse(kAll + "/Net/mail.desktop");
             ASSERT_NE(program, nullptr);
@@ -269,17 +241,14 @@ TEST_F(ShellApplications, NothingIsWrittenIntoACategory)
             const Com<IContextMenu> background(static_cast<IContextMenu*>(object));
             EXPECT_EQ(category->CreateViewObject(nullptr, IID_IDropTarget, &object), E_NOINTERFACE);
             const Boxes boxes;
-            EXPECT_EQ(InvokeOn(*background, "NewFolder"), E_ACCESSDENIED);
+            EXPECT_EQ(shell_test::Invoke(*background, "NewFolder"), E_ACCESSDENIED);
             const std::u16string paths = u"::applications-of-all\\Net" + std::u16string(1, u'\0');
             SHFILEOPSTRUCTW deletion = {};
             deletion.wFunc = FO_DELETE;
             deletion.pFrom = paths.c_str();
             deletion.fFlags = FOF_ALLOWUNDO;
             EXPECT_EQ(SHFileOperationW(&deletion), ERROR_ACCESS_DENIED);
-            const List root = Parse(kAll);
-            const Com<IShellFolder> whole = Bind(root.get());
-            EXPECT_EQ(whole->SetNameOf(nullptr, ILFindLastID(list.get()), u"Other", SHGDN_INFOLDER, nullptr),
-                      E_ACCESSDENIED);
+            EXPECT_EQ(Bound(kAll + "/Net").Rename(u"Other"), E_ACCESSDENIED);
             void* link = nullptr;
             void* file = nullptr;
             ASSERT_EQ(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW, &link), S_OK);
@@ -300,15 +269,11 @@ TEST_F(ShellApplications, RenamingAProgramMakesAnEntryOfTheUsersOwn)
         []
         {
             const Boxes boxes;
-            const List list = Parse(kAll + "/Net");
-            const Com<IShellFolder> category = Bind(list.get());
-            const List mail = Parse(kAll + "/Net/mail.desktop");
+            const Bound mail(kAll + "/Net/mail.desktop");
             LPITEMIDLIST renamed = nullptr;
-            ASSERT_EQ(category->SetNameOf(nullptr, ILFindLastID(mail.get()), u"Briefe",
-                                          SHGDN_INFOLDER | SHGDN_FOREDITING, &renamed),
-                      S_OK);
+            ASSERT_EQ(mail.Rename(u"Briefe", &renamed), S_OK);
             const List owned(renamed);
-            EXPECT_EQ(NameOf(*category, renamed, SHGDN_INFOLDER | SHGDN_FORPARSING), u"mail.desktop")
+            EXPECT_EQ(NameOf(*mail.folder, renamed, SHGDN_INFOLDER | SHGDN_FORPARSING), u"mail.desktop")
                 << "so that it keeps its place";
             EXPECT_EQ(Shown(kUser + "/Net"), (Names{"Briefe"})) << "at once";
             EXPECT_TRUE(Shown(kAll + "/Net").empty());
@@ -317,28 +282,16 @@ TEST_F(ShellApplications, RenamingAProgramMakesAnEntryOfTheUsersOwn)
             EXPECT_EQ(content.find("Briefe"), content.npos);
             Program("data", "own/deep", "Deep", "Network");
             // Once it is the user's own, it is renamed where it is.
-            const List own = Parse(kUser + "/Net/mail.desktop");
-            const List ownCategory = Parse(kUser + "/Net");
-            EXPECT_EQ(Bind(ownCategory.get())
-                          ->SetNameOf(nullptr, ILFindLastID(own.get()), u"Karten", SHGDN_INFOLDER | SHGDN_FOREDITING,
-                                      nullptr),
-                      S_OK);
+            EXPECT_EQ(Bound(kUser + "/Net/mail.desktop").Rename(u"Karten"), S_OK);
             EXPECT_EQ(Shown(kUser + "/Net"), (Names{"Deep", "Karten"}));
             // So is one in a folder of its own, whose identifier is not its path.
-            const List deep = Parse(kUser + "/Net/own-deep.desktop");
-            EXPECT_EQ(Bind(ownCategory.get())
-                          ->SetNameOf(nullptr, ILFindLastID(deep.get()), u"Deeper", SHGDN_INFOLDER | SHGDN_FOREDITING,
-                                      nullptr),
-                      S_OK);
+            EXPECT_EQ(Bound(kUser + "/Net/own-deep.desktop").Rename(u"Deeper"), S_OK);
             EXPECT_FALSE(fs::exists(Home() / "data/applications/own-deep.desktop"));
             EXPECT_EQ(Shown(kUser + "/Net"), (Names{"Deeper", "Karten"}));
             // And what has gone cannot be renamed any more.
-            const List chess = Parse(kAll + "/Play/chess.desktop");
+            const Bound chess(kAll + "/Play/chess.desktop");
             fs::remove(Home() / "system/applications/chess.desktop");
-            const List play = Parse(kAll + "/Play");
-            EXPECT_FALSE(play != nullptr && SUCCEEDED(Bind(play.get())
-                                                          ->SetNameOf(nullptr, ILFindLastID(chess.get()), u"Schach",
-                                                                      SHGDN_INFOLDER | SHGDN_FOREDITING, nullptr)));
+            EXPECT_TRUE(FAILED(chess.Rename(u"Schach")));
         });
 }
 

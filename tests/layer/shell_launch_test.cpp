@@ -185,19 +185,11 @@ private:
 /// Does what the menu does with an item.
 HRESULT Invoke(const std::filesystem::path& path, LPCSTR verb = MAKEINTRESOURCEA(0))
 {
-    const List list = Parse(path);
-    void* parent = nullptr;
-    LPCITEMIDLIST last = nullptr;
-    EXPECT_EQ(SHBindToParent(list.get(), IID_IShellFolder, &parent, &last), S_OK);
-    const Com<IShellFolder> shellFolder(static_cast<IShellFolder*>(parent));
-    void* object = nullptr;
-    EXPECT_EQ(shellFolder->GetUIObjectOf(nullptr, 1, &last, IID_IContextMenu, nullptr, &object), S_OK);
-    const Com<IContextMenu> contextMenu(static_cast<IContextMenu*>(object));
     CMINVOKECOMMANDINFOEX info{};
     info.cbSize = sizeof info;
     info.fMask = CMIC_MASK_PTINVOKE;
     info.lpVerb = verb;
-    return contextMenu->InvokeCommand(reinterpret_cast<CMINVOKECOMMANDINFO*>(&info));
+    return Bound(path).Menu()->InvokeCommand(reinterpret_cast<CMINVOKECOMMANDINFO*>(&info));
 }
 
 std::string ValueOf(const std::string& report, const std::string& key)

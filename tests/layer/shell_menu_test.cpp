@@ -21,22 +21,12 @@ constexpr UINT kLast = 0x7FFF;
 class ShownMenu
 {
 public:
-    explicit ShownMenu(const std::filesystem::path& path, UINT flags = CMF_NORMAL)
-    {
-        const List list = Parse(path);
-        void* parent = nullptr;
-        LPCITEMIDLIST last = nullptr;
-        EXPECT_EQ(SHBindToParent(list.get(), IID_IShellFolder, &parent, &last), S_OK);
-        const Com<IShellFolder> folder(static_cast<IShellFolder*>(parent));
-        void* object = nullptr;
-        EXPECT_EQ(folder->GetUIObjectOf(nullptr, 1, &last, IID_IContextMenu, nullptr, &object), S_OK);
-        Take(object, flags);
-    }
+    explicit ShownMenu(const std::filesystem::path& path, UINT flags = CMF_NORMAL) { Take(Bound(path).Menu(), flags); }
     ShownMenu(IShellFolder& folder, UINT flags)
     {
         void* object = nullptr;
         EXPECT_EQ(folder.CreateViewObject(nullptr, IID_IContextMenu, &object), S_OK);
-        Take(object, flags);
+        Take(Com<IContextMenu>(static_cast<IContextMenu*>(object)), flags);
     }
     ~ShownMenu() { DestroyMenu(m_menu); }
     ShownMenu(const ShownMenu&) = delete;
@@ -86,18 +76,12 @@ public:
         info.lpVerb = MAKEINTRESOURCEA(id - kFirst);
         return m_object->InvokeCommand(reinterpret_cast<CMINVOKECOMMANDINFO*>(&info));
     }
-    HRESULT Invoke(LPCSTR verb)
-    {
-        CMINVOKECOMMANDINFO info{};
-        info.cbSize = sizeof info;
-        info.lpVerb = verb;
-        return m_object->InvokeCommand(&info);
-    }
+    HRESULT Invoke(LPCSTR verb) { return shell_test::Invoke(*m_object, verb); }
 
 private:
-    void Take(void* object, UINT flags)
+    void Take(Com<IContextMenu> object, UINT flags)
     {
-        m_object.reset(static_cast<IContextMenu*>(object));
+        m_object = std::move(object);
         m_menu = CreatePopupMenu();
         m_used = m_object->QueryContextMenu(m_menu, 0, kFirst, kLast, flags);
     }

@@ -25,17 +25,13 @@ protected:
     HRESULT Rename(const std::string& name, const std::u16string& text,
                    SHGDNF flags = SHGDN_INFOLDER | SHGDN_FOREDITING)
     {
-        const List list = Parse(m_folder / name);
-        void* parent = nullptr;
-        LPCITEMIDLIST last = nullptr;
-        EXPECT_EQ(SHBindToParent(list.get(), IID_IShellFolder, &parent, &last), S_OK);
-        const Com<IShellFolder> folder(static_cast<IShellFolder*>(parent));
-        m_editing = NameOf(*folder, last, SHGDN_FOREDITING);
+        const Bound bound(m_folder / name);
+        m_editing = NameOf(*bound.folder, bound.item, SHGDN_FOREDITING);
         LPITEMIDLIST renamed = nullptr;
         const Boxes boxes;
-        const HRESULT result = folder->SetNameOf(nullptr, last, text.c_str(), flags, &renamed);
+        const HRESULT result = bound.Rename(text.c_str(), &renamed, flags);
         const List owner(renamed);
-        m_newName = renamed != nullptr ? NameOf(*folder, renamed, SHGDN_INFOLDER | SHGDN_FORPARSING) : u"";
+        m_newName = renamed != nullptr ? NameOf(*bound.folder, renamed, SHGDN_INFOLDER | SHGDN_FORPARSING) : u"";
         m_boxes = boxes.Count();
         EXPECT_EQ(renamed != nullptr, SUCCEEDED(result));
         return result;

@@ -5,6 +5,7 @@
 
 #include "platform/base/deferred.h"
 #include "platform/base/text.h"
+#include "platform/shell/item_id.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -67,11 +68,7 @@ bool WaitFor(F condition)
     return false;
 }
 
-struct ListFree
-{
-    void operator()(ITEMIDLIST* list) const { ILFree(list); }
-};
-using List = std::unique_ptr<ITEMIDLIST, ListFree>;
+using List = platform::ItemListPtr;
 
 inline List Parse(const std::filesystem::path& path)
 {
@@ -88,6 +85,43 @@ inline Com<IShellFolder> Bind(const ITEMIDLIST* list)
     desktop->BindToObject(list, nullptr, IID_IShellFolder, &folder);
     desktop->Release();
     return Com<IShellFolder>(static_cast<IShellFolder*>(folder));
+}
+
+/// An item and its folder, which is how the launcher holds one before it does anything with it.
+struct Bound
+{
+    explicit Bound(const std::filesystem::path& path) : list(Parse(path))
+    {
+        void* parent = nullptr;
+        if (list != nullptr && SUCCEEDED(SHBindToParent(list.get(), IID_IShellFolder, &parent, &item)))
+            folder.reset(static_cast<IShellFolder*>(parent));
+    }
+
+    /// Null when there is none.
+    Com<IContextMenu> Menu() const
+    {
+        void* menu = nullptr;
+        if (folder != nullptr)
+            folder->GetUIObjectOf(nullptr, 1, &item, IID_IContextMenu, nullptr, &menu);
+        return Com<IContextMenu>(static_cast<IContextMenu*>(menu));
+    }
+    HRESULT Rename(LPCWSTR name, LPITEMIDLIST* renamed = nullptr,
+                   SHGDNF flags = SHGDN_INFOLDER | SHGDN_FOREDITING) const
+    {
+        return folder != nullptr ? folder->SetNameOf(nullptr, item, name, flags, renamed) : E_FAIL;
+    }
+
+    List list;
+    LPCITEMIDLIST item = nullptr;
+    Com<IShellFolder> folder;
+};
+
+inline HRESULT Invoke(IContextMenu& menu, LPCSTR verb)
+{
+    CMINVOKECOMMANDINFO info{};
+    info.cbSize = sizeof info;
+    info.lpVerb = verb;
+    return menu.InvokeCommand(&info);
 }
 
 inline std::u16string NameOf(IShellFolder& folder, const ITEMIDLIST* item, SHGDNF flags)
