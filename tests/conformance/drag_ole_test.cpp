@@ -28,20 +28,7 @@ public:
     ULONG references = 0;
 };
 
-class DragOle : public ShellDesk
-{
-protected:
-    void SetUp() override
-    {
-        ShellDesk::SetUp();
-        ASSERT_EQ(OleInitialize(nullptr), S_OK);
-    }
-    void TearDown() override
-    {
-        ShellDesk::TearDown();
-        OleUninitialize();
-    }
-};
+using DragOle = OleDesk;
 
 HWND MakeWindow()
 {
@@ -69,15 +56,10 @@ TEST_F(DragOle, AWindowHasOneDropTargetUntilItIsRevoked)
 
 TEST_F(DragOle, FormatsAreListedFromWhereTheListIs)
 {
-    const List file = Child(TEXT("One.txt"));
-    const ITEMIDLIST* child = file.get();
-    void* object = nullptr;
-    ASSERT_EQ(m_folder->GetUIObjectOf(nullptr, 1, &child, IID_IDataObject, nullptr, &object), S_OK);
-    auto* data = static_cast<IDataObject*>(object);
-    const Com<IUnknown> dataOwner(data);
+    const Com<IDataObject> data = DataOf({TEXT("One.txt")});
     IEnumFORMATETC* formats = nullptr;
     ASSERT_EQ(data->EnumFormatEtc(DATADIR_GET, &formats), S_OK);
-    const Com<IUnknown> formatsOwner(formats);
+    const Com<IEnumFORMATETC> formatsOwner(formats);
     FORMATETC first{};
     FORMATETC second{};
     ULONG fetched = 0;

@@ -17,50 +17,23 @@ FORMATETC ItemArrayFormat()
     return {static_cast<CLIPFORMAT>(format), nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL};
 }
 
-class DragShell : public ShellDesk
+class DragShell : public OleDesk
 {
 protected:
-    void SetUp() override
-    {
-        ShellDesk::SetUp();
-        ASSERT_EQ(OleInitialize(nullptr), S_OK);
-    }
-    void TearDown() override
-    {
-        ShellDesk::TearDown();
-        OleUninitialize();
-    }
-
-    Com<IUnknown> DataOf(std::initializer_list<const WCHAR*> names)
-    {
-        std::vector<List> lists;
-        std::vector<const ITEMIDLIST*> items;
-        for (const WCHAR* name : names)
-            items.push_back(lists.emplace_back(Child(name)).get());
-        void* data = nullptr;
-        EXPECT_EQ(m_folder->GetUIObjectOf(nullptr, static_cast<UINT>(items.size()), items.data(), IID_IDataObject,
-                                          nullptr, &data),
-                  S_OK);
-        return Com<IUnknown>(static_cast<IDataObject*>(data));
-    }
-
     /// Drops items of the desk's folder into one of its folders: the effect that the target reports.
     DWORD Drop(const WCHAR* name, const WCHAR* into, DWORD keys, DWORD allowed)
     {
-        const Com<IUnknown> owner = DataOf({name});
-        auto* data = static_cast<IDataObject*>(owner.get());
+        const Com<IDataObject> data = DataOf({name});
         void* object = nullptr;
         EXPECT_EQ(m_folder->BindToObject(Child(into).get(), nullptr, IID_IShellFolder, &object), S_OK);
-        const Com<IShellFolder> folder(static_cast<IShellFolder*>(object));
-        EXPECT_EQ(folder->CreateViewObject(nullptr, IID_IDropTarget, &object), S_OK);
-        auto* target = static_cast<IDropTarget*>(object);
-        const Com<IUnknown> targetOwner(target);
+        EXPECT_EQ(Taken<IShellFolder>(object)->CreateViewObject(nullptr, IID_IDropTarget, &object), S_OK);
+        const auto target = Taken<IDropTarget>(object);
         DWORD effect = allowed;
-        EXPECT_EQ(target->DragEnter(data, keys, {10, 10}, &effect), S_OK);
+        EXPECT_EQ(target->DragEnter(data.get(), keys, {10, 10}, &effect), S_OK);
         m_offered = allowed;
         EXPECT_EQ(target->DragOver(keys, {10, 10}, &m_offered), S_OK);
         effect = m_offered;
-        EXPECT_EQ(target->Drop(data, keys, {10, 10}, &effect), S_OK);
+        EXPECT_EQ(target->Drop(data.get(), keys, {10, 10}, &effect), S_OK);
         return effect;
     }
 
@@ -71,8 +44,7 @@ protected:
 
 TEST_F(DragShell, ItemsAreOfferedAsAnArrayOfLists)
 {
-    const Com<IUnknown> owner = DataOf({TEXT("One.txt"), TEXT("Folder")});
-    auto* data = static_cast<IDataObject*>(owner.get());
+    const Com<IDataObject> data = DataOf({TEXT("One.txt"), TEXT("Folder")});
     FORMATETC format = ItemArrayFormat();
     ASSERT_EQ(data->QueryGetData(&format), S_OK);
     STGMEDIUM medium{};
@@ -144,10 +116,8 @@ TEST_F(DragShell, AnItemOfAListHasAPicture)
     const List item(ILCombine(m_rootList.get(), Child(TEXT("Folder")).get()));
     void* object = nullptr;
     ASSERT_EQ(SHCreateItemFromIDList(item.get(), IID_IShellItem, &object), S_OK);
-    const Com<IUnknown> owner(static_cast<IShellItem*>(object));
-    ASSERT_EQ(owner->QueryInterface(IID_IShellItemImageFactory, &object), S_OK);
-    auto* factory = static_cast<IShellItemImageFactory*>(object);
-    const Com<IUnknown> factoryOwner(factory);
+    ASSERT_EQ(Taken<IShellItem>(object)->QueryInterface(IID_IShellItemImageFactory, &object), S_OK);
+    const auto factory = Taken<IShellItemImageFactory>(object);
     HBITMAP bitmap = nullptr;
     ASSERT_EQ(factory->GetImage({96, 96}, SIIGBF_RESIZETOFIT, &bitmap), S_OK);
     BITMAP info{};

@@ -23,13 +23,21 @@ using Text = std::basic_string<WCHAR>;
 
 struct ComRelease
 {
-    void operator()(IUnknown* object) const { object->Release(); }
-    void operator()(IShellFolder* object) const { object->Release(); }
-    void operator()(IEnumIDList* object) const { object->Release(); }
-    void operator()(IContextMenu* object) const { object->Release(); }
+    template <typename T>
+    void operator()(T* object) const
+    {
+        object->Release();
+    }
 };
 template <typename T>
 using Com = std::unique_ptr<T, ComRelease>;
+
+/// Takes the reference that a call has left in a `void*`.
+template <typename T>
+Com<T> Taken(void* object)
+{
+    return Com<T>(static_cast<T*>(object));
+}
 
 struct ListFree
 {
@@ -106,9 +114,38 @@ protected:
         return List(child);
     }
 
+    Com<IDataObject> DataOf(std::initializer_list<const WCHAR*> names)
+    {
+        std::vector<List> lists;
+        std::vector<const ITEMIDLIST*> items;
+        for (const WCHAR* name : names)
+            items.push_back(lists.emplace_back(Child(name)).get());
+        void* data = nullptr;
+        EXPECT_EQ(m_folder->GetUIObjectOf(nullptr, static_cast<UINT>(items.size()), items.data(), IID_IDataObject,
+                                          nullptr, &data),
+                  S_OK);
+        return Taken<IDataObject>(data);
+    }
+
     std::filesystem::path m_root;
     List m_rootList;
     Com<IShellFolder> m_folder;
+};
+
+/// The same where OLE has been started.
+class OleDesk : public ShellDesk
+{
+protected:
+    void SetUp() override
+    {
+        ShellDesk::SetUp();
+        ASSERT_EQ(OleInitialize(nullptr), S_OK);
+    }
+    void TearDown() override
+    {
+        ShellDesk::TearDown();
+        OleUninitialize();
+    }
 };
 
 } // namespace conformance

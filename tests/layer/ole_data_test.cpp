@@ -73,25 +73,20 @@ TEST_F(DataObjectTest, TheObjectThatOwnsAMediumFreesIt)
     GlobalFree(memory); // as the owner would have
 }
 
-TEST_F(DataObjectTest, EnumeratesFromWhereItIs)
+TEST_F(DataObjectTest, AnEnumeratorsCloneGoesOnFromTheSamePlace)
 {
     IEnumFORMATETC* formats = nullptr;
     EXPECT_EQ(m_data->EnumFormatEtc(2, &formats), E_NOTIMPL);
     ASSERT_EQ(m_data->EnumFormatEtc(DATADIR_GET, &formats), S_OK);
     FORMATETC format[3]{};
-    ULONG fetched = 9;
     EXPECT_EQ(formats->Next(2, format, nullptr), E_INVALIDARG);
     EXPECT_EQ(formats->Skip(1), S_OK);
     IEnumFORMATETC* clone = nullptr;
     ASSERT_EQ(formats->Clone(&clone), S_OK);
-    EXPECT_EQ(formats->Next(3, format, &fetched), S_FALSE);
-    EXPECT_EQ(fetched, 1U);
+    ASSERT_EQ(clone->Next(1, format, nullptr), S_OK);
     EXPECT_EQ(format[0].cfFormat, Format(u"text/made"));
-    EXPECT_EQ(formats->Next(1, format, nullptr), S_FALSE);
-    EXPECT_EQ(clone->Next(1, format, nullptr), S_OK);
-    formats->Reset();
-    EXPECT_EQ(formats->Next(2, format, &fetched), S_OK);
-    EXPECT_EQ(formats->Skip(1), S_FALSE);
+    EXPECT_EQ(clone->Next(1, format, nullptr), S_FALSE);
+    EXPECT_EQ(formats->Next(1, format, nullptr), S_OK) << "which is its own";
     clone->Release();
     formats->Release();
 }
