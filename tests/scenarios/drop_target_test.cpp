@@ -489,17 +489,6 @@ TEST_F(Dragging, AnItemThatIsNoLongerThereIsNotMoved)
     EXPECT_EQ(m_desk.Items(), (Labels{"A", "C", "D", "E", "Games", "Music"}));
 }
 
-TEST_F(Dragging, AnItemThatHasMovedMeanwhileIsTheOneMoved)
-{
-    DragItem(Root(), 3);
-    std::filesystem::remove(m_desk.Folder() / "A");
-    m_desk.Refresh(0);
-    DragAndDrop(On("B", Upper));
-    g_launcher.g_operationBar = nullptr;
-    m_desk.Settle();
-    EXPECT_EQ(m_desk.Items(), (Labels{"D", "B", "C", "E", "Games", "Music"}));
-}
-
 TEST_F(Dragging, ToAnotherLevelIsItsFoldersWork)
 {
     OpenGames();

@@ -28,7 +28,24 @@ protected:
     }
 
     POINT LowerHalf(const std::string& item, int level = 0) { return ::LowerHalf(m_desk, item, level); }
-    void Drag(const std::string& item, std::vector<std::function<void()>> steps, Button button = Button::Left)
+    // Steps. An item is looked for when it is its turn.
+    static Step To(POINT point)
+    {
+        return [point] { headless::MoveMouse(point.x, point.y); };
+    }
+    Step ToLowerHalf(const std::string& item, int level = 0)
+    {
+        return [=, this]
+        {
+            ASSERT_GT(m_desk.Levels(), level);
+            To(LowerHalf(item, level))();
+        };
+    }
+    Step Rest(std::chrono::milliseconds time)
+    {
+        return [=, this] { m_desk.Advance(time); };
+    }
+    void Drag(const std::string& item, std::vector<Step> steps, Button button = Button::Left)
     {
         DragItem(m_desk, item, std::move(steps), button);
     }
@@ -43,9 +60,7 @@ TEST_F(OwnDrag, WithinTheLevelMovesTheItemAndNothingElse)
         const POINT to = LowerHalf(m_desk.Items()[3]);
         std::optional<platform::screen::DragImage> image;
         Drag(m_desk.Items()[1],
-             {[&] { headless::MoveMouse(to.x, to.y); }, [&] { image = headless::ShownDragImage(); },
-              [&] { headless::ReleaseButton(button); }},
-             button);
+             {To(to), [&] { image = headless::ShownDragImage(); }, [&] { headless::ReleaseButton(button); }}, button);
         ASSERT_TRUE(image);
         EXPECT_EQ(image->size.cx, 96);
         EXPECT_EQ(image->hotSpot.x, 48);
@@ -62,7 +77,7 @@ TEST_F(OwnDrag, EscapeLeavesEverythingAsItWas)
 {
     const POINT to = LowerHalf("D");
     m_desk.LetGo(VK_ESCAPE); // the keyboard's state is the process's
-    Drag("B", {[&] { headless::MoveMouse(to.x, to.y); }, [] { headless::PressKey(VK_ESCAPE); }});
+    Drag("B", {To(to), [] { headless::PressKey(VK_ESCAPE); }});
     EXPECT_EQ(m_desk.Items(), (Labels{"A", "B", "C", "D", "E", "Games"}));
     EXPECT_TRUE(m_desk.IsOpen());
     m_desk.MoveTo({1, 1});
@@ -73,40 +88,17 @@ TEST_F(OwnDrag, EscapeLeavesEverythingAsItWas)
 TEST_F(OwnDrag, ToAFolderThatItOpensMovesTheFile)
 {
     const POINT games = CentreOf(m_desk.ItemBounds("Games", 0));
-    POINT chess{};
-    Drag("B", {[&] { headless::MoveMouse(games.x, games.y); }, [&] { m_desk.Advance(600ms); },
-               [&]
-               {
-                   ASSERT_EQ(m_desk.Levels(), 2);
-                   chess = LowerHalf("chess", 1);
-                   headless::MoveMouse(chess.x, chess.y);
-               },
-               [] { headless::ReleaseButton(); }});
+    Drag("B", {To(games), Rest(600ms), ToLowerHalf("chess", 1), kRelease});
     EXPECT_TRUE(m_desk.WaitFor([&] { return m_desk.Levels() == 2 && m_desk.Items(1) == Labels{"chess", "B"}; }));
     EXPECT_TRUE(m_desk.WaitFor([&] { return m_desk.Items(0) == Labels{"A", "C", "D", "E", "Games"}; }));
     EXPECT_TRUE(fs::exists(m_desk.Folder() / "Games/B"));
     EXPECT_FALSE(fs::exists(m_desk.Folder() / "B"));
 }
 
-TEST_F(OwnDrag, OntoItselfChangesNothing)
-{
-    const POINT to = LowerHalf("C");
-    Drag("C", {[&] { headless::MoveMouse(to.x, to.y); }, [] { headless::ReleaseButton(); }});
-    EXPECT_EQ(m_desk.Items(), (Labels{"A", "B", "C", "D", "E", "Games"}));
-    EXPECT_TRUE(fs::exists(m_desk.Folder() / "C"));
-}
-
 TEST_F(OwnDrag, FolderIntoItselfIsRefusedAndStays)
 {
     const POINT games = CentreOf(m_desk.ItemBounds("Games", 0));
-    Drag("Games", {[&] { headless::MoveMouse(games.x, games.y); }, [&] { m_desk.Advance(600ms); },
-                   [&]
-                   {
-                       ASSERT_EQ(m_desk.Levels(), 2);
-                       const POINT inside = LowerHalf("chess", 1);
-                       headless::MoveMouse(inside.x, inside.y);
-                   },
-                   [] { headless::ReleaseButton(); }});
+    Drag("Games", {To(games), Rest(600ms), ToLowerHalf("chess", 1), kRelease});
     EXPECT_TRUE(fs::exists(m_desk.Folder() / "Games/chess"));
     EXPECT_EQ(m_desk.Items(0), (Labels{"A", "B", "C", "D", "E", "Games"}));
     EXPECT_EQ(g_launcher.g_operationBar, nullptr);
@@ -115,28 +107,21 @@ TEST_F(OwnDrag, FolderIntoItselfIsRefusedAndStays)
 
 TEST_F(OwnDrag, ItemsThatGoUnderItMoveThePlace)
 {
-    const POINT to = LowerHalf("D");
-    Drag("B", {[&] { headless::MoveMouse(to.x, to.y); },
+    Drag("B", {ToLowerHalf("D"),
                [&]
                {
                    for (const char* name : {"A", "C", "E"})
                        fs::remove(m_desk.Folder() / name);
                    m_desk.Refresh(0);
                },
-               [&]
-               {
-                   const POINT games = LowerHalf("Games");
-                   headless::MoveMouse(games.x, games.y);
-               },
-               [] { headless::ReleaseButton(); }});
+               ToLowerHalf("Games"), kRelease});
     EXPECT_EQ(m_desk.Items(), (Labels{"D", "Games", "B"}));
 }
 
 // As with another program's drag, the mark was lost.
 TEST_F(OwnDrag, GoesWhereItIsThoughTheItemsHaveJustChanged)
 {
-    const POINT to = LowerHalf("D");
-    Drag("B", {[&] { headless::MoveMouse(to.x, to.y); },
+    Drag("B", {ToLowerHalf("D"),
                [&]
                {
                    fs::rename(m_desk.Folder() / "E", m_desk.Folder() / "F");
@@ -148,34 +133,17 @@ TEST_F(OwnDrag, GoesWhereItIsThoughTheItemsHaveJustChanged)
     EXPECT_EQ(m_desk.Items(), (Labels{"A", "C", "D", "B", "Games", "F"}));
 }
 
-TEST_F(OwnDrag, OfAFileThatIsGoneMeanwhileChangesNothing)
-{
-    const auto remove = [&]
-    {
-        fs::remove(m_desk.Folder() / "B");
-        m_desk.Refresh(0);
-    };
-    Drag("B", {remove,
-               [&]
-               {
-                   const POINT to = LowerHalf("D");
-                   headless::MoveMouse(to.x, to.y);
-               },
-               [] { headless::ReleaseButton(); }});
-    EXPECT_EQ(m_desk.Items(), (Labels{"A", "C", "D", "E", "Games"}));
-}
-
 TEST_F(OwnDrag, EndsWithTheMenuThatAnotherProgramCloses)
 {
     const POINT to = LowerHalf("D");
     const HWND root = m_desk.Level(0).m_hWnd;
-    Drag("B", {[&] { headless::MoveMouse(to.x, to.y); },
+    Drag("B", {To(to),
                [&]
                {
                    PostMessageW(root, WM_CLOSE, 0, 0);
                    m_desk.Settle();
                },
-               [] { headless::ReleaseButton(); }});
+               kRelease});
     EXPECT_FALSE(m_desk.IsOpen());
     EXPECT_EQ(m_desk.Levels(), 0);
     EXPECT_EQ(g_launcher.g_operationBar, nullptr);
@@ -186,14 +154,8 @@ TEST_F(OwnDrag, EndsWithTheMenuThatAnotherProgramCloses)
 TEST_F(OwnDrag, LevelThatGoesUnderThePointerTakesNothing)
 {
     const POINT games = CentreOf(m_desk.ItemBounds("Games", 0));
-    Drag("B", {[&] { headless::MoveMouse(games.x, games.y); }, [&] { m_desk.Advance(600ms); },
-               [&]
-               {
-                   ASSERT_EQ(m_desk.Levels(), 2);
-                   const POINT inside = LowerHalf("chess", 1);
-                   headless::MoveMouse(inside.x, inside.y);
-               },
-               [&] { DestroyWindow(m_desk.Level(1).m_hWnd); }, [] { headless::ReleaseButton(); }});
+    Drag("B",
+         {To(games), Rest(600ms), ToLowerHalf("chess", 1), [&] { DestroyWindow(m_desk.Level(1).m_hWnd); }, kRelease});
     EXPECT_EQ(m_desk.Levels(), 1);
     EXPECT_TRUE(fs::exists(m_desk.Folder() / "B"));
     EXPECT_EQ(m_desk.Items(), (Labels{"A", "B", "C", "D", "E", "Games"}));
@@ -236,8 +198,7 @@ TEST_F(OwnDragInALongLevel, ScrollsItAndGoesWhereTheMarkIs)
     POINT point{};
     const std::string dragged = "B";
     std::string marked;
-    Drag(dragged, {[&] { headless::MoveMouse((pager.left + pager.right) / 2, pager.bottom - 2); },
-                   [&] { m_desk.Advance(200ms); },
+    Drag(dragged, {[&] { headless::MoveMouse((pager.left + pager.right) / 2, pager.bottom - 2); }, Rest(200ms),
                    [&]
                    {
                        EXPECT_GT(SendMessageW(m_desk.Level(0).m_pager, PGM_GETPOS, 0, 0), 0);
@@ -259,7 +220,7 @@ TEST_F(OwnDragInALongLevel, ScrollsItAndGoesWhereTheMarkIs)
                        const auto at = std::find(expected.begin(), expected.end(), marked);
                        expected.insert(mark.dwFlags == TBIMHT_AFTER ? at + 1 : at, dragged);
                    },
-                   [] { headless::ReleaseButton(); }});
+                   kRelease});
     EXPECT_FALSE(marked.empty());
     EXPECT_EQ(m_desk.Items(), expected);
 }
