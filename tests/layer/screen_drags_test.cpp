@@ -165,7 +165,11 @@ TEST_F(Target, KnowsWhatMayBeDone)
     display.look.rightButton = true;
     Position();
     EXPECT_EQ(display.last.offer.actions, kDragCopy | kDragLink | kDragAsk);
+    display.look.rightButton = false;
+    Position();
+    EXPECT_EQ(display.last.offer.actions, kDragCopy | kDragLink | kDragAsk) << "looked at after it has been let go";
     display.look = {};
+    Enter();
     Position(kTheirs, kDragAsk);
     EXPECT_EQ(display.last.offer.actions, kDragAsk);
     target.OnMessage({kOurs, Xdnd::Position, {kTheirs, 0, 0, 0, 9999}});

@@ -93,13 +93,14 @@ void DragTarget::OnPosition(const XdndMessage& message)
     }
     m_time = message.data[3];
     const DragTargetPort::Look look = m_port.LookAround(m_drag.source);
+    m_drag.rightButton |= look.rightButton; // the last position may be read when it has been let go
     DragTargetPort::Report report;
     report.window = m_drag.window;
     report.position = UnpackXdnd(message.data[2]);
     report.modifiers = look.modifiers;
     report.offer.drag = m_drag.number;
     report.offer.targets = m_drag.targets;
-    report.offer.actions = m_atoms.ActionOf(message.data[4]) | (look.rightButton ? screen::kDragAsk : 0);
+    report.offer.actions = m_atoms.ActionOf(message.data[4]) | (m_drag.rightButton ? screen::kDragAsk : 0);
     for (const xcb_atom_t action : look.actions)
         report.offer.actions |= m_atoms.ActionOf(action) & ~screen::kDragAsk; // being able to ask is no wish to
     m_drag.told = m_drag.due = true;

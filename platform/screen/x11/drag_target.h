@@ -67,8 +67,9 @@ private:
         xcb_window_t window = 0; ///< this program's
         std::uint32_t version = 0;
         std::vector<std::string> targets;
-        bool told = false; ///< that it is over the window
-        bool due = false;  ///< a position has not been answered
+        bool told = false;        ///< that it is over the window
+        bool due = false;         ///< a position has not been answered
+        bool rightButton = false; ///< drags it, as a position has shown
         std::optional<screen::DragActions> answer;
         DragTargetPort::Report last;
     };
