@@ -39,6 +39,7 @@ struct Incoming
 {
     Port port;
     DragTarget target{port, TheXdndAtoms()};
+    unsigned asking = 0; ///< the drag whose drop the user is asked about, until it is finished
 };
 
 /// Made when the first message comes: it asks for the protocol's atoms.
@@ -78,6 +79,11 @@ void Port::Tell(const Report& report)
     if (onlyMoved)
         ready.pop_back();
     ready.push_back(std::move(event));
+    if (report.type != EventType::DragDrop || (report.offer.actions & screen::kDragAsk) == 0)
+        return;
+    // The menu that asks needs the keyboard, which is then lost as ever.
+    State().asking = report.offer.drag;
+    OnDropTaken();
 }
 
 } // namespace
@@ -132,7 +138,7 @@ void HandleWindowGone(xcb_window_t window)
 
 bool IsDraggedOver()
 {
-    return g_incoming != nullptr && g_incoming->target.IsBusy();
+    return g_incoming != nullptr && g_incoming->target.IsBusy() && g_incoming->asking == 0;
 }
 
 xcb_timestamp_t IncomingDragTime()
@@ -156,6 +162,8 @@ void FinishDrop(unsigned drag, DragActions action)
     if (x11::g_incoming == nullptr)
         return;
     x11::g_incoming->target.Finish(drag, action);
+    if (x11::g_incoming->asking == drag)
+        x11::g_incoming->asking = 0;
     if (action != 0)
         x11::OnDropTaken();
 }
