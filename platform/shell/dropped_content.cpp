@@ -52,10 +52,12 @@ DroppedContent ReadTexts(IDataObject& data)
     if (content.IsEmpty())
         if (auto copied = ReadCopiedFiles(ContentOf(data, kCopiedFiles)))
             content.paths = std::move(copied->paths);
-    if (content.paths.empty())
-        AddTitled(content, ReadTitledAddresses(Utf8OfMozillaUrl(ContentOf(data, kMozillaUrl))));
+    const std::string titled = content.paths.empty() ? Utf8OfMozillaUrl(ContentOf(data, kMozillaUrl)) : "";
+    AddTitled(content, ReadTitledAddresses(titled));
     if (content.paths.empty())
         AddTitled(content, ReadTitledAddresses(ContentOf(data, kNetscapeUrl)));
+    if (content.IsEmpty())
+        content.paths = PathsInUriList(titled); // some browsers give a local page's address in no other form
     KeepEachOnce(content.paths);
     KeepEachOnce(content.addresses, &WebAddress::url);
     return content;

@@ -112,6 +112,8 @@ TEST(DroppedContentTest, BrowsersTellTheTitleOfAnAddress)
             .addresses,
         (std::vector<WebAddress>{{"http://a.example/", ""}, {"http://b.example/", ""}, {"http://c.example/", "C"}}));
     EXPECT_TRUE(Read({{"text/x-moz-url", Utf16(u"\xD800\xDC00\xDFFF")}, {"_NETSCAPE_URL", "\xFF"}}).IsEmpty());
+    EXPECT_EQ(Read({{"text/x-moz-url", Utf16(u"file:///a%20page.html\nA page")}}).paths, Paths{"/a page.html"});
+    EXPECT_EQ(Read({{"text/x-moz-url", Utf16(u"http://a.example/\nfile:///one")}}).paths, Paths{}) << "a title";
 }
 
 // --- the choice of the effect
