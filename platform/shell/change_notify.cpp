@@ -29,8 +29,6 @@ namespace platform
 namespace
 {
 
-using Moment = std::chrono::steady_clock::time_point;
-
 /// One registration; shared with the watching thread.
 class Registration
 {
@@ -54,18 +52,25 @@ public:
     {
         // A receiver that never reads the folder again is told all the same, only not so often.
         constexpr std::chrono::seconds kForgotten{1};
-        const Moment now = std::chrono::steady_clock::now();
+        std::unique_lock lock(m_mutex);
+        if (m_active && m_undelivered && std::chrono::steady_clock::now() - m_posted < kForgotten)
+            return false;
+        lock.unlock();
+        Post();
+        return true;
+    }
+
+    /// Posts the notice whatever waits to be served, for those who tell but once.
+    void Post()
+    {
         {
             const std::lock_guard lock(m_mutex);
             if (!m_active)
-                return true;
-            if (m_undelivered && now - m_posted < kForgotten)
-                return false;
+                return;
             m_undelivered = true;
-            m_posted = now;
+            m_posted = std::chrono::steady_clock::now();
         }
         PostMessageW(m_window, m_message, 0, 0);
-        return true;
     }
 
     void WatchStarted(std::int64_t modified)
@@ -90,7 +95,7 @@ private:
     std::mutex m_mutex;
     bool m_active = true;
     bool m_undelivered = false;
-    Moment m_posted;
+    std::chrono::steady_clock::time_point m_posted;
     std::int64_t m_readStamp = kNeverRead;
     void* m_watch = nullptr; ///< context of the watch
 };
@@ -191,7 +196,7 @@ void FolderHasChanged(const std::string& path)
     const std::lock_guard lock(All().mutex);
     for (const auto& [id, registration] : All().byId)
         if (registration->Path() == path)
-            registration->Notify();
+            registration->Post();
 }
 
 } // namespace platform

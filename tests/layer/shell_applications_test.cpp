@@ -427,9 +427,13 @@ TEST_F(ShellApplications, LevelsAreToldOfTheirChanges)
             EXPECT_TRUE(comesToShow({"Letters", "News"}));
             fs::remove(Home() / "system/applications/news.desktop");
             EXPECT_TRUE(comesToShow({"Letters"}));
-            Write(Home() / "system/applications/mail.desktop",
-                  "[Desktop Entry]\nType=Application\nExec=true\nName=Cards\nCategories=Network;\n");
+            Program("system", "mail", "Cards", "Network"); // which for a moment may be seen empty
             EXPECT_TRUE(comesToShow({"Cards"})) << "of an entry that changed in place";
+            // One that came back within a second of its going was never told of.
+            fs::remove(Home() / "system/applications/mail.desktop");
+            EXPECT_TRUE(comesToShow({})) << "and its category with it";
+            Program("system", "mail", "Cards", "Network");
+            EXPECT_TRUE(comesToShow({"Cards"})) << "it is back";
         });
 }
 
