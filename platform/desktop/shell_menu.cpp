@@ -1,8 +1,8 @@
 // The applications menu, by libgnome-menu.
 //
-// The library remembers folders as long as the default main context has not run after the last tree was let go of, and
-// hears of changes by that context. So one thread runs the context and does all that concerns menus; nobody else here
-// uses it.
+// The library remembers folders and hears of their changes by the default main context. So one thread runs the context
+// and does all that concerns menus; nobody else here uses it. A reading that overtakes the news of a change yields what
+// was before, and another one follows.
 #include "platform/services/menu_service.h"
 
 #include "platform/desktop/desktop_entry.h"
@@ -147,7 +147,7 @@ void Read(const Reading& reading)
 {
     static GMenuTree* tree = nullptr; // kept, for only then does the library look for changes
     g_clear_object(&tree);
-    while (g_main_context_iteration(nullptr, FALSE)) // which is when the library forgets
+    while (g_main_context_iteration(nullptr, FALSE)) // which brings the library up to date
     {
     }
     // As gmenu_tree_new_for_path does, which leaves the property out and so has the library lose its default.
