@@ -1,5 +1,6 @@
 // The edit control as a person types in it.
 #include "tests/layer/windowing_desk.h"
+#include "tests/scenarios/failing.h"
 
 #include "platform/base/fault_points.h"
 #include "platform/windowing/clipboard.h"
@@ -354,9 +355,8 @@ TEST_F(Edits, TextGoesToTheClipboardAndComesFromIt)
     Key('Z', {VK_CONTROL});
     EXPECT_EQ(State(), u"betaalpha |");
     Key('A', {VK_CONTROL});
-    platform::SetFaultHook([](const char* call) { return std::string_view(call) == "PutOnClipboard"; });
+    const Failing refused("PutOnClipboard");
     Key('X', {VK_CONTROL});
-    platform::SetFaultHook(nullptr);
     EXPECT_EQ(State(), u"[betaalpha ]") << "what cannot be put there is not taken away";
 }
 

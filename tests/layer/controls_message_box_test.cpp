@@ -2,6 +2,7 @@
 #include "platform/base/fault_points.h"
 #include "platform/windowing/clipboard.h"
 #include "tests/layer/windowing_desk.h"
+#include "tests/scenarios/failing.h"
 
 #include <algorithm>
 #include <functional>
@@ -150,21 +151,12 @@ TEST_F(MessageBoxes, ItsTextCanBeCopied)
 
 TEST_F(MessageBoxes, WhateverFailsItEndsAndTheOwnerIsEnabled)
 {
-    static int allowed = 0;
-    static bool failed = false;
     const HWND owner = ShownPopup(10, 10, 100, 100);
-    failed = true;
-    for (int sound = 0; failed; ++sound)
+    bool failed = true;
+    for (int nth = 1; failed; ++nth)
     {
-        allowed = sound;
-        failed = false;
-        platform::SetFaultHook(
-            [](const char* call)
-            {
-                const bool fail = std::string_view(call) != "PostMessageW" && allowed-- == 0;
-                failed |= fail;
-                return fail;
-            });
+        ASSERT_LT(nth, 1000);
+        const Faults faults(nth, FaultMode::Once);
         platform::headless::SetIdleHandler(
             []
             {
@@ -172,11 +164,10 @@ TEST_F(MessageBoxes, WhateverFailsItEndsAndTheOwnerIsEnabled)
                 return true;
             });
         const int answer = MessageBoxW(owner, TEXT("x"), TEXT("y"), MB_OKCANCEL | MB_ICONWARNING);
-        platform::SetFaultHook(nullptr);
         platform::headless::SetIdleHandler(nullptr);
-        EXPECT_TRUE(answer == IDCANCEL || answer == 0) << "after " << sound << " calls: " << answer;
-        EXPECT_TRUE(IsWindowEnabled(owner)) << "after " << sound << " calls";
-        ASSERT_LT(sound, 1000);
+        failed = Faults::Reached();
+        EXPECT_TRUE(answer == IDCANCEL || answer == 0) << Faults::Failed() << ": " << answer;
+        EXPECT_TRUE(IsWindowEnabled(owner)) << Faults::Failed();
     }
 }
 
@@ -276,16 +267,12 @@ TEST_F(MessageBoxes, ADeadOwnerIsRefused)
 
 TEST_F(MessageBoxes, ABoxThatCannotBeMadeGivesNoAnswerAndLeavesTheOwnerEnabled)
 {
-    static int allowed = 0;
     const HWND owner = ShownPopup(10, 10, 100, 100);
     // The first window is the box, the next ones are its buttons.
     for (int made = 0; made < 3; ++made)
     {
-        allowed = made;
-        platform::SetFaultHook([](const char* call)
-                               { return std::string_view(call) == "CreateWindowExW" && allowed-- == 0; });
+        const Failing refused("CreateWindowExW", 1, made);
         EXPECT_EQ(MessageBoxW(owner, TEXT("x"), TEXT("y"), MB_OKCANCEL), 0) << made << " windows made";
-        platform::SetFaultHook(nullptr);
         EXPECT_TRUE(IsWindowEnabled(owner));
     }
 }

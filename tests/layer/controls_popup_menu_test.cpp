@@ -2,6 +2,7 @@
 #include "platform/base/fault_points.h"
 #include "platform/dialogs/menu.h"
 #include "tests/layer/controls_desk.h"
+#include "tests/scenarios/failing.h"
 
 #include <algorithm>
 #include <functional>
@@ -380,23 +381,14 @@ TEST_F(PopupMenus, AMenuThatGoesWhileItIsPreparedIsNotShown)
 
 TEST_F(PopupMenus, WhateverFailsNothingIsLeft)
 {
-    static int allowed = 0;
-    static bool failed = false;
     Fill(menu, {u"Open"});
     AddSubMenu(u"More", {u"One"}, 10);
-    failed = true;
-    for (int sound = 0; failed; ++sound)
+    bool failed = true;
+    for (int nth = 1; failed; ++nth)
     {
-        SCOPED_TRACE(sound);
-        allowed = sound;
-        failed = false;
-        platform::SetFaultHook(
-            [](const char* call)
-            {
-                const bool fail = std::string_view(call) != "PostMessageW" && allowed-- == 0;
-                failed |= fail;
-                return fail;
-            });
+        SCOPED_TRACE(nth);
+        ASSERT_LT(nth, 1000);
+        const Faults faults(nth, FaultMode::Once);
         int turn = 0;
         platform::headless::SetIdleHandler(
             [&]
@@ -406,14 +398,13 @@ TEST_F(PopupMenus, WhateverFailsNothingIsLeft)
                 return true;
             });
         EXPECT_EQ(TrackPopupMenuEx(menu, TPM_RETURNCMD, 100, 100, owner, nullptr), 0);
-        platform::SetFaultHook(nullptr);
+        failed = Faults::Reached();
         platform::headless::SetIdleHandler(nullptr);
         EXPECT_EQ(Popups().size(), 0U);
         EXPECT_EQ(GetCapture(), nullptr);
         EXPECT_EQ(platform::LiveHandles(platform::HandleKind::Font), 0U);
         EXPECT_TRUE(IsWindowEnabled(owner));
         ASSERT_LT(turn, 100);
-        ASSERT_LT(sound, 1000);
     }
 }
 

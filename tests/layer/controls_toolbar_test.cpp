@@ -1,6 +1,7 @@
 // The toolbar as a person sees and uses it: pixels on the screen, mouse and wheel through the input queue.
 #include "platform/base/fault_points.h"
 #include "tests/layer/controls_desk.h"
+#include "tests/scenarios/failing.h"
 
 namespace
 {
@@ -281,9 +282,10 @@ TEST_F(ControlsDesk, TheHotItemFollowsInsertionsAndDeletions)
 TEST_F(ControlsDesk, WhatCouldNotBeMeasuredIsMeasuredLater)
 {
     Add(u"A name");
-    platform::SetFaultHook([](const char* call) { return std::string_view(call) == "GetDC"; });
-    Send(TB_AUTOSIZE);
-    platform::SetFaultHook(nullptr);
+    {
+        const Failing refused("GetDC");
+        Send(TB_AUTOSIZE);
+    }
     const RECT measured = Item(0);
     Add(u"A name");
     EXPECT_EQ(measured.right, Item(1).right);

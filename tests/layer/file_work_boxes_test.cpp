@@ -4,6 +4,7 @@
 #include "platform/shell/file_work_texts.h"
 #include "tests/layer/file_work_desk.h"
 #include "tests/layer/windowing_desk.h"
+#include "tests/scenarios/failing.h"
 
 #include "commctrl.h"
 #include "shellapi.h"
@@ -324,9 +325,8 @@ TEST_F(FileBoxes, NobodyThereToAnswerMeansCancel)
     while (GetMessageW(&message, nullptr, 0, 0))
         DispatchMessageW(&message);
     EXPECT_EQ(message.wParam, 7U) << "the quit is the outer loop's";
-    platform::SetFaultHook([](const char* call) { return std::string_view(call) == "DialogBoxIndirectParamW"; });
+    const Failing refused("DialogBoxIndirectParamW");
     EXPECT_EQ(operate(nullptr, {}), E_ABORT);
-    platform::SetFaultHook(nullptr);
     EXPECT_EQ(Tree(to), (Files{{"file", "old"}}));
 }
 

@@ -280,9 +280,7 @@ TEST_F(ShellApplications, RenamingAProgramMakesAnEntryOfTheUsersOwn)
             { return WaitFor([&] { return Shown(kUser + "/Net") == names; }); };
             EXPECT_TRUE(comesToShow({"Briefe"}));
             EXPECT_TRUE(Shown(kAll + "/Net").empty());
-            std::ifstream everybodys(Home() / "system/applications/mail.desktop");
-            const std::string content{std::istreambuf_iterator<char>(everybodys), {}};
-            EXPECT_EQ(content.find("Briefe"), content.npos);
+            EXPECT_EQ(ContentOf(Home() / "system/applications/mail.desktop").find("Briefe"), std::string::npos);
             Program("data", "own/deep", "Deep", "Network");
             // Once it is the user's own, it is renamed where it is.
             EXPECT_EQ(Bound(kUser + "/Net/mail.desktop").Rename(u"Karten"), S_OK);
@@ -300,9 +298,7 @@ TEST_F(ShellApplications, RenamingAProgramMakesAnEntryOfTheUsersOwn)
 
 bool ModuleIsLoaded()
 {
-    std::ifstream maps("/proc/self/maps");
-    const std::string text{std::istreambuf_iterator<char>(maps), {}};
-    return text.find("orb-launcher-desktop.so") != text.npos;
+    return ContentOf("/proc/self/maps").find("orb-launcher-desktop.so") != std::string::npos;
 }
 
 TEST_F(ShellApplications, AreKeptForTheNextRunUntilSomethingChanges)
@@ -415,8 +411,7 @@ private:
 TEST_F(ShellApplications, LevelsAreToldOfTheirChanges)
 {
     Afresh([] { Shown(kAll); });
-    Write(Home() / "system/applications/mail.desktop",
-          "[Desktop Entry]\nType=Application\nExec=true\nName=Letters\nCategories=Network;\n"); // in place
+    Program("system", "mail", "Letters", "Network"); // in place
     Afresh(
         []
         {

@@ -1,6 +1,7 @@
 // Files on the clipboard: what is written is read again, and what others write is taken as far as it is whole.
 #include "tests/headless/headless.h"
 #include "tests/layer/shell_scratch.h"
+#include "tests/scenarios/failing.h"
 
 #include "platform/base/clock.h"
 #include "platform/base/fault_points.h"
@@ -123,10 +124,9 @@ TEST_F(ClipboardFilesTest, WaitsForAnOwnerNoLongerThanItSays)
 TEST_F(ClipboardFilesTest, RefusalsAreReported)
 {
     EXPECT_EQ(PutFilesOnClipboard({}), E_FAIL);
-    SetFaultHook([](const char* call) { return std::string_view(call) == "PutOnClipboard"; });
+    const Failing refused("PutOnClipboard");
     EXPECT_EQ(PutFilesOnClipboard({{"/tmp"}, false}), E_FAIL);
     EXPECT_FALSE(PutTextOnClipboard(u"text"));
-    SetFaultHook(nullptr);
 }
 
 TEST(ClipboardTextTest, ClipboardAndMarkedTextAreTwo)

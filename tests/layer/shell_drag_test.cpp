@@ -3,6 +3,7 @@
 #include "tests/layer/dragged_data.h"
 #include "tests/layer/file_work_desk.h"
 #include "tests/layer/windowing_desk.h"
+#include "tests/scenarios/failing.h"
 
 #include "windows.h"
 
@@ -137,7 +138,6 @@ TEST_F(ItemDrag, AnItemHasAPictureOfTheSizeAskedFor)
 TEST_F(ItemDrag, CallsThatFailLeaveNothing)
 {
     const auto objects = LiveShellObjects().load();
-    static std::string_view failing;
     const List list = Parse(m_folder / "Folder");
     const auto tryAll = [&]
     {
@@ -150,10 +150,8 @@ TEST_F(ItemDrag, CallsThatFailLeaveNothing)
     };
     for (const char* call : {"SHCreateItemFromIDList", "IShellItemImageFactory::GetImage", "CreateDIBSection"})
     {
-        failing = call;
-        SetFaultHook([](const char* name) { return failing == name; });
+        const Failing refused(call);
         EXPECT_TRUE(tryAll()) << call;
-        SetFaultHook(nullptr);
     }
     DWORD effect = 7;
     EXPECT_EQ(SHDoDragDrop(nullptr, nullptr, nullptr, DROPEFFECT_COPY, &effect), E_INVALIDARG);

@@ -280,8 +280,7 @@ TEST(IconPack, KeepsPicturesForTheThemeAsItWasFound)
     EXPECT_FALSE(platform::IconPack("theme", kSize).Find("absent"));
 
     const std::filesystem::path pack = Home() / "cache/orb-launcher/icons-11";
-    std::ifstream stream(pack);
-    const std::string good{std::istreambuf_iterator<char>(stream), {}};
+    const std::string good = ContentOf(pack);
     const auto replace = [&](const std::string& content)
     {
         std::filesystem::remove(pack); // truncating a file makes some file systems write the old one out

@@ -95,8 +95,7 @@ protected:
     {
         if (!WaitFor([this] { return std::filesystem::exists(m_report); }))
             return "the program was not started";
-        std::ifstream file(m_report);
-        return {std::istreambuf_iterator<char>(file), {}};
+        return ContentOf(m_report);
     }
 
     std::filesystem::path m_folder;

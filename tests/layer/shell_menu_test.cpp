@@ -196,8 +196,7 @@ TEST_F(ShellMenu, ActionsProgramsAndTheTerminalStart)
     const auto told = [&]
     {
         WaitFor([&] { return std::filesystem::exists(report); });
-        std::ifstream file(report);
-        const std::string text(std::istreambuf_iterator<char>(file), {});
+        const std::string text = ContentOf(report);
         std::filesystem::remove(report);
         return text.substr(0, text.size() - 1);
     };

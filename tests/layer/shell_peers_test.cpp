@@ -56,8 +56,7 @@ protected:
     {
         if (!WaitFor([this] { return std::filesystem::exists(m_folder / "report"); }))
             return "(not asked)";
-        std::ifstream file(m_folder / "report");
-        return {std::istreambuf_iterator<char>(file), {}};
+        return ContentOf(m_folder / "report");
     }
 
     /// Picks a file as the launcher does: its path, else why there is none.
@@ -166,8 +165,7 @@ TEST_F(ShellPeers, AProgramPicksWhereThereIsNoPortal)
     const std::string note = "printf '%s\\n' \"$@\" > '" + (m_folder / "words").native() + "'\n";
     Write(zenity, "#!/bin/sh\n" + note + "printf '/a\\nb\\\\c\\377\\n\\n'\n", 0755);
     EXPECT_EQ(Pick(FOS_PICKFOLDERS), "/a\nb\\c\377\n") << "names of any bytes";
-    std::ifstream words(m_folder / "words");
-    const std::string text(std::istreambuf_iterator<char>(words), {});
+    const std::string text = ContentOf(m_folder / "words");
     EXPECT_NE(text.find("--directory\n--title=Insert Shortcut\n--filename=/"), text.npos) << text;
     Write(zenity, "#!/bin/sh\nexit 1\n", 0755);
     EXPECT_EQ(Pick(), "cancelled");

@@ -43,11 +43,7 @@ protected:
             names.insert(entry.path().filename().native());
         return names;
     }
-    std::string Content(const std::string& name) const
-    {
-        std::ifstream file(m_folder / name);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    std::string Content(const std::string& name) const { return ContentOf(m_folder / name); }
     std::string Shown(const std::string& name) const
     {
         const std::vector<Item> items = Items(m_folder);
@@ -134,8 +130,7 @@ TEST_F(ShellRename, ALinkToAnEntryBecomesACopyOfTheUsersOwn)
     EXPECT_FALSE(std::filesystem::is_symlink(m_folder / "tool.desktop"));
     EXPECT_EQ(Shown("tool.desktop"), "Mine");
     EXPECT_EQ(access((m_folder / "tool.desktop").c_str(), W_OK), 0);
-    std::ifstream original(there);
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(original), {}), content);
+    EXPECT_EQ(ContentOf(there), content);
 }
 
 TEST_F(ShellRename, AShortcutToAnEntryTakesTheNameOfItsFile)

@@ -32,6 +32,13 @@ inline void Write(const std::filesystem::path& path, const std::string& content,
     chmod(path.c_str(), mode);
 }
 
+/// "" when it is not there.
+inline std::string ContentOf(const std::filesystem::path& path)
+{
+    std::ifstream file(path);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
 inline void RunDeferred()
 {
     while (platform::RunOneDeferred())

@@ -58,11 +58,7 @@ protected:
                            });
     }
 
-    std::string Content() const
-    {
-        std::ifstream file(m_snapshot);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    std::string Content() const { return ContentOf(m_snapshot); }
 
     void Replace(const std::string& content) const
     {
@@ -265,8 +261,7 @@ TEST(ShellSnapshots, AListThatBreaksOffIsNotTakenForWhole)
     ReadInAnEarlierRun(folder);
     // Sound by its checksum, but its writer had lost count: it announces one file too many.
     const std::filesystem::path snapshot = platform::SnapshotPath(folder.native());
-    std::ifstream file(snapshot);
-    std::string content{std::istreambuf_iterator<char>(file), {}};
+    std::string content = ContentOf(snapshot);
     constexpr std::size_t kChecksumAt = 8, kCheckedFrom = 16, kEntriesAt = 44;
     ++content[kEntriesAt];
     const std::uint64_t checksum = platform::HashBytes(std::string_view(content).substr(kCheckedFrom));
@@ -298,12 +293,6 @@ std::set<std::pair<std::string, std::string>> Shown(const std::filesystem::path&
     for (const Item& item : Items(folder))
         shown.emplace(item.fileName, item.display);
     return shown;
-}
-
-std::string ContentOf(const std::filesystem::path& path)
-{
-    std::ifstream file(path);
-    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 // A folder that could not be read for a moment was shown empty, and its order was lost with the next saving.

@@ -3,12 +3,12 @@
 
 #include "tests/scenarios/desk.h"
 
-using Step = std::function<void()>;
-inline const Step kRelease = [] { platform::headless::ReleaseButton(); };
+using DragStep = std::function<void()>;
+inline const DragStep kRelease = [] { platform::headless::ReleaseButton(); };
 
 /// From press to release. The drag runs its own loop: each step is done when the program waits there. A drag that the
 /// steps do not end is ended by Escape.
-inline void DragItem(Desk& desk, const std::string& item, std::vector<Step> steps,
+inline void DragItem(Desk& desk, const std::string& item, std::vector<DragStep> steps,
                      platform::screen::Button button = platform::screen::Button::Left, int level = 0)
 {
     namespace headless = platform::headless;

@@ -3,6 +3,7 @@
 // A step is run again and again; the n-th time its n-th call that can fail does. The sweep is over when a run makes
 // fewer calls than n. Afterwards the menu must either work as ever or be cleanly gone, and nothing may be left open.
 #include "tests/scenarios/dragging.h"
+#include "tests/scenarios/failing.h"
 #include "tests/scenarios/live_handle_counts.h"
 #include "tests/scenarios/notice_reader.h"
 #include "tests/scenarios/shell_spy.h"
@@ -24,53 +25,6 @@ using namespace std::chrono_literals;
 namespace
 {
 
-enum class Mode
-{
-    Once,       ///< the n-th call fails
-    FromThenOn, ///< the n-th and every later one, as when something has run out
-};
-
-/// Makes calls fail while it lives.
-class Faults
-{
-public:
-    Faults(int nth, Mode mode)
-    {
-        s_calls = 0;
-        s_nth = nth;
-        s_mode = mode;
-        s_failed.clear();
-        platform::SetFaultHook(Hook);
-    }
-    ~Faults() { platform::SetFaultHook(nullptr); }
-    Faults(const Faults&) = delete;
-    Faults& operator=(const Faults&) = delete;
-
-    /// False when the step made fewer calls.
-    static bool Reached() { return s_calls >= s_nth; }
-    static int Calls() { return s_calls; }
-    static const std::string& Failed() { return s_failed; }
-
-private:
-    static bool Hook(const char* call)
-    {
-        const std::string_view name(call);
-        // A window that can never be painted asks for it for ever, on every platform. Posting is relied on: the queue
-        // takes every message.
-        const bool spared = name == "PostMessageW" || (s_mode == Mode::FromThenOn && name == "BeginPaint");
-        if (spared || ++s_calls < s_nth || (s_mode == Mode::Once && s_calls > s_nth))
-            return false;
-        if (s_failed.empty())
-            s_failed = call;
-        return true;
-    }
-
-    static inline int s_calls = 0;
-    static inline int s_nth = 0;
-    static inline Mode s_mode = Mode::Once;
-    static inline std::string s_failed;
-};
-
 struct Step
 {
     std::function<void(Desk&)> before;
@@ -81,7 +35,7 @@ struct Step
     std::string changes = {};
 };
 
-class FaultSweep : public testing::TestWithParam<Mode>
+class FaultSweep : public testing::TestWithParam<FaultMode>
 {
 protected:
     static void MakeItems(Desk& desk)
@@ -199,7 +153,7 @@ protected:
     }
 
     /// One run with one fault; false when the step made fewer calls.
-    static bool Run(const Step& step, int nth, Mode mode)
+    static bool Run(const Step& step, int nth, FaultMode mode)
     {
         Desk desk;
         MakeItems(desk);
@@ -500,8 +454,8 @@ TEST_P(FaultSweep, DroppingWhatAnotherProgramDrags)
     Sweep({Open, drop, false, false, "notes"}, 50);
 }
 
-INSTANTIATE_TEST_SUITE_P(Fails, FaultSweep, testing::Values(Mode::Once, Mode::FromThenOn),
+INSTANTIATE_TEST_SUITE_P(Fails, FaultSweep, testing::Values(FaultMode::Once, FaultMode::FromThenOn),
                          [](const auto& info)
-                         { return std::string(info.param == Mode::Once ? "Once" : "FromThenOn"); });
+                         { return std::string(info.param == FaultMode::Once ? "Once" : "FromThenOn"); });
 
 } // namespace

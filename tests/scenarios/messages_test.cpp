@@ -1,5 +1,6 @@
 // What a level answers to each message and notification that it handles, row by row.
 #include "tests/scenarios/desk.h"
+#include "tests/scenarios/failing.h"
 
 #include "app/launcher_state.h"
 #include "platform/base/fault_points.h"
@@ -271,13 +272,11 @@ TEST_F(Messages, AltIsPressedForAForegroundThatIsRefused)
 {
     for (const bool refused : {false, true})
     {
-        static int refusals;
-        refusals = refused ? 1 : 0;
         MessageCounter presses(m_desk.Level(0).m_toolbar, WM_SYSKEYDOWN);
-        platform::SetFaultHook([](const char* asked)
-                               { return std::string_view(asked) == "SetForegroundWindow" && refusals-- > 0; });
-        m_desk.Level(0).EnableMenu(true);
-        platform::SetFaultHook(nullptr);
+        {
+            const Failing once("SetForegroundWindow", refused ? 1 : 0);
+            m_desk.Level(0).EnableMenu(true);
+        }
         m_desk.Settle();
         EXPECT_EQ(presses.Count(), refused ? 1 : 0);
         EXPECT_GE(GetKeyState(VK_MENU), 0) << "it is let go again";

@@ -29,11 +29,11 @@ protected:
 
     POINT LowerHalf(const std::string& item, int level = 0) { return ::LowerHalf(m_desk, item, level); }
     // Steps. An item is looked for when it is its turn.
-    static Step To(POINT point)
+    static DragStep To(POINT point)
     {
         return [point] { headless::MoveMouse(point.x, point.y); };
     }
-    Step ToLowerHalf(const std::string& item, int level = 0)
+    DragStep ToLowerHalf(const std::string& item, int level = 0)
     {
         return [=, this]
         {
@@ -41,11 +41,11 @@ protected:
             To(LowerHalf(item, level))();
         };
     }
-    Step Rest(std::chrono::milliseconds time)
+    DragStep Rest(std::chrono::milliseconds time)
     {
         return [=, this] { m_desk.Advance(time); };
     }
-    void Drag(const std::string& item, std::vector<Step> steps, Button button = Button::Left)
+    void Drag(const std::string& item, std::vector<DragStep> steps, Button button = Button::Left)
     {
         DragItem(m_desk, item, std::move(steps), button);
     }
