@@ -38,4 +38,12 @@ std::string_view Trimmed(std::string_view text)
     return first == text.npos ? std::string_view{} : text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
 }
 
+std::string_view Cut(std::string_view text, std::size_t size)
+{
+    const auto continues = [&](std::size_t at) { return (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80; };
+    while (size > 0 && size < text.size() && continues(size))
+        --size;
+    return text.substr(0, size);
+}
+
 } // namespace platform

@@ -27,6 +27,9 @@ std::string PosixFromShellPath(std::u16string_view path);
 /// The text without the blanks, tabs and carriage returns around it.
 std::string_view Trimmed(std::string_view text);
 
+/// As much of UTF-8 text as fits into `size` bytes, cut between characters.
+std::string_view Cut(std::string_view text, std::size_t size);
+
 /// CharUpperW's mapping of one code unit.
 char16_t UpperCase(char16_t unit);
 /// The upper-cased text, as CharUpperW does it: character by character, a surrogate pair being one character.

@@ -1,6 +1,8 @@
 // The toolbar's drawing: what the owner's custom-draw answers leave to it, and the insertion mark.
 #include "platform/controls/toolbar.h"
 
+#include "platform/windowing/system_parameters.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -11,19 +13,9 @@ namespace
 {
 
 constexpr int kMargin = 4; ///< left of the image, and between image and text
-constexpr int kUnscaledDpi = 96;
-// At that; the insertion mark's ends reach this far above and below its middle.
+// At 96 DPI; the insertion mark's ends reach this far above and below its middle.
 constexpr int kMarkReach = 3;
 constexpr int kMarkThickness = 2;
-
-/// Pixels at the display's scale. Asked of the screen: what a window's own context was open on is shown anew.
-int Scaled(int length)
-{
-    HDC dc = GetDC(nullptr);
-    const int dpi = GetDeviceCaps(dc, LOGPIXELSY);
-    ReleaseDC(nullptr, dc);
-    return dpi > 0 ? MulDiv(length, dpi, kUnscaledDpi) : length;
-}
 
 bool SamePlace(const TBINSERTMARK& a, const TBINSERTMARK& b)
 {
@@ -181,7 +173,7 @@ RECT Toolbar::InsertMarkRect(const TBINSERTMARK& mark) const
         return {};
     const RECT rect = m_column.RectOf(mark.iButton);
     // At the very top and bottom the mark is moved into view.
-    const LONG reach = Scaled(kMarkReach);
+    const LONG reach = ScaledPixels(kMarkReach);
     const LONG end = m_column.RectOf(m_column.Count() - 1).bottom;
     const LONG edge = (mark.dwFlags & TBIMHT_AFTER) != 0 ? rect.bottom : rect.top;
     const LONG middle = std::max(std::min(edge, end - reach), reach);
@@ -193,7 +185,7 @@ void Toolbar::PaintInsertMark(HDC dc)
     const RECT rect = InsertMarkRect(m_mark);
     if (IsRectEmpty(&rect))
         return;
-    const LONG thickness = Scaled(kMarkThickness);
+    const LONG thickness = ScaledPixels(kMarkThickness);
     const LONG top = (rect.top + rect.bottom - thickness) / 2;
     Fill(dc, {rect.left, rect.top, rect.left + thickness, rect.bottom}, m_markColor);
     Fill(dc, {rect.left, top, rect.right, top + thickness}, m_markColor);

@@ -1,6 +1,8 @@
 // Making names that are free.
 #include "platform/desktop/file_names.h"
 
+#include "platform/base/text.h"
+
 #include <algorithm>
 #include <charconv>
 #include <climits>
@@ -21,10 +23,8 @@ bool IsEnding(std::string_view text)
 std::string Joined(std::string_view stem, std::string_view addition, std::string_view ending)
 {
     const std::size_t rest = addition.size() + ending.size();
-    std::size_t length = std::min(stem.size(), NAME_MAX - std::min<std::size_t>(rest, NAME_MAX));
-    while (length > 0 && length < stem.size() && (static_cast<unsigned char>(stem[length]) & 0xC0) == 0x80)
-        --length;
-    return std::string(stem.substr(0, length)).append(addition).append(ending);
+    const std::size_t room = NAME_MAX - std::min<std::size_t>(rest, NAME_MAX);
+    return std::string(Cut(stem, room)).append(addition).append(ending);
 }
 
 /// The count of a stem that ends with " (copy)" or " (copy 3)", which is cut off; 0 for any other.

@@ -1,6 +1,7 @@
 // Desktop entries of the type Link.
 #include "platform/desktop/link_entry.h"
 
+#include "platform/base/text.h"
 #include "platform/base/unique_fd.h"
 #include "platform/desktop/desktop_entry.h"
 #include "platform/desktop/file_transfer.h"
@@ -23,16 +24,6 @@ constexpr char kGroup[] = G_KEY_FILE_DESKTOP_GROUP;
 /// Of the name before its ending, in bytes: leaves room for a number, also where names are encrypted (143 bytes).
 constexpr std::size_t kLongestName = 120;
 constexpr std::size_t kLongestTitle = 500;
-
-/// At most `size` bytes, cut between characters.
-std::string_view Cut(std::string_view text, std::size_t size)
-{
-    if (text.size() <= size)
-        return text;
-    while (size > 0 && (static_cast<unsigned char>(text[size]) & 0xC0) == 0x80)
-        --size;
-    return text.substr(0, size);
-}
 
 /// One line of text with single blanks.
 std::string PlainTitle(const char* title)

@@ -1,6 +1,7 @@
 // Making links under a name that is free.
 #include "platform/files/make_link.h"
 
+#include "platform/base/text.h"
 #include "platform/base/unique_fd.h"
 #include "platform/files/names.h"
 
@@ -34,16 +35,6 @@ NameParts TakeApart(std::string_view name, std::size_t longest)
     const bool hasEnding = dot != shown.npos && dot != 0 && name.size() - dot < longest / 2;
     const std::size_t stem = hasEnding ? dot : shown.size();
     return {name.substr(0, stem), name.substr(stem)};
-}
-
-/// Cuts between characters.
-std::string_view Cut(std::string_view text, std::size_t size)
-{
-    if (text.size() <= size)
-        return text;
-    while (size > 0 && (static_cast<unsigned char>(text[size]) & 0xC0) == 0x80)
-        --size;
-    return text.substr(0, size);
 }
 
 std::string NumberedName(const NameParts& parts, int number, std::size_t longest)

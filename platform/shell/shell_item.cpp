@@ -24,17 +24,12 @@ namespace platform
 namespace
 {
 
-struct ListFree
-{
-    void operator()(ITEMIDLIST* list) const { ILFree(list); }
-};
-
 /// What an item's picture is found by, when only its path is known.
 std::string IconOfPath(const std::string& path)
 {
     LPITEMIDLIST list = nullptr;
     const HRESULT parsed = ParsePath({}, ShellPathFromPosix(path), &list);
-    const std::unique_ptr<ITEMIDLIST, ListFree> owner(list);
+    const ItemListPtr owner(list);
     const std::optional<ItemId> item = SUCCEEDED(parsed) ? LastItem(list) : std::nullopt;
     return item ? SystemImageIdentity(item->icon) : std::string(kFolderIcon);
 }
