@@ -198,8 +198,7 @@ TEST_F(ForeignDrag, IsDroppedWhereItIsThoughTheItemsHaveJustChanged)
     m_desk.Launch("100,700,0");
     Start(Files(), LowerHalf("A"));
     fs::rename(m_desk.Folder() / "B", m_desk.Folder() / "C");
-    m_desk.SendNotice(0);
-    m_desk.Settle();
+    m_desk.Refresh(0);
     ASSERT_EQ(m_desk.Items(), (Labels{"A", "Games", "C"}));
     Drop();
     EXPECT_EQ(headless::DoneForOther(), screen::kDragLink);

@@ -121,12 +121,10 @@ TEST_F(OwnDrag, ItemsThatGoUnderItMoveThePlace)
 // As with another program's drag, the mark was lost.
 TEST_F(OwnDrag, GoesWhereItIsThoughTheItemsHaveJustChanged)
 {
-    Drag("B", {ToLowerHalf("D"),
-               [&]
+    Drag("B", {ToLowerHalf("D"), [&]
                {
                    fs::rename(m_desk.Folder() / "E", m_desk.Folder() / "F");
-                   m_desk.SendNotice(0);
-                   m_desk.Settle();
+                   m_desk.Refresh(0);
                    ASSERT_EQ(m_desk.Items(), (Labels{"A", "B", "C", "D", "Games", "F"}));
                    headless::ReleaseButton();
                }});
