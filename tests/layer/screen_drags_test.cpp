@@ -439,6 +439,7 @@ TEST_F(Source, GoesFromWindowToWindow)
     EXPECT_EQ(display.Take(), "") << "an answer that comes late is nobody's";
     Move(3, kDragCopy, {});
     EXPECT_EQ(display.Take(), "Leave to 30");
+    EXPECT_TRUE(source.IsAnswered() && source.Answer() == 0) << "nobody takes it: the pointer has to show that";
     EXPECT_FALSE(source.Drop(600, now));
     EXPECT_EQ(display.Take(), "");
     EXPECT_FALSE(source.Deadline().has_value());
@@ -452,7 +453,7 @@ TEST_F(Source, AProxyHearsWhatItsWindowIsTold)
     EXPECT_EQ(display.Take(), "answered");
     source.OnWindowGone(kProxy);
     EXPECT_EQ(display.Take(), "answered");
-    EXPECT_FALSE(source.IsAnswered());
+    EXPECT_EQ(source.Answer(), 0u);
 }
 
 TEST_F(Source, ADropWaitsForTheOutstandingAnswer)

@@ -74,7 +74,8 @@ public:
     /// When OnTime has to be asked; nothing while no answer is awaited.
     std::optional<std::uint64_t> Deadline() const { return m_deadline; }
 
-    bool IsAnswered() const { return m_answered; }
+    /// As it is where nobody is there to do so.
+    bool IsAnswered() const { return m_answered || m_site.window == 0; }
     /// What the partner would do; once the drag has ended, what it has done.
     screen::DragActions Answer() const { return m_answer; }
     /// The drop has come to its end, and the partner has said so.
