@@ -170,6 +170,13 @@ TEST(BoxLayout, OfAWideTextWithIconAndCheckBox)
     EXPECT_EQ(high.cy, 189);
 }
 
+TEST(BoxLayout, MayBeAPixelNarrowerThanItsCheckBox)
+{
+    // 85 / 3 + 85 + 17 is 130, what the text needs is 129.
+    EXPECT_EQ(LayOutBox(Content(MB_OK | MBX_DONTTELL), InPixels(100, {100, 13}, {}, 85)).cx, 129 + 1);
+    EXPECT_EQ(LayOutBox(Content(MB_OK | MBX_DONTTELL), InPixels(100, {100, 13}, {}, 86)).cx, 131 + 1);
+}
+
 TEST(BoxLayout, LeavesPlaceForAButtonThatIsNotThere)
 {
     const BoxLayout layout = LayOutBox(Content(MB_OKCANCEL | MBX_YESTOALL), InPixels(100, {10, 13}));

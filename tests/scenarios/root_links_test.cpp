@@ -251,6 +251,69 @@ TEST_F(MessageBoxes, TakeTextsOfAnyLength)
     EXPECT_EQ(person.Shown(), 1);
 }
 
+SIZE SizeOf(HWND window)
+{
+    RECT rect{};
+    GetWindowRect(window, &rect);
+    return {rect.right - rect.left, rect.bottom - rect.top};
+}
+
+TEST_F(MessageBoxes, ShowIconAndMessageFont)
+{
+    Show(
+        MB_OK | MB_ICONEXCLAMATION | MBX_DONTTELL,
+        [](HWND box)
+        {
+            const LRESULT font = SendDlgItemMessageW(box, kMessageText, WM_GETFONT, 0, 0);
+            EXPECT_NE(font, 0);
+            for (const int id : {static_cast<int>(IDOK), kCheckBox, static_cast<int>(IDEXTRABUTTON)})
+                EXPECT_EQ(SendDlgItemMessageW(box, id, WM_GETFONT, 0, 0), font) << id;
+            constexpr int kIconPlace = 1000;
+            RECT icon{};
+            GetWindowRect(GetDlgItem(box, kIconPlace), &icon);
+            const auto beside = platform::headless::PixelAt(icon.left + 1, icon.top + 1);
+            EXPECT_NE(platform::headless::PixelAt(icon.left + 16, icon.top + 24), beside) << "in the triangle";
+            const int closing = EnableMenuItem(GetSystemMenu(box, FALSE), SC_CLOSE, MF_ENABLED);
+            EXPECT_EQ(closing, MF_ENABLED) << "closing is as good as its only answer";
+            Click(box, IDOK);
+        });
+}
+
+TEST_F(MessageBoxes, BreakLongTextsAndFollowTheDisplaysScale)
+{
+    WString much;
+    for (int i = 0; i < 60; ++i)
+        much += TEXT("some more words ");
+    struct Sizes
+    {
+        SIZE text{}, button{};
+        LONG font = 0;
+    };
+    const auto sizesAt = [&](UINT dpi)
+    {
+        Sizes sizes;
+        platform::headless::SetDpi(0, dpi);
+        const BeforeTheBox person(
+            [&](HWND box)
+            {
+                LOGFONTW font{};
+                GetObjectW(reinterpret_cast<HFONT>(SendDlgItemMessageW(box, IDOK, WM_GETFONT, 0, 0)), sizeof font,
+                           &font);
+                sizes = {SizeOf(GetDlgItem(box, kMessageText)), SizeOf(GetDlgItem(box, IDOK)), std::abs(font.lfHeight)};
+                Click(box, IDOK);
+            });
+        ShowMessageBox(nullptr, much.c_str(), nullptr, MB_OK, 0, nullptr);
+        return sizes;
+    };
+    const Sizes low = sizesAt(96);
+    const Sizes high = sizesAt(144);
+    EXPECT_LT(low.text.cx, 1920 / 2 + 100 + 28) << "half the screen";
+    EXPECT_GT(low.text.cy, 3 * low.font);
+    EXPECT_NEAR(high.button.cx, low.button.cx * 1.5, 8);
+    EXPECT_GT(high.font, low.font);
+    EXPECT_EQ(sizesAt(96).font, low.font);
+}
+
 TEST_F(MessageBoxes, AreNotShownWithoutTheirText)
 {
     const BeforeTheBox person([](HWND box) { Click(box, IDOK); });
@@ -272,6 +335,7 @@ TEST_F(MessageBoxes, ThatMustBeAnsweredStay)
             break;
         case 2:
             SendMessageW(box, WM_CLOSE, 0, 0);
+            SendMessageW(box, WM_COMMAND, IDCLOSE, 0);
             EXPECT_EQ(GetMenuItemCount(GetSystemMenu(box, FALSE)), 1);
             EXPECT_EQ(EnableMenuItem(GetSystemMenu(box, FALSE), SC_CLOSE, MF_GRAYED), MF_GRAYED);
             PostMessageW(nullptr, WM_NULL, 0, 0);
