@@ -9,7 +9,7 @@
 
 #include <cstring>
 #include <algorithm>
-#include <iterator>
+#include <type_traits>
 
 namespace platform
 {
@@ -208,7 +208,7 @@ BOOL TranslateMessage(const MSG* message)
         return message != nullptr && (message->message == WM_KEYUP || message->message == WM_SYSKEYUP);
     if (key.type == screen::EventType::KeyDown && key.virtualKey == message->wParam)
     {
-        char16_t text[std::size(screen::Event{}.text)] = {};
+        char16_t text[std::extent_v<decltype(screen::Event::text)>] = {};
         const std::size_t length = TextOf(key, text);
         for (std::size_t i = 0; i < length; ++i)
         {
