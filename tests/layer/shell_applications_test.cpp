@@ -337,6 +337,13 @@ TEST_F(ShellApplications, AreKeptForTheNextRunUntilSomethingChanges)
     Settle();
     Afresh([] { Shown(kAll); });
     ASSERT_TRUE(fs::exists(kept));
+    std::ifstream keptFile(kept);
+    std::string content{std::istreambuf_iterator<char>(keptFile), {}};
+    const std::size_t name = content.rfind(std::string("A\0l\0l\0", 6));
+    ASSERT_NE(name, content.npos);
+    content[name] = 'B';
+    Write(kept, content);
+    Afresh([] { EXPECT_EQ(Shown(kAll), (Names{"All"})); });
     const auto size = fs::file_size(kept);
     for (const std::uintmax_t cut : {size - 1, size / 2, std::uintmax_t{10}, std::uintmax_t{0}})
     {
