@@ -18,7 +18,7 @@ xcb_atom_t AtomNamed(std::string_view name);
 std::vector<xcb_atom_t> AtomsNamed(const std::vector<std::string>& names);
 /// Empty for an atom that the server does not know.
 std::string NameOfAtom(xcb_atom_t atom);
-/// Without those that the server does not know; likewise.
+/// Asks for all at once likewise; without those that the server does not know.
 std::vector<std::string> NamesOf(std::span<const xcb_atom_t> atoms);
 /// The atoms that a property lists; empty when it does not list atoms.
 std::vector<xcb_atom_t> AtomsIn(xcb_window_t window, xcb_atom_t property);
