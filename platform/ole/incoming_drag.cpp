@@ -1,7 +1,6 @@
 // Drags of other programs, event by event.
 #include "platform/ole/incoming_drag.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace platform
@@ -33,31 +32,30 @@ void IncomingDrag::OnRest()
 
 void IncomingDrag::Queue(const Event& event)
 {
-    if (event.type == EventType::DragLeave)
-    {
-        const auto drop = std::ranges::find(m_queue, EventType::DragDrop, &Event::type);
-        if (drop != m_queue.end())
-            m_port.Finish(drop->offer->drag, 0);
-        m_queue.clear();
-    }
-    else if (event.type == EventType::DragOver && !m_queue.empty() && m_queue.back().type == EventType::DragOver)
-    {
+    if (event.type != EventType::DragDrop && ForgetMovement() && event.type == EventType::DragOver)
         m_port.Answer(event.offer->drag, m_answer); // for the movement that nobody will hear of
-        m_queue.pop_back();
-    }
     m_queue.push_back(event);
 }
 
 /// What leaves now has not been here yet, and what is dropped was refused.
 void IncomingDrag::QueueWhileDropping(const Event& event)
 {
-    m_queue.clear();
+    ForgetMovement();
     if (event.type == EventType::DragDrop)
         m_port.Finish(event.offer->drag, 0);
     if (event.type != EventType::DragOver)
         return;
     m_port.Answer(event.offer->drag, 0);
     m_queue.push_back(event);
+}
+
+/// The last one, if nobody has heard of it yet: another follows it, or its drag is over. Drops that wait stay.
+bool IncomingDrag::ForgetMovement()
+{
+    const bool waits = !m_queue.empty() && m_queue.back().type == EventType::DragOver;
+    if (waits)
+        m_queue.pop_back();
+    return waits;
 }
 
 void IncomingDrag::HandleQueued()

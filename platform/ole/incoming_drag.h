@@ -39,6 +39,7 @@ public:
 private:
     void Queue(const screen::Event& event);
     void QueueWhileDropping(const screen::Event& event);
+    bool ForgetMovement();
     void HandleQueued();
     void Handle(const screen::Event& event);
     void OnOver(const screen::Event& event);

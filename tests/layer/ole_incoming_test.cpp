@@ -279,6 +279,41 @@ TEST_F(IncomingDragTest, LostAndDoubledEventsAreAnsweredEach)
     EXPECT_FALSE(drag.IsOver());
 }
 
+// The first one's drop was forgotten: by the second one's leaving, or unfinished by what came during the drop.
+TEST_F(IncomingDragTest, DropsThatWaitOutlastTheDragsAfterThem)
+{
+    NotedPort port;
+    IncomingDrag drag(port);
+    const auto tell = [&](unsigned number, screen::EventType type)
+    {
+        screen::Event event;
+        event.type = type;
+        event.offer = std::make_shared<screen::DragOffer>(number, port.offer.targets, kDragCopy);
+        drag.OnEvent(event);
+    };
+    using enum screen::EventType;
+    port.held->during = [&](const std::string& call)
+    {
+        if (call != "Enter")
+            return;
+        port.held->during = nullptr;
+        tell(1, DragDrop);
+        tell(2, DragOver);
+        tell(2, DragLeave);
+        tell(3, DragOver);
+        tell(3, DragDrop);
+    };
+    port.held->atDrop = [&](DWORD*)
+    {
+        port.held->atDrop = nullptr;
+        tell(4, DragOver);
+    };
+    tell(1, DragOver);
+    EXPECT_EQ(std::ranges::count(port.log, "t.Drop"), 2);
+    EXPECT_EQ(std::ranges::count(port.log, "finish 1"), 2);
+    EXPECT_EQ(port.log.back(), "answer 1");
+}
+
 TEST_F(IncomingDragTest, WhatADragOfferedCannotBeReadWhenItIsOver)
 {
     Target& target = Register(m_window, "w");
