@@ -300,6 +300,21 @@ TEST_F(Target, ADropIsFinishedWhileTheNextDragIsOver)
     EXPECT_TRUE(display.watched[kTheirs]) << "it has the next drag too";
 }
 
+// Its source was never told what became of it.
+TEST_F(Target, ADropThatIsBeingDealtWithGivesWayToNobodyElses)
+{
+    Over();
+    const unsigned dropped = display.last.offer.drag;
+    Drop();
+    Enter(kOthers);
+    Position(kOthers);
+    display.Take();
+    Drop(kOthers);
+    EXPECT_EQ(display.Take(), "leave 10; Finished to 30 not done none") << "without having waited for an answer";
+    target.Finish(dropped, kDragCopy);
+    EXPECT_EQ(display.Take(), "Finished to 20 done Copy");
+}
+
 // --- the source's end
 
 class SourceDisplay : public DragSourcePort, public Journal

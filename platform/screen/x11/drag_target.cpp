@@ -111,7 +111,8 @@ void DragTarget::OnPosition(const XdndMessage& message)
 void DragTarget::OnDrop(const XdndMessage& message)
 {
     const bool refused = !m_drag.due && m_drag.answer.value_or(0) == 0;
-    if (!IsCurrent(message) || !m_drag.told || refused)
+    const bool isBusy = m_dropped.number != 0 && m_dropped.source != message.data[0];
+    if (!IsCurrent(message) || !m_drag.told || refused || isBusy)
     {
         Drag unwanted;
         unwanted.source = message.data[0];
@@ -120,7 +121,7 @@ void DragTarget::OnDrop(const XdndMessage& message)
         if (IsCurrent(message))
             Leave();
         // The second of two drops is no refusal of the first, which is being dealt with.
-        if (m_dropped.number == 0 || m_dropped.source != unwanted.source)
+        if (m_dropped.number == 0 || isBusy)
             SendFinished(unwanted, 0);
         return;
     }

@@ -16,7 +16,8 @@ void HandleDragMessage(const xcb_client_message_event_t& event);
 void HandleWindowGone(xcb_window_t window);
 /// The server's time as of which the content of what is dragged over this program is asked for; 0 when not known.
 xcb_timestamp_t IncomingDragTime();
-/// Whether another program drags something over this one, or has dropped it and waits.
+/// Whether another program drags something over this one, or has dropped it and waits; not while the user is asked
+/// about a drop.
 bool IsDraggedOver();
 
 /// Whether this program drags, and has mouse and keyboard for it.
