@@ -58,35 +58,6 @@ TEST_F(Focus, AnotherProgramTakingOverIsToldToEveryTopLevelWindow)
     EXPECT_EQ(GetForegroundWindow(), root);
 }
 
-TEST_F(Focus, PressOutsideAllWindowsIsAnotherProgram)
-{
-    const HWND window = ShownPopup(0, 0, 100, 100);
-    Click(500, 500);
-    Pump();
-    EXPECT_EQ(Last(window, WM_ACTIVATEAPP)->wParam, static_cast<WPARAM>(FALSE));
-}
-
-TEST_F(Focus, MovesBetweenLevelsWithoutTouchingTheProgramsActivation)
-{
-    const HWND root = ShownPopup(0, 0, 100, 100);
-    const HWND rootList = Child(root, 0, 0, 100, 100);
-    SetFocus(rootList);
-    const HWND level = ShownPopup(100, 0, 100, 100);
-    const HWND levelList = Child(level, 0, 0, 100, 100);
-    SetFocus(levelList);
-    m_records.clear();
-    SetFocus(rootList);
-    EXPECT_EQ(GetActiveWindow(), root);
-    EXPECT_EQ(Count(root, WM_ACTIVATEAPP), 0);
-    EXPECT_EQ(Count(levelList, WM_KILLFOCUS), 1);
-    EXPECT_EQ(Count(rootList, WM_SETFOCUS), 1);
-    EXPECT_EQ(GetFocus(), rootList);
-    SetFocus(levelList);
-    DestroyWindow(level);
-    EXPECT_EQ(GetActiveWindow(), root) << "the next level takes over";
-    EXPECT_TRUE(headless::HasKeyboard());
-}
-
 TEST_F(Focus, MouseActivateMayRefuseActivation)
 {
     const HWND root = ShownPopup(0, 0, 100, 100);
@@ -102,23 +73,6 @@ TEST_F(Focus, MouseActivateMayRefuseActivation)
     Pump();
     EXPECT_EQ(GetActiveWindow(), root);
     EXPECT_EQ(Count(root, WM_LBUTTONDOWN), 1) << "the press was eaten";
-}
-
-TEST_F(Focus, DisabledWindowsGetNeitherFocusNorKeys)
-{
-    const HWND window = ShownPopup(0, 0, 100, 100);
-    const HWND child = Child(window, 0, 0, 50, 50);
-    SetFocus(child);
-    EnableWindow(child, FALSE);
-    EXPECT_EQ(GetFocus(), nullptr);
-    EXPECT_EQ(SetFocus(child), nullptr);
-    EnableWindow(child, TRUE);
-    SetFocus(child);
-    EnableWindow(window, FALSE);
-    headless::PressKey(VK_RETURN);
-    headless::ReleaseKey(VK_RETURN);
-    Pump();
-    EXPECT_EQ(Count(child, WM_KEYDOWN), 0) << "a disabled menu does not act on keys";
 }
 
 // The window that was to become active again was used after it had been destroyed by what it, or another, was told.
@@ -143,23 +97,6 @@ TEST_F(Focus, WindowThatGoesWhenTheProgramComesBackIsNotActivated)
         EXPECT_TRUE(GetActiveWindow() == nullptr || GetActiveWindow() == root);
         DestroyWindow(root);
     }
-}
-
-TEST_F(Focus, DialogsOwnerGetsActivationBack)
-{
-    const HWND owner = ShownPopup(0, 0, 100, 100);
-    const HWND box = CreateWindowExW(0, TEXT("DeskWindow"), TEXT("Box"), WS_POPUP | WS_CAPTION | WS_VISIBLE, 10, 10, 50,
-                                     50, owner, nullptr, nullptr, nullptr);
-    EnableWindow(owner, FALSE);
-    Pump();
-    EXPECT_EQ(GetActiveWindow(), box);
-    EXPECT_EQ(headless::Windows().front().kind, platform::screen::WindowKind::Managed);
-    EXPECT_EQ(headless::Windows().front().title, u"Box");
-    headless::RequestClose(headless::Windows().front().id);
-    EnableWindow(owner, TRUE);
-    Pump();
-    EXPECT_FALSE(IsWindow(box));
-    EXPECT_EQ(GetActiveWindow(), owner);
 }
 
 } // namespace
