@@ -25,6 +25,12 @@ std::optional<LRESULT> FillRed(HWND window, WPARAM, LPARAM)
 
 struct Painting : Desk
 {
+    /// Paints this window red from now on, the others as ever.
+    void PaintRed(HWND red)
+    {
+        m_handlers[WM_PAINT] = [red](HWND painted, WPARAM wParam, LPARAM lParam) -> std::optional<LRESULT>
+        { return painted == red ? FillRed(painted, wParam, lParam) : std::nullopt; };
+    }
 };
 
 TEST_F(Painting, ShownWindowHasFrameAndBackground)
@@ -71,8 +77,7 @@ TEST_F(Painting, DrawingIsClippedToParentsAndSiblings)
     const HWND above = Child(window, 30, 30, 10, 10);
     SetWindowPos(above, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
     Pump();
-    m_handlers[WM_PAINT] = [&](HWND painted, WPARAM wParam, LPARAM lParam) -> std::optional<LRESULT>
-    { return painted == tall ? FillRed(painted, wParam, lParam) : std::nullopt; };
+    PaintRed(tall);
     InvalidateRect(tall, nullptr, TRUE);
     Pump();
     EXPECT_EQ(headless::PixelAt(20, 20), 0x00FF0000U);
@@ -86,8 +91,7 @@ TEST_F(Painting, MovedChildIsRedrawnAndUncoversItsParent)
 {
     const HWND window = ShownPopup(0, 0, 100, 100);
     const HWND child = Child(window, 0, 0, 20, 20);
-    m_handlers[WM_PAINT] = [&](HWND painted, WPARAM wParam, LPARAM lParam) -> std::optional<LRESULT>
-    { return painted == child ? FillRed(painted, wParam, lParam) : std::nullopt; };
+    PaintRed(child);
     InvalidateRect(child, nullptr, TRUE);
     Pump();
     EXPECT_EQ(headless::PixelAt(5, 5), 0x00FF0000U);
@@ -104,8 +108,7 @@ TEST_F(Painting, UpdateWindowPaintsParentsFirstAndShowsAtOnce)
 {
     const HWND window = ShownPopup(0, 0, 100, 100);
     const HWND child = Child(window, 0, 0, 20, 20);
-    m_handlers[WM_PAINT] = [&](HWND painted, WPARAM wParam, LPARAM lParam) -> std::optional<LRESULT>
-    { return painted == child ? FillRed(painted, wParam, lParam) : std::nullopt; };
+    PaintRed(child);
     InvalidateRect(window, nullptr, TRUE);
     UpdateWindow(child);
     EXPECT_EQ(headless::PixelAt(5, 5), 0x00FF0000U);
