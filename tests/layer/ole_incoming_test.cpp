@@ -53,18 +53,6 @@ struct IncomingDragTest : OleDesk
     HWND m_child;
 };
 
-TEST_F(IncomingDragTest, RegistrationErrors)
-{
-    Target& target = Register(m_window, "w");
-    EXPECT_EQ(RegisterDragDrop(m_window, &target), DRAGDROP_E_ALREADYREGISTERED);
-    EXPECT_EQ(RegisterDragDrop(m_child, nullptr), E_INVALIDARG);
-    EXPECT_EQ(RevokeDragDrop(m_child), DRAGDROP_E_NOTREGISTERED);
-    EXPECT_EQ(RevokeDragDrop(m_window), S_OK);
-    DestroyWindow(m_window);
-    EXPECT_EQ(RegisterDragDrop(m_window, &target), DRAGDROP_E_INVALIDHWND);
-    EXPECT_EQ(RevokeDragDrop(m_window), DRAGDROP_E_INVALIDHWND);
-}
-
 TEST_F(IncomingDragTest, AChildTakesADragBeforeItsParentAndADisabledWindowTakesNone)
 {
     Register(m_window, "w").takes = DROPEFFECT_COPY;

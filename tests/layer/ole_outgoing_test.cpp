@@ -209,16 +209,6 @@ TEST_F(OutgoingDragTest, RestingRepeatsTheCall)
     EXPECT_EQ(Take(), (Log{"w.Enter", "w.Over", "w.Over", "w.Leave"}));
 }
 
-TEST_F(OutgoingDragTest, QuittingEndsItAndTheNextLoopHearsOfIt)
-{
-    Register(m_window, "w");
-    EXPECT_EQ(Drag({[] { PostQuitMessage(7); }}), DRAGDROP_S_CANCEL);
-    MSG message{};
-    PostQuitMessage(8); // Drag's pumping has taken the first
-    EXPECT_FALSE(GetMessageW(&message, nullptr, 0, 0));
-    EXPECT_EQ(Take(), (Log{"w.Enter", "w.Over", "w.Leave"}));
-}
-
 TEST_F(OutgoingDragTest, AnotherProgramsActivationDoesNotEndItAndEscapeStillDoes)
 {
     headless::SetOtherTarget(headless::OtherTarget{kElsewhere, kDragCopy});
@@ -376,27 +366,6 @@ TEST_F(OutgoingDragTest, WhicheverCallFailsEverythingIsGivenBack)
         failed = g_countdown <= 0;
         screen::WithdrawSelection(screen::Selection::Drag);
     }
-}
-
-TEST_F(OutgoingDragTest, AThousandDrags)
-{
-    headless::SetOtherTarget(headless::OtherTarget{kElsewhere, kDragCopy});
-    Register(m_window, "w");
-    const long live = LiveShellObjects();
-    for (int i = 0; i < 250; ++i)
-    {
-        EXPECT_EQ(Drag({To(20 + i % 50, 10), Release()}), DRAGDROP_S_DROP);
-        EXPECT_EQ(Drag({To(1100, 10), [] {}, Release()}), DRAGDROP_S_DROP);
-        EXPECT_EQ(Drag({To(1100, 10), [] { PressKey(VK_ESCAPE); }}), DRAGDROP_S_CANCEL);
-        headless::StartOtherDrag({{{{"text/uri-list", "x"}}}, kDragCopy}, 20, 20);
-        Pump();
-        headless::DropOtherDrag();
-        Pump();
-        EXPECT_EQ(headless::DoneForOther(), kDragCopy);
-        Take();
-    }
-    EXPECT_EQ(LiveShellObjects(), live);
-    EXPECT_EQ(LiveHandles(HandleKind::Window), 1U);
 }
 
 TEST_F(OutgoingDragTest, ThePictureGoesWithTheData)
