@@ -89,16 +89,6 @@ TEST(Handles, PermanentObjectsCannotBeClosedOrCounted)
     EXPECT_NE(TakeHandle(value), nullptr);
 }
 
-TEST(Clock, StandsStillUnderATest)
-{
-    UseManualClock();
-    const std::uint64_t start = NowMs();
-    EXPECT_EQ(NowMs(), start);
-    AdvanceManualClock(250);
-    EXPECT_EQ(NowMs(), start + 250);
-    EXPECT_EQ(GetTickCount(), static_cast<DWORD>(start + 250));
-}
-
 // A file that another program shortened after it had been mapped ended this one.
 TEST(Files, StayAsTheyWereRead)
 {
@@ -299,15 +289,6 @@ TEST(SystemCalls, CreateDirectoryTellsWhyNot)
     std::ofstream(scratch / "file").put('x');
     EXPECT_FALSE(CreateDirectoryW((shellPath + u"\\..\\file").c_str(), nullptr));
     EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_ALREADY_EXISTS)) << "a file in the way counts as existing";
-}
-
-TEST(Modules, SystemModulesHaveHandlesUnderTheirNames)
-{
-    EXPECT_NE(GetModuleHandleW(nullptr), nullptr);
-    EXPECT_EQ(GetModuleHandleW(TEXT("Shcore.dll")), GetModuleHandleW(TEXT("shcore")));
-    EXPECT_NE(GetModuleHandleW(TEXT("user32")), GetModuleHandleW(TEXT("shcore")));
-    EXPECT_EQ(GetModuleHandleW(TEXT("nosuch")), nullptr);
-    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_MOD_NOT_FOUND));
 }
 
 TEST(Resources, AProgramWithoutAnyFindsNothing)

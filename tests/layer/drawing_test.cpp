@@ -165,18 +165,6 @@ TEST(Bitmaps, OfFewerBitsAreOnlyRead)
     DeleteDC(dc);
 }
 
-TEST(Bitmaps, FilesLoadFromAPath)
-{
-    const HANDLE bitmap = LoadImageW(nullptr, PictureName("flag24.bmp").c_str(), IMAGE_BITMAP, 0, 0,
-                                     LR_CREATEDIBSECTION | LR_LOADFROMFILE);
-    BITMAP info{};
-    ASSERT_NE(GetObjectW(bitmap, sizeof(info), &info), 0);
-    EXPECT_EQ(info.bmWidth, 3);
-    EXPECT_EQ(info.bmBitsPixel, 24);
-    EXPECT_TRUE(DeleteObject(bitmap));
-    EXPECT_EQ(LoadImageW(nullptr, u"\\no\\such.bmp", IMAGE_BITMAP, 0, 0, LR_LOADFROMFILE), nullptr);
-}
-
 TEST(Pictures, DamagedBitmapsAreRefusedOrRead)
 {
     for (const char* name : {"flag1.bmp", "flag8.bmp", "flag24.bmp", "flag32.bmp"})
