@@ -277,16 +277,6 @@ TEST_F(ShellLaunch, TerminalProgramsRunInTheUsersTerminal)
     std::filesystem::remove(terminal);
 }
 
-TEST_F(ShellLaunch, AnApplicationThatNoBusCanActivateIsRun)
-{
-    const auto entry = m_folder / "org.example.Unknown.desktop";
-    std::filesystem::rename(Entry("Exec=" + Tell() + " by-command\nDBusActivatable=true\n"), entry);
-    std::atomic<int> ended = 0;
-    EXPECT_EQ(Open(entry, &ended), "");
-    EXPECT_EQ(ValueOf(Report(), "arg"), "by-command");
-    EXPECT_TRUE(WaitFor([&] { return ended == 1; }));
-}
-
 TEST_F(ShellLaunch, AnActivatableApplicationIsAskedOverTheBus)
 {
     const std::string name = "org.example.Orb-Test";
@@ -314,32 +304,6 @@ TEST_F(ShellLaunch, DocumentsOpenWithTheirApplication)
     std::filesystem::create_directory(odd);
     EXPECT_EQ(Open(odd), "");
     EXPECT_EQ(ValueOf(Report(), "arg"), odd.native());
-}
-
-TEST_F(ShellLaunch, TheMenuOpensItemsAndTellsTheUserWhatFails)
-{
-    EXPECT_EQ(Invoke(Entry("Exec=" + Tell() + " by-offset\n"), MAKEINTRESOURCEA(0)), S_OK);
-    EXPECT_EQ(ValueOf(Report(), "arg"), "by-offset");
-    std::filesystem::remove(m_report);
-    EXPECT_EQ(Invoke(m_folder / "entry.desktop", "OPEN"), S_OK);
-    EXPECT_EQ(ValueOf(Report(), "arg"), "by-offset");
-    EXPECT_EQ(Invoke(m_folder / "entry.desktop", "fly"), E_INVALIDARG);
-    EXPECT_EQ(Invoke(m_folder / "entry.desktop", MAKEINTRESOURCEA(999)), E_INVALIDARG);
-
-    std::u16string caption;
-    platform::headless::SetIdleHandler(
-        [&caption]
-        {
-            WCHAR text[64] = {};
-            GetWindowTextW(GetActiveWindow(), text, 64);
-            caption += text;
-            platform::headless::PressKey(VK_RETURN);
-            platform::headless::ReleaseKey(VK_RETURN);
-            return true;
-        });
-    EXPECT_EQ(Invoke(Entry("Exec=no-such-program-here\n"), MAKEINTRESOURCEA(0)), E_FAIL);
-    platform::headless::SetIdleHandler(nullptr);
-    EXPECT_EQ(caption, u"Orb Launcher") << "one box";
 }
 
 // An application that refused after the wait for its answer left the user without a word.
