@@ -44,14 +44,9 @@ struct Edits : Desk
         return SendMessageW(edit, message, wParam, lParam);
     }
 
-    static void Key(BYTE key, std::initializer_list<BYTE> held = {}, std::u16string_view text = {})
+    static void Key(BYTE key, std::initializer_list<BYTE> held = {})
     {
-        for (const BYTE modifier : held)
-            headless::PressKey(modifier);
-        headless::PressKey(key, text);
-        headless::ReleaseKey(key);
-        for (const BYTE modifier : held)
-            headless::ReleaseKey(modifier);
+        Tap(key, held);
         Pump();
     }
 
@@ -61,9 +56,28 @@ struct Edits : Desk
         for (std::size_t i = 0; i < text.size(); ++i)
         {
             const std::size_t units = (text[i] & 0xFC00) == 0xD800 ? 2 : 1;
-            Key('X', {}, text.substr(i, units));
+            headless::PressKey('X', text.substr(i, units));
+            headless::ReleaseKey('X');
             i += units - 1;
         }
+        Pump();
+    }
+
+    /// Opens the context menu by its key and presses a letter there; whether that has chosen an entry.
+    bool ChosenFromContextMenu(BYTE letter)
+    {
+        int turn = 0;
+        headless::SetIdleHandler(
+            [&]
+            {
+                if (turn == 0)
+                    menuLeft = headless::Windows().front().bounds.left;
+                Tap(turn++ == 0 ? letter : BYTE{VK_ESCAPE});
+                return true;
+            });
+        Key(VK_APPS);
+        headless::SetIdleHandler(nullptr);
+        return turn == 1;
     }
 
     void Set(std::u16string_view text)
@@ -72,12 +86,7 @@ struct Edits : Desk
         m_records.clear();
     }
 
-    std::u16string Text() const
-    {
-        std::u16string text(static_cast<std::size_t>(GetWindowTextLengthW(edit)), u'\0');
-        GetWindowTextW(edit, text.data(), static_cast<int>(text.size()) + 1);
-        return text;
-    }
+    std::u16string Text() const { return TextOf(edit); }
 
     /// The text with [ and ] around the selection, or | where the caret is.
     std::u16string State()
@@ -136,6 +145,7 @@ struct Edits : Desk
     HWND parent = nullptr;
     HWND edit = nullptr;
     HFONT font = nullptr;
+    LONG menuLeft = 0; ///< where the context menu was
 };
 
 } // namespace
@@ -418,52 +428,20 @@ TEST_F(Edits, TheCaretBlinksWhileTheEditHasTheFocus)
 TEST_F(Edits, TheContextMenuOffersWhatCanBeDone)
 {
     Set(u"alpha");
-    Key('A', {VK_CONTROL});
-    bool chosen = false;
     Key(VK_END);
-    const POINT end = CaretOnScreen();
+    const LONG end = CaretOnScreen().x;
     Key('A', {VK_CONTROL});
-    headless::SetIdleHandler(
-        [&]
-        {
-            const bool first = !std::exchange(chosen, true);
-            EXPECT_TRUE(!first || headless::Windows().front().bounds.left == end.x) << "it opens at the caret";
-            headless::PressKey(first ? 'T' : VK_ESCAPE, first ? u"t" : u"");
-            headless::ReleaseKey(first ? 'T' : VK_ESCAPE);
-            return true;
-        });
-    Key(VK_APPS);
-    headless::SetIdleHandler(nullptr);
-    EXPECT_EQ(State(), u"|") << "\"Cut\" is chosen by its letter";
+    EXPECT_TRUE(ChosenFromContextMenu('T')) << "\"Cut\"";
+    EXPECT_EQ(menuLeft, end);
+    EXPECT_EQ(State(), u"|");
     EXPECT_EQ(ClipboardText(), u"alpha");
-}
-
-TEST_F(Edits, TheContextMenuOffersToPasteWhatIsText)
-{
-    const auto choosePaste = []
-    {
-        int turn = 0;
-        headless::SetIdleHandler(
-            [&]
-            {
-                constexpr BYTE kKeys[] = {'P', VK_ESCAPE};
-                const BYTE key = kKeys[std::min(turn++, 1)];
-                headless::PressKey(key, key == 'P' ? u"p" : u"");
-                headless::ReleaseKey(key);
-                return true;
-            });
-        Key(VK_APPS);
-        headless::SetIdleHandler(nullptr);
-        return turn;
-    };
-    platform::PutTextOnClipboard(u"new");
-    EXPECT_EQ(choosePaste(), 1);
-    EXPECT_EQ(State(), u"new|");
-    platform::PutOnClipboard({{"text/uri-list", "file:///tmp/x"}});
-    EXPECT_EQ(choosePaste(), 2) << "grey";
-    EXPECT_EQ(State(), u"new|");
-    platform::screen::ClearSelection(platform::screen::Selection::Clipboard);
-    EXPECT_EQ(choosePaste(), 2) << "grey while there is nothing";
+    EXPECT_TRUE(ChosenFromContextMenu('P'));
+    EXPECT_EQ(State(), u"alpha|");
+    PutOnClipboard({{"text/uri-list", "file:///tmp/x"}});
+    EXPECT_FALSE(ChosenFromContextMenu('P')) << "no text";
+    EXPECT_EQ(State(), u"alpha|");
+    screen::ClearSelection(screen::Selection::Clipboard);
+    EXPECT_FALSE(ChosenFromContextMenu('P')) << "nothing";
 }
 
 TEST_F(Edits, AnInputMethodComposesAtTheCaret)

@@ -28,17 +28,9 @@ using Steps = std::vector<Step>;
 
 constexpr int kRow = 22; // of 16 pixel pictures, the metrics of the font being smaller
 
-void PressKey(BYTE key)
-{
-    const bool letter = key >= 'A' && key <= 'Z';
-    const auto text = static_cast<char16_t>(key - 'A' + 'a');
-    platform::headless::PressKey(key, letter ? std::u16string_view(&text, 1) : std::u16string_view());
-    platform::headless::ReleaseKey(key);
-}
-
 Step Key(BYTE key)
 {
-    return [key] { PressKey(key); };
+    return [key] { Desk::Tap(key); };
 }
 
 struct PopupMenus : Desk
@@ -394,7 +386,7 @@ TEST_F(PopupMenus, WhateverFailsNothingIsLeft)
             [&]
             {
                 constexpr BYTE kKeys[] = {VK_UP, VK_RIGHT, VK_ESCAPE, VK_ESCAPE};
-                PressKey(kKeys[std::min<std::size_t>(static_cast<std::size_t>(turn++), 3)]);
+                Tap(kKeys[std::min<std::size_t>(static_cast<std::size_t>(turn++), 3)]);
                 return true;
             });
         EXPECT_EQ(TrackPopupMenuEx(menu, TPM_RETURNCMD, 100, 100, owner, nullptr), 0);

@@ -26,6 +26,22 @@ struct ToolbarDrawing : ControlsDesk
             draw.clrHighlightHotTrack = hot ? RGB(0, 0, 128) : RGB(0, 255, 0);
             return kMenuFlags | (hot ? TBCDRF_HILITEHOTTRACK : 0);
         };
+        Send(TB_SETINSERTMARKCOLOR, 0, RGB(1, 2, 3));
+    }
+
+    void SetMark(int button, DWORD flags = 0)
+    {
+        const TBINSERTMARK mark = {button, flags};
+        Send(TB_SETINSERTMARK, 0, reinterpret_cast<LPARAM>(&mark));
+    }
+
+    /// Lines of the mark's colour in one column of the screen.
+    int MarkedRows(int x, int top, int bottom)
+    {
+        int rows = 0;
+        for (int y = top; y < bottom; ++y)
+            rows += Pixel(x, y) == 0x010203u;
+        return rows;
     }
 };
 
@@ -110,51 +126,35 @@ TEST_F(ToolbarDrawing, ANameThatIsTooLongEndsInsideItsItem)
 
 TEST_F(ToolbarDrawing, TheInsertionMarkIsALineBetweenTheItems)
 {
-    Send(TB_SETINSERTMARKCOLOR, 0, RGB(1, 2, 3));
     Show();
-    const TBINSERTMARK after = {0, TBIMHT_AFTER};
-    Send(TB_SETINSERTMARK, 0, reinterpret_cast<LPARAM>(&after));
+    SetMark(0, TBIMHT_AFTER);
     Pump();
     EXPECT_EQ(Pixel(kWidth / 2, kHeight - 1), 0x010203u);
     EXPECT_EQ(Pixel(kWidth / 2, kHeight), 0x010203u);
     EXPECT_EQ(Pixel(0, kHeight + 2), 0x010203u) << "its ends reach up and down";
-    const TBINSERTMARK before = {0, 0};
-    Send(TB_SETINSERTMARK, 0, reinterpret_cast<LPARAM>(&before));
+    SetMark(0);
     Pump();
     EXPECT_EQ(Pixel(kWidth / 2, kHeight), kBackground);
     EXPECT_EQ(Pixel(kWidth - 1, 2), 0x010203u) << "above the first item it is still in view";
-    const TBINSERTMARK none = {-1, 0};
-    Send(TB_SETINSERTMARK, 0, reinterpret_cast<LPARAM>(&none));
+    SetMark(-1);
     Pump();
     EXPECT_EQ(Pixel(kWidth - 1, 2), kBackground);
 }
 
-/// Lines of the mark's colour in one column of the screen.
-int MarkedRows(ControlsDesk& desk, int x, int top, int bottom)
-{
-    int rows = 0;
-    for (int y = top; y < bottom; ++y)
-        rows += desk.Pixel(x, y) == 0x010203u;
-    return rows;
-}
-
 TEST_F(ToolbarDrawing, TheInsertionMarkGrowsWithTheDisplaysScaleAndIsWholeAtTheEnd)
 {
-    Send(TB_SETINSERTMARKCOLOR, 0, RGB(1, 2, 3));
     Show();
     for (const int percent : {100, 150, 200})
     {
         platform::headless::SetDpi(0, static_cast<UINT>(96 * percent / 100));
         for (const int button : {0, 2})
         {
-            const TBINSERTMARK mark = {button, TBIMHT_AFTER};
-            Send(TB_SETINSERTMARK, 0, reinterpret_cast<LPARAM>(&mark));
+            SetMark(button, TBIMHT_AFTER);
             Pump();
             const int edge = (button + 1) * kHeight;
-            EXPECT_EQ(MarkedRows(*this, kWidth / 2, edge - 15, edge + 15), 2 * percent / 100) << button;
-            EXPECT_EQ(MarkedRows(*this, 0, edge - 15, edge + 15), 2 * MulDiv(3, percent, 100)) << button;
-            const TBINSERTMARK none = {-1, 0};
-            Send(TB_SETINSERTMARK, 0, reinterpret_cast<LPARAM>(&none));
+            EXPECT_EQ(MarkedRows(kWidth / 2, edge - 15, edge + 15), 2 * percent / 100) << button;
+            EXPECT_EQ(MarkedRows(0, edge - 15, edge + 15), 2 * MulDiv(3, percent, 100)) << button;
+            SetMark(-1);
             Pump();
         }
     }
@@ -163,17 +163,15 @@ TEST_F(ToolbarDrawing, TheInsertionMarkGrowsWithTheDisplaysScaleAndIsWholeAtTheE
 
 TEST_F(ToolbarDrawing, TheInsertionMarkLiesOverWhatTheOwnerHasClippedAway)
 {
-    Send(TB_SETINSERTMARKCOLOR, 0, RGB(1, 2, 3));
     const auto draw = onDraw;
     onDraw = [&](NMTBCUSTOMDRAW& info) -> LRESULT
     {
         ExcludeClipRect(info.nmcd.hdc, 0, 0, kWidth, kHeight + 10);
         return draw(info);
     };
-    const TBINSERTMARK after = {0, TBIMHT_AFTER};
-    Send(TB_SETINSERTMARK, 0, reinterpret_cast<LPARAM>(&after));
+    SetMark(0, TBIMHT_AFTER);
     Show();
-    EXPECT_EQ(MarkedRows(*this, kWidth / 2, 0, 2 * kHeight), 2);
+    EXPECT_EQ(MarkedRows(kWidth / 2, 0, 2 * kHeight), 2);
 }
 
 TEST_F(ToolbarDrawing, AHighlightMoveSendsTwoItemsToTheScreen)
@@ -190,31 +188,12 @@ TEST_F(ToolbarDrawing, AHighlightMoveSendsTwoItemsToTheScreen)
 TEST_F(ToolbarDrawing, AnInsertionMarksMoveSendsTwoMarksToTheScreen)
 {
     constexpr std::size_t kMarkHeight = 6; // pixels at 96 DPI
-    const TBINSERTMARK first = {0, TBIMHT_AFTER};
-    Send(TB_SETINSERTMARK, 0, reinterpret_cast<LPARAM>(&first));
+    SetMark(0, TBIMHT_AFTER);
     Show();
     platform::headless::TakePresentedPixels();
-    const TBINSERTMARK second = {1, TBIMHT_AFTER};
-    Send(TB_SETINSERTMARK, 0, reinterpret_cast<LPARAM>(&second));
+    SetMark(1, TBIMHT_AFTER);
     Pump();
     EXPECT_EQ(platform::headless::TakePresentedPixels(), 2u * kWidth * kMarkHeight);
-}
-
-TEST_F(ToolbarDrawing, TheMouseHighlightsAndClicks)
-{
-    Show();
-    MoveTo(10, 5);
-    EXPECT_EQ(Hot(), 0);
-    MoveTo(10, kHeight + 5);
-    EXPECT_EQ(Hot(), 1);
-    Press();
-    Release();
-    ASSERT_EQ(clicks.size(), 1u);
-    EXPECT_EQ(clicks[0].dwItemData, 1001u);
-    EXPECT_EQ(clicks[0].pt.x, 10);
-    EXPECT_EQ(clicks[0].pt.y, kHeight + 5);
-    MoveTo(500, 400);
-    EXPECT_EQ(Hot(), -1) << "the mouse has left";
 }
 
 TEST_F(ToolbarDrawing, AClickThatLosesTheMouseIsNone)

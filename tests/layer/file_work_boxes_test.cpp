@@ -41,20 +41,13 @@ private:
     int m_file;
 };
 
-std::u16string TextOf(HWND window)
-{
-    std::u16string text(static_cast<std::size_t>(GetWindowTextLengthW(window)), u'\0');
-    GetWindowTextW(window, text.data(), static_cast<int>(text.size()) + 1);
-    return text;
-}
-
 /// All that a box says.
 std::string SaidBy(HWND box)
 {
-    std::u16string said = TextOf(box);
+    std::u16string said = Desk::TextOf(box);
     for (const int id : {0xFFFF, 22, 24})
         if (HWND text = GetDlgItem(box, id))
-            said += u" | " + TextOf(text);
+            said += u" | " + Desk::TextOf(text);
     return platform::Utf8FromUtf16(said);
 }
 
@@ -62,13 +55,6 @@ bool Says(std::string_view text)
 {
     const HWND box = GetActiveWindow();
     return box != nullptr && SaidBy(box).find(text) != std::string::npos;
-}
-
-void Key(BYTE key)
-{
-    const auto letter = static_cast<char16_t>(key - 'A' + u'a');
-    platform::headless::PressKey(key, {&letter, key >= 'A' && key <= 'Z' ? 1U : 0U});
-    platform::headless::ReleaseKey(key);
 }
 
 struct FileBoxes : Desk
@@ -84,7 +70,7 @@ struct FileBoxes : Desk
             if (!Says(said))
                 return false;
             for (const BYTE key : keys)
-                Key(key);
+                Tap(key);
             return true;
         };
     }
@@ -328,35 +314,4 @@ TEST_F(FileBoxes, NobodyThereToAnswerMeansCancel)
     const Failing refused("DialogBoxIndirectParamW");
     EXPECT_EQ(operate(nullptr, {}), E_ABORT);
     EXPECT_EQ(Tree(to), (Files{{"file", "old"}}));
-}
-
-TEST_F(FileBoxes, AnotherOperationMeanwhileIsRefused)
-{
-    Write(from / "file", "new");
-    Write(to / "file", "old");
-    std::optional<HRESULT> inner;
-    const auto again = [&]
-    {
-        if (inner || !Says("already in"))
-            return false;
-        inner = S_FALSE;
-        inner = platform::RunFileOperation({FileOperation::Copy, {from / "file"}, to, nullptr});
-        return true;
-    };
-    const auto refused = [&] { return inner == S_FALSE && When("Orb Launcher", {VK_RETURN})(); };
-    std::size_t next = 0;
-    const std::vector<Step> steps = {again, When("already in", {'R'})};
-    platform::headless::SetIdleHandler(
-        [&]
-        {
-            if (inner == S_FALSE)
-                refused();
-            else
-                next += next < steps.size() && steps[next]();
-            return LetWork();
-        });
-    EXPECT_EQ(platform::RunFileOperation({FileOperation::Copy, {from / "file"}, to, nullptr}), S_OK);
-    platform::headless::SetIdleHandler(nullptr);
-    EXPECT_EQ(inner, E_FAIL);
-    EXPECT_EQ(Tree(to), (Files{{"file", "new"}}));
 }

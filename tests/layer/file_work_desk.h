@@ -11,7 +11,6 @@
 #include <map>
 #include <mutex>
 #include <set>
-#include <sstream>
 #include <unistd.h>
 
 namespace shell_test
@@ -21,13 +20,6 @@ using platform::FileAnswer;
 using platform::FileQuestion;
 using platform::FileWork;
 using platform::FileWorkEnd;
-
-inline std::string ReadFile(const std::filesystem::path& path)
-{
-    std::ostringstream content;
-    content << std::ifstream(path).rdbuf();
-    return content.str();
-}
 
 /// What is in a folder: paths seen from there, with the files' contents, links as "-> target", folders as "/".
 inline std::map<std::string, std::string> Tree(const std::filesystem::path& folder)
@@ -39,7 +31,7 @@ inline std::map<std::string, std::string> Tree(const std::filesystem::path& fold
         if (entry.is_symlink())
             tree[name] = "-> " + std::filesystem::read_symlink(entry).native();
         else
-            tree[name] = entry.is_directory() ? "/" : entry.is_regular_file() ? ReadFile(entry.path()) : "special";
+            tree[name] = entry.is_directory() ? "/" : entry.is_regular_file() ? ContentOf(entry.path()) : "special";
     }
     return tree;
 }
@@ -152,17 +144,7 @@ public:
     ElsewhereFolder& operator=(const ElsewhereFolder&) = delete;
 
     const std::filesystem::path& Path() const { return m_path; }
-    bool IsElsewhere() const
-    {
-        struct stat here
-        {
-        };
-        struct stat there
-        {
-        };
-        return !m_path.empty() && stat(Home().c_str(), &here) == 0 && stat(m_path.c_str(), &there) == 0 &&
-               here.st_dev != there.st_dev;
-    }
+    bool IsElsewhere() const { return !m_path.empty() && StatusOf(Home()).st_dev != StatusOf(m_path).st_dev; }
 
 private:
     std::filesystem::path m_path;

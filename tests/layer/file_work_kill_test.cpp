@@ -111,11 +111,11 @@ struct Round
             const fs::path before = source / NameOf(i);
             const fs::path after = NewPlace() / NameOf(i);
             const bool isBefore = fs::exists(before);
-            const bool isAfter = fs::exists(after) && !(i == 1 && ReadFile(after) == kOldContent);
+            const bool isAfter = fs::exists(after) && !(i == 1 && ContentOf(after) == kOldContent);
             EXPECT_TRUE(isBefore || isAfter) << before << " is lost";
             EXPECT_TRUE(isBefore || kind != "copy");
-            EXPECT_TRUE(!isBefore || ReadFile(before) == NewContent(i)) << before;
-            EXPECT_TRUE(!isAfter || ReadFile(after) == NewContent(i)) << after;
+            EXPECT_TRUE(!isBefore || ContentOf(before) == NewContent(i)) << before;
+            EXPECT_TRUE(!isAfter || ContentOf(after) == NewContent(i)) << after;
         }
         EXPECT_TRUE(kind == "trash" || fs::exists(folder / "f/file1"));
     }

@@ -262,12 +262,9 @@ TEST(FileWork, CopiesKeepWhatFilesHaveBesidesTheirContent)
         utimensat(AT_FDCWD, (from / "folder").c_str(), times, 0);
         Worker worker;
         ASSERT_EQ(worker.Do(FileWork::Copy, {from / "file", from / "folder"}, to), kDone);
-        struct stat status
-        {
-        };
         for (const auto& [name, mode] : {std::pair{"file", 0640}, {"folder", 0550}})
         {
-            stat((to / name).c_str(), &status);
+            const struct stat status = StatusOf(to / name);
             EXPECT_EQ(status.st_mode & 07777, static_cast<mode_t>(mode)) << name;
             EXPECT_EQ(status.st_mtim.tv_sec, times[1].tv_sec) << name;
             EXPECT_EQ(status.st_mtim.tv_nsec, times[1].tv_nsec) << name;
@@ -290,13 +287,10 @@ TEST(FileWork, HolesStayHoles)
     {
         Worker worker;
         ASSERT_EQ(worker.Do(FileWork::Copy, {from / "sparse"}, to), kDone);
-        struct stat status
-        {
-        };
-        stat((to / "sparse").c_str(), &status);
+        const struct stat status = StatusOf(to / "sparse");
         EXPECT_EQ(status.st_size, kSize);
         EXPECT_LT(status.st_blocks, 1024);
-        EXPECT_TRUE(ReadFile(to / "sparse") == ReadFile(from / "sparse"));
+        EXPECT_TRUE(ContentOf(to / "sparse") == ContentOf(from / "sparse"));
         EXPECT_EQ(worker.last.bytes, static_cast<std::uint64_t>(kSize));
     }
 }
@@ -311,10 +305,7 @@ TEST(FileWork, ACopyDoesNotRunAsAnotherOwner)
     chmod((from / "program").c_str(), 06755);
     Worker worker;
     ASSERT_EQ(worker.Do(FileWork::Copy, {from / "program"}, to), kDone);
-    struct stat status
-    {
-    };
-    stat((to / "program").c_str(), &status);
+    const struct stat status = StatusOf(to / "program");
     EXPECT_EQ(status.st_mode & 07777, 0755U);
     EXPECT_EQ(status.st_uid, geteuid());
 }
@@ -526,11 +517,11 @@ TEST(FileWork, TrashKeepsFilesToBeRestored)
     EXPECT_EQ(worker.Do(FileWork::Trash, {folder / name, folder / ("l" + name), folder / ("d" + name)}), kDone);
     EXPECT_EQ(Tree(folder), Files{});
     const fs::path trash = Home() / "data/Trash";
-    EXPECT_EQ(ReadFile(trash / "files" / name), "content");
+    EXPECT_EQ(ContentOf(trash / "files" / name), "content");
     EXPECT_EQ(Tree(trash / "files" / ("d" + name)), (Files{{"inner", "1"}}));
     EXPECT_TRUE(fs::is_symlink(trash / "files" / ("l" + name)));
     const std::string path = "Path=" + (folder / "of%20").native() + folder.filename().native();
-    EXPECT_NE(ReadFile(trash / "info" / (name + ".trashinfo")).find(path), std::string::npos);
+    EXPECT_NE(ContentOf(trash / "info" / (name + ".trashinfo")).find(path), std::string::npos);
 }
 
 TEST(FileWork, OtherFileSystemsHaveATrashOfTheirOwn)
@@ -548,8 +539,8 @@ TEST(FileWork, OtherFileSystemsHaveATrashOfTheirOwn)
     EXPECT_EQ(worker.Do(FileWork::Trash, {disk / "file"}), kDone);
     EXPECT_TRUE(worker.asked.empty());
     const fs::path trash = disk / (".Trash-" + std::to_string(getuid()));
-    EXPECT_EQ(ReadFile(trash / "files/file"), "content");
-    EXPECT_NE(ReadFile(trash / "info/file.trashinfo").find("Path=file"), std::string::npos);
+    EXPECT_EQ(ContentOf(trash / "files/file"), "content");
+    EXPECT_NE(ContentOf(trash / "info/file.trashinfo").find("Path=file"), std::string::npos);
     EXPECT_EQ(std::system(("umount " + disk.native()).c_str()), 0);
 }
 

@@ -36,13 +36,6 @@ constexpr char kMenuFile[] = R"(<Menu><Name>Applications</Name><DefaultAppDirs/>
 <Menu><Name>Void</Name><Include><Category>Void</Category></Include></Menu>
 </Menu>)";
 
-/// Old enough that a change shows in the folder's time: file times are coarse.
-void MakeOld(const fs::path& path)
-{
-    const timespec past[] = {{1'000'000'000, 0}, {1'000'000'000, 0}};
-    utimensat(AT_FDCWD, path.c_str(), past, 0);
-}
-
 class ShellApplications : public testing::Test
 {
 protected:

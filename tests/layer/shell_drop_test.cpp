@@ -72,18 +72,6 @@ TEST(DroppedContentTest, AHundredThousandLines)
     EXPECT_TRUE(Read({{"text/uri-list", std::string(4'000'000, '\xC3')}}).IsEmpty());
 }
 
-TEST(DroppedContentTest, EveryFileNameSurvives)
-{
-    std::string name = "/";
-    for (int byte = 1; byte < 256; ++byte)
-        name += byte != '/' ? std::string(1, static_cast<char>(byte)) : std::string();
-    DraggedData::Forms forms;
-    for (const ClipboardForm& form : FormsOfFiles({{name, "/two"}, false}))
-        forms.emplace(form.target, form.content);
-    for (const char* target : {"text/uri-list", "x-special/gnome-copied-files"})
-        EXPECT_EQ(Read(DraggedData::Forms{{target, forms[target]}}).paths, (Paths{name, "/two"})) << target;
-}
-
 TEST(DroppedContentTest, TakesTheBestOfWhatIsOffered)
 {
     EXPECT_EQ(Read({{"x-special/gnome-copied-files", "copy\nfile:///one\nfile:///two"}}).paths,
@@ -194,11 +182,7 @@ struct FolderDrop : Desk
                 done = true;
                 ++m_answered;
                 for (const BYTE key : keys)
-                {
-                    const auto letter = static_cast<char16_t>(key - 'A' + u'a');
-                    headless::PressKey(key, {&letter, key >= 'A' && key <= 'Z' ? 1U : 0U});
-                    headless::ReleaseKey(key);
-                }
+                    Tap(key);
                 return true;
             });
     }
@@ -242,22 +226,6 @@ struct FolderDrop : Desk
 };
 
 } // namespace
-
-TEST_F(FolderDrop, EachEffectDoesAndReportsWhatItSays)
-{
-    EXPECT_EQ(DropFiles({m_from / "Notes.txt", m_from / "Folder"}, 0, kLink), kLink);
-    EXPECT_EQ(Tree(m_to), (Files{{"Notes.txt", "-> " + (m_from / "Notes.txt").native()},
-                                 {"Folder", "-> " + (m_from / "Folder").native()}}));
-    fs::remove(m_to / "Notes.txt");
-    fs::remove(m_to / "Folder");
-    EXPECT_EQ(DropFiles({m_from / "Notes.txt"}, MK_CONTROL), kCopy);
-    EXPECT_EQ(Tree(m_to), (Files{{"Notes.txt", "content"}}));
-    EXPECT_EQ(Tree(m_from).size(), 2u);
-    fs::remove(m_to / "Notes.txt");
-    EXPECT_EQ(DropFiles({m_from / "Notes.txt"}, 0), kMove);
-    EXPECT_EQ(Tree(m_to), (Files{{"Notes.txt", "content"}}));
-    EXPECT_EQ(Tree(m_from), (Files{{"Folder", "/"}}));
-}
 
 TEST_F(FolderDrop, FromAnotherFileSystemAPlainDropCopies)
 {
@@ -337,8 +305,7 @@ TEST_F(FolderDrop, OntoAMountThatNeverAnswersOrFromItIsTheUsersToEnd)
             AdvanceManualClock(pace);
             if (headless::Windows().size() < 2) // before the box that tells of the work
                 return ++alive > 0;
-            headless::PressKey(VK_ESCAPE);
-            headless::ReleaseKey(VK_ESCAPE);
+            Tap(VK_ESCAPE);
             return true;
         });
     const auto start = std::chrono::steady_clock::now();
@@ -397,7 +364,7 @@ TEST_F(FolderDrop, AnAddressBecomesAnEntryOfItsTitle)
         const Item* item = Find(items, name);
         ASSERT_NE(item, nullptr) << name;
         EXPECT_EQ(item->display, "News; weather \xE2\x82\xAC = 5\\6");
-        const std::string content = ReadFile(m_to / name);
+        const std::string content = ContentOf(m_to / name);
         EXPECT_NE(content.find("\nType=Link\n"), content.npos);
         EXPECT_NE(content.find("\nURL=https://a.example/%20x?a=b;c#d\n"), content.npos);
     }
@@ -419,7 +386,7 @@ TEST_F(FolderDrop, AnEntryOfAnAddressShowsItsProgramAndStartsIt)
     EXPECT_TRUE(service->open((m_to / items.front().fileName).c_str(), {finished, nullptr}, reason, sizeof reason))
         << reason;
     EXPECT_TRUE(WaitFor([&] { return ended == 1 && fs::exists(Home() / "browsed"); }));
-    EXPECT_EQ(ReadFile(Home() / "browsed"), url);
+    EXPECT_EQ(ContentOf(Home() / "browsed"), url);
 }
 
 TEST_F(FolderDrop, NoTitleLeadsOutOfTheFolderOrHidesTheEntry)

@@ -109,9 +109,7 @@ TEST_F(ShellRename, AnEntryShowsAnotherNameAndIsOtherwiseTheSame)
     EXPECT_EQ(Content("tool.desktop"),
               "# first\n\n[Desktop Entry]\nType=Application\nName=Tool\nName[de]=Säge & Co: 1/2" + rest);
     EXPECT_EQ(Shown("tool.desktop"), "Säge & Co: 1/2");
-    struct stat status;
-    ASSERT_EQ(stat((m_folder / "tool.desktop").c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 0777, 0755u);
+    EXPECT_EQ(StatusOf(m_folder / "tool.desktop").st_mode & 0777, 0755u);
     EXPECT_EQ(Names(), (NameSet{"tool.desktop"})) << "nothing is left behind";
 
     Write(m_folder / "plain.desktop", "[Desktop Entry]\nType=Application\nName=Plain\nExec=plain\n");

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -64,6 +65,12 @@ auto* const g_home = static_cast<ScratchHome*>(testing::AddGlobalTestEnvironment
 const std::filesystem::path& Home()
 {
     return g_home->home;
+}
+
+void MakeOld(const std::filesystem::path& path)
+{
+    const timespec past[] = {{1'000'000'000, 0}, {1'000'000'000, 0}};
+    utimensat(AT_FDCWD, path.c_str(), past, 0);
 }
 
 std::filesystem::path NewFolder()

@@ -39,6 +39,17 @@ inline std::string ContentOf(const std::filesystem::path& path)
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
+/// All zero when it is not there.
+inline struct stat StatusOf(const std::filesystem::path& path)
+{
+    struct stat status = {};
+    stat(path.c_str(), &status);
+    return status;
+}
+
+/// Makes it so old that its time tells whether it has changed since it was read: file times are coarse.
+void MakeOld(const std::filesystem::path& path);
+
 inline void RunDeferred()
 {
     while (platform::RunOneDeferred())

@@ -147,8 +147,7 @@ TEST_F(ShellSnapshot, IsGoodForItsFolderAlone)
 void InAnEarlierRun(const std::filesystem::path& folder, const std::function<void()>& work)
 {
     // A folder changed just now could change again without a trace, so its list would not be trusted.
-    const timespec times[2] = {{0, UTIME_OMIT}, {1'000'000'000, 0}};
-    ASSERT_EQ(utimensat(AT_FDCWD, folder.c_str(), times, 0), 0);
+    MakeOld(folder);
     InAnotherProcess(work);
 }
 
@@ -196,12 +195,7 @@ TEST(ShellSnapshots, TheLookLeavesAListThatHoldsAlone)
               "[Desktop Entry]\nType=Application\nExec=true\nName=Name " + std::to_string(i) + "\n");
     }
     ReadInAnEarlierRun(folder);
-    const auto inode = [&]
-    {
-        struct stat status = {};
-        stat(platform::SnapshotPath(folder.native()).c_str(), &status);
-        return status.st_ino;
-    };
+    const auto inode = [&] { return StatusOf(platform::SnapshotPath(folder.native())).st_ino; };
     const ino_t before = inode();
     const auto listing = platform::ReadFolder(folder.native());
     ASSERT_TRUE(listing->fromSnapshot);

@@ -9,8 +9,10 @@
 
 #include <functional>
 #include <gtest/gtest.h>
+#include <initializer_list>
 #include <map>
 #include <optional>
+#include <string>
 #include <vector>
 
 struct Desk : ::testing::Test
@@ -87,6 +89,25 @@ struct Desk : ::testing::Test
     {
         MSG message{};
         return PeekMessageW(&message, window, WM_PAINT, WM_PAINT, PM_NOREMOVE) != FALSE;
+    }
+
+    /// Presses a key and lets it go, other keys being held; a letter's key types its small letter.
+    static void Tap(BYTE key, std::initializer_list<BYTE> held = {})
+    {
+        const auto letter = static_cast<char16_t>(key - 'A' + u'a');
+        for (const BYTE modifier : held)
+            platform::headless::PressKey(modifier);
+        platform::headless::PressKey(key, {&letter, key >= 'A' && key <= 'Z' ? 1U : 0U});
+        platform::headless::ReleaseKey(key);
+        for (const BYTE modifier : held)
+            platform::headless::ReleaseKey(modifier);
+    }
+
+    static std::u16string TextOf(HWND window)
+    {
+        std::u16string text(static_cast<std::size_t>(GetWindowTextLengthW(window)), u'\0');
+        GetWindowTextW(window, text.data(), static_cast<int>(text.size()) + 1);
+        return text;
     }
 
     static void Click(int x, int y)
