@@ -32,8 +32,8 @@ void IncomingDrag::OnRest()
 
 void IncomingDrag::Queue(const Event& event)
 {
-    if (event.type != EventType::DragDrop && ForgetMovement() && event.type == EventType::DragOver)
-        m_port.Answer(event.offer->drag, m_answer); // for the movement that nobody will hear of
+    if (event.type != EventType::DragDrop)
+        ForgetMovement();
     m_queue.push_back(event);
 }
 
@@ -50,12 +50,10 @@ void IncomingDrag::QueueWhileDropping(const Event& event)
 }
 
 /// The last one, if nobody has heard of it yet: another follows it, or its drag is over. Drops that wait stay.
-bool IncomingDrag::ForgetMovement()
+void IncomingDrag::ForgetMovement()
 {
-    const bool waits = !m_queue.empty() && m_queue.back().type == EventType::DragOver;
-    if (waits)
+    if (!m_queue.empty() && m_queue.back().type == EventType::DragOver)
         m_queue.pop_back();
-    return waits;
 }
 
 void IncomingDrag::HandleQueued()

@@ -29,7 +29,7 @@ class IncomingDrag
 public:
     explicit IncomingDrag(IncomingDragPort& port) : m_port(port), m_site(port) {}
 
-    /// DragOver, DragLeave and DragDrop; each DragOver is answered once and each DragDrop finished once.
+    /// DragOver, DragLeave and DragDrop; each DragOver that is passed on is answered once, each DragDrop finished once.
     void OnEvent(const screen::Event& event);
     /// The drag rests: its target is called again and the answer given if it is another.
     void OnRest();
@@ -39,7 +39,7 @@ public:
 private:
     void Queue(const screen::Event& event);
     void QueueWhileDropping(const screen::Event& event);
-    bool ForgetMovement();
+    void ForgetMovement();
     void HandleQueued();
     void Handle(const screen::Event& event);
     void OnOver(const screen::Event& event);

@@ -27,7 +27,7 @@ struct DragOffer
     DragActions actions = 0; ///< all that the source lets be done; with kDragAsk if it would have the user asked
 };
 /// What would be done with a drop at the last DragOver's point; 0 when it would be refused. Once for each DragOver
-/// event, and again whenever that changes. Nothing happens for a drag that is over.
+/// event, unless another follows at once, and again whenever that changes. Nothing happens for a drag that is over.
 void AnswerDrag(unsigned drag, DragActions action);
 /// After a DragDrop event: what has been done, 0 for nothing. Until then the content can be read.
 void FinishDrop(unsigned drag, DragActions action);
