@@ -125,8 +125,6 @@ std::vector<WindowInfo> Windows();
 bool HasKeyboard();
 /// 0x00RRGGBB of a point of the screen; the empty desktop is 0x00404040.
 std::uint32_t PixelAt(int x, int y);
-/// The whole screen, as presented. False when the file cannot be written.
-bool SavePng(const std::string& path);
 /// How often the program has asked for another place of a window since the last call.
 std::size_t TakePlaceRequests();
 /// Pixels presented since the last call, counted as often as they were presented.

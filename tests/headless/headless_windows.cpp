@@ -2,7 +2,6 @@
 #include "tests/headless/headless_state.h"
 
 #include "platform/base/clock.h"
-#include "tests/headless/png_file.h"
 
 #include <algorithm>
 #include <utility>
@@ -19,19 +18,6 @@ constexpr std::uint32_t kUndrawn = 0x00FF00FF;
 bool Contains(const RECT& rect, POINT point)
 {
     return point.x >= rect.left && point.x < rect.right && point.y >= rect.top && point.y < rect.bottom;
-}
-
-RECT ScreenBounds()
-{
-    RECT all = TheState().monitors.front().bounds;
-    for (const screen::Monitor& monitor : TheState().monitors)
-    {
-        all.left = std::min(all.left, monitor.bounds.left);
-        all.top = std::min(all.top, monitor.bounds.top);
-        all.right = std::max(all.right, monitor.bounds.right);
-        all.bottom = std::max(all.bottom, monitor.bounds.bottom);
-    }
-    return all;
 }
 
 } // namespace
@@ -80,30 +66,6 @@ std::uint32_t PixelAt(int x, int y)
     const std::uint32_t pixel =
         shown.pixels[(y - window->info.bounds.top) * shown.stride + x - window->info.bounds.left];
     return pixel & 0x00FFFFFF;
-}
-
-bool SavePng(const std::string& path)
-{
-    const RECT all = ScreenBounds();
-    const int width = all.right - all.left;
-    const int height = all.bottom - all.top;
-    std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height),
-                                      kDesktopColor);
-    const auto& windows = TheState().windows;
-    for (auto window = windows.rbegin(); window != windows.rend(); ++window)
-    {
-        const RECT& bounds = window->info.bounds;
-        for (int y = std::max(all.top, bounds.top); window->info.visible && y < std::min(all.bottom, bounds.bottom);
-             ++y)
-        {
-            const Surface& shown = window->shown->surface;
-            const int left = std::max(all.left, bounds.left);
-            const int right = std::max(left, std::min<int>(all.right, bounds.right));
-            std::copy_n(shown.pixels + (y - bounds.top) * shown.stride + left - bounds.left, right - left,
-                        pixels.begin() + (y - all.top) * width + left - all.left);
-        }
-    }
-    return WritePng(path, {pixels.data(), width, height, width});
 }
 
 std::size_t TakePlaceRequests()
