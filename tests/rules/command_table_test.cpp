@@ -51,17 +51,6 @@ TEST(OwnEntries, FollowTheItemsNeighbours)
     EXPECT_EQ(Offered(linked, 0), (List{0, 1, 2, 3, 4, 7}));
 }
 
-TEST(OwnEntries, AreCheckedWhileTheirLinkIsOn)
-{
-    for (const std::uint32_t options : {0u, 1u, 2u, 3u | OPTION_LONG_DASHES})
-        for (const MenuEntry& entry : OwnEntries(Items("ab"), 0, true, options))
-        {
-            const bool wanted = (entry.identifier == IDM_ADD_START_MENU && (options & OPTION_START_MENU) != 0) ||
-                                (entry.identifier == IDM_ADD_DESKTOP && (options & OPTION_DESKTOP) != 0);
-            EXPECT_EQ(entry.checked, wanted) << entry.identifier << " with " << options;
-        }
-}
-
 TEST(OwnEntries, SayWhatTheyDoWithAPictureOfIt)
 {
     struct Case
@@ -86,19 +75,6 @@ TEST(OwnEntries, SayWhatTheyDoWithAPictureOfIt)
         EXPECT_EQ(WString(entry->text), c.text) << c.identifier;
         EXPECT_EQ(entry->picture, c.picture) << c.identifier;
     }
-}
-
-TEST(RemovedVerbs, AreThoseThatTheItemDoesNotAllow)
-{
-    for (const char* verb : {"PinToStartScreen", "pintostartscreen"})
-        EXPECT_TRUE(IsRemovedVerb(verb, 0) && IsRemovedVerb(verb, MIF_PROTECTED)) << verb;
-    for (const char* verb : {"delete", "Cut"})
-    {
-        EXPECT_TRUE(IsRemovedVerb(verb, MIF_FOLDER | MIF_PROTECTED)) << verb;
-        EXPECT_FALSE(IsRemovedVerb(verb, MIF_FOLDER)) << verb;
-    }
-    for (const char* verb : {"", "copy", "rename", "paste", "PinToStartScreen2"})
-        EXPECT_FALSE(IsRemovedVerb(verb, MIF_PROTECTED)) << verb;
 }
 
 TEST(MenuCommand, IsDoneBesideTheItem)

@@ -18,60 +18,46 @@ using namespace CustomMenu;
 namespace
 {
 
-HoverSituation Resting()
+/// Of five items, the mouse having moved unless said otherwise.
+struct HoverCase
 {
-    HoverSituation situation{};
-    situation.contextIndex = -1;
-    situation.openIndex = -1;
-    situation.itemCount = 5;
-    situation.messagePos = 2;
-    situation.lastMessagePos = 1;
-    return situation;
-}
+    const char* situation;
+    HoverSituation
+        level; ///< context menu's item, open item, items, whether the new one is a folder, places of the mouse
+    int newIndex;
+    HotCause cause;
+    const char* outcome;
+};
 
-TEST(Hover, AMoveOntoAFolderStartsTheTimer)
+TEST(Hover, LeadsToWhatTheLevelsSituationAsksFor)
 {
-    HoverSituation folder = Resting();
-    folder.newItemIsFolder = true;
-    EXPECT_TRUE(DecideHover(folder, 3, HotCause::Mouse).startTimer);
-    EXPECT_TRUE(DecideHover(folder, 3, HotCause::Mouse).focusDeepest);
-    EXPECT_FALSE(DecideHover(folder, 3, HotCause::Mouse).refuse);
-    EXPECT_FALSE(DecideHover(Resting(), 3, HotCause::Mouse).startTimer) << "not a folder";
-    EXPECT_FALSE(DecideHover(folder, 3, HotCause::Other).startTimer) << "keys open nothing by resting";
-}
-
-TEST(Hover, NothingHappensUnderARestingCursor)
-{
-    HoverSituation situation = Resting();
-    situation.newItemIsFolder = true;
-    situation.lastMessagePos = situation.messagePos;
-    const HoverDecision decision = DecideHover(situation, 3, HotCause::Mouse);
-    EXPECT_TRUE(decision.refuse);
-    EXPECT_FALSE(decision.startTimer);
-    EXPECT_FALSE(DecideHover(situation, 3, HotCause::Other).refuse) << "the keyboard may move on";
-}
-
-TEST(Hover, AnOpenSubLevelIsReplacedByAnyOtherItemAndKeepsItsOpenerHot)
-{
-    HoverSituation open = Resting();
-    open.openIndex = 1;
-    EXPECT_TRUE(DecideHover(open, 3, HotCause::Mouse).startTimer) << "a plain item closes it after the delay";
-    EXPECT_FALSE(DecideHover(open, 1, HotCause::Mouse).startTimer);
-    EXPECT_FALSE(DecideHover(open, 3, HotCause::Mouse).focusDeepest);
-    EXPECT_TRUE(DecideHover(open, -1, HotCause::Leaving).refuse);
-    EXPECT_TRUE(DecideHover(open, -1, HotCause::Leaving).restoreOpener);
-    EXPECT_FALSE(DecideHover(Resting(), -1, HotCause::Leaving).refuse);
-    open.openIndex = 5;
-    EXPECT_FALSE(DecideHover(open, -1, HotCause::Leaving).refuse) << "the opener is gone";
-}
-
-TEST(Hover, WhileAContextMenuShowsTheHighlightStays)
-{
-    HoverSituation context = Resting();
-    context.contextIndex = 2;
-    for (const HotCause cause : {HotCause::Mouse, HotCause::Leaving, HotCause::Other})
-        EXPECT_TRUE(DecideHover(context, 3, cause).refuse);
-    EXPECT_FALSE(DecideHover(context, 2, HotCause::Other).refuse);
+    constexpr auto kMouse = HotCause::Mouse;
+    constexpr auto kLeaving = HotCause::Leaving;
+    constexpr auto kOther = HotCause::Other;
+    const HoverCase cases[] = {
+        {"onto a folder", {-1, -1, 5, true, 2, 1}, 3, kMouse, "focus timer"},
+        {"onto a plain item", {-1, -1, 5, false, 2, 1}, 3, kMouse, "focus"},
+        {"onto a folder by key", {-1, -1, 5, true, 2, 1}, 3, kOther, ""},
+        {"under a resting cursor", {-1, -1, 5, true, 2, 2}, 3, kMouse, "refuse"},
+        {"by key beside a resting cursor", {-1, -1, 5, true, 2, 2}, 3, kOther, ""},
+        {"onto a plain item beside an open sub-level", {-1, 1, 5, false, 2, 1}, 3, kMouse, "timer"},
+        {"onto the opener", {-1, 1, 5, true, 2, 1}, 1, kMouse, ""},
+        {"away from an open sub-level", {-1, 1, 5, false, 2, 1}, -1, kLeaving, "refuse restore"},
+        {"away from all", {-1, -1, 5, false, 2, 1}, -1, kLeaving, ""},
+        {"away, the opener gone", {-1, 5, 5, false, 2, 1}, -1, kLeaving, ""},
+        {"beside a context menu by mouse", {2, -1, 5, false, 2, 1}, 3, kMouse, "refuse"},
+        {"beside a context menu away", {2, -1, 5, false, 2, 1}, 3, kLeaving, "refuse"},
+        {"beside a context menu by key", {2, -1, 5, false, 2, 1}, 3, kOther, "refuse"},
+        {"onto the context menu's own item", {2, -1, 5, false, 2, 1}, 2, kOther, ""},
+    };
+    for (const HoverCase& c : cases)
+    {
+        const HoverDecision decision = DecideHover(c.level, c.newIndex, c.cause);
+        const std::string found = std::string(decision.refuse ? " refuse" : "") +
+                                  (decision.focusDeepest ? " focus" : "") + (decision.startTimer ? " timer" : "") +
+                                  (decision.restoreOpener ? " restore" : "");
+        EXPECT_EQ(found, *c.outcome != 0 ? std::string(" ") + c.outcome : "") << c.situation;
+    }
 }
 
 TEST(Hover, FlagsSayWhereAChangeComesFrom)
@@ -139,6 +125,7 @@ struct KeyCase
     KeyPress key;
     KeyCommand command;
     int index;
+    std::size_t levels = 2;
 };
 
 constexpr KeyPress Plain(unsigned key)
@@ -184,25 +171,18 @@ TEST(KeyTable, SaysWhatEachKeyDoes)
         {"ff", 0, Shift('S'), KeyCommand::None, -1},
         {"ff", 0, Shift(VK_ESCAPE), KeyCommand::None, -1},
         {"ff", 0, {'C', true, true}, KeyCommand::None, -1},
+        {"f", 0, Plain(VK_ESCAPE), KeyCommand::CloseDeepest, -1, 1},
+        {"f", 0, Plain(VK_ESCAPE), KeyCommand::None, -1, 0},
+        {"f", 0, Plain(VK_LEFT), KeyCommand::CloseDeepest, -1, 2},
+        {"f", 0, Plain(VK_LEFT), KeyCommand::None, -1, 1}, // Left never ends the program
     };
     for (const KeyCase& c : cases)
     {
-        const KeyDecision decision = DecideKey(c.key, Level(c.level), c.current, 2);
+        const KeyDecision decision = DecideKey(c.key, Level(c.level), c.current, c.levels);
         EXPECT_EQ(static_cast<int>(decision.command), static_cast<int>(c.command))
             << c.level << " key " << c.key.virtualKey << " at " << c.current;
         EXPECT_EQ(decision.index, c.index) << c.level << " key " << c.key.virtualKey << " at " << c.current;
     }
-}
-
-TEST(KeyTable, LeftAndEscapeCloseTheDeepestLevel)
-{
-    const MenuItems items = Level("f");
-    const auto command = [&](unsigned key, std::size_t levels)
-    { return DecideKey(Plain(key), items, 0, levels).command; };
-    EXPECT_EQ(command(VK_ESCAPE, 1), KeyCommand::CloseDeepest);
-    EXPECT_EQ(command(VK_LEFT, 1), KeyCommand::None) << "Left never ends the program";
-    EXPECT_EQ(command(VK_LEFT, 2), KeyCommand::CloseDeepest);
-    EXPECT_EQ(command(VK_ESCAPE, 0), KeyCommand::None);
 }
 
 TEST(KeyTable, ShiftMovesTheItem)

@@ -109,17 +109,6 @@ TEST(MergeOrder, StoredItemsFirstThenTheOthersByName)
     EXPECT_EQ(Merged("", Keys("a||")), "||");
 }
 
-TEST(MergeOrder, ComparesNamesByCodeUnits)
-{
-    MenuItems items(3);
-    items[0].name = ShellText(TEXT("10"));
-    items[1].name = ShellText(TEXT("\u00E9"));
-    items[2].name = ShellText(TEXT("1"));
-    MergeOrder(items, {});
-    EXPECT_EQ(items[0].name.Get(), WString(TEXT("1")));
-    EXPECT_EQ(items[1].name.Get(), WString(TEXT("10")));
-}
-
 TEST(CleanUpSeparators, KeepsOnlyThoseThatSeparate)
 {
     EXPECT_EQ(CleanedUp("||a|||b|"), "a|b");
@@ -212,15 +201,6 @@ TEST(InsertNewItem, TakesTheFirstNameThatHasAppeared)
     EXPECT_EQ(items[0].flags, 0u);
     EXPECT_EQ(items[0].image, 0);
     EXPECT_FALSE(items[0].pidl);
-}
-
-TEST(ProtectFolders, MarksFoldersAlone)
-{
-    MenuItems items = Items("aB|");
-    ProtectFolders(items);
-    EXPECT_FALSE(items[0].Is(MIF_PROTECTED));
-    EXPECT_TRUE(items[1].Is(MIF_PROTECTED));
-    EXPECT_FALSE(items[2].Is(MIF_PROTECTED));
 }
 
 } // namespace

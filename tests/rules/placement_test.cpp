@@ -178,12 +178,6 @@ TEST(PlaceLevel, PutsTheCornerThatTheAlignmentNamesOnTheAnchor)
     EXPECT_EQ(PlaceLevel(client, kFrame, anchor, true, -7), (RECT{-1, -1, 99, 199})) << "stays at the origin";
 }
 
-TEST(PlaceLevel, ARebuildKeepsTheBottomLeftCorner)
-{
-    for (const int align : {0, 1, 2, 3, -1})
-        EXPECT_EQ(PlaceLevel({98, 98}, kFrame, {50, 60, 250, 460}, false, align), (RECT{50, 360, 150, 460})) << align;
-}
-
 TEST(PlaceSubLevel, RightThenLeftThenAgainstTheEdge)
 {
     const SIZE child{200, 100};
