@@ -67,6 +67,7 @@ protected:
 
     std::vector<std::pair<int, int>> m_commands; ///< identifier and code of each WM_COMMAND
     Answer m_answer;                             ///< asked first, for every message
+    std::function<void(HWND, HWND)> m_onInit;    ///< the dialog and who would get the focus, before that is decided
     bool m_usualFocus = true;                    ///< what WM_INITDIALOG is answered with
     bool m_whenShown = false;                    ///< the step waits for that (which without a manager takes Wine long)
 
@@ -99,6 +100,8 @@ private:
         switch (message)
         {
         case WM_INITDIALOG:
+            if (test.m_onInit)
+                test.m_onInit(dialog, reinterpret_cast<HWND>(wParam));
             return test.m_usualFocus;
         case WM_COMMAND:
             test.m_commands.emplace_back(LOWORD(wParam), HIWORD(wParam));

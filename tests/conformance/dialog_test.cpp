@@ -11,7 +11,7 @@ class Dialogs : public conformance::DialogTest
 {
 };
 
-std::basic_string<WCHAR> TextOf(HWND window)
+conformance::Text TextOf(HWND window)
 {
     WCHAR text[64] = {};
     GetWindowTextW(window, text, 64);
@@ -83,7 +83,7 @@ TEST_F(Dialogs, TemplatesOfBothKindsAreRead)
 
 TEST_F(Dialogs, UnitsFollowTheFont)
 {
-    Run(kExtended,
+    Run(
         [](HWND dialog)
         {
             const auto font = reinterpret_cast<HFONT>(SendMessageW(dialog, WM_GETFONT, 0, 0));
@@ -116,14 +116,11 @@ TEST_F(Dialogs, TheFirstTabStopHasTheFocusUnlessTheProgramChoosesAnother)
 {
     HWND offered = nullptr;
     m_whenShown = true;
-    m_answer = [&](HWND dialog, UINT message, WPARAM wParam, LPARAM) -> std::optional<INT_PTR>
+    m_onInit = [&](HWND dialog, HWND focus)
     {
-        if (message != WM_INITDIALOG)
-            return std::nullopt;
-        offered = reinterpret_cast<HWND>(wParam);
+        offered = focus;
         if (!m_usualFocus)
             SetFocus(Control(dialog, kCheck));
-        return m_usualFocus;
     };
     const auto look = [&](HWND dialog)
     {
@@ -132,19 +129,14 @@ TEST_F(Dialogs, TheFirstTabStopHasTheFocusUnlessTheProgramChoosesAnother)
         EXPECT_EQ(GetActiveWindow(), dialog);
         EXPECT_TRUE(IsWindowVisible(dialog));
     };
-    Run(kExtended, look);
+    Run(look);
     m_usualFocus = false;
-    Run(kExtended, look);
+    Run(look);
 }
 
 TEST_F(Dialogs, OfAnEditThatComesFirstAllIsSelected)
 {
-    m_answer = [](HWND dialog, UINT message, WPARAM, LPARAM) -> std::optional<INT_PTR>
-    {
-        if (message == WM_INITDIALOG)
-            SetDlgItemTextW(dialog, 102, TEXT("Kitchen"));
-        return std::nullopt;
-    };
+    m_onInit = [](HWND dialog, HWND) { SetDlgItemTextW(dialog, 102, TEXT("Kitchen")); };
     Run(304,
         [&](HWND dialog)
         {
@@ -211,43 +203,35 @@ TEST_F(Dialogs, ATemplateInMemoryNeedsNoFont)
     box.Add(0x80, IDCANCEL, WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_DEFPUSHBUTTON, {62, 30, 50, 14}, TEXT("Cancel"));
     box.Add(0x80, 5555, WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_AUTOCHECKBOX, {8, 48, 90, 10}, TEXT("Never again"));
     m_usualFocus = false;
-    m_answer = [](HWND dialog, UINT message, WPARAM, LPARAM) -> std::optional<INT_PTR>
+    m_onInit = [](HWND dialog, HWND) { SetFocus(GetDlgItem(dialog, IDCANCEL)); };
+    const auto look = [&](HWND dialog)
     {
-        if (message == WM_INITDIALOG)
-            SetFocus(GetDlgItem(dialog, IDCANCEL));
-        return std::nullopt;
+        EXPECT_EQ(TextOf(dialog), TEXT("Notice"));
+        EXPECT_EQ(TextOf(Control(dialog, 1001)), TEXT("Shall it & be?"));
+        const LONG base = GetDialogBaseUnits();
+        EXPECT_EQ(Mapped(dialog, 0, 0, 4, 8), Box(0, 0, LOWORD(base), HIWORD(base)));
+        EXPECT_EQ(Box(RectIn(dialog, 5555)), Mapped(dialog, 8, 48, 90, 10));
+        EXPECT_EQ(FocusId(), IDCANCEL);
+        EXPECT_EQ(ButtonKind(dialog, IDCANCEL), 1U);
+        CheckDlgButton(dialog, 5555, BST_CHECKED);
+        EXPECT_EQ(IsDlgButtonChecked(dialog, 5555), static_cast<UINT>(BST_CHECKED));
+        Press(dialog, VK_TAB);
+        EXPECT_EQ(FocusId(), 5555);
+        Press(dialog, VK_TAB);
+        EXPECT_EQ(FocusId(), IDOK);
+        if (!conformance::OnWine()) // which gives it to the text
+        {
+            Press(dialog, VK_LEFT);
+            EXPECT_EQ(FocusId(), 5555) << "round, and past the text of the same group";
+        }
+        End(dialog, IDOK | 0x02000000);
     };
-    const INT_PTR result = RunInMemory(box.Get(),
-                                       [&](HWND dialog)
-                                       {
-                                           EXPECT_EQ(TextOf(dialog), TEXT("Notice"));
-                                           EXPECT_EQ(TextOf(Control(dialog, 1001)), TEXT("Shall it & be?"));
-                                           const LONG base = GetDialogBaseUnits();
-                                           EXPECT_EQ(Mapped(dialog, 0, 0, 4, 8), Box(0, 0, LOWORD(base), HIWORD(base)));
-                                           EXPECT_EQ(Box(RectIn(dialog, 5555)), Mapped(dialog, 8, 48, 90, 10));
-                                           EXPECT_EQ(FocusId(), IDCANCEL);
-                                           EXPECT_EQ(ButtonKind(dialog, IDCANCEL), 1U);
-                                           CheckDlgButton(dialog, 5555, BST_CHECKED);
-                                           EXPECT_EQ(IsDlgButtonChecked(dialog, 5555), static_cast<UINT>(BST_CHECKED));
-                                           Press(dialog, VK_TAB);
-                                           EXPECT_EQ(FocusId(), 5555);
-                                           Press(dialog, VK_TAB);
-                                           EXPECT_EQ(FocusId(), IDOK);
-                                           if (!conformance::OnWine()) // which gives it to the text
-                                           {
-                                               Press(dialog, VK_LEFT);
-                                               EXPECT_EQ(FocusId(), 5555)
-                                                   << "round, and past the text of the same group";
-                                           }
-                                           End(dialog, IDOK | 0x02000000);
-                                       });
-    EXPECT_EQ(result, IDOK | 0x02000000);
+    EXPECT_EQ(RunInMemory(box.Get(), look), IDOK | 0x02000000);
 }
 
 TEST_F(Dialogs, TabStopsAndGroupsGoRound)
 {
     Run(
-        kExtended,
         [](HWND dialog)
         {
             struct Case
@@ -284,7 +268,6 @@ TEST_F(Dialogs, TabStopsAndGroupsGoRound)
 TEST_F(Dialogs, KeysMoveTheFocus)
 {
     Run(
-        kExtended,
         [](HWND dialog)
         {
             std::vector<int> visited;
@@ -304,7 +287,6 @@ TEST_F(Dialogs, KeysMoveTheFocus)
 TEST_F(Dialogs, TheDefaultButtonGoesWithTheFocus)
 {
     Run(
-        kExtended,
         [](HWND dialog)
         {
             const auto kinds = [&] {
@@ -332,7 +314,7 @@ TEST_F(Dialogs, TheDefaultButtonGoesWithTheFocus)
 
 TEST_F(Dialogs, ReturnAndEscapeAreCommands)
 {
-    Run(kExtended,
+    Run(
         [&](HWND dialog)
         {
             Press(dialog, VK_TAB);
@@ -365,7 +347,6 @@ TEST_F(Dialogs, ReturnAndEscapeAreCommands)
 TEST_F(Dialogs, MnemonicsPressButtonsAndLeadFromALabelToItsControl)
 {
     Run(
-        kExtended,
         [&](HWND dialog)
         {
             SetFocus(Control(dialog, IDOK));
@@ -386,7 +367,6 @@ TEST_F(Dialogs, MnemonicsPressButtonsAndLeadFromALabelToItsControl)
 TEST_F(Dialogs, TheCloseButtonIsCancel)
 {
     Run(
-        kExtended,
         [&](HWND dialog)
         {
             SendMessageW(dialog, WM_CLOSE, 0, 0);
@@ -406,14 +386,14 @@ TEST_F(Dialogs, EndingInInitDialogNeverShowsIt)
             EndDialog(dialog, 5);
         return std::nullopt;
     };
-    EXPECT_EQ(Run(kExtended, [](HWND) { FAIL() << "it runs"; }), 5);
+    EXPECT_EQ(Run([](HWND) { FAIL() << "it runs"; }), 5);
     EXPECT_FALSE(shown);
 }
 
 TEST_F(Dialogs, ItsEndIsWhatEndDialogSays)
 {
-    EXPECT_EQ(Run(kExtended, [](HWND dialog) { End(dialog, -5); }), -5);
-    EXPECT_EQ(Run(kExtended,
+    EXPECT_EQ(Run([](HWND dialog) { End(dialog, -5); }), -5);
+    EXPECT_EQ(Run(
                   [](HWND dialog)
                   {
                       End(dialog, 1);
@@ -426,27 +406,27 @@ TEST_F(Dialogs, ItsEndIsWhatEndDialogSays)
 
 TEST_F(Dialogs, DestroyedInTheMiddleItIsOver)
 {
-    Run(kExtended, [](HWND dialog) { DestroyWindow(dialog); });
+    Run([](HWND dialog) { DestroyWindow(dialog); });
     EXPECT_FALSE(EndDialog(nullptr, 1));
 }
 
 TEST_F(Dialogs, NestedDialogsEndEachByItself)
 {
-    const INT_PTR outer = Run(kExtended,
-                              [&](HWND dialog)
-                              {
-                                  const INT_PTR inner = Run(
-                                      [&](HWND second)
-                                      {
-                                          EXPECT_FALSE(IsWindowEnabled(dialog));
-                                          End(dialog, 11); // its loop is not running now
-                                          End(second, 12);
-                                      },
-                                      MAKEINTRESOURCEW(kPlain), dialog);
-                                  EXPECT_EQ(inner, 12);
-                                  EXPECT_TRUE(IsWindowEnabled(dialog));
-                                  End(dialog, 13);
-                              });
+    const INT_PTR outer = Run(
+        [&](HWND dialog)
+        {
+            const INT_PTR inner = Run(
+                [&](HWND second)
+                {
+                    EXPECT_FALSE(IsWindowEnabled(dialog));
+                    End(dialog, 11); // its loop is not running now
+                    End(second, 12);
+                },
+                MAKEINTRESOURCEW(kPlain), dialog);
+            EXPECT_EQ(inner, 12);
+            EXPECT_TRUE(IsWindowEnabled(dialog));
+            End(dialog, 13);
+        });
     EXPECT_EQ(outer, 13);
 }
 
@@ -459,7 +439,7 @@ TEST_F(Dialogs, AQuitEndsItAndReachesTheLoopAround)
         PostQuitMessage(9);
         return TRUE;
     };
-    Run(kExtended, [](HWND) {});
+    Run([](HWND) {});
     MSG message;
     BOOL received = TRUE;
     while (received > 0) // some posted messages may be left before it
@@ -476,7 +456,7 @@ TEST_F(Dialogs, AnAnswerIsStoredButForAFewMessages)
             SetWindowLongPtrW(dialog, DWLP_MSGRESULT, 1234);
         return message == WM_USER + 50 ? std::optional<INT_PTR>(TRUE) : std::nullopt;
     };
-    Run(kExtended, [](HWND dialog) { EXPECT_EQ(SendMessageW(dialog, WM_USER + 50, 0, 0), 1234); });
+    Run([](HWND dialog) { EXPECT_EQ(SendMessageW(dialog, WM_USER + 50, 0, 0), 1234); });
 }
 
 struct DialogOwners : Dialogs
@@ -569,7 +549,7 @@ TEST_F(Dialogs, TheProcedureHearsInThisOrder)
             heard.push_back(message);
         return std::nullopt;
     };
-    Run(kExtended, [](HWND dialog) { SendMessageW(Control(dialog, IDOK), BM_CLICK, 0, 0); });
+    Run([](HWND dialog) { SendMessageW(Control(dialog, IDOK), BM_CLICK, 0, 0); });
     EXPECT_EQ(heard, (std::vector<UINT>{WM_INITDIALOG, WM_SHOWWINDOW, WM_COMMAND, WM_DESTROY, WM_NCDESTROY}));
 }
 
@@ -585,7 +565,7 @@ TEST_F(Dialogs, ColoursAreAskedOfTheProcedure)
         asked[message] = reinterpret_cast<HWND>(lParam);
         return message == WM_CTLCOLORDLG ? reinterpret_cast<INT_PTR>(brush) : 0;
     };
-    Run(kExtended,
+    Run(
         [&](HWND dialog)
         {
             for (const int id : {kLabel, IDOK, kCheck})
