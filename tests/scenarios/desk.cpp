@@ -1,5 +1,6 @@
 // The desk's hands.
 #include "tests/scenarios/desk.h"
+#include "tests/scenarios/staged.h"
 
 #include "app/launcher_state.h"
 #include "app/startup.h"
@@ -60,11 +61,7 @@ std::vector<std::string>& AskedBoxes()
 
 // The linker sends every call of MessageBoxW here first (see CMakeLists.txt): a box paints its text, and no call reads
 // it back.
-int RealMessageBox(HWND owner, LPCWSTR text, LPCWSTR caption,
-                   UINT type) __asm__("__real__Z11MessageBoxWP6HWND__PKDsS2_j");
-int RecordedMessageBox(HWND owner, LPCWSTR text, LPCWSTR caption,
-                       UINT type) __asm__("__wrap__Z11MessageBoxWP6HWND__PKDsS2_j");
-int RecordedMessageBox(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type)
+STAGED_CALL(int, MessageBox, "11MessageBoxWP6HWND__PKDsS2_j", HWND owner, LPCWSTR text, LPCWSTR caption, UINT type)
 {
     AskedBoxes().push_back(Narrow(text));
     return RealMessageBox(owner, text, caption, type);
@@ -261,6 +258,14 @@ void Desk::LetGo(unsigned virtualKey)
 {
     platform::headless::ReleaseKey(static_cast<BYTE>(virtualKey));
     Settle();
+}
+
+void Desk::PressWith(unsigned held, std::initializer_list<unsigned> virtualKeys)
+{
+    Hold(held);
+    for (const unsigned key : virtualKeys)
+        Press(key);
+    LetGo(held);
 }
 
 void Desk::Wheel(int delta)

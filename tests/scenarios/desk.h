@@ -53,6 +53,7 @@ public:
     void Press(unsigned virtualKey);
     void Hold(unsigned virtualKey);
     void LetGo(unsigned virtualKey);
+    void PressWith(unsigned held, std::initializer_list<unsigned> virtualKeys);
     void Wheel(int delta);
     void Advance(std::chrono::milliseconds time);
     void SwitchToOtherProgram();

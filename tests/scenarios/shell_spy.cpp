@@ -16,7 +16,8 @@
 namespace
 {
 
-StagedMenu* g_staged = nullptr;
+StagedMenu*& g_staged = StagedMenu::current;
+
 IUnknown* g_instanceExplorer = nullptr;
 
 constexpr UINT kOffset = 3; // of the default command
@@ -91,7 +92,7 @@ std::filesystem::path PathOf(IShellFolder& folder, PCUITEMID_CHILD item)
 }
 
 /// An item's real folder, but for the menus.
-class FakeFolder final : public platform::ComObject<IShellFolder, IID_IShellFolder>
+class FakeFolder final : public IncapableFolder<platform::ComObject<IShellFolder, IID_IShellFolder>>
 {
 public:
     explicit FakeFolder(ComPtr<IShellFolder> real) : m_real(std::move(real)) {}
@@ -115,18 +116,6 @@ public:
         *result = static_cast<IContextMenu*>(new FakeMenu);
         return S_OK;
     }
-    HRESULT STDMETHODCALLTYPE ParseDisplayName(HWND, IBindCtx*, LPWSTR, ULONG*, PIDLIST_RELATIVE*, ULONG*) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE EnumObjects(HWND, SHCONTF, IEnumIDList**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE BindToObject(PCUIDLIST_RELATIVE, IBindCtx*, REFIID, void**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE BindToStorage(PCUIDLIST_RELATIVE, IBindCtx*, REFIID, void**) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE CompareIDs(LPARAM, PCUIDLIST_RELATIVE, PCUIDLIST_RELATIVE) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetAttributesOf(UINT, PCUITEMID_CHILD_ARRAY, SFGAOF*) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetDisplayNameOf(PCUITEMID_CHILD item, SHGDNF flags, STRRET* name) override
     {
         if (!m_real)
@@ -170,26 +159,15 @@ IUnknown* InstanceExplorer()
     return g_instanceExplorer;
 }
 
-StagedMenu::StagedMenu(std::string name) : verb(std::move(name))
-{
-    g_staged = this;
-}
+StagedMenu::StagedMenu(std::string name) : verb(std::move(name)) {}
 
 int StagedMenu::Identifier(int entry)
 {
     return 11 + static_cast<int>(kOffset) + entry;
 }
 
-StagedMenu::~StagedMenu()
-{
-    g_staged = nullptr;
-}
-
-HRESULT RealBindToParent(LPCITEMIDLIST list, REFIID iid, void** parent,
-                         LPCITEMIDLIST* last) __asm__("__real__Z14SHBindToParentPK10ITEMIDLISTRK4GUIDPPvPS1_");
-HRESULT StagedBindToParent(LPCITEMIDLIST list, REFIID iid, void** parent,
-                           LPCITEMIDLIST* last) __asm__("__wrap__Z14SHBindToParentPK10ITEMIDLISTRK4GUIDPPvPS1_");
-HRESULT StagedBindToParent(LPCITEMIDLIST list, REFIID iid, void** parent, LPCITEMIDLIST* last)
+STAGED_CALL(HRESULT, BindToParent, "14SHBindToParentPK10ITEMIDLISTRK4GUIDPPvPS1_", LPCITEMIDLIST list, REFIID iid,
+            void** parent, LPCITEMIDLIST* last)
 {
     if (g_staged == nullptr)
         return RealBindToParent(list, iid, parent, last);
@@ -202,14 +180,8 @@ HRESULT StagedBindToParent(LPCITEMIDLIST list, REFIID iid, void** parent, LPCITE
     return S_OK;
 }
 
-ULONG RealNotifyRegister(HWND window, int sources, LONG events, UINT message, int entries,
-                         const SHChangeNotifyEntry* entry) __asm__("__real__Z22SHChangeNotifyRegisterP6HWND__"
-                                                                   "iijiPK19SHChangeNotifyEntry");
-ULONG RecordedNotifyRegister(HWND window, int sources, LONG events, UINT message, int entries,
-                             const SHChangeNotifyEntry* entry) __asm__("__wrap__Z22SHChangeNotifyRegisterP6HWND__"
-                                                                       "iijiPK19SHChangeNotifyEntry");
-ULONG RecordedNotifyRegister(HWND window, int sources, LONG events, UINT message, int entries,
-                             const SHChangeNotifyEntry* entry)
+STAGED_CALL(ULONG, NotifyRegister, "22SHChangeNotifyRegisterP6HWND__iijiPK19SHChangeNotifyEntry", HWND window,
+            int sources, LONG events, UINT message, int entries, const SHChangeNotifyEntry* entry)
 {
     WCHAR path[MAX_PATH] = {};
     SHGetPathFromIDListW(entry->pidl, path);
@@ -217,9 +189,7 @@ ULONG RecordedNotifyRegister(HWND window, int sources, LONG events, UINT message
     return RealNotifyRegister(window, sources, events, message, entries, entry);
 }
 
-void RealSetInstanceExplorer(IUnknown* reference) __asm__("__real__Z21SHSetInstanceExplorerP8IUnknown");
-void RecordedSetInstanceExplorer(IUnknown* reference) __asm__("__wrap__Z21SHSetInstanceExplorerP8IUnknown");
-void RecordedSetInstanceExplorer(IUnknown* reference)
+STAGED_CALL(void, SetInstanceExplorer, "21SHSetInstanceExplorerP8IUnknown", IUnknown* reference)
 {
     g_instanceExplorer = reference;
     RealSetInstanceExplorer(reference);

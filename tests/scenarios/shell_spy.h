@@ -1,6 +1,8 @@
 // Between the launcher and the shell: what is asked is recorded, and an item's menu can be a staged one.
 #pragma once
 
+#include "tests/scenarios/staged.h"
+
 #include "support/wstring.h"
 
 #include <shlobj.h>
@@ -29,14 +31,10 @@ IUnknown* InstanceExplorer();
 
 /// While it lives, every item's shell menu holds one default command with the verb of the story, and what else the
 /// story puts into it. Folders give and take names as they do, in the file system.
-class StagedMenu
+class StagedMenu : public Staged<StagedMenu>
 {
 public:
     explicit StagedMenu(std::string verb);
-    ~StagedMenu();
-    StagedMenu(const StagedMenu&) = delete;
-    StagedMenu& operator=(const StagedMenu&) = delete;
-
     /// Identifier that the launcher gives an entry: the default one is 0, the others follow.
     static int Identifier(int entry);
 

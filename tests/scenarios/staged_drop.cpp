@@ -10,26 +10,13 @@
 namespace
 {
 
-StagedDrag* g_drag = nullptr;
+StagedDrag*& g_drag = StagedDrag::current;
 
-}
-
-StagedDrag::StagedDrag()
-{
-    g_drag = this;
-}
-
-StagedDrag::~StagedDrag()
-{
-    g_drag = nullptr;
-}
+} // namespace
 
 // The linker sends the call here first (see CMakeLists.txt).
-HRESULT RealDoDragDrop(HWND window, IDataObject* data, IDropSource* source, DWORD allowed,
-                       DWORD* effect) __asm__("__real__Z12SHDoDragDropP6HWND__P11IDataObjectP11IDropSourcejPj");
-HRESULT StagedDoDragDrop(HWND window, IDataObject* data, IDropSource* source, DWORD allowed,
-                         DWORD* effect) __asm__("__wrap__Z12SHDoDragDropP6HWND__P11IDataObjectP11IDropSourcejPj");
-HRESULT StagedDoDragDrop(HWND window, IDataObject* data, IDropSource* source, DWORD allowed, DWORD* effect)
+STAGED_CALL(HRESULT, DoDragDrop, "12SHDoDragDropP6HWND__P11IDataObjectP11IDropSourcejPj", HWND window,
+            IDataObject* data, IDropSource* source, DWORD allowed, DWORD* effect)
 {
     if (g_drag == nullptr)
         return RealDoDragDrop(window, data, source, allowed, effect);

@@ -1,6 +1,8 @@
 // What is dragged onto a level, and a folder whose drop target does what the story says.
 #pragma once
 
+#include "tests/scenarios/staged.h"
+
 #include <shlobj.h>
 
 #include <functional>
@@ -87,14 +89,9 @@ public:
 };
 
 /// While it lives, what the launcher drags goes where the story says.
-class StagedDrag
+class StagedDrag : public Staged<StagedDrag>
 {
 public:
-    StagedDrag();
-    ~StagedDrag();
-    StagedDrag(const StagedDrag&) = delete;
-    StagedDrag& operator=(const StagedDrag&) = delete;
-
     std::function<void()> onDrag; ///< what happens while the mouse is held
     DWORD effect = DROPEFFECT_NONE;
 
@@ -107,7 +104,7 @@ public:
 };
 
 /// Stands for a level's folder (m_folder) until the level is loaded anew; knows of drop targets alone.
-class StagedDropFolder final : public StagedObject<IShellFolder, IID_IShellFolder>
+class StagedDropFolder final : public IncapableFolder<StagedObject<IShellFolder, IID_IShellFolder>>
 {
 public:
     ~StagedDropFolder();
@@ -117,25 +114,4 @@ public:
     HWND owner = nullptr; ///< that the target was asked for
 
     HRESULT STDMETHODCALLTYPE CreateViewObject(HWND window, REFIID iid, void** result) override;
-    HRESULT STDMETHODCALLTYPE ParseDisplayName(HWND, IBindCtx*, LPWSTR, ULONG*, PIDLIST_RELATIVE*, ULONG*) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE EnumObjects(HWND, SHCONTF, IEnumIDList**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE BindToObject(PCUIDLIST_RELATIVE, IBindCtx*, REFIID, void**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE BindToStorage(PCUIDLIST_RELATIVE, IBindCtx*, REFIID, void**) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE CompareIDs(LPARAM, PCUIDLIST_RELATIVE, PCUIDLIST_RELATIVE) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetAttributesOf(UINT, PCUITEMID_CHILD_ARRAY, SFGAOF*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetUIObjectOf(HWND, UINT, PCUITEMID_CHILD_ARRAY, REFIID, UINT*, void**) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE GetDisplayNameOf(PCUITEMID_CHILD, SHGDNF, STRRET*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE SetNameOf(HWND, PCUITEMID_CHILD, LPCWSTR, SHGDNF, PITEMID_CHILD*) override
-    {
-        return E_NOTIMPL;
-    }
 };

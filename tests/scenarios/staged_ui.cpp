@@ -1,6 +1,8 @@
 // The linker sends the calls named here to the stage first (see CMakeLists.txt).
 #include "tests/scenarios/staged_ui.h"
 
+#include "tests/scenarios/desk.h"
+
 #include "platform/base/text.h"
 #include "platform/dialogs/menu.h"
 #include "platform/ole/com_object.h"
@@ -16,9 +18,9 @@
 namespace
 {
 
-StagedPopup* g_popup = nullptr;
-StagedDialog* g_dialog = nullptr;
-StagedFiles* g_files = nullptr;
+StagedPopup*& g_popup = StagedPopup::current;
+StagedDialog*& g_dialog = StagedDialog::current;
+StagedFiles*& g_files = StagedFiles::current;
 
 constexpr int kEdit = 102;
 constexpr LPCWSTR kDialogClass = TEXT("a staged dialog");
@@ -165,16 +167,6 @@ public:
 
 } // namespace
 
-StagedPopup::StagedPopup()
-{
-    g_popup = this;
-}
-
-StagedPopup::~StagedPopup()
-{
-    g_popup = nullptr;
-}
-
 std::vector<int> StagedPopup::Identifiers() const
 {
     std::vector<int> identifiers;
@@ -183,33 +175,18 @@ std::vector<int> StagedPopup::Identifiers() const
     return identifiers;
 }
 
-StagedDialog::StagedDialog()
+void ChooseInMenu(Desk& desk, int identifier, int item, int level)
 {
-    g_dialog = this;
-}
-
-StagedDialog::~StagedDialog()
-{
-    g_dialog = nullptr;
-}
-
-StagedFiles::StagedFiles()
-{
-    g_files = this;
-}
-
-StagedFiles::~StagedFiles()
-{
-    g_files = nullptr;
+    StagedPopup popup;
+    popup.answer = identifier;
+    desk.Level(level).OnItemCommand(ItemCommandMode::ContextMenu, item, 50, 60);
+    desk.Settle();
 }
 
 // --- popup menus
 
-BOOL RealTrack(HMENU menu, UINT flags, int x, int y, HWND owner,
-               TPMPARAMS* params) __asm__("__real__Z16TrackPopupMenuExP7HMENU__jiiP6HWND__P9TPMPARAMS");
-BOOL StagedTrack(HMENU menu, UINT flags, int x, int y, HWND owner,
-                 TPMPARAMS* params) __asm__("__wrap__Z16TrackPopupMenuExP7HMENU__jiiP6HWND__P9TPMPARAMS");
-BOOL StagedTrack(HMENU menu, UINT flags, int x, int y, HWND owner, TPMPARAMS* params)
+STAGED_CALL(BOOL, Track, "16TrackPopupMenuExP7HMENU__jiiP6HWND__P9TPMPARAMS", HMENU menu, UINT flags, int x, int y,
+            HWND owner, TPMPARAMS* params)
 {
     if (g_popup == nullptr)
         return RealTrack(menu, flags, x, y, owner, params);
@@ -229,11 +206,8 @@ BOOL StagedTrack(HMENU menu, UINT flags, int x, int y, HWND owner, TPMPARAMS* pa
 
 // --- dialogs
 
-INT_PTR RealDialog(HINSTANCE instance, LPCWSTR name, HWND owner, DLGPROC procedure,
-                   LPARAM parameter) __asm__("__real__Z15DialogBoxParamWP11HINSTANCE__PKDsP6HWND__PFlS4_jmlEl");
-INT_PTR StagedDialogBox(HINSTANCE instance, LPCWSTR name, HWND owner, DLGPROC procedure,
-                        LPARAM parameter) __asm__("__wrap__Z15DialogBoxParamWP11HINSTANCE__PKDsP6HWND__PFlS4_jmlEl");
-INT_PTR StagedDialogBox(HINSTANCE instance, LPCWSTR name, HWND owner, DLGPROC procedure, LPARAM parameter)
+STAGED_CALL(INT_PTR, Dialog, "15DialogBoxParamWP11HINSTANCE__PKDsP6HWND__PFlS4_jmlEl", HINSTANCE instance, LPCWSTR name,
+            HWND owner, DLGPROC procedure, LPARAM parameter)
 {
     if (g_dialog == nullptr)
         return RealDialog(instance, name, owner, procedure, parameter);
@@ -266,9 +240,7 @@ INT_PTR StagedDialogBox(HINSTANCE instance, LPCWSTR name, HWND owner, DLGPROC pr
     return g_dialogResult;
 }
 
-BOOL RealSetText(HWND dialog, int id, LPCWSTR text) __asm__("__real__Z15SetDlgItemTextWP6HWND__iPKDs");
-BOOL StagedSetText(HWND dialog, int id, LPCWSTR text) __asm__("__wrap__Z15SetDlgItemTextWP6HWND__iPKDs");
-BOOL StagedSetText(HWND dialog, int id, LPCWSTR text)
+STAGED_CALL(BOOL, SetText, "15SetDlgItemTextWP6HWND__iPKDs", HWND dialog, int id, LPCWSTR text)
 {
     if (dialog != g_dialogWindow)
         return RealSetText(dialog, id, text);
@@ -277,9 +249,7 @@ BOOL StagedSetText(HWND dialog, int id, LPCWSTR text)
     return TRUE;
 }
 
-UINT RealGetText(HWND dialog, int id, LPWSTR text, int capacity) __asm__("__real__Z15GetDlgItemTextWP6HWND__iPDsi");
-UINT StagedGetText(HWND dialog, int id, LPWSTR text, int capacity) __asm__("__wrap__Z15GetDlgItemTextWP6HWND__iPDsi");
-UINT StagedGetText(HWND dialog, int id, LPWSTR text, int capacity)
+STAGED_CALL(UINT, GetText, "15GetDlgItemTextWP6HWND__iPDsi", HWND dialog, int id, LPWSTR text, int capacity)
 {
     if (dialog != g_dialogWindow)
         return RealGetText(dialog, id, text, capacity);
@@ -289,9 +259,7 @@ UINT StagedGetText(HWND dialog, int id, LPWSTR text, int capacity)
     return static_cast<UINT>(length);
 }
 
-BOOL RealEndDialog(HWND dialog, INT_PTR result) __asm__("__real__Z9EndDialogP6HWND__l");
-BOOL StagedEndDialog(HWND dialog, INT_PTR result) __asm__("__wrap__Z9EndDialogP6HWND__l");
-BOOL StagedEndDialog(HWND dialog, INT_PTR result)
+STAGED_CALL(BOOL, EndDialog, "9EndDialogP6HWND__l", HWND dialog, INT_PTR result)
 {
     if (dialog != g_dialogWindow)
         return RealEndDialog(dialog, result);
@@ -301,11 +269,8 @@ BOOL StagedEndDialog(HWND dialog, INT_PTR result)
 
 // --- files
 
-HRESULT RealCreate(REFCLSID cls, IUnknown* outer, DWORD context, REFIID iid,
-                   LPVOID* object) __asm__("__real__Z16CoCreateInstanceRK4GUIDP8IUnknownjS1_PPv");
-HRESULT StagedCreate(REFCLSID cls, IUnknown* outer, DWORD context, REFIID iid,
-                     LPVOID* object) __asm__("__wrap__Z16CoCreateInstanceRK4GUIDP8IUnknownjS1_PPv");
-HRESULT StagedCreate(REFCLSID cls, IUnknown* outer, DWORD context, REFIID iid, LPVOID* object)
+STAGED_CALL(HRESULT, Create, "16CoCreateInstanceRK4GUIDP8IUnknownjS1_PPv", REFCLSID cls, IUnknown* outer, DWORD context,
+            REFIID iid, LPVOID* object)
 {
     const bool link = IsEqualIID(cls, CLSID_ShellLink);
     if (g_files == nullptr || (!link && !IsEqualIID(cls, CLSID_FileOpenDialog)))
@@ -321,11 +286,8 @@ HRESULT StagedCreate(REFCLSID cls, IUnknown* outer, DWORD context, REFIID iid, L
     return S_OK;
 }
 
-HRESULT RealCreateItem(LPCWSTR name, IBindCtx* context, REFIID iid,
-                       void** item) __asm__("__real__Z27SHCreateItemFromParsingNamePKDsP8IBindCtxRK4GUIDPPv");
-HRESULT StagedCreateItem(LPCWSTR name, IBindCtx* context, REFIID iid,
-                         void** item) __asm__("__wrap__Z27SHCreateItemFromParsingNamePKDsP8IBindCtxRK4GUIDPPv");
-HRESULT StagedCreateItem(LPCWSTR name, IBindCtx* context, REFIID iid, void** item)
+STAGED_CALL(HRESULT, CreateItem, "27SHCreateItemFromParsingNamePKDsP8IBindCtxRK4GUIDPPv", LPCWSTR name,
+            IBindCtx* context, REFIID iid, void** item)
 {
     if (g_files == nullptr)
         return RealCreateItem(name, context, iid, item);
@@ -336,18 +298,14 @@ HRESULT StagedCreateItem(LPCWSTR name, IBindCtx* context, REFIID iid, void** ite
     return S_OK;
 }
 
-SHORT RealAsyncKey(int key) __asm__("__real__Z16GetAsyncKeyStatei");
-SHORT StagedAsyncKey(int key) __asm__("__wrap__Z16GetAsyncKeyStatei");
-SHORT StagedAsyncKey(int key)
+STAGED_CALL(SHORT, AsyncKey, "16GetAsyncKeyStatei", int key)
 {
     if (g_files == nullptr)
         return RealAsyncKey(key);
     return static_cast<SHORT>(key == VK_CONTROL && g_files->controlIsDown ? 0x8000 : 0);
 }
 
-int RealFileOperation(SHFILEOPSTRUCTW* operation) __asm__("__real__Z16SHFileOperationWP15SHFILEOPSTRUCTW");
-int StagedFileOperation(SHFILEOPSTRUCTW* operation) __asm__("__wrap__Z16SHFileOperationWP15SHFILEOPSTRUCTW");
-int StagedFileOperation(SHFILEOPSTRUCTW* operation)
+STAGED_CALL(int, FileOperation, "16SHFileOperationWP15SHFILEOPSTRUCTW", SHFILEOPSTRUCTW* operation)
 {
     if (g_files == nullptr)
         return RealFileOperation(operation);
@@ -363,9 +321,7 @@ int StagedFileOperation(SHFILEOPSTRUCTW* operation)
     return g_files->failing == "SHFileOperationW" ? 1 : 0;
 }
 
-BOOL RealExecute(SHELLEXECUTEINFOW* info) __asm__("__real__Z15ShellExecuteExWP17SHELLEXECUTEINFOW");
-BOOL StagedExecute(SHELLEXECUTEINFOW* info) __asm__("__wrap__Z15ShellExecuteExWP17SHELLEXECUTEINFOW");
-BOOL StagedExecute(SHELLEXECUTEINFOW* info)
+STAGED_CALL(BOOL, Execute, "15ShellExecuteExWP17SHELLEXECUTEINFOW", SHELLEXECUTEINFOW* info)
 {
     if (g_files == nullptr)
         return RealExecute(info);

@@ -1,6 +1,8 @@
 // What the person answers to popup menus, dialogs and pickers. None of them is shown: what would be is recorded.
 #pragma once
 
+#include "tests/scenarios/staged.h"
+
 #include "support/wstring.h"
 
 #include <shellapi.h>
@@ -11,7 +13,7 @@
 #include <vector>
 
 /// While it lives, popup menus are answered at once.
-class StagedPopup
+class StagedPopup : public Staged<StagedPopup>
 {
 public:
     struct Entry
@@ -21,11 +23,6 @@ public:
         bool checked;
         SIZE picture; ///< pixels, 0 × 0 for none
     };
-
-    StagedPopup();
-    ~StagedPopup();
-    StagedPopup(const StagedPopup&) = delete;
-    StagedPopup& operator=(const StagedPopup&) = delete;
 
     int answer = 0;               ///< identifier of the chosen entry, 0 for none
     std::function<void()> onShow; ///< what happens while it shows
@@ -41,15 +38,14 @@ public:
     TPMPARAMS exclusion{};
 };
 
+class Desk;
+/// Asks for an item's menu at (50, 60), in pixels of the screen, and chooses an entry, 0 for none.
+void ChooseInMenu(Desk& desk, int identifier, int item, int level = 0);
+
 /// While it lives, dialogs are answered at once.
-class StagedDialog
+class StagedDialog : public Staged<StagedDialog>
 {
 public:
-    StagedDialog();
-    ~StagedDialog();
-    StagedDialog(const StagedDialog&) = delete;
-    StagedDialog& operator=(const StagedDialog&) = delete;
-
     std::vector<std::string> answers; ///< typed into the edit and accepted, one after the other; then comes Cancel
     std::function<void()> onShow;     ///< what happens while it shows
     bool cannotShow = false;
@@ -65,14 +61,9 @@ public:
 };
 
 /// While it lives, files are picked, shortcuts saved and files deleted at once.
-class StagedFiles
+class StagedFiles : public Staged<StagedFiles>
 {
 public:
-    StagedFiles();
-    ~StagedFiles();
-    StagedFiles(const StagedFiles&) = delete;
-    StagedFiles& operator=(const StagedFiles&) = delete;
-
     std::string pick; ///< path that is picked; empty: cancelled
     bool controlIsDown = false;
     std::string failing;            ///< name of the one call that fails
