@@ -35,6 +35,17 @@ struct Step
     std::string changes = {};
 };
 
+void Open(Desk& desk)
+{
+    desk.Launch("100,700,0");
+}
+
+void OpenWithSubLevel(Desk& desk)
+{
+    Open(desk);
+    desk.Click("folder");
+}
+
 class FaultSweep : public testing::TestWithParam<FaultMode>
 {
 protected:
@@ -193,12 +204,12 @@ protected:
 
 TEST_P(FaultSweep, StartingUp)
 {
-    Sweep({[](Desk&) {}, [](Desk& desk) { desk.Launch("100,700,0"); }, true, true}, 60);
+    Sweep({[](Desk&) {}, Open, true, true}, 60);
 }
 
 TEST_P(FaultSweep, OpeningASubLevelByMouse)
 {
-    Sweep({[](Desk& desk) { desk.Launch("100,700,0"); },
+    Sweep({Open,
            [](Desk& desk)
            {
                desk.RestOn("folder");
@@ -209,12 +220,7 @@ TEST_P(FaultSweep, OpeningASubLevelByMouse)
 
 TEST_P(FaultSweep, ReplacingASubLevelByKey)
 {
-    Sweep({[](Desk& desk)
-           {
-               desk.Launch("100,700,0");
-               desk.Click("folder");
-           },
-           [](Desk& desk) { desk.Level(0).OnItemCommand(ItemCommandMode::OpenSubmenuByKey, 2); }},
+    Sweep({OpenWithSubLevel, [](Desk& desk) { desk.Level(0).OnItemCommand(ItemCommandMode::OpenSubmenuByKey, 2); }},
           20);
 }
 
@@ -233,11 +239,7 @@ TEST_P(FaultSweep, Refreshing)
 
 TEST_P(FaultSweep, RefreshingBesideAnOpenSubLevel)
 {
-    Sweep({[](Desk& desk)
-           {
-               desk.Launch("100,700,0");
-               desk.Click("folder");
-           },
+    Sweep({OpenWithSubLevel,
            [](Desk& desk)
            {
                desk.SendNotice(0);
@@ -248,23 +250,17 @@ TEST_P(FaultSweep, RefreshingBesideAnOpenSubLevel)
 
 TEST_P(FaultSweep, StartingAnItem)
 {
-    Sweep({[](Desk& desk) { desk.Launch("100,700,0"); }, [](Desk& desk) { desk.Click("run"); }, true}, 8);
+    Sweep({Open, [](Desk& desk) { desk.Click("run"); }, true}, 8);
 }
 
 TEST_P(FaultSweep, ClosingALevel)
 {
-    Sweep({[](Desk& desk)
-           {
-               desk.Launch("100,700,0");
-               desk.Click("folder");
-           },
-           [](Desk& desk) { desk.Press(VK_ESCAPE); }},
-          1);
+    Sweep({OpenWithSubLevel, [](Desk& desk) { desk.Press(VK_ESCAPE); }}, 1);
 }
 
 TEST_P(FaultSweep, CyclingTheSeparators)
 {
-    Sweep({[](Desk& desk) { desk.Launch("100,700,0"); },
+    Sweep({Open,
            [](Desk& desk)
            {
                const RECT last = desk.ItemBounds("folder");
@@ -277,17 +273,9 @@ TEST_P(FaultSweep, CyclingTheSeparators)
 
 // --- arranging
 
-void Open(Desk& desk)
-{
-    desk.Launch("100,700,0");
-}
-
 void Choose(Desk& desk, int identifier)
 {
-    StagedPopup popup;
-    popup.answer = identifier;
-    desk.Level(0).OnItemCommand(ItemCommandMode::ContextMenu, 1, 5, 5);
-    desk.Settle();
+    ChooseInMenu(desk, identifier, 1);
 }
 
 TEST_P(FaultSweep, DismissingAContextMenu)

@@ -80,6 +80,11 @@ protected:
 
     CustomBar& Root() { return m_desk.Level(0); }
     void Open(const std::string& item) { Root().OnItemCommand(ItemCommandMode::OpenSubmenu, m_desk.IndexOf(item, 0)); }
+    void Rebuild()
+    {
+        Root().ReloadItems();
+        Root().Build();
+    }
     void DestroyDeepest() { DestroyWindow(m_desk.Level().m_hWnd); }
 
     Desk m_desk;
@@ -191,8 +196,7 @@ TEST_F(Lifetime, AFolderThatGetsAnotherPlaceWhileItOpensOpensThere)
                              [&]
                              {
                                  m_desk.MakeFile("Alpha/x");
-                                 Root().ReloadItems();
-                                 Root().Build();
+                                 Rebuild();
                              });
         Open("Games");
     }
@@ -201,12 +205,7 @@ TEST_F(Lifetime, AFolderThatGetsAnotherPlaceWhileItOpensOpensThere)
     m_desk.Press(VK_ESCAPE);
     std::filesystem::remove_all(m_desk.Folder() / "Games");
     {
-        const During reading("IShellFolder::EnumObjects",
-                             [&]
-                             {
-                                 Root().ReloadItems();
-                                 Root().Build();
-                             });
+        const During reading("IShellFolder::EnumObjects", [&] { Rebuild(); });
         Open("Office");
     }
     ASSERT_EQ(m_desk.Items(0), (Labels{"Office", "readme", "Alpha"}));
@@ -223,15 +222,13 @@ TEST_F(Lifetime, AFolderThatGoesWhileItOpensStaysClosed)
     for (const char* call : {"IShellFolder::EnumObjects", "CreateWindowExW"})
     {
         m_desk.MakeFile("Zoo/x");
-        Root().ReloadItems();
-        Root().Build();
+        Rebuild();
         {
             const During opening(call,
                                  [&]
                                  {
                                      std::filesystem::remove_all(m_desk.Folder() / "Zoo");
-                                     Root().ReloadItems();
-                                     Root().Build();
+                                     Rebuild();
                                  });
             Open("Zoo");
         }
@@ -243,32 +240,19 @@ TEST_F(Lifetime, AFolderThatGoesWhileItOpensStaysClosed)
 TEST_F(Lifetime, AMenuThatClosesWhileASubLevelOpensTakesItAlong)
 {
     // It had no window yet that could be asked to close, and opened all the same.
-    for (const char* call : {"IShellFolder::EnumObjects", "CreateWindowExW"})
-    {
+    const std::function<void()> closings[] = {CustomMenu::CloseAllLevels, [&] { DestroyWindow(Root().m_hWnd); }};
+    for (const auto& closing : closings)
+        for (const char* call : {"IShellFolder::EnumObjects", "CreateWindowExW"})
         {
-            const During opening(call, [] { CustomMenu::CloseAllLevels(); });
-            Open("Games");
+            {
+                const During opening(call, closing);
+                Open("Games");
+            }
+            m_desk.Settle();
+            EXPECT_EQ(m_desk.Levels(), 0) << call;
+            m_desk.End();
+            m_desk.Launch("100,700,0");
         }
-        m_desk.Settle();
-        EXPECT_EQ(m_desk.Levels(), 0) << call;
-        m_desk.End();
-        m_desk.Launch("100,700,0");
-    }
-}
-
-TEST_F(Lifetime, ARootThatIsDestroyedWhileASubLevelOpensTakesItAlong)
-{
-    for (const char* call : {"IShellFolder::EnumObjects", "CreateWindowExW"})
-    {
-        {
-            const During opening(call, [&] { DestroyWindow(Root().m_hWnd); });
-            Open("Games");
-        }
-        m_desk.Settle();
-        EXPECT_EQ(m_desk.Levels(), 0) << call;
-        m_desk.End();
-        m_desk.Launch("100,700,0");
-    }
 }
 
 TEST_F(Lifetime, AnOpenerThatIsDestroyedMeanwhileOpensNothing)
@@ -398,8 +382,7 @@ TEST_F(Lifetime, TheItemThatIsStartedIsTheOneThatWasChosen)
     menu.onBind = [&]
     {
         std::filesystem::remove(m_desk.Folder() / "readme");
-        Root().ReloadItems();
-        Root().Build();
+        Rebuild();
     };
     Root().OnItemCommand(ItemCommandMode::Launch, m_desk.IndexOf("readme"));
     EXPECT_EQ(menu.invocations.size(), 1u);

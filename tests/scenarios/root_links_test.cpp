@@ -69,13 +69,7 @@ protected:
         fs::remove_all(m_home / "data/applications");
     }
 
-    void Choose(int identifier, int item = 1)
-    {
-        StagedPopup popup;
-        popup.answer = identifier;
-        m_desk.Level(0).OnItemCommand(ItemCommandMode::ContextMenu, item, 5, 5);
-        m_desk.Settle();
-    }
+    void Choose(int identifier) { ChooseInMenu(m_desk, identifier, 1); }
     std::uint32_t StoredOptions()
     {
         const std::vector<std::uint8_t> bytes = m_desk.StoredBytes(kRootLayout, TEXT("options"));
@@ -156,24 +150,19 @@ TEST_F(RootLinks, AreAddedWithoutANoticeOnceItIsSilenced)
 
 TEST_F(RootLinks, AreNotAddedWhenTheNoticeCannotBeShown)
 {
-    struct Case
-    {
-        const char* call;
-        int spared;
-    };
     m_desk.ExpectBoxes();
-    for (const Case& c : {Case{"LocalAlloc", 0}, Case{"LocalLock", 0}, Case{"DialogBoxIndirectParamW", 0}})
+    for (const char* call : {"LocalAlloc", "LocalLock", "DialogBoxIndirectParamW"})
     {
         const HandleCounts before = CountHandles();
         const BeforeTheBox person([](HWND box) { Click(box, IDOK); });
         {
-            const Failing failing(c.call, 1, c.spared);
+            const Failing failing(call, 1);
             Choose(IDM_ADD_DESKTOP);
         }
-        EXPECT_EQ(m_desk.Items(), (Labels{"a", "b"})) << c.call;
-        EXPECT_FALSE(IsRecorded()) << c.call << ": nobody has seen it";
-        EXPECT_TRUE(IsWindowEnabled(m_desk.Level(0).m_hWnd)) << c.call;
-        EXPECT_EQ(CountHandles(), before) << c.call;
+        EXPECT_EQ(m_desk.Items(), (Labels{"a", "b"})) << call;
+        EXPECT_FALSE(IsRecorded()) << call << ": nobody has seen it";
+        EXPECT_TRUE(IsWindowEnabled(m_desk.Level(0).m_hWnd)) << call;
+        EXPECT_EQ(CountHandles(), before) << call;
     }
     EXPECT_EQ(m_desk.BoxTexts(), (Labels(2, "Memory allocation for dialog template failed.")));
 }
@@ -207,33 +196,26 @@ protected:
 TEST_F(MessageBoxes, AnswerWithTheButtonAndTheTick)
 {
     const auto click = [](int id) { return [id](HWND box) { Click(box, id); }; };
-    EXPECT_EQ(Show(MB_OK,
-                   [](HWND box)
-                   {
-                       EXPECT_EQ(TextOf(box), "Error") << "without a caption";
-                       Click(box, IDOK);
-                   }),
-              IDOK);
+    const auto type = [](BYTE key) { return [key](HWND) { Type(key); }; };
+    const auto expectText = [](int id, const char* text, int answer)
+    {
+        return [=](HWND box)
+        {
+            EXPECT_EQ(TextOf(id != 0 ? GetDlgItem(box, id) : box), text);
+            Click(box, answer);
+        };
+    };
+    EXPECT_EQ(Show(MB_OK, expectText(0, "Error", IDOK)), IDOK) << "without a caption";
     EXPECT_EQ(Show(MB_YESNO | MBX_YESTOALL | MBX_NOTOALL, click(IDNOTOALL)), IDNOTOALL);
     EXPECT_EQ(Show(MBX_CONTINUEABORT, click(IDCONTINUE)), IDCONTINUE);
     EXPECT_EQ(Show(MB_OK, click(IDEXTRABUTTON)), IDEXTRABUTTON);
     EXPECT_EQ(Show(MB_YESNO | MBX_DONTASK | MBX_CHECKED, click(IDNO)), IDNO | 0x01000000);
-    EXPECT_EQ(Show(
-                  MB_YESNO | MBX_CUSTOMCHECK | MBX_CHECKED,
-                  [](HWND box)
-                  {
-                      EXPECT_EQ(TextOf(GetDlgItem(box, kCheckBox)), "Don't ask me again") << "as the last box had";
-                      Click(box, IDYES);
-                  }),
-              IDYES | 0x20000000);
-    EXPECT_EQ(Show(
-                  MB_OKCANCEL | MBX_DONTTELL | MBX_CHECKED, [](HWND) { Type(VK_ESCAPE); }),
-              IDCANCEL);
-    EXPECT_EQ(Show(
-                  MB_OK | MBX_DONTTELL | MBX_CHECKED, [](HWND) { Type(VK_ESCAPE); }),
-              IDOK)
-        << "Esc never counts the tick";
-    EXPECT_EQ(Show(MB_YESNO | 0x100, [](HWND) { Type(VK_RETURN); }), IDNO);
+    EXPECT_EQ(Show(MB_YESNO | MBX_CUSTOMCHECK | MBX_CHECKED, expectText(kCheckBox, "Don't ask me again", IDYES)),
+              IDYES | 0x20000000)
+        << "as the last box had";
+    EXPECT_EQ(Show(MB_OKCANCEL | MBX_DONTTELL | MBX_CHECKED, type(VK_ESCAPE)), IDCANCEL);
+    EXPECT_EQ(Show(MB_OK | MBX_DONTTELL | MBX_CHECKED, type(VK_ESCAPE)), IDOK) << "Esc never counts the tick";
+    EXPECT_EQ(Show(MB_YESNO | 0x100, type(VK_RETURN)), IDNO);
 }
 
 TEST_F(MessageBoxes, TakeTextsOfAnyLength)

@@ -99,9 +99,7 @@ TEST_F(StartMenu, KeepsItsOrder)
 {
     Open({"Start Menu"});
     m_desk.MoveTo(CentreOf(m_desk.ItemBounds("Work")));
-    m_desk.Hold(VK_SHIFT);
-    m_desk.Press(VK_UP);
-    m_desk.LetGo(VK_SHIFT);
+    m_desk.PressWith(VK_SHIFT, {VK_UP});
     ASSERT_EQ(m_desk.Items(), (Labels{"Work", "Play"}));
     m_desk.End();
     Open({"Start Menu"});
@@ -168,14 +166,7 @@ TEST_F(StartMenu, LetsNobodyWriteIntoACategory)
     m_desk.ExpectBoxes();
     Open({"Start Menu", "Play"});
     const Failing unseen("DialogBoxIndirectParamW"); // what they say will do
-    const auto choose = [&](int identifier, const char* item)
-    {
-        StagedPopup popup;
-        popup.answer = identifier;
-        m_desk.Level().OnItemCommand(ItemCommandMode::ContextMenu, m_desk.IndexOf(item), 5, 5);
-        m_desk.Settle();
-    };
-    choose(IDM_INSERT_FOLDER_ABOVE, "Chess");
+    ChooseInMenu(m_desk, IDM_INSERT_FOLDER_ABOVE, m_desk.IndexOf("Chess"), -1);
     EXPECT_EQ(m_desk.BoxTexts().size(), 1u);
     m_desk.Level().PasteItems(0);
     m_desk.Level().DeleteItemFiles(m_desk.IndexOf("Old"));

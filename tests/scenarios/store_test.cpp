@@ -30,7 +30,17 @@ namespace fs = std::filesystem;
 namespace
 {
 
-constexpr const char* kNames[] = {"a", "b", "c"};
+/// The menu of three items, with what the store holds.
+class OpenDesk : public Desk
+{
+public:
+    OpenDesk() : Desk(WithStoreAsItIs())
+    {
+        for (const char* name : {"a", "b", "c"})
+            MakeFile(name);
+        Launch("100,700,0");
+    }
+};
 
 class Store : public testing::Test
 {
@@ -114,15 +124,10 @@ protected:
     /// The menu opens with these items, and a person can move them.
     static void OpenAndMove(const Labels& expected)
     {
-        Desk desk{Desk::WithStoreAsItIs()};
-        for (const char* name : kNames)
-            desk.MakeFile(name);
-        desk.Launch("100,700,0");
+        OpenDesk desk;
         EXPECT_EQ(desk.Items(), expected);
         desk.Press(VK_DOWN);
-        desk.Hold(VK_SHIFT);
-        desk.Press(VK_DOWN);
-        desk.LetGo(VK_SHIFT);
+        desk.PressWith(VK_SHIFT, {VK_DOWN});
         EXPECT_EQ(desk.Hot(), expected[0]);
         EXPECT_EQ(desk.Items().front(), expected[1]);
     }
@@ -209,10 +214,7 @@ TEST_F(Store, ALockedOneIsLeftAlone)
         [&]
         {
             LockingProgram other(m_file);
-            Desk desk{Desk::WithStoreAsItIs()};
-            for (const char* name : kNames)
-                desk.MakeFile(name);
-            desk.Launch("100,700,0");
+            OpenDesk desk;
             EXPECT_EQ(desk.Items(), (Labels{"a", "b", "c"})) << "the menu opens, in the names' order";
             other.End();
             desk.Refresh();
@@ -233,10 +235,7 @@ TEST_F(Store, AClickOnASeparatorKeepsTheOptionsThatALockHid)
         [&]
         {
             LockingProgram other(m_file);
-            Desk desk{Desk::WithStoreAsItIs()};
-            for (const char* name : kNames)
-                desk.MakeFile(name);
-            desk.Launch("100,700,0");
+            OpenDesk desk;
             EXPECT_EQ(desk.Items(), (Labels{"a", "b", "c"}));
             other.End();
             desk.Refresh();
@@ -260,10 +259,7 @@ TEST_F(Store, AReadOnlyOneIsLeftAlone)
         []
         {
             const BoundByPermissions bound;
-            Desk desk{Desk::WithStoreAsItIs()};
-            for (const char* name : kNames)
-                desk.MakeFile(name);
-            desk.Launch("100,700,0");
+            OpenDesk desk;
             EXPECT_EQ(desk.Items().size(), 3u);
             desk.Press(VK_DOWN);
             desk.Hold(VK_SHIFT);
@@ -323,10 +319,7 @@ protected:
             });
         for (const Labels& expected : {Labels{"a", "Desktop"}, Labels{"a"}, Labels{"a", "Desktop"}, Labels{"a"}})
         {
-            StagedPopup popup;
-            popup.answer = CustomMenu::IDM_ADD_DESKTOP;
-            desk.Level(0).OnItemCommand(ItemCommandMode::ContextMenu, 0, 5, 5);
-            desk.Settle();
+            ChooseInMenu(desk, CustomMenu::IDM_ADD_DESKTOP, 0);
             Labels items = desk.Items();
             std::ranges::sort(items, std::greater<>());
             EXPECT_EQ(items, expected);
@@ -378,10 +371,7 @@ TEST_F(Store, IsWholeWheneverTheProgramIsKilled)
         ASSERT_GE(child, 0) << "-1 would be everybody's";
         if (child == 0)
         {
-            Desk desk{Desk::WithStoreAsItIs()};
-            for (const char* name : kNames)
-                desk.MakeFile(name);
-            desk.Launch("100,700,0");
+            OpenDesk desk;
             desk.Press(VK_DOWN);
             desk.Hold(VK_SHIFT);
             for (int i = 0; i < 10000; ++i)
