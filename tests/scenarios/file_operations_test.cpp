@@ -28,21 +28,11 @@ protected:
 
     CustomBar& Root() { return m_desk.Level(0); }
     std::string Path(const std::string& name) { return (m_desk.Folder() / name).string(); }
-    void Choose(int identifier, const std::string& item)
-    {
-        StagedPopup popup;
-        popup.answer = identifier;
-        Root().OnItemCommand(ItemCommandMode::ContextMenu, m_desk.IndexOf(item, 0), 50, 60);
-        m_desk.Settle();
-    }
+    void Choose(int identifier, const std::string& item) { ChooseInMenu(m_desk, identifier, m_desk.IndexOf(item, 0)); }
     void PressOn(const std::string& item, unsigned key, bool control = false)
     {
         Root().SetHotItem(item.empty() ? -1 : m_desk.IndexOf(item, 0));
-        if (control)
-            m_desk.Hold(VK_CONTROL);
-        m_desk.Press(key);
-        if (control)
-            m_desk.LetGo(VK_CONTROL);
+        control ? m_desk.PressWith(VK_CONTROL, {key}) : m_desk.Press(key);
     }
     void ExpectDisabledBy(CustomBar* operation)
     {
@@ -92,13 +82,6 @@ TEST_F(NewFolder, IsMadeByTheShellAndGetsThePlaceThatWasMeant)
     ExpectUsable();
     m_desk.Refresh(0);
     EXPECT_EQ(m_desk.Items(), (Labels{"Games", "New folder", "notes", "readme"})) << "after the notice as well";
-}
-
-TEST_F(NewFolder, BelowTheLastItemComesLast)
-{
-    Choose(IDM_INSERT_FOLDER_BELOW, "readme");
-    EXPECT_EQ(m_desk.Items(), (Labels{"Games", "notes", "readme", "New folder"}));
-    EXPECT_EQ(m_desk.Hot(), "New folder");
 }
 
 TEST_F(NewFolder, WhoseNoticeComesWithinTheOperationGetsItsPlaceAllTheSame)
@@ -151,10 +134,7 @@ TEST_F(NewFolder, InALevelThatClosesMeanwhileIsKept)
         m_desk.MakeFolder("Games/A folder");
         DestroyWindow(games.m_hWnd);
     };
-    StagedPopup popup;
-    popup.answer = IDM_INSERT_FOLDER_BELOW;
-    games.OnItemCommand(ItemCommandMode::ContextMenu, 0, 1, 1);
-    m_desk.Settle();
+    ChooseInMenu(m_desk, IDM_INSERT_FOLDER_BELOW, 0, 1);
     EXPECT_EQ(m_desk.Levels(), 1);
     ExpectUsable();
     m_desk.Click("Games");
@@ -311,16 +291,6 @@ TEST_F(Renaming, KeepsTheItemsPlace)
     EXPECT_EQ(m_desk.Items(), (Labels{"Games", "zebra", "readme"}));
 }
 
-TEST_F(Renaming, HighlightsTheItemAgain)
-{
-    // The dialog has taken the highlight, and the notice of the change keeps what it finds: none was left.
-    m_dialog.onShow = [&] { Root().SetHotItem(-1); };
-    m_dialog.answers = {"zebra"};
-    Rename("notes");
-    m_desk.Refresh(0);
-    EXPECT_EQ(m_desk.Hot(), "zebra");
-}
-
 TEST_F(Renaming, ByKeyboardPutsTheDialogIntoTheCorner)
 {
     StagedPopup popup;
@@ -372,17 +342,20 @@ TEST_F(Renaming, TouchesNothingElseWhenTheItemIsGoneByThen)
     ExpectUsable();
 }
 
-TEST_F(Renaming, FollowsAnItemThatMovesMeanwhile)
+TEST_F(Renaming, FollowsAnItemThatMovesMeanwhileAndHighlightsItAgain)
 {
+    // The dialog has taken the highlight, and the notice of the change keeps what it finds: none was left.
     m_dialog.answers = {"zebra"};
     m_dialog.onShow = [&]
     {
         fs::remove_all(Path("Games"));
         m_desk.Refresh(0);
+        Root().SetHotItem(-1);
     };
     Rename("notes");
     m_desk.Refresh(0);
     EXPECT_EQ(m_desk.Items(), (Labels{"zebra", "readme"}));
+    EXPECT_EQ(m_desk.Hot(), "zebra");
 }
 
 TEST_F(Renaming, InALevelThatClosesMeanwhileKeepsTheOrder)
@@ -399,12 +372,9 @@ TEST_F(Renaming, InALevelThatClosesMeanwhileKeepsTheOrder)
 TEST_F(Renaming, ADialogThatCannotBeShownIsAsGoodAsCancelled)
 {
     m_desk.Click("Games");
-    StagedPopup popup;
-    popup.answer = StagedMenu::Identifier(1);
-    m_dialog.shown = 0;
     m_dialog.cannotShow = true;
     m_dialog.answers = {"zebra"};
-    m_desk.Level(1).OnItemCommand(ItemCommandMode::ContextMenu, 0, 5, 5);
+    ChooseInMenu(m_desk, StagedMenu::Identifier(1), 0, 1);
     EXPECT_TRUE(m_shell.names.empty());
     EXPECT_EQ(g_launcher.g_operationBar, nullptr);
     EXPECT_TRUE(IsWindowEnabled(Root().m_hWnd));
@@ -440,13 +410,6 @@ TEST_F(Deleting, TheLastItemHighlightsTheOneThatBecomesLast)
     PressOn("readme", VK_DELETE);
     m_desk.Refresh(0);
     EXPECT_EQ(m_desk.Hot(), "notes");
-}
-
-TEST_F(Deleting, AMergedFolderDeletesBoth)
-{
-    Root().m_items[0].pidl2.Reset(ILClone(Root().m_items[1].pidl.Get()));
-    PressOn("Games", VK_DELETE);
-    EXPECT_EQ(m_files.deleted, (Labels{Path("Games"), Path("notes")}));
 }
 
 TEST_F(Deleting, DeletesWhatWasMeantThoughTheItemsChangeMeanwhile)

@@ -191,15 +191,6 @@ TEST_F(Hovering, AMoveIsWhereItsMessageSays)
     EXPECT_EQ(m_desk.Hot(), "Office") << "below the items nothing changes";
 }
 
-TEST_F(Hovering, OverTheEmptyMarginTheHighlightStays)
-{
-    m_desk.Launch("100,700,0");
-    m_desk.RestOn("readme");
-    const RECT last = m_desk.ItemBounds("readme");
-    m_desk.MoveTo({last.left + 30, last.bottom + 1});
-    EXPECT_EQ(m_desk.Hot(), "readme");
-}
-
 TEST_F(Hovering, LeavingWithoutASubLevelTakesTheHighlightAway)
 {
     m_desk.Launch("100,700,0");
@@ -344,9 +335,7 @@ TEST_F(Hovering, MovingAnItemWithShiftKeepsTheMousesLastPosition)
     m_desk.Launch("100,700,0");
     m_desk.RestOn("readme");
     const POINT resting = CentreOf(m_desk.ItemBounds("readme"));
-    m_desk.Hold(VK_SHIFT);
-    m_desk.Press(VK_UP);
-    m_desk.LetGo(VK_SHIFT);
+    m_desk.PressWith(VK_SHIFT, {VK_UP});
     EXPECT_EQ(m_desk.Items(), (Labels{"Games", "readme", "Office"}));
     EXPECT_EQ(m_desk.Hot(), "readme");
     EXPECT_NE(m_desk.Level(0).m_lastMessagePos, 0xFFFFFFFF) << "the resting mouse does not take the highlight back";
@@ -355,12 +344,7 @@ TEST_F(Hovering, MovingAnItemWithShiftKeepsTheMousesLastPosition)
     platform::headless::MoveMouse(resting.x, resting.y);
     m_desk.Settle();
     EXPECT_EQ(m_desk.Hot(), "readme");
-    m_desk.Hold(VK_SHIFT);
-    m_desk.Press(VK_UP);
-    m_desk.Press(VK_UP);
-    m_desk.Press('S');
-    m_desk.Press(VK_RETURN);
-    m_desk.LetGo(VK_SHIFT);
+    m_desk.PressWith(VK_SHIFT, {VK_UP, VK_UP, 'S', VK_RETURN});
     EXPECT_EQ(m_desk.Items(), (Labels{"readme", "Games", "Office"}))
         << "the first item cannot rise, and S needs no Shift";
     EXPECT_EQ(m_desk.Levels(), 1);
@@ -380,9 +364,7 @@ TEST_F(Hovering, ASeparatorNeedsItemsOnBothSides)
     EXPECT_EQ(m_desk.Items(), (Labels{"Games", "|", "Office", "readme"})) << "never two in a row";
     m_desk.Press(VK_UP);
     EXPECT_EQ(m_desk.Hot(), "Games") << "the highlight steps over it";
-    m_desk.Hold(VK_SHIFT);
-    m_desk.Press(VK_DOWN);
-    m_desk.LetGo(VK_SHIFT);
+    m_desk.PressWith(VK_SHIFT, {VK_DOWN});
     EXPECT_EQ(m_desk.Items(), (Labels{"Games", "Office", "readme"})) << "a separator that has come first goes";
     EXPECT_EQ(m_desk.Hot(), "Games");
 }

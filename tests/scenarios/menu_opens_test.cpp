@@ -84,28 +84,6 @@ TEST(MenuOpens, OddNamesAreListedAndKept)
     EXPECT_EQ(desk.StoredBytes(kRootLayout), stored);
 }
 
-TEST(MenuOpens, TheCornerThatTheAlignmentNamesIsOnTheAnchor)
-{
-    const struct
-    {
-        const char* line;
-        LONG RECT::*x;
-        LONG RECT::*y;
-    } cases[] = {{"600,500,0", &RECT::left, &RECT::bottom},
-                 {"600,500,1", &RECT::right, &RECT::bottom},
-                 {"600,500,2", &RECT::left, &RECT::top},
-                 {"600,500,3", &RECT::right, &RECT::top},
-                 {"600,500,9", &RECT::left, &RECT::bottom}};
-    for (const auto& c : cases)
-    {
-        Desk desk;
-        desk.MakeFile("a");
-        desk.Launch(c.line);
-        EXPECT_EQ(desk.Bounds().*c.x, 600) << c.line;
-        EXPECT_EQ(desk.Bounds().*c.y, 500) << c.line;
-    }
-}
-
 TEST(MenuOpens, BesideAWindowOrAtTheCursor)
 {
     Desk desk;
@@ -124,25 +102,6 @@ TEST(MenuOpens, AtTheCursorWhenTheWindowIsDead)
     desk.Launch("0.5,1,3,0x400007");
     EXPECT_EQ(desk.Bounds().right, 640) << "the alignment stays";
     EXPECT_EQ(desk.Bounds().top, 480);
-}
-
-TEST(MenuOpens, OnTheMonitorOfItsAnchorAndInsideItsWorkArea)
-{
-    Desk desk("1920x1080+0+0,1280x1024+1920+0");
-    desk.MakeFile("a");
-    platform::headless::SetWorkArea(1, {1920, 0, 3200, 984});
-    desk.Launch("3190,1020,0");
-    EXPECT_EQ(desk.Bounds().right, 3200);
-    EXPECT_EQ(desk.Bounds().bottom, 984);
-}
-
-TEST(MenuOpens, FarAwayNumbersLandOnTheScreen)
-{
-    Desk desk;
-    desk.MakeFile("a");
-    desk.Launch("1e30,-1e30,0");
-    EXPECT_EQ(desk.Bounds().right, 1920);
-    EXPECT_EQ(desk.Bounds().top, 0);
 }
 
 TEST(MenuOpens, EverythingScales)
@@ -165,21 +124,6 @@ TEST(MenuOpens, EverythingScales)
                                      g_launcher.m_menuColor, g_launcher.m_highlightColor})
             EXPECT_TRUE(GetRValue(color) != 0 && GetGValue(color) != 0 && GetBValue(color) != 0) << color;
     }
-}
-
-TEST(MenuOpens, TallerThanTheScreenScrolls)
-{
-    Desk desk("800x600+0+0");
-    for (int i = 0; i < 40; ++i)
-        desk.MakeFile("item " + std::to_string(100 + i));
-    desk.Launch("0,600,0");
-    EXPECT_EQ(desk.Bounds().top, 0);
-    EXPECT_NE(desk.Level().m_pager, nullptr);
-    desk.Press(VK_UP);
-    for (int i = 0; i < 40; ++i)
-        desk.Press(VK_DOWN);
-    EXPECT_EQ(desk.Hot(), "item 139");
-    EXPECT_LE(desk.ItemBounds("item 139").bottom, 600) << "the highlighted item is scrolled into view";
 }
 
 TEST(MenuOpens, TheOptionsChooseTheSeparatorsAndOddBitsSurvive)

@@ -109,62 +109,6 @@ TEST_F(MovingThrough, KeysWalkOpenAndClose)
     EXPECT_FALSE(m_desk.IsOpen());
 }
 
-TEST_F(MovingThrough, ShiftMovesAnItemAndTheOrderIsKept)
-{
-    m_desk.Press(VK_DOWN);
-    m_desk.Hold(VK_SHIFT);
-    m_desk.Press(VK_DOWN);
-    m_desk.LetGo(VK_SHIFT);
-    EXPECT_EQ(m_desk.Items(), (Labels{"Office", "Games", "readme"}));
-    EXPECT_EQ(m_desk.Hot(), "Games");
-    m_desk.Press(VK_DOWN);
-    EXPECT_EQ(m_desk.Hot(), "readme");
-    m_desk.Hold('S');
-    EXPECT_EQ(m_desk.Hot(), "readme");
-    m_desk.LetGo('S');
-    EXPECT_EQ(m_desk.Items(), (Labels{"Office", "Games", "|", "readme"}));
-    EXPECT_EQ(m_desk.Hot(), "readme");
-}
-
-TEST_F(MovingThrough, AnotherProgramClosesTheMenuUnlessItIsDisabled)
-{
-    m_desk.RestOn("Games");
-    m_desk.Advance(500ms);
-    m_desk.Level(0).EnableMenu(false);
-    m_desk.SwitchToOtherProgram();
-    EXPECT_EQ(m_desk.Levels(), 2) << "a menu that waits for its own operation stays";
-    m_desk.Level(0).EnableMenu(true);
-    m_desk.SwitchToOtherProgram();
-    EXPECT_EQ(m_desk.Levels(), 0);
-    EXPECT_FALSE(m_desk.IsOpen());
-}
-
-TEST(MovingAcross, SubLevelsOpenToTheLeftAndUpwardAtTheEdges)
-{
-    Desk desk("800x600+0+0");
-    for (int i = 0; i < 10; ++i)
-        desk.MakeFile("folder/item " + std::to_string(i));
-    desk.MakeFile("zz");
-    desk.Launch("800,600,1");
-    desk.Click("folder");
-    ASSERT_EQ(desk.Levels(), 2);
-    EXPECT_EQ(desk.Bounds(1).right, desk.ItemBounds("folder", 0).left);
-    EXPECT_EQ(desk.Bounds(1).bottom, desk.ItemBounds("folder", 0).bottom);
-}
-
-TEST(MovingAcross, StartsWhatIsClickedAndCloses)
-{
-    Desk desk;
-    const std::filesystem::path proof = desk.Folder().parent_path() / "proof";
-    std::filesystem::remove(proof);
-    desk.MakeShortcut("prove.desktop", "Prove it", "touch " + proof.string());
-    desk.Launch();
-    ASSERT_EQ(desk.Items(), Labels{"Prove it"});
-    desk.Click("Prove it");
-    EXPECT_FALSE(desk.IsOpen());
-    EXPECT_TRUE(desk.WaitFor([&] { return std::filesystem::exists(proof); }));
-}
-
 TEST(MovingAcross, AStartThatFailsIsExplainedAndEndsTheMenuAsAnyOther)
 {
     for (const char* item : {"Broken", "nowhere", "loop"})
