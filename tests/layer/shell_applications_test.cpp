@@ -182,11 +182,7 @@ TEST_F(ShellApplications, NamesLeadBackToTheItems)
                 ASSERT_NE(bound.folder, nullptr) << path;
                 EXPECT_EQ(platform::PosixFromShellPath(NameOf(*bound.folder, bound.item, SHGDN_FORPARSING)), path);
             }
-            const List program = Parse(kAll + "/Net/mail.desktop");
-            ASSERT_NE(program, nullptr);
-            WCHAR path[MAX_PATH];
-            EXPECT_TRUE(SHGetPathFromIDListW(program.get(), path));
-            EXPECT_EQ(platform::PosixFromShellPath(path), Home() / "system/applications/mail.desktop");
+            EXPECT_NE(Parse(kAll + "/Net/mail.desktop"), nullptr);
             for (const std::string& path : {kAll + "/Nothing", kAll + "/Net/none.desktop", kUser + "/Net/mail.desktop",
                                             kAll + "/Net/mail.desktop/x", std::string("::else")})
                 EXPECT_EQ(Parse(path), nullptr) << path;
@@ -231,7 +227,7 @@ TEST_F(ShellApplications, NothingIsWrittenIntoACategory)
             const Com<IShellFolder> category = Bind(list.get());
             void* object = nullptr;
             ASSERT_EQ(category->CreateViewObject(nullptr, IID_IContextMenu, &object), S_OK);
-            const Com<IContextMenu> background(static_cast<IContextMenu*>(object));
+            const auto background = Taken<IContextMenu>(object);
             EXPECT_EQ(category->CreateViewObject(nullptr, IID_IDropTarget, &object), E_NOINTERFACE);
             const Boxes boxes;
             EXPECT_EQ(shell_test::Invoke(*background, "NewFolder"), E_ACCESSDENIED);
@@ -242,14 +238,11 @@ TEST_F(ShellApplications, NothingIsWrittenIntoACategory)
             deletion.fFlags = FOF_ALLOWUNDO;
             EXPECT_EQ(SHFileOperationW(&deletion), ERROR_ACCESS_DENIED);
             EXPECT_EQ(Bound(kAll + "/Net").Rename(u"Other"), E_ACCESSDENIED);
-            void* link = nullptr;
-            void* file = nullptr;
-            ASSERT_EQ(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW, &link), S_OK);
-            const Com<IShellLinkW> shellLink(static_cast<IShellLinkW*>(link));
-            ASSERT_EQ(shellLink->QueryInterface(IID_IPersistFile, &file), S_OK);
-            const Com<IPersistFile> persistFile(static_cast<IPersistFile*>(file));
-            shellLink->SetPath(u"\\bin\\sh");
-            EXPECT_EQ(persistFile->Save(u"::applications-of-all\\Net\\sh.lnk", TRUE), E_ACCESSDENIED);
+            ASSERT_EQ(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW, &object), S_OK);
+            const auto link = Taken<IShellLinkW>(object);
+            link->SetPath(u"\\bin\\sh");
+            EXPECT_EQ(As<IPersistFile>(*link, IID_IPersistFile)->Save(u"::applications-of-all\\Net\\sh.lnk", TRUE),
+                      E_ACCESSDENIED);
             EXPECT_EQ(boxes.Count(), 4);
             EXPECT_EQ(Shown(kAll + "/Net"), (Names{"Post"}));
         });
@@ -359,13 +352,6 @@ class Level
 public:
     explicit Level(const std::string& path)
     {
-        WNDCLASSEXW windowClass{};
-        windowClass.cbSize = sizeof windowClass;
-        windowClass.lpfnWndProc = CountNotices;
-        windowClass.lpszClassName = u"ApplicationsTest";
-        RegisterClassExW(&windowClass);
-        m_window =
-            CreateWindowExW(0, u"ApplicationsTest", u"", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
         const List list = Parse(path);
         const SHChangeNotifyEntry entry{list.get(), FALSE};
         m_id = SHChangeNotifyRegister(m_window, 0x8003, 0x2001F, WM_APP + 2, 1, &entry);
@@ -404,7 +390,7 @@ public:
     }
 
 private:
-    HWND m_window = nullptr;
+    HWND m_window = MakeWindow(CountNotices);
     ULONG m_id = 0;
 };
 

@@ -44,7 +44,7 @@ struct ItemDrag : testing::Test
         void* data = nullptr;
         Bind(Parse(m_folder).get())
             ->GetUIObjectOf(nullptr, static_cast<UINT>(items.size()), items.data(), IID_IDataObject, nullptr, &data);
-        return Com<IDataObject>(static_cast<IDataObject*>(data));
+        return Taken<IDataObject>(data);
     }
     static std::string Content(IDataObject& data, const char* format)
     {
@@ -72,9 +72,8 @@ TEST_F(ItemDrag, IsOfferedInEveryFormat)
     EXPECT_EQ(Content(*data, "Preferred DropEffect"), "(none)");
     FORMATETC format = MemoryFormat(FormatNamed("Shell IDList Array"));
     EXPECT_EQ(data->QueryGetData(&format), S_OK);
-    void* async = nullptr;
-    ASSERT_EQ(data->QueryInterface(IID_IDataObjectAsyncCapability, &async), S_OK);
-    const Com<IDataObjectAsyncCapability> owner(static_cast<IDataObjectAsyncCapability*>(async));
+    const auto owner = As<IDataObjectAsyncCapability>(*data, IID_IDataObjectAsyncCapability);
+    ASSERT_NE(owner, nullptr);
     BOOL mode = TRUE;
     EXPECT_EQ(owner->SetAsyncMode(FALSE), S_OK);
     EXPECT_EQ(owner->GetAsyncMode(&mode), S_OK);
@@ -109,9 +108,8 @@ TEST_F(ItemDrag, AnItemHasAPictureOfTheSizeAskedFor)
     const auto bitmaps = LiveHandles(HandleKind::Bitmap);
     void* object = nullptr;
     ASSERT_EQ(SHCreateItemFromIDList(Parse(m_folder / "Folder").get(), IID_IShellItem, &object), S_OK);
-    const Com<IShellItem> item(static_cast<IShellItem*>(object));
-    ASSERT_EQ(item->QueryInterface(IID_IShellItemImageFactory, &object), S_OK);
-    const Com<IShellItemImageFactory> factory(static_cast<IShellItemImageFactory*>(object));
+    const auto factory = As<IShellItemImageFactory>(*Taken<IShellItem>(object), IID_IShellItemImageFactory);
+    ASSERT_NE(factory, nullptr);
     HBITMAP bitmap = nullptr;
     ASSERT_EQ(factory->GetImage({96, 120}, SIIGBF_RESIZETOFIT, &bitmap), S_OK);
     DIBSECTION section{};
@@ -145,7 +143,7 @@ TEST_F(ItemDrag, CallsThatFailLeaveNothing)
         HBITMAP bitmap = nullptr;
         if (FAILED(SHCreateItemFromIDList(list.get(), IID_IShellItemImageFactory, &object)))
             return object == nullptr;
-        const Com<IShellItemImageFactory> factory(static_cast<IShellItemImageFactory*>(object));
+        const auto factory = Taken<IShellItemImageFactory>(object);
         return FAILED(factory->GetImage({96, 96}, SIIGBF_RESIZETOFIT, &bitmap)) && bitmap == nullptr;
     };
     for (const char* call : {"SHCreateItemFromIDList", "IShellItemImageFactory::GetImage", "CreateDIBSection"})

@@ -205,7 +205,7 @@ struct FolderDrop : Desk
         const Com<IShellFolder> bound = Bind(Parse(folder).get());
         void* object = nullptr;
         EXPECT_EQ(bound->CreateViewObject(m_owner, IID_IDropTarget, &object), S_OK);
-        const Com<IDropTarget> target(static_cast<IDropTarget*>(object));
+        const auto target = Taken<IDropTarget>(object);
         DWORD effect = allowed;
         EXPECT_EQ(target->DragEnter(data.get(), keys, {100, 100}, &effect), S_OK);
         m_shown = allowed;
@@ -424,7 +424,7 @@ TEST_F(FolderDrop, CallsThatFailChangeNothing)
         const Com<DraggedData> data(new DraggedData({{"text/uri-list", ListOf({m_from / "Notes.txt"})}}));
         void* object = nullptr;
         Bind(Parse(m_to).get())->CreateViewObject(m_owner, IID_IDropTarget, &object);
-        const Com<IDropTarget> target(static_cast<IDropTarget*>(object));
+        const auto target = Taken<IDropTarget>(object);
         const DWORD button = failing.starts_with("RunFile") ? MK_LBUTTON : MK_RBUTTON;
         DWORD effect = kAll;
         target->DragEnter(data.get(), button, {}, &effect);

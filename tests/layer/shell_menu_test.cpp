@@ -26,7 +26,7 @@ public:
     {
         void* object = nullptr;
         EXPECT_EQ(folder.CreateViewObject(nullptr, IID_IContextMenu, &object), S_OK);
-        Take(Com<IContextMenu>(static_cast<IContextMenu*>(object)), flags);
+        Take(Taken<IContextMenu>(object), flags);
     }
     ~ShownMenu() { DestroyMenu(m_menu); }
     ShownMenu(const ShownMenu&) = delete;

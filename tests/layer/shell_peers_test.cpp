@@ -65,12 +65,12 @@ protected:
         void* object = nullptr;
         EXPECT_EQ(CoCreateInstance(CLSID_FileOpenDialog, nullptr, CLSCTX_INPROC_SERVER, IID_IFileDialog, &object),
                   S_OK);
-        const Com<IFileDialog> dialog(static_cast<IFileDialog*>(object));
+        const auto dialog = Taken<IFileDialog>(object);
         EXPECT_EQ(dialog->SetOptions(options), S_OK);
         dialog->SetTitle(u"Insert Shortcut");
         dialog->SetOkButtonLabel(u"&Select");
         EXPECT_EQ(SHCreateItemFromParsingName(u"shell:Desktop", nullptr, IID_IShellItem, &object), S_OK);
-        const Com<IShellItem> folder(static_cast<IShellItem*>(object));
+        const auto folder = Taken<IShellItem>(object);
         EXPECT_EQ(dialog->SetDefaultFolder(folder.get()), S_OK);
         const Boxes boxes(std::move(step));
         const HRESULT shown = dialog->Show(nullptr);
@@ -93,12 +93,10 @@ protected:
     {
         void* object = nullptr;
         ASSERT_EQ(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW, &object), S_OK);
-        const Com<IShellLinkW> link(static_cast<IShellLinkW*>(object));
+        const auto link = Taken<IShellLinkW>(object);
         ASSERT_EQ(link->SetPath(ShellPath(target).c_str()), S_OK);
-        ASSERT_EQ(link->QueryInterface(IID_IPersistFile, &object), S_OK);
-        const Com<IPersistFile> file(static_cast<IPersistFile*>(object));
         const Boxes boxes;
-        EXPECT_EQ(file->Save(ShellPath(m_folder / name).c_str(), TRUE), expected);
+        EXPECT_EQ(As<IPersistFile>(*link, IID_IPersistFile)->Save(ShellPath(m_folder / name).c_str(), TRUE), expected);
         m_boxes = boxes.Count();
     }
 
@@ -200,13 +198,7 @@ TEST_F(ShellPeers, ThePortalPicks)
 TEST_F(ShellPeers, APickerThatNeverShowsIsGivenUpByEscape)
 {
     Desktop("silent");
-    WNDCLASSEXW windowClass = {};
-    windowClass.cbSize = sizeof windowClass;
-    windowClass.lpfnWndProc = DefWindowProcW;
-    windowClass.lpszClassName = u"PickerOwner";
-    RegisterClassExW(&windowClass);
-    const HWND owner = CreateWindowExW(0, u"PickerOwner", u"", WS_POPUP | WS_VISIBLE, 0, 0, 100, 100, nullptr, nullptr,
-                                       nullptr, nullptr);
+    const HWND owner = MakeWindow(DefWindowProcW, WS_POPUP | WS_VISIBLE);
     SetForegroundWindow(owner);
     EnableWindow(owner, FALSE); // as the menu is meanwhile
     bool pressed = false;

@@ -67,6 +67,19 @@ const std::filesystem::path& Home()
     return g_home->home;
 }
 
+HWND MakeWindow(WNDPROC procedure, DWORD style)
+{
+    WNDCLASSEXW windowClass{};
+    windowClass.cbSize = sizeof windowClass;
+    windowClass.lpfnWndProc = DefWindowProcW;
+    windowClass.lpszClassName = u"ShellTest";
+    RegisterClassExW(&windowClass);
+    const HWND window =
+        CreateWindowExW(0, u"ShellTest", u"", style, 0, 0, 100, 100, nullptr, nullptr, nullptr, nullptr);
+    SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure));
+    return window;
+}
+
 void MakeOld(const std::filesystem::path& path)
 {
     const timespec past[] = {{1'000'000'000, 0}, {1'000'000'000, 0}};

@@ -73,6 +73,25 @@ struct ComRelease
 template <typename T>
 using Com = std::unique_ptr<T, ComRelease<T>>;
 
+/// What a call has put into `object`, to be released with the result.
+template <typename T>
+Com<T> Taken(void* object)
+{
+    return Com<T>(static_cast<T*>(object));
+}
+
+/// Null when the object is not that.
+template <typename T>
+Com<T> As(IUnknown& object, REFIID iid)
+{
+    void* other = nullptr;
+    object.QueryInterface(iid, &other);
+    return Taken<T>(other);
+}
+
+/// A pop-up that is not shown, for tests without a desk; null when it cannot be made.
+HWND MakeWindow(WNDPROC procedure = DefWindowProcW, DWORD style = WS_POPUP);
+
 /// Waits until the condition holds, at most ten seconds; false when it never did.
 template <typename F>
 bool WaitFor(F condition)
@@ -102,7 +121,7 @@ inline Com<IShellFolder> Bind(const ITEMIDLIST* list)
     void* folder = nullptr;
     desktop->BindToObject(list, nullptr, IID_IShellFolder, &folder);
     desktop->Release();
-    return Com<IShellFolder>(static_cast<IShellFolder*>(folder));
+    return Taken<IShellFolder>(folder);
 }
 
 /// An item and its folder, which is how the launcher holds one before it does anything with it.
@@ -121,7 +140,7 @@ struct Bound
         void* menu = nullptr;
         if (folder != nullptr)
             folder->GetUIObjectOf(nullptr, 1, &item, IID_IContextMenu, nullptr, &menu);
-        return Com<IContextMenu>(static_cast<IContextMenu*>(menu));
+        return Taken<IContextMenu>(menu);
     }
     HRESULT Rename(LPCWSTR name, LPITEMIDLIST* renamed = nullptr,
                    SHGDNF flags = SHGDN_INFOLDER | SHGDN_FOREDITING) const

@@ -31,9 +31,9 @@ protected:
             GTEST_SKIP() << "only root may mount here, or there is no /dev/fuse";
     }
 
-    /// What `work` took.
+    /// What `work` takes.
     template <typename F>
-    static milliseconds Taken(F work)
+    static milliseconds TimeOf(F work)
     {
         const auto start = Clock::now();
         work();
@@ -50,7 +50,7 @@ TEST_F(ShellStalled, AFolderThatHoldsItIsListedAtOnce)
 {
     Write(m_folder / "file", "");
     std::vector<Item> items;
-    EXPECT_LT(Taken([&] { items = Items(m_folder); }), milliseconds(200));
+    EXPECT_LT(TimeOf([&] { items = Items(m_folder); }), milliseconds(200));
     ASSERT_EQ(items.size(), 2u);
     EXPECT_EQ(Find(items, "stalled")->attributes, SFGAO_FOLDER);
 }
@@ -63,7 +63,7 @@ TEST_F(ShellStalled, LinksIntoItAreListedAllTheSame)
     std::filesystem::create_directory(m_folder / "folder");
     std::filesystem::create_symlink("folder", m_folder / "onto folder");
     std::vector<Item> items;
-    EXPECT_LT(Taken([&] { items = Items(m_folder); }), milliseconds(1000));
+    EXPECT_LT(TimeOf([&] { items = Items(m_folder); }), milliseconds(1000));
     for (const char* link : {"into", "onto", "app.desktop"})
     {
         ASSERT_NE(Find(items, link), nullptr) << link;
@@ -88,8 +88,8 @@ TEST_F(ShellStalled, IconsOnItCostASecondOnce)
         EXPECT_FALSE(source->Image().pixels.empty());
         EXPECT_TRUE(DestroyIcon(info.hIcon));
     };
-    EXPECT_LT(Taken([&] { imageOf("first"); }), milliseconds(3000));
-    EXPECT_LT(Taken([&] { imageOf("second"); }), milliseconds(500)) << "it still owes an answer";
+    EXPECT_LT(TimeOf([&] { imageOf("first"); }), milliseconds(3000));
+    EXPECT_LT(TimeOf([&] { imageOf("second"); }), milliseconds(500)) << "it still owes an answer";
     RunDeferred();
     m_mount.TakeDown();
     EXPECT_TRUE(WaitFor([&] { return platform::WitnessOf((m_folder / "stalled/first.png").native()).has_value(); }))
@@ -108,7 +108,7 @@ TEST_F(ShellStalled, AnIconThatIsKnownIsShownAsItWasLastSeen)
     const StalledMount over(place);
     ASSERT_TRUE(over.Mounted());
     std::vector<std::uint32_t> shown;
-    EXPECT_LT(Taken([&] { shown = platform::ShellIcon(path, 24, false)->Image().pixels; }), milliseconds(3000));
+    EXPECT_LT(TimeOf([&] { shown = platform::ShellIcon(path, 24, false)->Image().pixels; }), milliseconds(3000));
     EXPECT_EQ(shown, seen);
 }
 
@@ -123,41 +123,34 @@ TEST_F(ShellStalled, AFolderThatIsKnownIsListedAsItWasLastSeen)
     StalledMount over(place);
     ASSERT_TRUE(over.Mounted());
     std::vector<Item> items;
-    EXPECT_LT(Taken([&] { items = Items(place / "share"); }), milliseconds(3000));
+    EXPECT_LT(TimeOf([&] { items = Items(place / "share"); }), milliseconds(3000));
     ASSERT_EQ(items.size(), 2u);
     EXPECT_EQ(Find(items, "sub")->attributes, SFGAO_FOLDER);
-    EXPECT_LT(Taken([&] { items = Items(place / "share"); }), milliseconds(500)) << "it still owes an answer";
+    EXPECT_LT(TimeOf([&] { items = Items(place / "share"); }), milliseconds(500)) << "it still owes an answer";
     EXPECT_EQ(items.size(), 2u);
-    EXPECT_LT(Taken(RunDeferred), milliseconds(500));
+    EXPECT_LT(TimeOf(RunDeferred), milliseconds(500));
     over.TakeDown();
     EXPECT_TRUE(WaitFor([&] { return Items(place / "share").size() == 2; }));
 }
 
 TEST_F(ShellStalled, OpeningItIsGivenUpAndMadeGoodWhenItAnswers)
 {
-    WNDCLASSEXW windowClass{};
-    windowClass.cbSize = sizeof windowClass;
-    windowClass.lpfnWndProc = DefWindowProcW;
-    windowClass.lpszClassName = TEXT("StalledTest");
-    RegisterClassExW(&windowClass);
-    const HWND window =
-        CreateWindowExW(0, TEXT("StalledTest"), TEXT(""), WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
-
+    const HWND window = MakeWindow();
     List list;
-    EXPECT_LT(Taken([&] { list = Parse(m_folder / "stalled"); }), milliseconds(200));
+    EXPECT_LT(TimeOf([&] { list = Parse(m_folder / "stalled"); }), milliseconds(200));
     ASSERT_NE(list, nullptr);
     const Com<IShellFolder> bound = Bind(list.get());
     IEnumIDList* items = nullptr;
-    EXPECT_LT(Taken([&] { EXPECT_TRUE(FAILED(bound->EnumObjects(nullptr, SHCONTF_NONFOLDERS, &items))); }),
+    EXPECT_LT(TimeOf([&] { EXPECT_TRUE(FAILED(bound->EnumObjects(nullptr, SHCONTF_NONFOLDERS, &items))); }),
               milliseconds(3000));
-    EXPECT_LT(Taken([&] { EXPECT_TRUE(FAILED(bound->EnumObjects(nullptr, SHCONTF_NONFOLDERS, &items))); }),
+    EXPECT_LT(TimeOf([&] { EXPECT_TRUE(FAILED(bound->EnumObjects(nullptr, SHCONTF_NONFOLDERS, &items))); }),
               milliseconds(200))
         << "the first reader still hangs, so there is no use in waiting again";
 
     const SHChangeNotifyEntry entry{list.get(), FALSE};
     const ULONG id = SHChangeNotifyRegister(window, SHCNRF_ShellLevel, SHCNE_CREATE, kNotice, 1, &entry);
     EXPECT_NE(id, 0u);
-    EXPECT_LT(Taken(RunDeferred), milliseconds(1000));
+    EXPECT_LT(TimeOf(RunDeferred), milliseconds(1000));
     m_mount.TakeDown();
     MSG message;
     EXPECT_TRUE(WaitFor([&] { return PeekMessageW(&message, window, kNotice, kNotice, PM_REMOVE) != FALSE; }))
@@ -171,24 +164,12 @@ TEST_F(ShellStalled, MenusOfWhatLiesThereOpenAtOnce)
     std::filesystem::create_symlink("stalled/tool.desktop", m_folder / "tool.desktop");
     for (const char* name : {"stalled", "tool.desktop"})
     {
-        const List list = Parse(m_folder / name);
-        ASSERT_NE(list, nullptr);
-        void* parent = nullptr;
-        LPCITEMIDLIST last = nullptr;
-        ASSERT_EQ(SHBindToParent(list.get(), IID_IShellFolder, &parent, &last), S_OK);
-        const Com<IShellFolder> folder(static_cast<IShellFolder*>(parent));
+        const Bound bound(m_folder / name);
+        ASSERT_NE(bound.folder, nullptr);
         const HMENU menu = CreatePopupMenu();
-        void* object = nullptr;
-        EXPECT_LT(Taken(
-                      [&]
-                      {
-                          ASSERT_EQ(folder->GetUIObjectOf(nullptr, 1, &last, IID_IContextMenu, nullptr, &object), S_OK);
-                          static_cast<IContextMenu*>(object)->QueryContextMenu(menu, 0, 11, 0x7FFF, CMF_NORMAL);
-                      }),
-                  milliseconds(100))
+        EXPECT_LT(TimeOf([&] { bound.Menu()->QueryContextMenu(menu, 0, 11, 0x7FFF, CMF_NORMAL); }), milliseconds(100))
             << name;
         EXPECT_GT(GetMenuItemCount(menu), 5);
         DestroyMenu(menu);
-        static_cast<IContextMenu*>(object)->Release();
     }
 }

@@ -38,13 +38,7 @@ class ShellWatch : public testing::Test
 protected:
     void SetUp() override
     {
-        WNDCLASSEXW windowClass{};
-        windowClass.cbSize = sizeof windowClass;
-        windowClass.lpfnWndProc = CountNotices;
-        windowClass.lpszClassName = TEXT("WatchTest");
-        RegisterClassExW(&windowClass);
-        m_window =
-            CreateWindowExW(0, TEXT("WatchTest"), TEXT(""), WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+        m_window = MakeWindow(CountNotices);
         ASSERT_NE(m_window, nullptr);
         m_folder = NewFolder();
         m_other = NewFolder();
