@@ -153,11 +153,6 @@ protected:
     Desk m_desk;
 };
 
-TEST_F(UntoldItems, AnItemWithoutAParsingNameIsNotShown)
-{
-    EXPECT_EQ(ItemsWithout("IShellFolder::GetDisplayNameOf"), Labels{"(Empty)"});
-}
-
 TEST_F(UntoldItems, AnItemWithoutADisplayNameShowsItsParsingName)
 {
     // Each item is asked for the one, then for the other.
@@ -171,16 +166,15 @@ TEST_F(UntoldItems, AnItemWithoutAttributesIsNoFolder)
     EXPECT_EQ(m_desk.Level().m_items[0].flags, 0u);
 }
 
-TEST_F(UntoldItems, AFolderThatCannotBeBoundIsEmpty)
+TEST_F(UntoldItems, WithoutNamesListOrFolderTheLevelIsEmpty)
 {
-    EXPECT_EQ(ItemsWithout("IShellFolder::BindToObject"), Labels{"(Empty)"});
-    EXPECT_FALSE(m_desk.Level().m_folder);
-}
-
-TEST_F(UntoldItems, AFolderThatCannotBeEnumeratedIsEmpty)
-{
-    EXPECT_EQ(ItemsWithout("IShellFolder::EnumObjects"), Labels{"(Empty)"});
-    EXPECT_TRUE(m_desk.Level().m_folder);
+    for (const char* call :
+         {"IShellFolder::GetDisplayNameOf", "IShellFolder::BindToObject", "IShellFolder::EnumObjects"})
+    {
+        EXPECT_EQ(ItemsWithout(call), Labels{"(Empty)"}) << call;
+        EXPECT_EQ(!m_desk.Level().m_folder, call == std::string("IShellFolder::BindToObject")) << call;
+        m_desk.End();
+    }
 }
 
 TEST_F(UntoldItems, AnEnumerationThatEndsEarlyShowsWhatCameBefore)
@@ -271,23 +265,6 @@ TEST(Orders, AnItemThatComesBackIsANewcomerLikeAnyOther)
     desk.MakeFile("a");
     desk.Refresh();
     EXPECT_EQ(desk.Items(), (Labels{"a", "b", "c"})) << "before the highlighted item";
-}
-
-TEST(Orders, WhatAnOperationCreatesTakesThePlaceThatItChose)
-{
-    Desk desk;
-    for (const char* name : {"a", "b"})
-        desk.MakeFile(name);
-    desk.Launch();
-    const std::vector<WString> before{TEXT("a"), TEXT("b")};
-    desk.Level().InsertNewItemAt(before, before, 0);
-    EXPECT_EQ(desk.Items(), (Labels{"a", "b"})) << "it has failed";
-    desk.MakeFile("new");
-    desk.MakeFile("newer");
-    desk.Level().InsertNewItemAt(before, {TEXT("a"), TEXT("b"), TEXT("newer"), TEXT("new")}, 1);
-    EXPECT_EQ(desk.StoredBytes(kRootLayout), Order({"a", "new", "b"}));
-    desk.Refresh();
-    EXPECT_EQ(desk.Items(), (Labels{"a", "new", "b", "newer"})) << "the others come last";
 }
 
 TEST(Icons, AreCopiedOncePerKindAndSize)

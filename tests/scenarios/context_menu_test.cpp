@@ -95,9 +95,7 @@ TEST_F(ContextMenu, AskedForByKeyboardOpensAtTheHotItemWithoutCoveringIt)
     {
         if (menuKey)
             return m_desk.Press(VK_APPS);
-        m_desk.Hold(VK_SHIFT);
-        m_desk.Press(VK_F10);
-        m_desk.LetGo(VK_SHIFT);
+        m_desk.PressWith(VK_SHIFT, {VK_F10});
     };
     for (const bool menuKey : {true, false})
     {
@@ -355,18 +353,6 @@ TEST_F(ContextMenu, PropertiesAreShownByTheirVerb)
     EXPECT_EQ(files.executed[0].hwnd, nullptr);
     EXPECT_EQ(WString(files.executed[0].lpVerb), TEXT("properties"));
     EXPECT_EQ(m_desk.Hot(), "notes");
-}
-
-TEST_F(ContextMenu, ProtectedItemsAreNeitherRenamedNorDeletedNorCut)
-{
-    StagedDialog dialog;
-    m_shell.others = {"rename", "delete", "cut"};
-    Open();
-    Item("Office").flags |= MIF_PROTECTED;
-    for (int entry = 1; entry <= 3; ++entry)
-        Choose(StagedMenu::Identifier(entry), "Office");
-    EXPECT_EQ(dialog.shown, 0);
-    EXPECT_TRUE(m_shell.invocations.empty());
 }
 
 // --- what changes while the menu shows

@@ -146,18 +146,6 @@ TEST_F(ForeignDrag, OfTextIsRefusedAndOpensFoldersAllTheSameWhileItRests)
     EXPECT_EQ(m_desk.Items(1), Labels{"chess"});
 }
 
-TEST_F(ForeignDrag, IntoAFolderThatItHasOpened)
-{
-    m_desk.Launch("100,700,0");
-    Start(Files(), LowerHalf("Games"));
-    m_desk.Advance(600ms);
-    ASSERT_EQ(m_desk.Levels(), 2);
-    Move(LowerHalf("chess", 1));
-    Drop();
-    ASSERT_TRUE(ItemsBecome({"chess", "notes"}, 1));
-    EXPECT_TRUE(fs::is_symlink(m_desk.Folder() / "Games/notes"));
-}
-
 TEST_F(ForeignDrag, ThatEndsOrClosesTheMenuLeavesNothingBehind)
 {
     m_desk.Launch("100,700,0");

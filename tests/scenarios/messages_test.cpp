@@ -227,21 +227,6 @@ TEST_F(Messages, ALevelIsActiveBeforeItsSubLevelIs)
     DestroyWindow(other);
 }
 
-TEST_F(Messages, EnablingAClosingLevelDoesNotBringItBack)
-{
-    m_desk.Click("Games");
-    CustomBar& child = m_desk.Level(1);
-    child.AddRef();
-    DestroyWindow(child.m_hWnd);
-    ASSERT_TRUE(child.m_closing);
-    child.EnableMenu(false);
-    EXPECT_FALSE(IsWindowEnabled(m_desk.Level(0).m_hWnd));
-    child.EnableMenu(true);
-    EXPECT_TRUE(IsWindowEnabled(m_desk.Level(0).m_hWnd)) << "the others are enabled all the same";
-    child.Release();
-    EXPECT_EQ(m_desk.Levels(), 1);
-}
-
 TEST_F(Messages, ALevelHeldElsewhereDoesNotPassForItsSuccessor)
 {
     m_desk.Click("Games");
@@ -283,39 +268,6 @@ TEST_F(Messages, AltIsPressedForAForegroundThatIsRefused)
     }
 }
 
-TEST_F(Messages, WhileAnItemStartsTheMenuWaitsForIt)
-{
-    m_desk.MakeShortcut("Games/broken.desktop", "Broken", "/nonexistent/program");
-    m_desk.Click("Games");
-    m_desk.ExpectBoxes();
-    CustomBar& child = m_desk.Level(1);
-    const int index = m_desk.IndexOf("Broken", 1);
-    int looks = 0;
-    platform::headless::SetIdleHandler(
-        [&]
-        {
-            // The box that says why it cannot be started is up.
-            ++looks;
-            EXPECT_EQ(g_launcher.g_operationBar, &child);
-            for (int level = 0; level < 2; ++level)
-                EXPECT_FALSE(IsWindowEnabled(m_desk.Level(level).m_hWnd)) << level;
-            EXPECT_EQ(m_desk.Hot(1), "Broken");
-            platform::headless::PressKey(VK_RETURN);
-            platform::headless::ReleaseKey(VK_RETURN);
-            return true;
-        });
-    child.OnItemCommand(ItemCommandMode::Launch, index);
-    platform::headless::SetIdleHandler(nullptr);
-    EXPECT_GE(looks, 1);
-    EXPECT_EQ(g_launcher.g_operationBar, nullptr);
-    for (int level = 0; level < 2; ++level)
-        EXPECT_TRUE(IsWindowEnabled(m_desk.Level(level).m_hWnd)) << level;
-    EXPECT_EQ(GetFocus(), child.m_toolbar);
-    EXPECT_EQ(child.m_refreshIndex, index) << "should the level live on, the item keeps the highlight";
-    m_desk.Settle();
-    EXPECT_EQ(m_desk.Levels(), 0);
-}
-
 TEST_F(Messages, ALevelIsATopmostToolWindowWithAShadow)
 {
     m_desk.Click("Games");
@@ -332,18 +284,6 @@ TEST_F(Messages, ALevelIsATopmostToolWindowWithAShadow)
     levelClass.cbSize = sizeof(levelClass);
     ASSERT_TRUE(GetClassInfoExW(g_instance, TEXT("CustomBar"), &levelClass));
     EXPECT_EQ(levelClass.style, static_cast<UINT>(CS_DROPSHADOW));
-}
-
-TEST_F(Messages, ALevelHeldElsewhereLeavesTheChainWhenItIsLetGo)
-{
-    m_desk.Click("Games");
-    CustomBar& child = m_desk.Level(1);
-    child.AddRef();
-    DestroyWindow(child.m_hWnd);
-    EXPECT_EQ(m_desk.Level(0).m_openIndex, 0) << "its destructor clears it";
-    child.Release();
-    EXPECT_EQ(m_desk.Level(0).m_openIndex, -1);
-    EXPECT_EQ(GetFocus(), m_desk.Level(0).m_toolbar);
 }
 
 // --- a level taller than the screen
