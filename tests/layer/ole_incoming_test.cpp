@@ -319,6 +319,7 @@ TEST_F(IncomingDragTest, WhatADragOfferedCannotBeReadWhenItIsOver)
 TEST_F(IncomingDragTest, ContentIsReadOnceWhenItIsAskedForAndNotAfterTheDrag)
 {
     static constinit int made = 0;
+    made = 0; // anew when the test is repeated
     static const DerivedFormat kDerived{u"Test Derived",
                                         [](std::span<const std::string> targets)
                                         { return std::ranges::find(targets, "text/uri-list") != targets.end(); },
