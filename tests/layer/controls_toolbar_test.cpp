@@ -95,7 +95,8 @@ TEST_F(ToolbarDrawing, SkippedItemsAreLeftToTheOwner)
 {
     onDraw = [](NMTBCUSTOMDRAW&) -> LRESULT { return CDRF_SKIPDEFAULT; };
     Show();
-    EXPECT_TRUE(IsRectEmpty(std::make_unique<RECT>(InkBounds({0, 0, kWidth, 3 * kHeight}, kBackground)).get()));
+    const RECT ink = InkBounds({0, 0, kWidth, 3 * kHeight}, kBackground);
+    EXPECT_TRUE(IsRectEmpty(&ink));
 }
 
 TEST_F(ToolbarDrawing, AnAmpersandIsPartOfTheName)

@@ -277,7 +277,7 @@ TEST_F(IncomingDragTest, DropsThatWaitOutlastTheDragsAfterThem)
     {
         screen::Event event;
         event.type = type;
-        event.offer = std::make_shared<screen::DragOffer>(number, port.offer.targets, kDragCopy);
+        event.offer = std::make_shared<screen::DragOffer>(screen::DragOffer{number, port.offer.targets, kDragCopy});
         drag.OnEvent(event);
     };
     using enum screen::EventType;
